@@ -1,0 +1,42 @@
+# What every target of the project is built with.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_PCH_INSTANTIATE_TEMPLATES ON)
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 14)
+    message(WARNING "g++ before 14 miscompiles coroutines; use the presets, which take clang.")
+endif()
+
+find_program(NIMBRELLE_CCACHE ccache)
+if(NIMBRELLE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env
+        CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+        ${NIMBRELLE_CCACHE})
+endif()
+find_program(NIMBRELLE_MOLD mold)
+if(NIMBRELLE_MOLD)
+    add_link_options(-fuse-ld=mold)
+endif()
+
+add_compile_options(
+    -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
+    -Werror -Xclang -fno-pch-timestamp)
+add_compile_definitions(
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
+    QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+if(NIMBRELLE_SANITIZE)
+    add_compile_options(-fsanitize=${NIMBRELLE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${NIMBRELLE_SANITIZE})
+endif()
+if(NIMBRELLE_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+# Binaries stand at the top of the build folder, where people look for them.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")

@@ -1,0 +1,12 @@
+# nimbrelle_test(NAME frame SOURCES ... [LIBRARIES ...] [LABELS ...])
+# One program for each room, one entry in ctest; tests/support/main.cpp holds its main().
+function(nimbrelle_test)
+    cmake_parse_arguments(arg "" "NAME" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+    add_executable(${arg_NAME}_tests ${arg_SOURCES})
+    target_link_libraries(${arg_NAME}_tests PRIVATE nimbrelle_core nimbrelle_test_support ${arg_LIBRARIES})
+    target_precompile_headers(${arg_NAME}_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h> <QByteArray> <QList> <QString>)
+    add_test(NAME ${arg_NAME} COMMAND ${arg_NAME}_tests)
+    set_tests_properties(${arg_NAME} PROPERTIES
+        LABELS "${arg_LABELS}" TIMEOUT 300
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Asia/Shanghai;LC_ALL=C.UTF-8")
+endfunction()

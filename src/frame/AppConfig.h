@@ -1,0 +1,92 @@
+#pragma once
+
+#include "frame/Record.h"
+#include "frame/Timestamp.h"
+
+#include <QList>
+#include <QStringList>
+
+#include <array>
+
+namespace nimbrelle {
+
+/// The modifier key that a gesture uses.
+enum class ModifierKey { option, command, control, shift };
+template <> inline constexpr auto caseNames<ModifierKey> = cases("option", "command", "control", "shift");
+
+/// As screens show it, such as "⌥ Option".
+QString label(ModifierKey key);
+
+/// The settings that travel between devices, with the time of their last change.
+struct StudySettings {
+    qint64 learningSlots = 0;
+    qint64 dailyNewLimit = 0;
+    qint64 sessionSize = 0;
+    qint64 graduateDays = 0;
+    qint64 leechThreshold = 0;
+    qint64 dormantDays = 0;
+    bool recallOnLookup = false;
+    Timestamp changedAt;
+
+    /// The seven values in declared order: the tie-break between two settings of one time.
+    std::array<qint64, 7> order() const;
+
+    bool operator==(const StudySettings &) const = default;
+};
+template <>
+inline constexpr auto fieldsOf<StudySettings> =
+    fields("learningSlots", &StudySettings::learningSlots, "dailyNewLimit", &StudySettings::dailyNewLimit,
+        "sessionSize", &StudySettings::sessionSize, "graduateDays", &StudySettings::graduateDays,
+        "leechThreshold", &StudySettings::leechThreshold, "dormantDays", &StudySettings::dormantDays,
+        "recallOnLookup", &StudySettings::recallOnLookup, "changedAt", &StudySettings::changedAt);
+
+/// All settings of this device. Missing keys of a file take these defaults.
+struct AppConfig {
+    QString apiKey;
+    QString baseURL = QStringLiteral("https://api.deepseek.com");
+    QString model = QStringLiteral("deepseek-chat");
+    bool autoPopupOnSelect = true;
+    bool dwellLookup = true;
+    double dwellSeconds = 1.0;
+    bool optionHoverOCR = true; ///< the hover key reads the word under the pointer, whichever key it is now
+    ModifierKey hoverKey = ModifierKey::option;
+    ModifierKey regionKey = ModifierKey::command;
+    bool optionRegionTranslate = true;
+    qint64 learningSlots = 30;
+    qint64 dailyNewLimit = 8;
+    qint64 sessionSize = 15;
+    qint64 graduateDays = 30;
+    qint64 leechThreshold = 4;
+    qint64 dormantDays = 30;
+    bool recallOnLookup = true;
+    bool menuBarWord = true;
+    QStringList excludedBundleIDs = defaultExcludedBundleIDs();
+    QString syncServer;
+    QString syncToken;
+    QString syncPin;
+    QString studySettingsAt; ///< when a study setting last changed, as ISO 8601 text; empty: never
+
+    static QStringList defaultExcludedBundleIDs();
+
+    /// Absent while no study setting was ever changed here: the device then takes those of the others.
+    std::optional<StudySettings> studySettings() const;
+    bool hasStudySettingsOf(const AppConfig &other) const;
+    void takeStudySettings(const StudySettings &settings);
+
+    bool operator==(const AppConfig &) const = default;
+};
+template <> inline constexpr bool missingTakesDefault<AppConfig> = true;
+template <>
+inline constexpr auto fieldsOf<AppConfig> = fields("apiKey", &AppConfig::apiKey, "baseURL",
+    &AppConfig::baseURL, "model", &AppConfig::model, "autoPopupOnSelect", &AppConfig::autoPopupOnSelect,
+    "dwellLookup", &AppConfig::dwellLookup, "dwellSeconds", &AppConfig::dwellSeconds, "optionHoverOCR",
+    &AppConfig::optionHoverOCR, "hoverKey", lenient(&AppConfig::hoverKey), "regionKey",
+    lenient(&AppConfig::regionKey), "optionRegionTranslate", &AppConfig::optionRegionTranslate,
+    "learningSlots", &AppConfig::learningSlots, "dailyNewLimit", &AppConfig::dailyNewLimit, "sessionSize",
+    &AppConfig::sessionSize, "graduateDays", &AppConfig::graduateDays, "leechThreshold",
+    &AppConfig::leechThreshold, "dormantDays", &AppConfig::dormantDays, "recallOnLookup",
+    &AppConfig::recallOnLookup, "menuBarWord", &AppConfig::menuBarWord, "excludedBundleIDs",
+    &AppConfig::excludedBundleIDs, "syncServer", &AppConfig::syncServer, "syncToken", &AppConfig::syncToken,
+    "syncPin", &AppConfig::syncPin, "studySettingsAt", &AppConfig::studySettingsAt);
+
+} // namespace nimbrelle

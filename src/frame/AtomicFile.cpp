@@ -1,0 +1,165 @@
+#include "frame/AtomicFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace nimbrelle {
+
+int FileCalls::open(const char *path, int flags, mode_t mode)
+{
+    return ::open(path, flags, mode);
+}
+
+ssize_t FileCalls::write(int file, const char *bytes, std::size_t count)
+{
+    return ::write(file, bytes, count);
+}
+
+int FileCalls::flush(int file)
+{
+    return ::fsync(file);
+}
+
+int FileCalls::close(int file)
+{
+    return ::close(file);
+}
+
+int FileCalls::rename(const char *from, const char *to)
+{
+    return ::rename(from, to);
+}
+
+FileCalls &FileCalls::system()
+{
+    static FileCalls calls;
+    return calls;
+}
+
+namespace {
+
+constexpr int newFile = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
+
+const QRegularExpression &temporaryName()
+{
+    static const QRegularExpression pattern(QStringLiteral("^\\..+\\.[0-9a-f]{16}\\.tmp$"));
+    return pattern;
+}
+
+QString temporaryFor(const QFileInfo &target)
+{
+    const QString random =
+        QString::number(QRandomGenerator::system()->generate64(), 16).rightJustified(16, u'0');
+    return QStringLiteral("%1/.%2.%3.tmp").arg(target.path(), target.fileName(), random);
+}
+
+// Where a write must go so that a link in place of the file survives it.
+QFileInfo writtenTarget(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.isSymLink())
+        return info;
+    const QString target = info.canonicalFilePath();
+    return QFileInfo(target.isEmpty() ? info.symLinkTarget() : target);
+}
+
+bool writeAll(int file, QByteArrayView bytes, FileCalls &calls)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t written = calls.write(file, bytes.data(), static_cast<std::size_t>(bytes.size()));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes = bytes.sliced(written);
+    }
+    return true;
+}
+
+// The lock tells removeLeftovers of another process that this temporary is in use. Whoever swept it away
+// between its creation and the lock has unlinked it.
+bool claim(int file)
+{
+    struct stat status { };
+    return ::flock(file, LOCK_EX | LOCK_NB) == 0 && ::fstat(file, &status) == 0 && status.st_nlink == 1;
+}
+
+bool fill(int file, QByteArrayView bytes, FileMode mode, FileCalls &calls)
+{
+    if (!claim(file))
+        return false;
+    if (mode == FileMode::ownerOnly && ::fchmod(file, 0600) != 0)
+        return false;
+    return writeAll(file, bytes, calls) && calls.flush(file) == 0;
+}
+
+// Some file systems can't flush a directory; the replacement itself has happened all the same.
+void flushDirectory(const QString &path, FileCalls &calls)
+{
+    const int directory =
+        calls.open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    if (directory < 0)
+        return;
+    calls.flush(directory);
+    calls.close(directory);
+}
+
+} // namespace
+
+bool replaceFile(const QString &path, QByteArrayView bytes, FileMode mode, FileCalls &calls)
+{
+    const QFileInfo target = writtenTarget(path);
+    const QByteArray temporary = QFile::encodeName(temporaryFor(target));
+    const int file = calls.open(temporary.constData(), newFile, mode == FileMode::ownerOnly ? 0600 : 0666);
+    if (file < 0)
+        return false;
+
+    const bool filled = fill(file, bytes, mode, calls);
+    const bool renamed =
+        filled && calls.rename(temporary.constData(), QFile::encodeName(target.filePath()).constData()) == 0;
+    if (!renamed)
+        ::unlink(temporary.constData());
+    calls.close(file);
+    if (renamed)
+        flushDirectory(target.path(), calls);
+    return renamed;
+}
+
+void removeLeftovers(const QString &directory)
+{
+    const auto names = QDir(directory).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    for (const QString &name : names) {
+        if (!temporaryName().match(name).hasMatch())
+            continue;
+        const QByteArray path = QFile::encodeName(directory + u'/' + name);
+        const int file = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+        if (file < 0)
+            continue;
+        if (::flock(file, LOCK_EX | LOCK_NB) == 0)
+            ::unlink(path.constData());
+        ::close(file);
+    }
+}
+
+std::optional<QByteArray> readFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return std::nullopt;
+    return bytes;
+}
+
+} // namespace nimbrelle

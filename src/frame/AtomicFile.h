@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <sys/types.h>
+
+namespace nimbrelle {
+
+/// The steps of replacing a file, one virtual each, so that a test can let any of them fail. The base class
+/// is the system itself; results are those of the calls of the same name.
+class FileCalls {
+public:
+    virtual ~FileCalls() = default;
+
+    virtual int open(const char *path, int flags, mode_t mode);
+    virtual ssize_t write(int file, const char *bytes, std::size_t count);
+    virtual int flush(int file);
+    virtual int close(int file);
+    virtual int rename(const char *from, const char *to);
+
+    static FileCalls &system();
+};
+
+enum class FileMode {
+    ordinary, ///< what the umask leaves of 0666
+    ownerOnly, ///< 0600 from the first byte on
+};
+
+/// Replaces the content of `path` so that a crash at any moment leaves the old file or the new one: temporary
+/// file in the same directory, write, flush to disk, rename, flush the directory. A symbolic link keeps
+/// pointing where it did. False when any step failed; the old file then stands as it was.
+bool replaceFile(const QString &path, QByteArrayView bytes, FileMode mode = FileMode::ordinary,
+    FileCalls &calls = FileCalls::system());
+
+/// Removes the temporaries that killed processes left in `directory`; those in use are left alone.
+void removeLeftovers(const QString &directory);
+
+/// The whole content, or absent when the file is missing or can't be read.
+std::optional<QByteArray> readFile(const QString &path);
+
+} // namespace nimbrelle

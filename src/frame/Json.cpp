@@ -1,0 +1,269 @@
+#include "frame/Json.h"
+
+#include "frame/Text.h"
+
+#include <QStringEncoder>
+#include <QUtf8StringView>
+
+// Errors are told by results here; the library's own assertions would end the process.
+#define RAPIDJSON_ASSERT(condition) Q_ASSERT(condition)
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <rapidjson/document.h>
+#include <rapidjson/memorystream.h>
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/writer.h>
+#include <variant>
+
+namespace nimbrelle {
+
+namespace {
+
+const rapidjson::Value &valueOf(const void *value)
+{
+    return *static_cast<const rapidjson::Value *>(value);
+}
+
+std::string_view viewOf(const rapidjson::Value &text)
+{
+    return {text.GetString(), text.GetStringLength()};
+}
+
+// Iterative, so that deep nesting can't exhaust the stack; full precision, so that a float read back is
+// itself.
+constexpr unsigned readFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
+
+/// What the library writes into.
+class ByteSink {
+public:
+    using Ch = char;
+
+    void Put(char c) { bytes.append(c); }
+    void Flush() { }
+
+    QByteArray bytes;
+};
+
+} // namespace
+
+bool JsonValue::isNull() const
+{
+    return valueOf(m_value).IsNull();
+}
+
+bool JsonValue::isArray() const
+{
+    return valueOf(m_value).IsArray();
+}
+
+bool JsonValue::isObject() const
+{
+    return valueOf(m_value).IsObject();
+}
+
+std::optional<bool> JsonValue::boolean() const
+{
+    const auto &value = valueOf(m_value);
+    return value.IsBool() ? std::optional(value.GetBool()) : std::nullopt;
+}
+
+std::optional<qint64> JsonValue::integer() const
+{
+    const auto &value = valueOf(m_value);
+    if (value.IsInt64())
+        return value.GetInt64();
+    if (!value.IsDouble())
+        return std::nullopt;
+    const double number = value.GetDouble();
+    constexpr double beyond = 9223372036854775808.0; // 2^63; the largest double below it does fit
+    if (!(number >= -beyond && number < beyond) || std::trunc(number) != number)
+        return std::nullopt;
+    return static_cast<qint64>(number);
+}
+
+std::optional<double> JsonValue::number() const
+{
+    const auto &value = valueOf(m_value);
+    return value.IsNumber() ? std::optional(value.GetDouble()) : std::nullopt;
+}
+
+std::optional<std::string_view> JsonValue::string() const
+{
+    const auto &value = valueOf(m_value);
+    return value.IsString() ? std::optional(viewOf(value)) : std::nullopt;
+}
+
+qsizetype JsonValue::count() const
+{
+    const auto &value = valueOf(m_value);
+    if (value.IsArray())
+        return static_cast<qsizetype>(value.Size());
+    return value.IsObject() ? static_cast<qsizetype>(value.MemberCount()) : 0;
+}
+
+JsonValue JsonValue::element(qsizetype index) const
+{
+    return JsonValue(&valueOf(m_value)[static_cast<rapidjson::SizeType>(index)]);
+}
+
+std::string_view JsonValue::memberKey(qsizetype index) const
+{
+    return viewOf((valueOf(m_value).MemberBegin() + index)->name);
+}
+
+JsonValue JsonValue::memberValue(qsizetype index) const
+{
+    return JsonValue(&(valueOf(m_value).MemberBegin() + index)->value);
+}
+
+struct JsonDocument::Parsed {
+    rapidjson::Document document;
+};
+
+JsonDocument::JsonDocument(std::unique_ptr<Parsed> parsed) : m_parsed(std::move(parsed)) { }
+
+JsonDocument::~JsonDocument() = default;
+JsonDocument::JsonDocument(JsonDocument &&) noexcept = default;
+JsonDocument &JsonDocument::operator=(JsonDocument &&) noexcept = default;
+
+std::optional<JsonDocument> JsonDocument::parse(QByteArrayView utf8)
+{
+    if (!QUtf8StringView(utf8).isValidUtf8())
+        return std::nullopt;
+    const auto size = static_cast<std::size_t>(utf8.size());
+    rapidjson::MemoryStream stream(utf8.data(), size);
+    auto parsed = std::make_unique<Parsed>();
+    parsed->document.ParseStream<readFlags, rapidjson::UTF8<>>(stream);
+    // A NUL looks like the end of the text to the reader, hence the second look at where it stopped.
+    if (parsed->document.HasParseError() || stream.Tell() != size)
+        return std::nullopt;
+    return JsonDocument(std::move(parsed));
+}
+
+JsonValue JsonDocument::root() const
+{
+    return JsonValue(static_cast<const rapidjson::Value *>(&m_parsed->document));
+}
+
+struct JsonWriter::State {
+    using Compact = rapidjson::Writer<ByteSink>;
+    using Indented = rapidjson::PrettyWriter<ByteSink>;
+
+    explicit State(Layout layout)
+    {
+        if (layout == Layout::compact) {
+            writer.emplace<Compact>(sink);
+            return;
+        }
+        writer.emplace<Indented>(sink).SetIndent(' ', 2);
+    }
+
+    // The library's writer goes on after a failed step and calls itself complete, so each step is counted.
+    template <class Step> void run(Step step)
+    {
+        const bool done = std::visit(
+            [&step](auto &chosen) -> bool {
+                if constexpr (std::is_same_v<std::decay_t<decltype(chosen)>, std::monostate>)
+                    return false;
+                else
+                    return step(chosen);
+            },
+            writer);
+        failed = failed || !done;
+    }
+
+    bool isComplete() const
+    {
+        return std::visit(
+            [](const auto &chosen) -> bool {
+                if constexpr (std::is_same_v<std::decay_t<decltype(chosen)>, std::monostate>)
+                    return false;
+                else
+                    return chosen.IsComplete();
+            },
+            writer);
+    }
+
+    ByteSink sink;
+    std::variant<std::monostate, Compact, Indented> writer;
+    QByteArray utf8; // reused, so that a string costs no allocation
+    bool failed = false;
+};
+
+JsonWriter::JsonWriter(Layout layout) : m_state(std::make_unique<State>(layout)) { }
+
+JsonWriter::~JsonWriter() = default;
+
+void JsonWriter::beginObject()
+{
+    m_state->run([](auto &writer) { return writer.StartObject(); });
+}
+
+void JsonWriter::key(std::string_view utf8)
+{
+    m_state->run([utf8](auto &writer) {
+        return writer.Key(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
+    });
+}
+
+void JsonWriter::endObject()
+{
+    m_state->run([](auto &writer) { return writer.EndObject(); });
+}
+
+void JsonWriter::beginArray()
+{
+    m_state->run([](auto &writer) { return writer.StartArray(); });
+}
+
+void JsonWriter::endArray()
+{
+    m_state->run([](auto &writer) { return writer.EndArray(); });
+}
+
+void JsonWriter::boolean(bool value)
+{
+    m_state->run([value](auto &writer) { return writer.Bool(value); });
+}
+
+void JsonWriter::integer(qint64 value)
+{
+    m_state->run([value](auto &writer) { return writer.Int64(value); });
+}
+
+void JsonWriter::number(double value)
+{
+    constexpr double largest = std::numeric_limits<double>::max();
+    const double finite = std::isnan(value) ? value : std::clamp(value, -largest, largest);
+    m_state->run([finite](auto &writer) { return writer.Double(finite); });
+}
+
+void JsonWriter::string(QStringView text)
+{
+    if (!text.isValidUtf16()) {
+        string(wellFormed(text.toString()));
+        return;
+    }
+    QByteArray &utf8 = m_state->utf8;
+    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    utf8.resize(encoder.requiredSpace(text.size()));
+    const char *end = encoder.appendToBuffer(utf8.data(), text);
+    ascii({utf8.constData(), static_cast<std::size_t>(end - utf8.constData())});
+}
+
+void JsonWriter::ascii(std::string_view text)
+{
+    m_state->run([text](auto &writer) {
+        return writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+    });
+}
+
+std::optional<QByteArray> JsonWriter::take()
+{
+    if (m_state->failed || !m_state->isComplete())
+        return std::nullopt;
+    return std::exchange(m_state->sink.bytes, {});
+}
+
+} // namespace nimbrelle

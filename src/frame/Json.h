@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+/// JSON text in and out, strict about types. Only Json.cpp sees the library below.
+namespace nimbrelle {
+
+/// A value inside a JsonDocument, valid as long as that document. Each reader is absent for another type.
+class JsonValue {
+public:
+    bool isNull() const;
+    bool isArray() const;
+    bool isObject() const;
+
+    std::optional<bool> boolean() const;
+    /// A whole number that 64 bits hold; 30.0 is one, 30.5 and 1e30 are not.
+    std::optional<qint64> integer() const;
+    std::optional<double> number() const;
+    /// UTF-8, and valid.
+    std::optional<std::string_view> string() const;
+
+    /// Elements of an array or members of an object, in the order of the text; 0 for anything else.
+    qsizetype count() const;
+    JsonValue element(qsizetype index) const;
+    std::string_view memberKey(qsizetype index) const;
+    JsonValue memberValue(qsizetype index) const;
+
+    explicit JsonValue(const void *value) : m_value(value) { }
+
+private:
+    const void *m_value;
+};
+
+class JsonDocument {
+public:
+    /// Absent unless `utf8` is valid UTF-8 and exactly one JSON value with nothing but white space round it.
+    /// Nesting may be as deep as memory allows.
+    static std::optional<JsonDocument> parse(QByteArrayView utf8);
+
+    JsonValue root() const;
+
+    ~JsonDocument();
+    JsonDocument(JsonDocument &&) noexcept;
+    JsonDocument &operator=(JsonDocument &&) noexcept;
+
+private:
+    struct Parsed;
+    explicit JsonDocument(std::unique_ptr<Parsed> parsed);
+    std::unique_ptr<Parsed> m_parsed;
+};
+
+/// Writes one JSON value from begin to end. A failure of any step shows at take().
+class JsonWriter {
+public:
+    enum class Layout { compact, indented };
+
+    explicit JsonWriter(Layout layout);
+    ~JsonWriter();
+
+    void beginObject();
+    void key(std::string_view utf8);
+    void endObject();
+    void beginArray();
+    void endArray();
+
+    void boolean(bool value);
+    void integer(qint64 value);
+    /// Infinities become the largest finite value; a NaN fails the writing.
+    void number(double value);
+    /// An unpaired surrogate is written as U+FFFD.
+    void string(QStringView text);
+    void ascii(std::string_view text);
+
+    /// The finished text, or absent when a step failed or the value is incomplete.
+    std::optional<QByteArray> take();
+
+private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+/// How a record tells the codec about itself. A record is a plain struct with defaulted equality; it names
+/// each field once, in declared order:
+///
+///     template <> inline constexpr auto fieldsOf<Example> = fields("id", &Example::id, ...);
+///
+/// A std::optional member may be missing or null in JSON and is left out when absent. Every other member is
+/// required, unless missingTakesDefault<Record> is true.
+namespace nimbrelle {
+
+template <class Record, class Member> struct Field {
+    std::string_view key;
+    Member Record::*member;
+    bool isLenient = false; ///< a value that can't be read takes the default and spoils nothing else
+};
+
+template <class Record, class Member> struct LenientMember {
+    Member Record::*member;
+};
+
+template <class Record, class Member> constexpr LenientMember<Record, Member> lenient(Member Record::*member)
+{
+    return {member};
+}
+
+namespace detail {
+
+template <class Record, class Member> constexpr auto field(std::string_view key, Member Record::*member)
+{
+    return Field<Record, Member>{key, member, false};
+}
+
+template <class Record, class Member>
+constexpr auto field(std::string_view key, LenientMember<Record, Member> member)
+{
+    return Field<Record, Member>{key, member.member, true};
+}
+
+template <class Pairs, std::size_t... index>
+constexpr auto paired(const Pairs &pairs, std::index_sequence<index...>)
+{
+    return std::make_tuple(field(std::get<2 * index>(pairs), std::get<2 * index + 1>(pairs))...);
+}
+
+} // namespace detail
+
+/// Takes key, member, key, member, ...
+template <class... KeysAndMembers> constexpr auto fields(KeysAndMembers... keysAndMembers)
+{
+    static_assert(sizeof...(KeysAndMembers) % 2 == 0);
+    return detail::paired(
+        std::make_tuple(keysAndMembers...), std::make_index_sequence<sizeof...(KeysAndMembers) / 2>{});
+}
+
+template <class Record> inline constexpr std::nullptr_t fieldsOf = nullptr;
+
+template <class Record> inline constexpr bool missingTakesDefault = false;
+
+/// Names a member whose own fields stand in the same flat object as those of the record around it.
+template <class Record> inline constexpr std::nullptr_t flattenedOf = nullptr;
+
+/// The case names of a stored enumeration whose values count from 0:
+///
+///     template <> inline constexpr auto caseNames<Stage> = cases("seen", "learning", ...);
+template <class Enum> inline constexpr std::nullptr_t caseNames = nullptr;
+
+template <class... Names> constexpr std::array<std::string_view, sizeof...(Names)> cases(Names... names)
+{
+    return {std::string_view{names}...};
+}
+
+template <class Enum> constexpr std::string_view caseName(Enum value)
+{
+    return caseNames<Enum>[static_cast<std::size_t>(value)];
+}
+
+template <class Enum> inline constexpr std::size_t caseCount = caseNames<Enum>.size();
+
+/// All cases in declared order.
+template <class Enum> constexpr std::array<Enum, caseCount<Enum>> allCases()
+{
+    std::array<Enum, caseCount<Enum>> all{};
+    for (std::size_t i = 0; i < all.size(); ++i)
+        all[i] = static_cast<Enum>(i);
+    return all;
+}
+
+} // namespace nimbrelle

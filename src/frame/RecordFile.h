@@ -1,0 +1,24 @@
+#pragma once
+
+#include "frame/AtomicFile.h"
+#include "frame/RecordCodec.h"
+
+namespace nimbrelle {
+
+/// What a data file holds, or absent when it is missing, unreadable or breaks its form anywhere.
+template <class T> std::optional<T> readRecordFile(const QString &path)
+{
+    const auto bytes = readFile(path);
+    return bytes ? decode<T>(*bytes) : std::nullopt;
+}
+
+/// Replaces the file by `value`. A failure leaves the old file and is not told: memory is ahead of the disk
+/// until a later write.
+template <class T>
+void writeRecordFile(const QString &path, const T &value, FileMode mode = FileMode::ordinary)
+{
+    if (const auto bytes = encode(value, TextForm::file))
+        replaceFile(path, *bytes, mode);
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,105 @@
+#include "frame/Text.h"
+
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+namespace {
+
+// In such a text every unit is a character by itself. CR LF is one character, hence the exclusion.
+bool isPlainAscii(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80 && c != u'\r'; });
+}
+
+template <class Unwanted> QString trimmedWhere(const QString &text, Unwanted unwanted)
+{
+    qsizetype from = 0, to = text.size();
+    while (from < to && unwanted(text[from]))
+        ++from;
+    while (to > from && unwanted(text[to - 1]))
+        --to;
+    return text.mid(from, to - from);
+}
+
+} // namespace
+
+qsizetype characterCount(QStringView text)
+{
+    if (isPlainAscii(text))
+        return text.size();
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype count = 0;
+    while (finder.toNextBoundary() != -1)
+        ++count;
+    return count;
+}
+
+QString firstCharacters(const QString &text, qsizetype count)
+{
+    if (count <= 0)
+        return {};
+    if (text.size() <= count || isPlainAscii(text))
+        return text.left(count);
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype end = 0;
+    for (; count > 0; --count) {
+        const qsizetype next = finder.toNextBoundary();
+        if (next == -1)
+            return text;
+        end = next;
+    }
+    return text.left(end);
+}
+
+QStringList characters(const QString &text)
+{
+    QStringList result;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype from = 0;
+    for (qsizetype to = finder.toNextBoundary(); to != -1; to = finder.toNextBoundary()) {
+        result.append(text.mid(from, to - from));
+        from = to;
+    }
+    return result;
+}
+
+bool isBlank(QChar c)
+{
+    return c == u'\t' || c.category() == QChar::Separator_Space;
+}
+
+QString trimmedBlanks(const QString &text)
+{
+    return trimmedWhere(text, isBlank);
+}
+
+QString trimmedSpace(const QString &text)
+{
+    return trimmedWhere(text, [](QChar c) { return c.isSpace(); });
+}
+
+QString trimmedOf(const QString &text, QStringView unwanted)
+{
+    return trimmedWhere(text, [unwanted](QChar c) { return unwanted.contains(c); });
+}
+
+QString wellFormed(const QString &text)
+{
+    if (text.isValidUtf16())
+        return text;
+    QString result = text;
+    for (qsizetype i = 0; i < result.size(); ++i) {
+        const bool paired =
+            result[i].isHighSurrogate() && i + 1 < result.size() && result[i + 1].isLowSurrogate();
+        if (paired)
+            ++i;
+        else if (result[i].isSurrogate())
+            result[i] = QChar::ReplacementCharacter;
+    }
+    return result;
+}
+
+} // namespace nimbrelle
