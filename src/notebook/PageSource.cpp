@@ -1,0 +1,33 @@
+#include "notebook/PageSource.h"
+
+#include <QUrl>
+
+namespace nimbrelle {
+
+std::optional<QString> hostOf(const std::optional<QString> &url)
+{
+    const QUrl address(url.value_or(QString()));
+    if (address.isEmpty() || !address.isValid())
+        return std::nullopt;
+    if (address.isLocalFile()) {
+        const QStringList parts = address.path(QUrl::FullyDecoded).split(u'/', Qt::SkipEmptyParts);
+        return parts.isEmpty() ? std::nullopt : std::optional(parts.last());
+    }
+    QString host = address.host();
+    if (host.startsWith(QStringLiteral("www.")))
+        host.remove(0, 4);
+    return host.isEmpty() ? std::nullopt : std::optional(host);
+}
+
+std::optional<QString> PageSource::host() const
+{
+    return hostOf(url);
+}
+
+std::optional<QString> PageSource::sourceKey() const
+{
+    const auto found = host();
+    return found ? found : app;
+}
+
+} // namespace nimbrelle
