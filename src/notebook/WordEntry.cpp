@@ -94,19 +94,25 @@ DisplayStage WordEntry::displayStage(const AppConfig &config, Timestamp now) con
 
 double WordEntry::priority(const AppConfig &config, Timestamp now) const
 {
-    constexpr double halfLifeDays = 14;
-    const qsizetype noteCount = notes ? notes->size() : 0;
-    const qsizetype sourceCount = sourceKeys ? sourceKeys->size() : 1;
+    return priorityOf(*this, config, now, [](const QString &day) { return DayKey::date(day); });
+}
 
-    double sum = isWanted() ? 1000 : 0;
+double priorityOf(const WordEntry &entry, const AppConfig &config, Timestamp now,
+    const std::function<std::optional<Timestamp>(const QString &day)> &midnightOf)
+{
+    constexpr double halfLifeDays = 14;
+    const qsizetype noteCount = entry.notes ? entry.notes->size() : 0;
+    const qsizetype sourceCount = entry.sourceKeys ? entry.sourceKeys->size() : 1;
+
+    double sum = entry.isWanted() ? 1000 : 0;
     sum += 8 * static_cast<double>(std::min<qsizetype>(noteCount, 3));
-    for (const QString &day : days()) {
-        const double age = std::max(0.0, daysBetween(DayKey::date(day).value_or(now), now));
+    for (const QString &day : entry.days()) {
+        const double age = std::max(0.0, daysBetween(midnightOf(day).value_or(now), now));
         sum += 10 * std::exp2(-age / halfLifeDays);
     }
     sum += 4 * static_cast<double>(std::min<qsizetype>(sourceCount, 5));
-    sum += register_ == Register::technical ? 3 : 0;
-    sum += lapses() >= config.leechThreshold ? 5 : 0;
+    sum += entry.register_ == Register::technical ? 3 : 0;
+    sum += entry.lapses() >= config.leechThreshold ? 5 : 0;
     return sum;
 }
 

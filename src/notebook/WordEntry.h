@@ -7,6 +7,8 @@
 #include <QMap>
 #include <QStringList>
 
+#include <functional>
+
 namespace nimbrelle {
 
 struct AppConfig;
@@ -80,6 +82,10 @@ struct WordEntry {
     /// Higher means sooner into learning.
     double priority(const AppConfig &config, Timestamp now) const;
 };
+/// As WordEntry::priority, with the reading of day keys handed in for those who rank many words at once.
+double priorityOf(const WordEntry &entry, const AppConfig &config, Timestamp now,
+    const std::function<std::optional<Timestamp>(const QString &day)> &midnightOf);
+
 template <>
 inline constexpr auto fieldsOf<WordEntry> = fields("id", &WordEntry::id, "headword", &WordEntry::headword,
     "phonetic", &WordEntry::phonetic, "pos", &WordEntry::pos, "meaningZh", &WordEntry::meaningZh,

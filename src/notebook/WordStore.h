@@ -1,0 +1,166 @@
+#pragma once
+
+#include "notebook/SyncBundle.h"
+#include "notebook/Unlock.h"
+#include "review/SpellMode.h"
+
+#include <QCoro/QCoroTask>
+#include <QObject>
+#include <QSet>
+
+#include <functional>
+
+namespace nimbrelle {
+
+class AppPaths;
+class Clock;
+class ConfigStore;
+class LearningLog;
+struct Explanation;
+struct PageSource;
+
+/// What one recognition answer did to the word.
+enum class ReviewOutcome { normal, graduated, becameLeech };
+
+/// A word as it stands after a save, and what the save unlocked.
+struct SavedWord {
+    WordEntry entry;
+    Unlock unlock;
+};
+
+/// The one owner of all learning data; every change of it goes through here and is on disk when the call
+/// returns, as far as the disk allows. An id or headword that isn't there is no error: the call does nothing.
+/// Lists hold the newest first. Main thread only.
+class WordStore : public QObject {
+    Q_OBJECT
+
+public:
+    /// Asks for a memory aid; throws on failure. Handed in so that the notebook never sees the network.
+    using MnemonicRequest =
+        std::function<QCoro::Task<QString>(WordEntry word, QStringList knownWords, QStringList interests)>;
+
+    /// Reads the files and writes nothing.
+    WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &config, LearningLog &log,
+        MnemonicRequest mnemonicRequest = {});
+
+    const QList<WordEntry> &entries() const { return m_entries; }
+    const QList<AINote> &sentenceNotes() const { return m_sentenceNotes; }
+    const QList<GrammarEncounter> &grammarEncounters() const { return m_grammarEncounters; }
+    const QList<AffixEncounter> &affixEncounters() const { return m_affixEncounters; }
+    const QList<Tombstone> &deleted() const { return m_deleted; }
+    const ReviewStats &stats() const { return m_stats; }
+
+    /// The word of that headword, blanks round the text and letter case aside.
+    std::optional<qsizetype> index(const QString &text) const;
+    /// Null when there is none; valid until the next change.
+    const WordEntry *find(const QUuid &id) const;
+
+    /// @name Deleting. Each leaves a tombstone, also when nothing matched, unless `wordId` is unknown.
+    /// @{
+    void remove(const QUuid &id);
+    void deleteNote(const QUuid &id, const QUuid &wordId);
+    void deleteExample(const QUuid &id, const QUuid &wordId);
+    void deleteSentenceNote(const QUuid &id);
+    void deleteGrammarEncounter(const QUuid &id);
+    /// @}
+
+    /// @name Saving and meeting words
+    /// @{
+    /// Keeps a word; for one already kept it only adds a sentence not seen before.
+    SavedWord save(const Explanation &explanation, const PageSource &source);
+    /// Folds the meeting with a saved word in; does nothing for an unsaved one.
+    Unlock recordLookup(const Explanation &explanation, const PageSource &source);
+    void addNote(const AINote &note, const QString &headword);
+    void addSentenceNote(const AINote &note);
+    /// The other words of its family, in the order of entries().
+    QList<WordEntry> family(const WordEntry &entry) const;
+    /// What the user reads about: up to five source keys, the most frequent first, then up to eight page
+    /// titles.
+    QStringList topInterests() const;
+    QSet<GrammarPoint> unlockedGrammar() const;
+    QSet<Affix> unlockedAffixes() const;
+    /// @}
+
+    /// @name The learning set
+    /// @{
+    qint64 learningCount() const;
+    qint64 spellPracticeCount() const;
+    /// Wakes rests, trims the set and lets words in; `extra` of 1 or more replaces the daily allowance.
+    /// Returns how many joined.
+    qint64 fillSlots(qint64 extra);
+    /// False when the word is unknown or learning already, or the set is full.
+    bool startLearning(const QUuid &id);
+    void setWantToLearn(const QUuid &id, bool value);
+    /// @}
+
+    /// @name Answers
+    /// @{
+    ReviewOutcome applyReview(const QUuid &id, Rating rating, const QString &kind);
+    /// The new spellLevel; 0 for an unknown word.
+    qint64 applySpelling(const QUuid &id, Rating rating);
+    void rest(const QUuid &id, qint64 days);
+    void setSpellPractice(const QUuid &id, bool on);
+    /// Puts a word on the always-spell list, saving it first when it is new.
+    WordEntry addSpellPractice(const Explanation &explanation);
+    /// Returns at once; a failure is dropped without a word.
+    void requestMnemonic(const QUuid &id);
+    /// @}
+
+    /// @name Rounds, in asking order
+    /// @{
+    /// Fills the slots first; at most sessionSize words, the most forgotten first, then new ones.
+    QList<QUuid> buildSession(qint64 extraNew);
+    /// The size that buildSession(0) would give at `now`, changing nothing.
+    qint64 sessionCount(Timestamp now) const;
+    /// The words of the always-spell list that were spelled least recently.
+    QList<QUuid> buildSpellingSession(qint64 size) const;
+    /// @}
+
+    /// @name Sync
+    /// @{
+    SyncBundle snapshot() const;
+    void applySync(const SyncBundle &bundle);
+    /// @}
+
+signals:
+    /// A change of any of the lists or of the counters is about to take effect. It fires in the middle of an
+    /// operation, once for each change: a slot must not call the store, but queue.
+    void changing();
+
+private:
+    WordEntry *change(const QUuid &id);
+    WordEntry &change(qsizetype index);
+    template <class Record> void buryAndRemove(QList<Record> &list, const QUuid &id);
+    void bury(const QUuid &id);
+    void refreshStatsDay();
+    ReviewStats freshStats() const;
+
+    void markEncounter(qsizetype index, const PageSource &source);
+    Unlock recordEncounter(const Explanation &explanation, const PageSource &source, bool isNewWord);
+    void recordForm(WordEntry &word, const Explanation &explanation, Unlock &unlock);
+    void recordGrammar(const Explanation &explanation, const PageSource &source, Unlock &unlock);
+    void recordAffixes(const Explanation &explanation, Unlock &unlock);
+    QCoro::Task<> fetchMnemonic(QUuid id, QStringList knownWords, QStringList interests);
+
+    void writeEntries() const;
+    void writeSentenceNotes() const;
+    void writeGrammar() const;
+    void writeAffixes() const;
+    void writeDeleted() const;
+    void writeStats() const;
+
+    const AppPaths &m_paths;
+    const Clock &m_clock;
+    ConfigStore &m_config;
+    LearningLog &m_log;
+    MnemonicRequest m_mnemonicRequest;
+
+    QList<WordEntry> m_entries;
+    QList<AINote> m_sentenceNotes;
+    QList<GrammarEncounter> m_grammarEncounters;
+    QList<AffixEncounter> m_affixEncounters;
+    QList<Tombstone> m_deleted;
+    ReviewStats m_stats;
+};
+
+} // namespace nimbrelle
