@@ -114,8 +114,8 @@ void Grammar::addLimits(CLI::App *serve)
     ServerLimits &limits = m_options.limits;
     const auto bytes = [&](const char *name, std::uint64_t &value, const char *description) {
         serve->add_option(name, value, description)
-            ->transform(CLI::AsSizeValue(false).description(""))
-            ->transform(atLeast(1024))
+            ->check(atLeast(1024))
+            ->transform(CLI::AsSizeValue(false).description("")) // runs before the check
             ->type_name("BYTES");
     };
     const auto count = [&](const char *name, unsigned &value, const char *description) {

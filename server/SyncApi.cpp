@@ -56,22 +56,20 @@ std::optional<std::string_view> bearerToken(const std::optional<std::string> &au
     return start == std::string_view::npos ? std::nullopt : std::optional(text.substr(start));
 }
 
-// The outer absence is a malformed header, the inner one a missing header.
-std::optional<std::optional<EntityTags>> parsedTags(const std::optional<std::string> &header)
+// False when a header is there and malformed.
+bool readTags(const std::optional<std::string> &header, std::optional<EntityTags> &tags)
 {
-    if (!header)
-        return std::optional<EntityTags>();
-    auto tags = EntityTags::parse(*header);
-    return tags ? std::optional(tags) : std::nullopt;
+    if (header)
+        tags = EntityTags::parse(*header);
+    return !header || tags.has_value();
 }
 
 std::optional<Conditions> conditionsOf(const RequestHead &head)
 {
-    auto ifMatch = parsedTags(head.ifMatch);
-    auto ifNoneMatch = parsedTags(head.ifNoneMatch);
-    if (!ifMatch || !ifNoneMatch)
-        return std::nullopt;
-    return Conditions{std::move(*ifMatch), std::move(*ifNoneMatch)};
+    Conditions conditions;
+    const bool wellFormed =
+        readTags(head.ifMatch, conditions.ifMatch) && readTags(head.ifNoneMatch, conditions.ifNoneMatch);
+    return wellFormed ? std::optional(conditions) : std::nullopt;
 }
 
 Answer malformedCondition()
