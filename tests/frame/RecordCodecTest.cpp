@@ -172,7 +172,7 @@ TEST(RecordCodec, WritesSortedKeysWithoutNulls)
     Branch branch;
     branch.leaves.append(sampleLeaf());
     const QByteArray text = *encode(branch, TextForm::file);
-    EXPECT_TRUE(text.startsWith("{\n  \"leaves\": [\n    {\n      \"at\": ")) << text.toStdString();
+    EXPECT_TRUE(text.startsWith("{\n \"leaves\": [\n  {\n   \"at\": ")) << text.toStdString();
     EXPECT_FALSE(text.contains("null"));
     EXPECT_FALSE(text.contains("crown"));
     EXPECT_EQ(encode(Branch(), TextForm::file)->simplified(), "{ \"leaves\": [] }");
