@@ -40,8 +40,8 @@ static void addEntries(const Lexicon &lexicon, std::string_view text, std::vecto
     }
 }
 
-/// The words that an answer can speak of: those asked about, then the word in question, then those of the
-/// text.
+/// The words that an answer about one word can speak of: those asked about, else the word in question, else
+/// those of the text.
 static std::vector<const Entry *> wordsInQuestion(
     const Lexicon &lexicon, std::string_view question, const AskSubject &subject)
 {
@@ -51,6 +51,14 @@ static std::vector<const Entry *> wordsInQuestion(
         addEntries(lexicon, subject.focusWord, entries);
     if (entries.empty() && subject.focusWord.empty())
         addEntries(lexicon, subject.original, entries);
+    return entries;
+}
+
+static std::vector<const Entry *> wordsOfText(const Lexicon &lexicon, const AskSubject &subject)
+{
+    std::vector<const Entry *> entries;
+    addEntries(lexicon, subject.focusWord, entries);
+    addEntries(lexicon, subject.original, entries);
     return entries;
 }
 
@@ -70,18 +78,25 @@ static std::string title(const Entry &entry)
     return "**" + entry.headword + "**：" + entry.usualSense().meaningZh;
 }
 
+/// What the word's form shows in the text, or nothing.
+static std::string grammarLine(const Lexicon &lexicon, const Entry &entry, std::string_view text)
+{
+    const std::vector<Word> words = wordsOf(text);
+    const auto match = lexicon.firstMatchOf(entry, words);
+    if (!match)
+        return {};
+    const std::string_view surface =
+        textOf(text, std::span(words).subspan(match->begin, match->end - match->begin));
+    const WordAnswer met = explain(lexicon, {std::string(surface), std::string(text)});
+    return met.grammarNoteZh.empty() || met.sentenceIsExample ? std::string()
+                                                              : "\n- 语法：" + met.grammarNoteZh;
+}
+
 static std::string whyText(const Lexicon &lexicon, const Entry &entry, const AskSubject &subject)
 {
     std::string text =
         title(entry) + "。\n- 用法：" + entry.noteZh + "\n- 语气：" + std::string(toneOf(entry));
-    for (const FormMatch &match : lexicon.matchesIn(wordsOf(subject.original))) {
-        const auto words = wordsOf(subject.original);
-        const auto surface =
-            textOf(subject.original, std::span(words).subspan(match.begin, match.end - match.begin));
-        const WordAnswer met = explain(lexicon, {std::string(surface), subject.original});
-        if (match.entry == &entry && !met.grammarNoteZh.empty() && !met.sentenceIsExample)
-            text += "\n- 语法：" + met.grammarNoteZh;
-    }
+    text += grammarLine(lexicon, entry, subject.original);
     for (const Alternative &other : entry.alternatives)
         text += "\n- 换成 **" + other.text + "**：" + other.meaningZh;
     return text;
@@ -142,22 +157,32 @@ static std::string nothingKnown(const AskSubject &subject)
           "reluctant、deprecated、give up 这类词的试试";
 }
 
+static std::string freeAnswer(const Lexicon &lexicon, std::string_view question, const AskSubject &subject)
+{
+    const std::vector<const Entry *> entries = wordsInQuestion(lexicon, question, subject);
+    if (entries.empty())
+        return nothingKnown(subject);
+    if (lexicon.matchesIn(wordsOf(question)).empty())
+        return "这个问题我答不上来，只能讲讲认得的词。\n" + whyText(lexicon, *entries.front(), subject);
+    return entries.size() == 1 ? whyText(lexicon, *entries.front(), subject)
+                               : "问题里认得的词有这些：" + listOf(entries);
+}
+
 std::string askTalk(const Lexicon &lexicon, const ChatRequest &request)
 {
     const AskSubject subject = readAskSubject(request);
     const std::string_view question = request.question();
-    const std::vector<const Entry *> entries = wordsInQuestion(lexicon, question, subject);
-    if (entries.empty())
-        return nothingKnown(subject);
-    if (asks(question, {"拆开", "结构", "主干"}))
-        return "整句的主干我分析不了，能讲的是里面认得的词：" + listOf(entries);
-    if (asks(question, {"简单", "换个说法"}))
-        return plainWords(entries);
-    if (asks(question, {"例句", "例子", "造"}))
-        return exampleText(lexicon, *entries.front());
-    if (entries.size() == 1 || asks(question, {"为什么", "什么意思", "语气"}))
-        return whyText(lexicon, *entries.front(), subject);
-    return "问题里认得的词有这些：" + listOf(entries);
+    const std::vector<const Entry *> asked = wordsInQuestion(lexicon, question, subject);
+    const std::vector<const Entry *> inText = wordsOfText(lexicon, subject);
+    if (!inText.empty() && asks(question, {"拆开", "结构", "主干"}))
+        return "整句的主干我分析不了，能讲的是里面认得的词：" + listOf(inText);
+    if (!inText.empty() && asks(question, {"更简单", "简单说法"}))
+        return plainWords(inText);
+    if (!asked.empty() && asks(question, {"例句", "例子"}))
+        return exampleText(lexicon, *asked.front());
+    if (!asked.empty() && asks(question, {"为什么", "什么意思", "语气"}))
+        return whyText(lexicon, *asked.front(), subject);
+    return freeAnswer(lexicon, question, subject);
 }
 
 } // namespace nimbrelle::practice

@@ -28,6 +28,16 @@ static std::string_view insideBrackets(std::string_view text, std::string_view &
     return {};
 }
 
+/// The record puts the label of an unusual register behind the meaning.
+static std::string_view withoutRegister(std::string_view meaning)
+{
+    for (const std::string_view label : {"，正式", "，口语", "，俚语", "，技术"}) {
+        if (meaning.ends_with(label))
+            meaning.remove_suffix(label.size());
+    }
+    return meaning;
+}
+
 static std::optional<SavedWord> readSaved(std::string_view line)
 {
     if (line.size() <= dayLength)
@@ -39,7 +49,7 @@ static std::optional<SavedWord> readSaved(std::string_view line)
         return std::nullopt;
     const size_t blank = inside.find(' ');
     SavedWord saved{std::string(line.substr(0, line.find("（"))),
-        std::string(blank == std::string_view::npos ? inside : inside.substr(blank + 1)), {}};
+        std::string(withoutRegister(inside.substr(blank == std::string_view::npos ? 0 : blank + 1))), {}};
     constexpr std::string_view from = " 来自 ";
     if (rest.starts_with(from))
         saved.place = rest.substr(from.size(),
@@ -107,7 +117,8 @@ static std::string inlineTip(const Lexicon &lexicon, const std::string &word)
     std::string tip = tipFor(lexicon, {word, {}, {}, {}, {}});
     for (size_t at; (at = tip.find('\n')) != std::string::npos;)
         tip.replace(at, 1, "；");
-    return tip;
+    constexpr std::string_view stop = "。";
+    return tip.ends_with(stop) ? tip.substr(0, tip.size() - stop.size()) : tip;
 }
 
 static std::string listOfSaved(const CoachRecord &record, size_t most)
@@ -128,7 +139,7 @@ static std::string readingParagraph(const CoachRecord &record)
     const SavedWord &newest = record.saved.front();
     std::string text = "我注意到你最近存下了 " + withMeaning(newest.word, newest.meaningZh);
     if (!newest.place.empty())
-        text += "，是在 " + newest.place + " 里碰到的";
+        text += "，是在 " + newest.place + (newest.place.ends_with("」") ? "" : " ") + "里碰到的";
     text += "。";
     if (record.saved.size() > 1)
         text += "\n\n这几天存的词，我挑几个念给你听：" + listOfSaved(record, 5)
@@ -201,6 +212,14 @@ static std::string watchList(
     return text;
 }
 
+static std::string weakest(const Lexicon &lexicon, const CoachRecord &record)
+{
+    std::string text = "从记录里看，反复没想起来的是这些，换个记法试试：";
+    for (const ForgottenWord &word : record.forgotten)
+        text += "\n- " + withMeaning(word.word, word.meaningZh) + "：" + inlineTip(lexicon, word.word);
+    return text;
+}
+
 static std::string afterReview(const Lexicon &lexicon, const CoachRecord &record, std::string_view question)
 {
     std::string text = "刚才这一轮我看到了：";
@@ -231,7 +250,11 @@ static std::string reply(const Lexicon &lexicon, const CoachRecord &record, std:
     if (asks("挑 3 个") && haveWords)
         return watchList(lexicon, record, 3, "时间不多，就看这几个：");
     if (asks("最弱") && !record.forgotten.empty())
-        return watchList(lexicon, record, 2, "从记录里看，反复没想起来的是这些，换个记法试试：");
+        return weakest(lexicon, record);
+    if (asks("最弱"))
+        return "最近两周的记录里，没有哪个词反复想不起来，说不上哪里弱。";
+    if (asks("分钟") && haveWords)
+        return watchList(lexicon, record, 2, "时间短也够，只看这两个，其余的先放着：");
     if ((asks("记法") || asks("办法")) && haveWords)
         return watchList(lexicon, record, 1, "就拿它来说：");
     const std::string known = aboutWords(lexicon, question);

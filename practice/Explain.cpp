@@ -59,8 +59,8 @@ static bool isHelper(const std::string &word)
 {
     static const std::set<std::string> helpers = {"have", "has", "had", "be", "been", "being", "is", "are",
         "was", "were", "am", "will", "would", "can", "could", "should", "must", "might", "may", "do", "does",
-        "did", "not", "never", "to", "the", "a", "an"};
-    return helpers.contains(word);
+        "did", "not", "never", "i", "you", "he", "she", "it", "we", "they", "to", "the", "a", "an"};
+    return helpers.contains(word) || word.find('\'') != std::string::npos;
 }
 
 struct Selection {
@@ -69,11 +69,13 @@ struct Selection {
     std::span<const FormHit> hits;
 };
 
+static constexpr size_t mostHelpers = 5;
+
 static Selection readSelection(const Lexicon &lexicon, std::string_view marked)
 {
     Selection selection{collapsed(withoutEdgePunctuation(marked)), 0, {}};
     const std::vector<Word> words = wordsOf(selection.text);
-    for (size_t skipped = 0; skipped < words.size(); ++skipped) {
+    for (size_t skipped = 0; skipped < std::min(words.size(), mostHelpers); ++skipped) {
         selection.helpers = skipped;
         selection.hits = lexicon.readingsOf(selection.text.substr(words[skipped].begin));
         if (!selection.hits.empty() || !isHelper(words[skipped].folded))

@@ -39,7 +39,7 @@ static std::string glossed(const Lexicon &lexicon, const std::string &sentence)
     size_t written = 0;
     for (const FormMatch &match : lexicon.matchesIn(words)) {
         const size_t end = words[match.end - 1].end;
-        out += sentence.substr(written, end - written) + "（" + match.entry->usualSense().meaningZh + "）";
+        out += sentence.substr(written, end - written) + "〔" + match.entry->usualSense().meaningZh + "〕";
         written = end;
     }
     return out.empty() ? out : out + sentence.substr(written);

@@ -35,9 +35,9 @@ template <size_t N> static bool isOneOf(std::string_view word, const std::array<
 
 static bool isAdverb(std::string_view word)
 {
-    static constexpr std::array<std::string_view, 21> adverbs = {"never", "already", "just", "not", "always",
+    static constexpr std::array<std::string_view, 22> adverbs = {"never", "already", "just", "not", "always",
         "really", "also", "still", "probably", "finally", "recently", "only", "ever", "actually", "even",
-        "often", "now", "clearly", "simply", "eventually", "then"};
+        "often", "now", "clearly", "simply", "eventually", "then", "rather"};
     return isOneOf(word, adverbs);
 }
 
@@ -108,6 +108,13 @@ static size_t wordBefore(const Place &place, size_t index)
             return index;
     }
     return place.words.size();
+}
+
+static bool isFunctionWord(std::string_view word)
+{
+    static constexpr std::array<std::string_view, 20> words = {"and", "or", "but", "for", "with", "on", "in",
+        "at", "from", "about", "by", "all", "many", "more", "most", "two", "three", "few", "both", "than"};
+    return isDeterminer(word) || isOneOf(word, words) || helperOf(word) != Before::nothing;
 }
 
 static Lead leadOfBeen(const Place &place, size_t been)
@@ -206,7 +213,10 @@ static std::optional<GrammarReading> readSubject(std::span<const FormHit> hits, 
 {
     const std::string previous = previousWord(place);
     const FormHit *third = hitOf(hits, FormKind::thirdPerson);
-    if (third && (isSingularSubject(previous) || !hitOf(hits, FormKind::plural)))
+    const FormHit *plural = hitOf(hits, FormKind::plural);
+    const bool usuallyVerb = third && third->sense == &third->entry->usualSense();
+    const bool afterNoun = usuallyVerb && !previous.empty() && !isFunctionWord(previous);
+    if (third && (!plural || isSingularSubject(previous) || afterNoun))
         return reading(*third, "present_simple", quote(place, place.begin), "主语是第三人称单数，动词加 -s");
     const FormHit *base = hitOf(hits, FormKind::base);
     if (base && base->sense->isVerb() && isPluralSubject(previous))

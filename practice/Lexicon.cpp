@@ -28,11 +28,21 @@ bool Sense::isVerb() const
     return std::ranges::any_of(forms, [](const Form &form) { return form.kind == FormKind::past; });
 }
 
+/// "TL;DR" is typed "tldr" as often.
+static std::string withoutDividers(std::string_view headword)
+{
+    std::string key = matchKey(headword);
+    std::erase(key, ' ');
+    return key;
+}
+
 Lexicon::Lexicon(std::vector<Entry> entries, std::vector<ExampleSentence> sentences)
     : m_entries(std::move(entries))
 {
     for (const Entry &entry : m_entries) {
         addForm(entry.headword, {&entry, &entry.usualSense(), FormKind::base});
+        if (entry.headword.find(' ') == std::string::npos)
+            addForm(withoutDividers(entry.headword), {&entry, &entry.usualSense(), FormKind::base});
         for (const Sense &sense : entry.senses) {
             for (const Form &form : sense.forms)
                 addForm(form.text, {&entry, &sense, form.kind});
@@ -170,7 +180,9 @@ const Entry *Lexicon::correctionOf(std::string_view typed) const
     const Entry *best = nullptr;
     size_t bestDistance = 3;
     for (const auto &[form, hits] : m_forms) {
-        if (key.empty() || form.front() != key.front())
+        const size_t longer = std::max(form.size(), key.size());
+        const size_t shorter = std::min(form.size(), key.size());
+        if (key.empty() || form.front() != key.front() || longer - shorter >= bestDistance)
             continue;
         const size_t distance = editDistance(key, form);
         if (distance < bestDistance && distance <= toleranceFor(key.size(), *hits.front().entry)) {

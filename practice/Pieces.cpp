@@ -6,6 +6,11 @@ namespace nimbrelle::practice {
 
 static constexpr size_t hanPerPiece = 3;
 
+static bool isClosingMark(char32_t c)
+{
+    return std::u32string_view(U"，。；：、！？）」”,.;:!?").find(c) != std::u32string_view::npos;
+}
+
 static bool joinsWithLast(char32_t c)
 {
     const bool combining = (c >= 0x300 && c <= 0x36F) || (c >= 0xFE00 && c <= 0xFE0F) || c == 0x200D;
@@ -24,7 +29,7 @@ static bool endsPiece(std::u32string_view piece)
 /// Han letters and English words do not share a piece; nor is anything cut behind a joiner.
 static bool startsPiece(std::u32string_view piece, char32_t c)
 {
-    if (joinsWithLast(c) || piece.back() == 0x200D)
+    if (isClosingMark(c) || joinsWithLast(c) || piece.back() == 0x200D)
         return false;
     return endsPiece(piece) || isHan(c) != isHan(piece.back());
 }

@@ -111,10 +111,12 @@ bool looksLikeSentence(std::string_view text)
     const auto count = [&words](bool (*is)(const std::string &)) {
         return std::ranges::count_if(words, [is](const Word &word) { return is(word.folded); });
     };
-    if (count(isPageFurniture) * 3 > static_cast<std::ptrdiff_t>(words.size()))
+    const bool hasFunctionWord = count(isFunctionWord) > 0;
+    const auto tolerated = static_cast<std::ptrdiff_t>(words.size() / (hasFunctionWord ? 2 : 3));
+    if (count(isPageFurniture) > tolerated)
         return false;
     const std::string_view end = trimmed(text);
-    return count(isFunctionWord) > 0 || std::string_view(".!?\"").find(end.back()) != std::string_view::npos;
+    return hasFunctionWord || std::string_view(".!?\"").find(end.back()) != std::string_view::npos;
 }
 
 std::optional<FoundSentence> sentenceWith(std::string_view text, std::string_view words)
