@@ -45,7 +45,7 @@ install_packages() { # SECTION...
     ((${#missing[@]})) || return 0
 
     find_root "${missing[@]}"
-    need_room 3000 /usr "Installing ${#missing[@]} packages and what they depend on"
+    need_room 2000 /usr "Installing ${#missing[@]} packages and what they depend on"
     say "Installing: ${missing[*]}"
     log=$(mktemp "${TMPDIR:-/tmp}/nimbrelle-setup.XXXXXX")
     apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C apt-get -q -y
