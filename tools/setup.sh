@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2154
 # What ./run, ./test and tools/lint share: packages and builds. Sourced, with $root set.
 # Standard output is left to the programs; all that is said here goes to standard error.
 
@@ -57,11 +58,16 @@ install_packages() { # SECTION...
         | tee -a "$log" | grep --line-buffered -E '^(Need to get|After this|Fetched)' >&2 \
         || true # what counts is what stands installed now
     mapfile -t missing < <(missing_of "${missing[@]}")
-    if ((${#missing[@]})); then
-        grep -E '^(E|W|Err)[: ]' "$log" | tail -n 5 >&2 || true
-        fail "apt-get could not install: ${missing[*]}. Everything that it said is in $log"
-    fi
+    ((${#missing[@]} == 0)) || fail_by_apt "$updated" "$log" "not installed: ${missing[*]}."
     rm -f "$log"
+}
+
+fail_by_apt() { # WHETHER-UPDATED LOG MESSAGE
+    grep -E '^(E|Err)[: ]' "$2" | tail -n 3 >&2 || true
+    if [[ $1 == no ]]; then
+        fail "$3 The package lists could not be fetched: is the network there? What apt-get said is in $2"
+    fi
+    fail "$3 What apt-get said is in $2"
 }
 
 check_offered() { # WHETHER-UPDATED LOG PACKAGE...
@@ -72,11 +78,7 @@ check_offered() { # WHETHER-UPDATED LOG PACKAGE...
             /^[^ ]/ { sub(/:$/, "", $1); name = $1 }
             $1 == "Candidate:" && $2 != "(none)" { print name }' | sort -u))
     [[ -n $unknown ]] || return 0
-    if [[ $updated == no ]]; then
-        grep -E '^(E|W|Err)[: ]' "$log" | tail -n 3 >&2 || true
-        fail "the package lists could not be fetched. Is the network there? Everything that apt-get said is in $log"
-    fi
-    fail "this system does not offer: ${unknown//$'\n'/ }. Nimbrelle builds on Debian 12 and on what carries its packages."
+    fail_by_apt "$updated" "$log" "this system does not offer: ${unknown//$'\n'/ } (Debian 12 does)."
 }
 
 # As many compilers as there are processors, and no more than the memory holds.
