@@ -1,7 +1,8 @@
 #include "frame/WordPattern.h"
 
+#include "frame/Text.h"
+
 #include <QStringList>
-#include <QTextBoundaryFinder>
 
 namespace nimbrelle::WordPattern {
 
@@ -43,16 +44,10 @@ std::optional<TextRange> firstMatch(const QRegularExpression &expression, const 
     if (!expression.isValid())
         return std::nullopt;
     auto matches = expression.globalMatch(text);
-    if (!matches.hasNext())
-        return std::nullopt;
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    const auto isBetweenCharacters = [&finder](qsizetype position) {
-        finder.setPosition(position);
-        return finder.isAtBoundary();
-    };
     while (matches.hasNext()) {
         const auto match = matches.next();
-        if (isBetweenCharacters(match.capturedStart()) && isBetweenCharacters(match.capturedEnd()))
+        if (isBetweenCharacters(text, match.capturedStart())
+            && isBetweenCharacters(text, match.capturedEnd()))
             return TextRange{match.capturedStart(), match.capturedLength()};
     }
     return std::nullopt;

@@ -1,0 +1,79 @@
+#include "main/CommandLine.h"
+#include "main/SelfTest.h"
+#include "main/Services.h"
+
+#include <QTextStream>
+
+#include <vector>
+
+namespace nimbrelle {
+
+namespace {
+
+using Form = Option::Form;
+
+// Coroutines outlive the call that starts them, so each keeps its own copy of what it runs.
+QCoro::Task<int> finished(int code)
+{
+    co_return code;
+}
+
+/// A routine that needs nothing and always ends with 0.
+Option::Routine printing(void (*routine)(QTextStream &))
+{
+    return [routine](Services &, const QString &, QTextStream &out) {
+        routine(out);
+        return finished(0);
+    };
+}
+
+Option::Routine later(const QString &what)
+{
+    return [what](Services &, const QString &, QTextStream &out) {
+        out << what << QStringLiteral("还没有做好，以后的版本里会有。") << Qt::endl;
+        return finished(1);
+    };
+}
+
+QCoro::Task<int> studyStamp(Services &services, const QString &, QTextStream &out)
+{
+    if (qEnvironmentVariableIsEmpty("NIMBRELLE_DATA_DIR")) {
+        out << QStringLiteral("要先设置 NIMBRELLE_DATA_DIR 指向一个临时文件夹（不碰真实设置）") << Qt::endl;
+        return finished(1);
+    }
+    return finished(SelfTest::runStudyStamp(services.config(), services.paths(), out) ? 0 : 1);
+}
+
+std::vector<Option> makeTable()
+{
+    return {
+        {QStringLiteral("--render-icon"), Form::value, later(QStringLiteral("画图标"))},
+        {QStringLiteral("--selftest-ocr"), Form::flag, later(QStringLiteral("识别文字的自检"))},
+        {QStringLiteral("--selftest-review"), Form::flag, later(QStringLiteral("复习的自检"))},
+        {QStringLiteral("--selftest-spelling"), Form::flag, later(QStringLiteral("拼写的自检"))},
+        {QStringLiteral("--selftest-menubar"), Form::flag, later(QStringLiteral("菜单栏单词的自检"))},
+        {QStringLiteral("--selftest-spellpractice"), Form::flag, later(QStringLiteral("常拼的自检"))},
+        {QStringLiteral("--selftest-lookup"), Form::flag, later(QStringLiteral("查词的自检"))},
+        {QStringLiteral("--add-spelling"), Form::value, later(QStringLiteral("加入常拼"))},
+        {QStringLiteral("--selftest-config"), Form::flag, printing(SelfTest::runConfig)},
+        {QStringLiteral("--selftest-studystamp"), Form::flag, studyStamp},
+        {QStringLiteral("--selftest-merge"), Form::flag, later(QStringLiteral("合并的自检"))},
+        {QStringLiteral("--sync-now"), Form::flag, later(QStringLiteral("同步"))},
+        {QStringLiteral("--sync-connect"), Form::value, later(QStringLiteral("连接同步服务器"))},
+        {QStringLiteral("--selftest-fsrs"), Form::flag, later(QStringLiteral("记忆算法的自检"))},
+        {QStringLiteral("--selftest-ask"), Form::flag, later(QStringLiteral("追问的自检"))},
+        {QStringLiteral("--selftest-coach"), Form::flag, later(QStringLiteral("教练记录的自检"))},
+        {QStringLiteral("--selftest-coach-ai"), Form::flag, later(QStringLiteral("教练简报的自检"))},
+        {QStringLiteral("--selftest-explain"), Form::flag, later(QStringLiteral("解释的自检"))},
+    };
+}
+
+} // namespace
+
+std::span<const Option> optionTable()
+{
+    static const std::vector<Option> table = makeTable();
+    return table;
+}
+
+} // namespace nimbrelle
