@@ -1,5 +1,6 @@
 #include "main/CommandLine.h"
 #include "main/SelfTest.h"
+#include "main/SelfTestReview.h"
 #include "main/Services.h"
 
 #include <QTextStream>
@@ -44,15 +45,21 @@ QCoro::Task<int> studyStamp(Services &services, const QString &, QTextStream &ou
     return finished(SelfTest::runStudyStamp(services.config(), services.paths(), out) ? 0 : 1);
 }
 
+QCoro::Task<int> review(Services &services, const QString &, QTextStream &out)
+{
+    SelfTest::runReview(services.words(), services.config().config(), services.clock().now(), out);
+    return finished(0);
+}
+
 std::vector<Option> makeTable()
 {
     return {
         {QStringLiteral("--render-icon"), Form::value, later(QStringLiteral("画图标"))},
         {QStringLiteral("--selftest-ocr"), Form::flag, later(QStringLiteral("识别文字的自检"))},
-        {QStringLiteral("--selftest-review"), Form::flag, later(QStringLiteral("复习的自检"))},
-        {QStringLiteral("--selftest-spelling"), Form::flag, later(QStringLiteral("拼写的自检"))},
-        {QStringLiteral("--selftest-menubar"), Form::flag, later(QStringLiteral("菜单栏单词的自检"))},
-        {QStringLiteral("--selftest-spellpractice"), Form::flag, later(QStringLiteral("常拼的自检"))},
+        {QStringLiteral("--selftest-review"), Form::flag, review},
+        {QStringLiteral("--selftest-spelling"), Form::flag, printing(SelfTest::runSpelling)},
+        {QStringLiteral("--selftest-menubar"), Form::flag, printing(SelfTest::runMenuBar)},
+        {QStringLiteral("--selftest-spellpractice"), Form::flag, printing(SelfTest::runSpellPractice)},
         {QStringLiteral("--selftest-lookup"), Form::flag, later(QStringLiteral("查词的自检"))},
         {QStringLiteral("--add-spelling"), Form::value, later(QStringLiteral("加入常拼"))},
         {QStringLiteral("--selftest-config"), Form::flag, printing(SelfTest::runConfig)},
@@ -60,7 +67,7 @@ std::vector<Option> makeTable()
         {QStringLiteral("--selftest-merge"), Form::flag, later(QStringLiteral("合并的自检"))},
         {QStringLiteral("--sync-now"), Form::flag, later(QStringLiteral("同步"))},
         {QStringLiteral("--sync-connect"), Form::value, later(QStringLiteral("连接同步服务器"))},
-        {QStringLiteral("--selftest-fsrs"), Form::flag, later(QStringLiteral("记忆算法的自检"))},
+        {QStringLiteral("--selftest-fsrs"), Form::flag, printing(SelfTest::runFSRS)},
         {QStringLiteral("--selftest-ask"), Form::flag, later(QStringLiteral("追问的自检"))},
         {QStringLiteral("--selftest-coach"), Form::flag, later(QStringLiteral("教练记录的自检"))},
         {QStringLiteral("--selftest-coach-ai"), Form::flag, later(QStringLiteral("教练简报的自检"))},
