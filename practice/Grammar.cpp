@@ -139,8 +139,9 @@ static Lead leadOf(const Place &place)
         return leadOfBeen(place, before);
     if (kind == Before::to && before > 0 && place.words[before - 1].folded == "going")
         return {Before::will, before - 1};
-    if (kind == Before::helper && before == 0)
-        return {Before::start, 0};
+    const bool withoutSubject = before == 0 || place.words[before - 1].folded == "please";
+    if (kind == Before::helper && withoutSubject)
+        return {Before::start, before};
     return {kind, before};
 }
 

@@ -73,21 +73,30 @@ void Lexicon::addSentence(const ExampleSentence &sentence)
         m_plainWords[word.folded] = true;
 }
 
+std::span<const FormHit> Lexicon::hitsOfKey(std::string_view key) const
+{
+    const auto found = m_forms.find(key);
+    return found == m_forms.end() ? std::span<const FormHit>() : std::span(found->second);
+}
+
+const Entry *Lexicon::entryOfKey(std::string_view key) const
+{
+    const auto hits = hitsOfKey(key);
+    if (hits.empty())
+        return nullptr;
+    const auto isHeadword = [key](const FormHit &hit) { return matchKey(hit.entry->headword) == key; };
+    const auto exact = std::ranges::find_if(hits, isHeadword);
+    return exact == hits.end() ? hits.front().entry : exact->entry;
+}
+
 std::span<const FormHit> Lexicon::readingsOf(std::string_view text) const
 {
-    const auto found = m_forms.find(matchKey(text));
-    return found == m_forms.end() ? std::span<const FormHit>() : std::span(found->second);
+    return hitsOfKey(matchKey(text));
 }
 
 const Entry *Lexicon::entryOf(std::string_view text) const
 {
-    const auto hits = readingsOf(text);
-    if (hits.empty())
-        return nullptr;
-    const std::string key = matchKey(text);
-    const auto isHeadword = [&key](const FormHit &hit) { return matchKey(hit.entry->headword) == key; };
-    const auto exact = std::ranges::find_if(hits, isHeadword);
-    return exact == hits.end() ? hits.front().entry : exact->entry;
+    return entryOfKey(matchKey(text));
 }
 
 std::vector<FormMatch> Lexicon::matchesIn(std::span<const Word> words) const
@@ -99,7 +108,7 @@ std::vector<FormMatch> Lexicon::matchesIn(std::span<const Word> words) const
         std::string key;
         for (size_t i = begin; i < std::min(words.size(), begin + m_longestPhrase); ++i) {
             key += (i == begin ? "" : " ") + words[i].folded;
-            if (const Entry *found = entryOf(key)) {
+            if (const Entry *found = entryOfKey(key)) {
                 entry = found;
                 end = i + 1;
             }
@@ -119,7 +128,7 @@ std::optional<FormMatch> Lexicon::firstMatchOf(const Entry &entry, std::span<con
         for (size_t i = begin; i < std::min(words.size(), begin + m_longestPhrase); ++i) {
             key += (i == begin ? "" : " ") + words[i].folded;
             const auto mine = [&entry](const FormHit &hit) { return hit.entry == &entry; };
-            if (std::ranges::any_of(readingsOf(key), mine))
+            if (std::ranges::any_of(hitsOfKey(key), mine))
                 best = FormMatch{begin, i + 1, &entry};
         }
     }

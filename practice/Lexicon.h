@@ -102,6 +102,8 @@ public:
     const Entry *correctionOf(std::string_view typed) const;
 
 private:
+    std::span<const FormHit> hitsOfKey(std::string_view key) const; // of what matchKey() made
+    const Entry *entryOfKey(std::string_view key) const;
     void addForm(std::string_view form, FormHit hit);
     void addSentence(const ExampleSentence &sentence);
 
