@@ -7,12 +7,19 @@
 
 // Errors are told by results here; the library's own assertions would end the process.
 #define RAPIDJSON_ASSERT(condition) Q_ASSERT(condition)
+// Strings are scanned sixteen bytes at a time where the processor can.
+#if defined(__SSE2__)
+#define RAPIDJSON_SSE2
+#elif defined(__ARM_NEON)
+#define RAPIDJSON_NEON
+#endif
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <rapidjson/document.h>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 #include <variant>
 
@@ -34,15 +41,24 @@ std::string_view viewOf(const rapidjson::Value &text)
 // itself.
 constexpr unsigned readFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
 
-/// What the library writes into.
-class ByteSink {
+/// A writer that also takes strings known to need no escaping, such as keys: they are the greater part of a
+/// file.
+template <class Base> class PlainWriter : public Base {
 public:
-    using Ch = char;
+    using Base::Base;
 
-    void Put(char c) { bytes.append(c); }
-    void Flush() { }
-
-    QByteArray bytes;
+    bool plain(std::string_view text)
+    {
+        if constexpr (std::is_same_v<Base, rapidjson::Writer<rapidjson::StringBuffer>>)
+            this->Prefix(rapidjson::kStringType);
+        else
+            this->PrettyPrefix(rapidjson::kStringType);
+        char *at = this->os_->Push(text.size() + 2);
+        *at++ = '"';
+        at = std::copy(text.begin(), text.end(), at);
+        *at = '"';
+        return this->EndValue(true);
+    }
 };
 
 } // namespace
@@ -147,8 +163,8 @@ JsonValue JsonDocument::root() const
 }
 
 struct JsonWriter::State {
-    using Compact = rapidjson::Writer<ByteSink>;
-    using Indented = rapidjson::PrettyWriter<ByteSink>;
+    using Compact = PlainWriter<rapidjson::Writer<rapidjson::StringBuffer>>;
+    using Indented = PlainWriter<rapidjson::PrettyWriter<rapidjson::StringBuffer>>;
 
     explicit State(Layout layout)
     {
@@ -156,7 +172,7 @@ struct JsonWriter::State {
             writer.emplace<Compact>(sink);
             return;
         }
-        writer.emplace<Indented>(sink).SetIndent(' ', 2);
+        writer.emplace<Indented>(sink).SetIndent(' ', 1);
     }
 
     // The library's writer goes on after a failed step and calls itself complete, so each step is counted.
@@ -185,7 +201,7 @@ struct JsonWriter::State {
             writer);
     }
 
-    ByteSink sink;
+    rapidjson::StringBuffer sink;
     std::variant<std::monostate, Compact, Indented> writer;
     QByteArray utf8; // reused, so that a string costs no allocation
     bool failed = false;
@@ -200,11 +216,14 @@ void JsonWriter::beginObject()
     m_state->run([](auto &writer) { return writer.StartObject(); });
 }
 
-void JsonWriter::key(std::string_view utf8)
+void JsonWriter::key(QStringView text)
 {
-    m_state->run([utf8](auto &writer) {
-        return writer.Key(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
-    });
+    string(text);
+}
+
+void JsonWriter::plainKey(std::string_view text)
+{
+    plain(text);
 }
 
 void JsonWriter::endObject()
@@ -241,29 +260,29 @@ void JsonWriter::number(double value)
 
 void JsonWriter::string(QStringView text)
 {
-    if (!text.isValidUtf16()) {
-        string(wellFormed(text.toString()));
-        return;
-    }
     QByteArray &utf8 = m_state->utf8;
     QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
     utf8.resize(encoder.requiredSpace(text.size()));
     const char *end = encoder.appendToBuffer(utf8.data(), text);
-    ascii({utf8.constData(), static_cast<std::size_t>(end - utf8.constData())});
-}
-
-void JsonWriter::ascii(std::string_view text)
-{
-    m_state->run([text](auto &writer) {
-        return writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+    if (encoder.hasError()) {
+        string(wellFormed(text.toString()));
+        return;
+    }
+    m_state->run([&utf8, end](auto &writer) {
+        return writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(end - utf8.constData()));
     });
 }
 
-std::optional<QByteArray> JsonWriter::take()
+void JsonWriter::plain(std::string_view text)
+{
+    m_state->run([text](auto &writer) { return writer.plain(text); });
+}
+
+std::optional<QByteArrayView> JsonWriter::finished() const
 {
     if (m_state->failed || !m_state->isComplete())
         return std::nullopt;
-    return std::exchange(m_state->sink.bytes, {});
+    return QByteArrayView(m_state->sink.GetString(), static_cast<qsizetype>(m_state->sink.GetSize()));
 }
 
 } // namespace nimbrelle

@@ -128,19 +128,21 @@ signals:
     void changing();
 
 private:
-    WordEntry *change(const QUuid &id);
-    WordEntry &change(qsizetype index);
-    template <class Record> void buryAndRemove(QList<Record> &list, const QUuid &id);
+    std::optional<qsizetype> position(const QUuid &id) const;
+    void put(qsizetype position, const WordEntry &word);
+    template <class Record> void removeAndBury(QList<Record> &list, const QUuid &id);
     void bury(const QUuid &id);
     void refreshStatsDay();
     ReviewStats freshStats() const;
 
-    void markEncounter(qsizetype index, const PageSource &source);
-    Unlock recordEncounter(const Explanation &explanation, const PageSource &source, bool isNewWord);
-    void recordForm(WordEntry &word, const Explanation &explanation, Unlock &unlock);
+    void markEncounter(WordEntry &word, const PageSource &source) const;
+    Unlock recordEncounter(
+        WordEntry &word, const Explanation &explanation, const PageSource &source, bool isNewWord);
+    void recordForm(WordEntry &word, const Explanation &explanation, Unlock &unlock) const;
     void recordGrammar(const Explanation &explanation, const PageSource &source, Unlock &unlock);
     void recordAffixes(const Explanation &explanation, Unlock &unlock);
-    QCoro::Task<> fetchMnemonic(QUuid id, QStringList knownWords, QStringList interests);
+    QCoro::Task<> fetchMnemonic(WordEntry word, QStringList knownWords, QStringList interests);
+    void countReviewed();
 
     void writeEntries() const;
     void writeSentenceNotes() const;
