@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 using namespace nimbrelle::server;
 using namespace std::chrono;
 using testing::ElementsAre;

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace nimbrelle::server;
 
 TEST(SyncCode, EscapesWhatWouldPartItsPieces)
