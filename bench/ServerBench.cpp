@@ -200,16 +200,10 @@ BENCHMARK(getOneMegabyte)->Iterations(50)->UseRealTime()->Repetitions(repetition
 BENCHMARK(writeAndFlush)->Iterations(30)->UseRealTime()->Repetitions(repetitions);
 BENCHMARK(putOneMegabyte)->Iterations(30)->UseRealTime()->Repetitions(repetitions);
 
-} // namespace
-
-int main(int argc, char **argv)
+int measure(int argc, char **argv)
 {
-    house = std::make_unique<House>();
-    {
-        const auto client = connected(house->ours->port());
-        ask(*client, putText(0), 200);
-    }
-    const int code = runWithRatios(argc, argv,
+    ask(*connected(house->ours->port()), putText(0), 200);
+    return runWithRatios(argc, argv,
         {
             {"conditional GET: processor time / nginx",
                 "ours/notModified/iterations:10/repeats:5/manual_time",
@@ -222,6 +216,20 @@ int main(int argc, char **argv)
                     "getOneMegabyte/iterations:50/repeats:5/real_time"},
                 3.0},
         });
-    house.reset();
-    return code;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        house = std::make_unique<House>();
+        const int code = measure(argc, argv);
+        house.reset();
+        return code;
+    } catch (const std::exception &error) {
+        house.reset(); // ends the servers
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
 }
