@@ -40,6 +40,9 @@ public:
 
     std::uint16_t port() const { return m_socket->port(); }
 
+    /// Bytes of unfinished bodies now.
+    std::uint64_t heldBytes() const { return m_budget.taken(); }
+
     /// Takes no further connection and lets the requests that are under way finish, as long as `grace`
     /// allows.
     void stop(std::chrono::milliseconds grace);
