@@ -192,8 +192,8 @@ void writeAndFlush(benchmark::State &state)
 
 constexpr int repetitions = 5;
 
-BENCHMARK_CAPTURE(ours, notModified, true)->Iterations(10)->UseManualTime()->Repetitions(repetitions);
-BENCHMARK_CAPTURE(nginx, notModified, true)->Iterations(10)->UseManualTime()->Repetitions(repetitions);
+BENCHMARK_CAPTURE(ours, notModified, true)->Iterations(50)->UseManualTime()->Repetitions(repetitions);
+BENCHMARK_CAPTURE(nginx, notModified, true)->Iterations(50)->UseManualTime()->Repetitions(repetitions);
 BENCHMARK_CAPTURE(ours, megabyte, false)->Iterations(5)->UseManualTime()->Repetitions(repetitions);
 BENCHMARK_CAPTURE(nginx, megabyte, false)->Iterations(5)->UseManualTime()->Repetitions(repetitions);
 BENCHMARK(getOneMegabyte)->Iterations(50)->UseRealTime()->Repetitions(repetitions);
@@ -206,8 +206,8 @@ int measure(int argc, char **argv)
     return runWithRatios(argc, argv,
         {
             {"conditional GET: processor time / nginx",
-                "ours/notModified/iterations:10/repeats:5/manual_time",
-                {"nginx/notModified/iterations:10/repeats:5/manual_time"}, 2.0},
+                "ours/notModified/iterations:50/repeats:5/manual_time",
+                {"nginx/notModified/iterations:50/repeats:5/manual_time"}, 2.0},
             {"GET of 1 MB: processor time / nginx", "ours/megabyte/iterations:5/repeats:5/manual_time",
                 {"nginx/megabyte/iterations:5/repeats:5/manual_time"}, 2.0},
             {"durable PUT of 1 MB / write and flush, and a GET",

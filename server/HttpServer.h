@@ -28,8 +28,12 @@ struct ServerLimits {
 /// The sync protocol over TLS, from construction to destruction.
 class HttpServer {
 public:
-    /// One line a request, without its newline; from any thread.
-    using Log = std::function<void(const std::string &line)>;
+    struct Log {
+        /// One line, without its newline; from any thread.
+        std::function<void(const std::string &line)> write;
+        /// Else only requests that met with trouble in the store.
+        bool eachRequest = true;
+    };
 
     /// Throws Failure. Takes over the socket; the store must outlive the server.
     HttpServer(std::unique_ptr<ListeningSocket> socket, const Identity &identity, Store &store,
