@@ -146,6 +146,8 @@ private:
     QCoro::Task<> fetchMnemonic(WordEntry word, QStringList knownWords, QStringList interests);
     void countReviewed();
 
+    template <class Field> void takeOver(Field &field, const Field &value);
+
     void writeEntries() const;
     void writeSentenceNotes() const;
     void writeGrammar() const;
