@@ -2,14 +2,67 @@
 
 #include "ai/TransportError.h"
 
+#include <QIODevice>
 #include <QNetworkAccessManager>
 #include <QNetworkRequest>
 
+#include <algorithm>
+
 namespace nimbrelle {
+
+/// A body that is read once. When a server closes the connection without a word, the network layer sends the
+/// request again by itself, and the user would pay for two answers; so the second one finds no body and
+/// fails. (Refusing to be rewound would be simpler, but fails a redirect, for which the layer rewinds and
+/// sends nothing.)
+class OneTimeBody final : public QIODevice {
+public:
+    explicit OneTimeBody(const QByteArray &bytes) : m_bytes(bytes) { open(ReadOnly | Unbuffered); }
+
+    bool wasAskedTwice() const { return m_wasAskedTwice; }
+
+    qint64 size() const override { return m_bytes.size(); }
+    bool atEnd() const override { return m_read == m_bytes.size(); }
+    bool reset() override
+    {
+        m_isSpent = m_isSpent || m_read > 0;
+        return true;
+    }
+
+protected:
+    qint64 readData(char *data, qint64 most) override
+    {
+        if (m_isSpent) {
+            m_wasAskedTwice = true;
+            return -1;
+        }
+        const qint64 count = std::min<qint64>(most, m_bytes.size() - m_read);
+        std::copy_n(m_bytes.constData() + m_read, count, data);
+        m_read += count;
+        return count;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray m_bytes;
+    qint64 m_read = 0;
+    bool m_isSpent = false;
+    bool m_wasAskedTwice = false;
+};
+
+namespace {
+
+QNetworkReply *post(QNetworkAccessManager &network, const QNetworkRequest &request, OneTimeBody *body)
+{
+    QNetworkReply *reply = network.post(request, body);
+    body->setParent(reply);
+    return reply;
+}
+
+} // namespace
 
 HttpExchange::HttpExchange(QNetworkAccessManager &network, const QNetworkRequest &request,
     const QByteArray &body, std::stop_token stop)
-    : m_stop(std::move(stop)), m_reply(network.post(request, body))
+    : m_stop(std::move(stop)), m_body(new OneTimeBody(body)), m_reply(post(network, request, m_body))
 {
     QObject::connect(m_reply, &QNetworkReply::readyRead, &m_context, [this] {
         collect();
@@ -25,12 +78,8 @@ HttpExchange::HttpExchange(QNetworkAccessManager &network, const QNetworkRequest
 HttpExchange::~HttpExchange()
 {
     m_onStop.reset();
-    m_waiting = nullptr;
-    m_context.disconnect();
     QObject::disconnect(m_reply, nullptr, &m_context, nullptr);
-    // We may stand inside a signal of the reply, even inside its abort(), which must not run twice.
-    if (m_reply->isRunning() && m_reply->isOpen())
-        m_reply->abort();
+    // Its end closes the connection. Later, for we may stand inside one of its signals.
     m_reply->deleteLater();
 }
 
@@ -78,6 +127,8 @@ void HttpExchange::throwUnlessEnded() const
     const QNetworkReply::NetworkError error = m_reply->error();
     if (!isTransportFailure(error))
         return;
+    if (m_body->wasAskedTwice())
+        throw TransportError(TransportError::Kind::lost);
     if (error == QNetworkReply::RemoteHostClosedError && m_cutOff == CutOff::isEnd && m_hasBody)
         return;
     // Nobody but the time limit cancels a reply that was not stopped.

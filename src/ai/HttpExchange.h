@@ -14,9 +14,11 @@ class QNetworkRequest;
 
 namespace nimbrelle {
 
-/// One POST and its reply, awaited from a coroutine on the main thread. It lives in the frame of that
-/// coroutine; when it goes, or when `stop` is requested, the connection is closed. The manager must outlive
-/// it.
+class OneTimeBody;
+
+/// One POST, sent once and never again, and its reply, awaited from a coroutine on the main thread. It lives
+/// in the frame of that coroutine; when it goes, or when `stop` is requested, the connection is closed. The
+/// manager must outlive it.
 ///
 /// The body is taken off the network as it comes, however slowly it is read here.
 class HttpExchange {
@@ -66,6 +68,7 @@ private:
     QByteArray m_unread;
     CutOff m_cutOff = CutOff::isFailure;
     bool m_hasBody = false;
+    OneTimeBody *m_body; ///< the reply's child
     QNetworkReply *m_reply;
     QObject m_context; ///< ends the connections with us
     std::optional<std::stop_callback<Abort>> m_onStop; ///< last, for it may run while it is made

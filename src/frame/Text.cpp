@@ -26,6 +26,8 @@ public:
     /// The end of the next character, or -1 behind the last one.
     qsizetype next() { return ubrk_next(iterator()); }
 
+    bool isAt(qsizetype position) { return ubrk_isBoundary(iterator(), static_cast<int32_t>(position)); }
+
 private:
     static UBreakIterator *iterator()
     {
@@ -92,6 +94,12 @@ QStringList characters(const QString &text)
         from = to;
     }
     return result;
+}
+
+bool isBetweenCharacters(const QString &text, qsizetype position)
+{
+    return position >= 0 && position <= text.size()
+        && (isPlainAscii(text) || Boundaries(text).isAt(position));
 }
 
 bool isBlank(QChar c)

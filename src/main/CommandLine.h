@@ -13,14 +13,21 @@ namespace nimbrelle {
 
 class Services;
 
+/// What a routine is given; all of it outlives the routine.
+struct OptionRun {
+    Services &services;
+    QTextStream &out;
+    QString value; ///< empty for a flag
+};
+
 /// One command-line option: it runs one piece of logic without a window and ends the process.
 struct Option {
     enum class Form {
         flag, ///< counts when it stands anywhere in the arguments
         value, ///< counts at its first occurrence, if anything stands behind that
     };
-    /// The exit code. `value` is empty for a flag.
-    using Routine = std::function<QCoro::Task<int>(Services &services, QString value, QTextStream &out)>;
+    /// Ends in the exit code.
+    using Routine = std::function<QCoro::Task<int>(OptionRun run)>;
 
     QString name;
     Form form = Form::flag;

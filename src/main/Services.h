@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ai/AIClient.h"
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
@@ -24,6 +25,8 @@ public:
     LearningLog &log() { return LearningLog::shared(); }
     QNetworkAccessManager &network();
     WordStore &words();
+    /// A client made from the settings of this moment.
+    std::unique_ptr<AIClient> makeAI();
 
 private:
     Services() = default;

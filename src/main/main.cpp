@@ -23,10 +23,10 @@ QStringList rawArguments(int argc, char **argv)
     return arguments;
 }
 
-QCoro::Task<> runToExit(ChosenOption chosen, QTextStream &out)
+QCoro::Task<> runToExit(Option::Routine routine, OptionRun run)
 {
-    const int code = co_await chosen.option->run(Services::shared(), chosen.value, out);
-    out.flush();
+    const int code = co_await routine(run);
+    run.out.flush();
     QCoreApplication::exit(code);
 }
 
@@ -36,7 +36,9 @@ int runOption(const ChosenOption &chosen, int argc, char **argv)
     QCoreApplication application(argc, argv);
     QTextStream out(stdout);
     // From inside the loop, since an exit asked for before it starts is lost.
-    QTimer::singleShot(0, &application, [&chosen, &out] { runToExit(chosen, out); });
+    QTimer::singleShot(0, &application, [&chosen, &out] {
+        runToExit(chosen.option->run, {Services::shared(), out, chosen.value});
+    });
     return QCoreApplication::exec();
 }
 

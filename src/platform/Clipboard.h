@@ -15,7 +15,7 @@ using ClipboardItem = QMap<QString, QByteArray>;
 using ClipboardSnapshot = QList<ClipboardItem>;
 
 /// The clipboard of the session. A read waits without blocking, and never longer than 0.3 seconds in all; the
-/// main thread's event loop must run meanwhile. One read at a time; a second one waits for the first.
+/// main thread's event loop must run meanwhile.
 class Clipboard {
 public:
     virtual ~Clipboard() = default;
