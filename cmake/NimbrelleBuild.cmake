@@ -31,7 +31,8 @@ add_compile_definitions(
     QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
 if(NIMBRELLE_SANITIZE)
-    add_compile_options(-fsanitize=${NIMBRELLE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_compile_options(-fsanitize=${NIMBRELLE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+        -fsanitize-ignorelist=${CMAKE_SOURCE_DIR}/cmake/sanitize-ignorelist.txt)
     add_link_options(-fsanitize=${NIMBRELLE_SANITIZE})
 endif()
 if(NIMBRELLE_FUZZ)

@@ -7,12 +7,21 @@
 
 // Errors are told by results here; the library's own assertions would end the process.
 #define RAPIDJSON_ASSERT(condition) Q_ASSERT(condition)
+// Strings are scanned sixteen bytes at a time where the processor can.
+#if defined(__SSE2__)
+#define RAPIDJSON_SSE2
+#elif defined(__ARM_NEON)
+#define RAPIDJSON_NEON
+#endif
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <rapidjson/document.h>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/prettywriter.h>
+#include <rapidjson/reader.h>
+#include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 #include <variant>
 
@@ -30,19 +39,47 @@ std::string_view viewOf(const rapidjson::Value &text)
     return {text.GetString(), text.GetStringLength()};
 }
 
-// Iterative, so that deep nesting can't exhaust the stack; full precision, so that a float read back is
-// itself.
-constexpr unsigned readFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
+// Iterative, so that deep nesting can't exhaust the stack; numbers as text, because the library's own exact
+// reading makes 2^n of a zero with a large exponent, such as 0e51.
+constexpr unsigned readFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
 
-/// What the library writes into.
-class ByteSink {
+/// Builds a document from what the reader finds, and reads its numbers.
+class Builder : public rapidjson::Document {
 public:
-    using Ch = char;
+    bool RawNumber(const char *text, rapidjson::SizeType length, bool)
+    {
+        const char *const end = text + length;
+        std::int64_t whole = 0;
+        const auto asWhole = std::from_chars(text, end, whole);
+        if (asWhole.ec == std::errc() && asWhole.ptr == end)
+            return whole == 0 && *text == '-' ? Double(-0.0) : Int64(whole);
+        double number = 0;
+        if (std::from_chars(text, end, number).ec == std::errc())
+            return Double(number);
+        // Too small for a double is 0 in the wider type's eyes too; too large fails the text.
+        long double wide = 0;
+        return std::from_chars(text, end, wide).ec == std::errc() && std::abs(wide) < 1 && Double(0);
+    }
+};
 
-    void Put(char c) { bytes.append(c); }
-    void Flush() { }
+/// A writer that also takes strings known to need no escaping, such as keys: they are the greater part of a
+/// file.
+template <class Base> class PlainWriter : public Base {
+public:
+    using Base::Base;
 
-    QByteArray bytes;
+    bool plain(std::string_view text)
+    {
+        if constexpr (std::is_same_v<Base, rapidjson::Writer<rapidjson::StringBuffer>>)
+            this->Prefix(rapidjson::kStringType);
+        else
+            this->PrettyPrefix(rapidjson::kStringType);
+        char *at = this->os_->Push(text.size() + 2);
+        *at++ = '"';
+        at = std::copy(text.begin(), text.end(), at);
+        *at = '"';
+        return this->EndValue(true);
+    }
 };
 
 } // namespace
@@ -118,7 +155,7 @@ JsonValue JsonValue::memberValue(qsizetype index) const
 }
 
 struct JsonDocument::Parsed {
-    rapidjson::Document document;
+    Builder document;
 };
 
 JsonDocument::JsonDocument(std::unique_ptr<Parsed> parsed) : m_parsed(std::move(parsed)) { }
@@ -134,9 +171,13 @@ std::optional<JsonDocument> JsonDocument::parse(QByteArrayView utf8)
     const auto size = static_cast<std::size_t>(utf8.size());
     rapidjson::MemoryStream stream(utf8.data(), size);
     auto parsed = std::make_unique<Parsed>();
-    parsed->document.ParseStream<readFlags, rapidjson::UTF8<>>(stream);
+    rapidjson::Reader reader;
+    auto events = [&](rapidjson::Document &) {
+        return !reader.Parse<readFlags>(stream, parsed->document).IsError();
+    };
+    parsed->document.Populate(events);
     // A NUL looks like the end of the text to the reader, hence the second look at where it stopped.
-    if (parsed->document.HasParseError() || stream.Tell() != size)
+    if (reader.HasParseError() || stream.Tell() != size)
         return std::nullopt;
     return JsonDocument(std::move(parsed));
 }
@@ -147,8 +188,8 @@ JsonValue JsonDocument::root() const
 }
 
 struct JsonWriter::State {
-    using Compact = rapidjson::Writer<ByteSink>;
-    using Indented = rapidjson::PrettyWriter<ByteSink>;
+    using Compact = PlainWriter<rapidjson::Writer<rapidjson::StringBuffer>>;
+    using Indented = PlainWriter<rapidjson::PrettyWriter<rapidjson::StringBuffer>>;
 
     explicit State(Layout layout)
     {
@@ -156,7 +197,7 @@ struct JsonWriter::State {
             writer.emplace<Compact>(sink);
             return;
         }
-        writer.emplace<Indented>(sink).SetIndent(' ', 2);
+        writer.emplace<Indented>(sink).SetIndent(' ', 1);
     }
 
     // The library's writer goes on after a failed step and calls itself complete, so each step is counted.
@@ -185,7 +226,7 @@ struct JsonWriter::State {
             writer);
     }
 
-    ByteSink sink;
+    rapidjson::StringBuffer sink;
     std::variant<std::monostate, Compact, Indented> writer;
     QByteArray utf8; // reused, so that a string costs no allocation
     bool failed = false;
@@ -200,11 +241,14 @@ void JsonWriter::beginObject()
     m_state->run([](auto &writer) { return writer.StartObject(); });
 }
 
-void JsonWriter::key(std::string_view utf8)
+void JsonWriter::key(QStringView text)
 {
-    m_state->run([utf8](auto &writer) {
-        return writer.Key(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
-    });
+    string(text);
+}
+
+void JsonWriter::plainKey(std::string_view text)
+{
+    plain(text);
 }
 
 void JsonWriter::endObject()
@@ -241,29 +285,29 @@ void JsonWriter::number(double value)
 
 void JsonWriter::string(QStringView text)
 {
-    if (!text.isValidUtf16()) {
-        string(wellFormed(text.toString()));
-        return;
-    }
     QByteArray &utf8 = m_state->utf8;
     QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
     utf8.resize(encoder.requiredSpace(text.size()));
     const char *end = encoder.appendToBuffer(utf8.data(), text);
-    ascii({utf8.constData(), static_cast<std::size_t>(end - utf8.constData())});
-}
-
-void JsonWriter::ascii(std::string_view text)
-{
-    m_state->run([text](auto &writer) {
-        return writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+    if (encoder.hasError()) {
+        string(wellFormed(text.toString()));
+        return;
+    }
+    m_state->run([&utf8, end](auto &writer) {
+        return writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(end - utf8.constData()));
     });
 }
 
-std::optional<QByteArray> JsonWriter::take()
+void JsonWriter::plain(std::string_view text)
+{
+    m_state->run([text](auto &writer) { return writer.plain(text); });
+}
+
+std::optional<QByteArrayView> JsonWriter::finished() const
 {
     if (m_state->failed || !m_state->isComplete())
         return std::nullopt;
-    return std::exchange(m_state->sink.bytes, {});
+    return QByteArrayView(m_state->sink.GetString(), static_cast<qsizetype>(m_state->sink.GetSize()));
 }
 
 } // namespace nimbrelle

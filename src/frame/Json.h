@@ -54,7 +54,7 @@ private:
     std::unique_ptr<Parsed> m_parsed;
 };
 
-/// Writes one JSON value from begin to end. A failure of any step shows at take().
+/// Writes one JSON value from begin to end. A failure of any step shows at finished().
 class JsonWriter {
 public:
     enum class Layout { compact, indented };
@@ -63,7 +63,8 @@ public:
     ~JsonWriter();
 
     void beginObject();
-    void key(std::string_view utf8);
+    void key(QStringView text);
+    void plainKey(std::string_view text); ///< see plain()
     void endObject();
     void beginArray();
     void endArray();
@@ -74,10 +75,11 @@ public:
     void number(double value);
     /// An unpaired surrogate is written as U+FFFD.
     void string(QStringView text);
-    void ascii(std::string_view text);
+    /// ASCII without quotation marks, backslashes and control characters; written as it stands.
+    void plain(std::string_view text);
 
-    /// The finished text, or absent when a step failed or the value is incomplete.
-    std::optional<QByteArray> take();
+    /// The text, valid as long as the writer; absent when a step failed or the value is incomplete.
+    std::optional<QByteArrayView> finished() const;
 
 private:
     struct State;

@@ -103,10 +103,10 @@ template <Recorded Record> struct Layout {
         if constexpr (IsOptional<std::decay_t<decltype(member)>>::value) {
             if (!member)
                 return;
-            writer.key(field.key);
+            writer.plainKey(field.key);
             writeValue(writer, *member, form);
         } else {
-            writer.key(field.key);
+            writer.plainKey(field.key);
             writeValue(writer, member, form);
         }
     }
@@ -259,7 +259,7 @@ template <class T> void writeValue(JsonWriter &writer, const T &value, TextForm 
     } else if constexpr (std::is_same_v<T, double>) {
         writer.number(value);
     } else if constexpr (std::is_enum_v<T>) {
-        writer.ascii(caseName(value));
+        writer.plain(caseName(value));
     } else if constexpr (Recorded<T>) {
         writeRecord(writer, value, form);
     } else if constexpr (IsList<T>::value) {
@@ -270,8 +270,7 @@ template <class T> void writeValue(JsonWriter &writer, const T &value, TextForm 
     } else if constexpr (std::is_same_v<T, QMap<QString, QString>>) {
         writer.beginObject();
         for (auto it = value.cbegin(); it != value.cend(); ++it) {
-            const QByteArray key = it.key().toUtf8();
-            writer.key({key.constData(), static_cast<std::size_t>(key.size())});
+            writer.key(it.key());
             writer.string(it.value());
         }
         writer.endObject();
@@ -279,10 +278,10 @@ template <class T> void writeValue(JsonWriter &writer, const T &value, TextForm 
         writer.string(value);
     } else if constexpr (std::is_same_v<T, Timestamp>) {
         const auto text = isoCharacters(value);
-        writer.ascii({text.data(), text.size()});
+        writer.plain({text.data(), text.size()});
     } else {
         static_assert(std::is_same_v<T, QUuid>, "no JSON form for this type");
-        writer.ascii(uuidText(value));
+        writer.plain(uuidText(value));
     }
 }
 
@@ -298,12 +297,19 @@ template <class T> std::optional<T> decode(QByteArrayView json, KeyStyle style =
     return value;
 }
 
+/// The layout that a form of text is written in.
+constexpr JsonWriter::Layout layoutOf(TextForm form)
+{
+    return form == TextForm::file ? JsonWriter::Layout::indented : JsonWriter::Layout::compact;
+}
+
 /// Absent when the value can't be written as JSON (a NaN in it).
 template <class T> std::optional<QByteArray> encode(const T &value, TextForm form)
 {
-    JsonWriter writer(form == TextForm::file ? JsonWriter::Layout::indented : JsonWriter::Layout::compact);
+    JsonWriter writer(layoutOf(form));
     detail::writeValue(writer, value, form);
-    return writer.take();
+    const auto text = writer.finished();
+    return text ? std::optional(text->toByteArray()) : std::nullopt;
 }
 
 /// The case of that name, or absent.

@@ -17,8 +17,10 @@ template <class T> std::optional<T> readRecordFile(const QString &path)
 template <class T>
 void writeRecordFile(const QString &path, const T &value, FileMode mode = FileMode::ordinary)
 {
-    if (const auto bytes = encode(value, TextForm::file))
-        replaceFile(path, *bytes, mode);
+    JsonWriter writer(layoutOf(TextForm::file));
+    detail::writeValue(writer, value, TextForm::file);
+    if (const auto text = writer.finished())
+        replaceFile(path, *text, mode);
 }
 
 } // namespace nimbrelle

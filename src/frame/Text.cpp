@@ -1,8 +1,8 @@
 #include "frame/Text.h"
 
-#include <QTextBoundaryFinder>
-
 #include <algorithm>
+#include <memory>
+#include <unicode/ubrk.h>
 
 namespace nimbrelle {
 
@@ -13,6 +13,36 @@ bool isPlainAscii(QStringView text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80 && c != u'\r'; });
 }
+
+/// Walks the boundaries between characters. ICU's and not Qt's: Qt 6.4 cuts a flag in two behind an emoji.
+class Boundaries {
+public:
+    explicit Boundaries(QStringView text)
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        ubrk_setText(iterator(), text.utf16(), static_cast<int32_t>(text.size()), &status);
+    }
+
+    /// The end of the next character, or -1 behind the last one.
+    qsizetype next() { return ubrk_next(iterator()); }
+
+    bool isAt(qsizetype position) { return ubrk_isBoundary(iterator(), static_cast<int32_t>(position)); }
+
+private:
+    static UBreakIterator *iterator()
+    {
+        static thread_local const Iterator shared = [] {
+            UErrorCode status = U_ZERO_ERROR;
+            return Iterator(ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &status));
+        }();
+        return shared.get();
+    }
+
+    struct Close {
+        void operator()(UBreakIterator *opened) const { ubrk_close(opened); }
+    };
+    using Iterator = std::unique_ptr<UBreakIterator, Close>;
+};
 
 template <class Unwanted> QString trimmedWhere(const QString &text, Unwanted unwanted)
 {
@@ -30,9 +60,9 @@ qsizetype characterCount(QStringView text)
 {
     if (isPlainAscii(text))
         return text.size();
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    Boundaries boundaries(text);
     qsizetype count = 0;
-    while (finder.toNextBoundary() != -1)
+    while (boundaries.next() != -1)
         ++count;
     return count;
 }
@@ -43,10 +73,10 @@ QString firstCharacters(const QString &text, qsizetype count)
         return {};
     if (text.size() <= count || isPlainAscii(text))
         return text.left(count);
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    Boundaries boundaries(text);
     qsizetype end = 0;
     for (; count > 0; --count) {
-        const qsizetype next = finder.toNextBoundary();
+        const qsizetype next = boundaries.next();
         if (next == -1)
             return text;
         end = next;
@@ -57,13 +87,19 @@ QString firstCharacters(const QString &text, qsizetype count)
 QStringList characters(const QString &text)
 {
     QStringList result;
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    Boundaries boundaries(text);
     qsizetype from = 0;
-    for (qsizetype to = finder.toNextBoundary(); to != -1; to = finder.toNextBoundary()) {
+    for (qsizetype to = boundaries.next(); to != -1; to = boundaries.next()) {
         result.append(text.mid(from, to - from));
         from = to;
     }
     return result;
+}
+
+bool isBetweenCharacters(const QString &text, qsizetype position)
+{
+    return position >= 0 && position <= text.size()
+        && (isPlainAscii(text) || Boundaries(text).isAt(position));
 }
 
 bool isBlank(QChar c)

@@ -16,6 +16,10 @@ QString firstCharacters(const QString &text, qsizetype count);
 /// Each character of `text` as a string of its own, in order.
 QStringList characters(const QString &text);
 
+/// Whether `text` can be cut before the UTF-16 unit at `position`, its ends included, leaving every character
+/// whole.
+bool isBetweenCharacters(const QString &text, qsizetype position);
+
 /// Without the blanks (space separators) and tabs at both ends; line breaks stay.
 QString trimmedBlanks(const QString &text);
 

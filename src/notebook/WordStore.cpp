@@ -11,12 +11,13 @@
 namespace nimbrelle {
 
 WordStore::WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &config, LearningLog &log,
-    MnemonicRequest mnemonicRequest)
+    MnemonicRequest mnemonicRequest, IdSource makeId)
     : m_paths(paths)
     , m_clock(clock)
     , m_config(config)
     , m_log(log)
     , m_mnemonicRequest(std::move(mnemonicRequest))
+    , m_makeId(std::move(makeId))
     , m_entries(readRecordFile<QList<WordEntry>>(paths.words).value_or(QList<WordEntry>()))
     , m_sentenceNotes(readRecordFile<QList<AINote>>(paths.notes).value_or(QList<AINote>()))
     , m_grammarEncounters(

@@ -39,9 +39,11 @@ public:
     using MnemonicRequest =
         std::function<QCoro::Task<QString>(WordEntry word, QStringList knownWords, QStringList interests)>;
 
+    using IdSource = std::function<QUuid()>;
+
     /// Reads the files and writes nothing.
     WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &config, LearningLog &log,
-        MnemonicRequest mnemonicRequest = {});
+        MnemonicRequest mnemonicRequest = {}, IdSource makeId = &QUuid::createUuid);
 
     const QList<WordEntry> &entries() const { return m_entries; }
     const QList<AINote> &sentenceNotes() const { return m_sentenceNotes; }
@@ -144,6 +146,8 @@ private:
     QCoro::Task<> fetchMnemonic(WordEntry word, QStringList knownWords, QStringList interests);
     void countReviewed();
 
+    template <class Field> void takeOver(Field &field, const Field &value);
+
     void writeEntries() const;
     void writeSentenceNotes() const;
     void writeGrammar() const;
@@ -156,6 +160,7 @@ private:
     ConfigStore &m_config;
     LearningLog &m_log;
     MnemonicRequest m_mnemonicRequest;
+    IdSource m_makeId;
 
     QList<WordEntry> m_entries;
     QList<AINote> m_sentenceNotes;

@@ -5,19 +5,24 @@
 #include <QString>
 #include <QUuid>
 
+#include <gtest/gtest.h>
 #include <ostream>
 
 // How GoogleTest shows our values when an expectation fails.
 
-inline void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
+namespace testing::internal {
 
-inline void PrintTo(const QUuid &id, std::ostream *out)
-{
-    *out << id.toString().toStdString();
-}
+template <> class UniversalPrinter<QString> {
+public:
+    static void Print(const QString &text, std::ostream *out) { *out << '"' << text.toStdString() << '"'; }
+};
+
+template <> class UniversalPrinter<QUuid> {
+public:
+    static void Print(const QUuid &id, std::ostream *out) { *out << id.toString().toStdString(); }
+};
+
+} // namespace testing::internal
 
 namespace std::chrono {
 inline void PrintTo(const nimbrelle::Timestamp &time, std::ostream *out)

@@ -1,0 +1,263 @@
+#include "server/Commands.h"
+
+#include "server/DataDirectory.h"
+#include "server/Failure.h"
+#include "server/Identity.h"
+#include "server/ServerUrl.h"
+#include "server/SqliteStore.h"
+#include "server/SyncCode.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <iomanip>
+#include <ostream>
+
+namespace nimbrelle::server {
+
+namespace {
+
+constexpr std::size_t secretBytes = 32;
+constexpr std::size_t longestName = 64;
+
+std::chrono::sys_seconds now()
+{
+    return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+}
+
+// The data folder and its store, checked.
+struct House {
+    explicit House(const Options &options) : directory(options.data)
+    {
+        directory.requirePrivate();
+        if (!std::filesystem::exists(directory.database()))
+            throw Failure("nothing is set up in " + directory.path().string()
+                + ". Do it with: nimbrelle-server init, or name the right folder with --data DIR.");
+        store = std::make_unique<SqliteStore>(directory.database());
+    }
+
+    DataDirectory directory;
+    std::unique_ptr<SqliteStore> store;
+};
+
+void requireUsableName(const std::string &name)
+{
+    const auto bad = [](char character) {
+        const auto value = static_cast<unsigned char>(character);
+        return value <= 0x20 || value == 0x7f;
+    };
+    if (name.empty() || name.size() > longestName || name.front() == '-' || std::ranges::any_of(name, bad))
+        throw UsageFailure("a notebook's name has 1 to 64 bytes, no blanks, and no - in front");
+}
+
+ServerUrl parsedUrl(const std::string &text)
+{
+    if (const auto url = ServerUrl::parse(text))
+        return *url;
+    throw UsageFailure(
+        "--url takes https://HOST or https://HOST:PORT and nothing behind it, not \"" + text + "\"");
+}
+
+Notebook chosen(Store &store, const std::string &name)
+{
+    if (!name.empty()) {
+        if (const auto notebook = store.notebookNamed(name))
+            return *notebook;
+        throw Failure("there is no notebook \"" + name + "\". See: nimbrelle-server token list");
+    }
+    const auto all = store.notebooks();
+    if (all.size() == 1)
+        return all.front();
+    throw UsageFailure(all.empty()
+            ? "there is no notebook yet; make one with: nimbrelle-server token add NAME"
+            : "there are several notebooks; say which. See: nimbrelle-server token list");
+}
+
+std::string secretIn(const DataDirectory &directory)
+{
+    std::string secret = readFile(directory.tokenSecret());
+    if (secret.size() != secretBytes)
+        throw Failure(directory.tokenSecret().string()
+            + " is damaged; put it back from a backup, or remove it and run init again. Devices stay "
+              "connected; "
+              "codes that were given out before can't be printed any more.");
+    return secret;
+}
+
+std::string tokenOf(const Notebook &notebook, const DataDirectory &directory)
+{
+    const std::string again = "nimbrelle-server token revoke " + notebook.name
+        + " and then: nimbrelle-server token add " + notebook.name;
+    if (!notebook.tokenHash)
+        throw Failure("the token of \"" + notebook.name
+            + "\" was revoked. Make another with: nimbrelle-server token add " + notebook.name);
+    const std::string token = tokenFor(secretIn(directory), notebook.tokenSalt);
+    if (!equalInConstantTime(sha256(token), *notebook.tokenHash))
+        throw Failure(
+            "this code was made with another token.secret and can't be printed. For a new one: " + again);
+    return token;
+}
+
+void showCode(House &house, const Notebook &notebook, const Options &options, std::ostream &out,
+    Commands::Screen screen)
+{
+    const SyncCode code{house.store->setting(Setting::url).value_or(""), tokenOf(notebook, house.directory),
+        loadIdentity(house.directory).pin()};
+    out << "The sync code of \"" << notebook.name
+        << "\". It holds the password: give it to your own devices only.\n\n"
+        << code.text() << "\n\n";
+    const bool inTerminal = options.qr == Options::Qr::inTerminal && screen == Commands::Screen::terminal;
+    if (inTerminal || options.qr == Options::Qr::always)
+        out << terminalQr(code.text()) << '\n';
+}
+
+void makeFiles(const DataDirectory &directory, const ServerUrl &url)
+{
+    // What is already there stays: a lost database must not cost the pin that devices remember.
+    if (!std::filesystem::exists(directory.key())) {
+        const Identity identity = makeIdentity(url.host);
+        writePrivateFile(directory.certificate(), identity.certificate);
+        writePrivateFile(directory.key(), identity.key);
+    }
+    loadIdentity(directory);
+    if (!std::filesystem::exists(directory.tokenSecret()))
+        writePrivateFile(directory.tokenSecret(), randomBytes(secretBytes));
+}
+
+Notebook added(House &house, const std::string &name)
+{
+    const std::string salt = randomBytes(secretBytes);
+    const Digest hash = sha256(tokenFor(secretIn(house.directory), salt));
+    if (const auto present = house.store->notebookNamed(name)) {
+        if (present->tokenHash)
+            throw Failure(
+                "\"" + name + "\" is there already. Print its code with: nimbrelle-server code " + name);
+        house.store->setToken(present->id, salt, hash);
+    } else {
+        house.store->addNotebook(name, salt, hash, now());
+    }
+    return *house.store->notebookNamed(name);
+}
+
+std::string shownTime(std::chrono::sys_seconds time)
+{
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm parts{};
+    ::localtime_r(&seconds, &parts);
+    std::array<char, 32> text{};
+    std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts);
+    return text.data();
+}
+
+void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
+{
+    out << std::setw(9) << record.version << "  " << shownTime(record.writtenAt) << std::setw(9)
+        << record.words << " words" << std::setw(12) << record.bytes << " bytes"
+        << (isNewest ? "  current" : "") << (record.beforeLoss ? "  before a third of the words went" : "")
+        << '\n';
+}
+
+} // namespace
+
+std::string tokenFor(std::string_view secret, std::string_view salt)
+{
+    return base64Url(bytesOf(hmacSha256(secret, salt)));
+}
+
+void Commands::init(const Options &options, std::ostream &out, Screen screen)
+{
+    const DataDirectory directory(options.data);
+    const std::string name = options.name.empty() ? "notebook" : options.name;
+    requireUsableName(name);
+    const std::uint16_t port = options.port.value_or(usualPort);
+    const ServerUrl url = options.url ? parsedUrl(*options.url) : ServerUrl{guessedHost(), port};
+
+    directory.create();
+    const bool isSetUp = std::filesystem::exists(directory.database());
+    makeFiles(directory, url);
+    if (isSetUp && !House(options).store->notebooks().empty())
+        throw Failure(directory.path().string()
+            + " is set up already. Print a code with: nimbrelle-server code; change the address in it with: "
+              "nimbrelle-server code --url https://HOST:PORT");
+    if (!isSetUp)
+        SqliteStore::create(directory.database());
+    House house(options);
+    house.store->setSetting(Setting::url, url.text());
+    house.store->setSetting(Setting::port, std::to_string(port));
+    house.store->setSetting(Setting::bind, options.bind.value_or(""));
+
+    out << "All that this server keeps is in " << directory.path().string() << ".\n"
+        << "Devices will look for it at " << url.text()
+        << (options.url ? ".\n"
+                        : ", which is a guess. If they reach it elsewhere: nimbrelle-server code --url "
+                          "https://HOST:PORT\n");
+    showCode(house, added(house, name), options, out, screen);
+    out << "Start the server with: nimbrelle-server serve\n";
+}
+
+void Commands::addToken(const Options &options, std::ostream &out, Screen screen)
+{
+    requireUsableName(options.name);
+    House house(options);
+    const Notebook notebook = added(house, options.name);
+    if (notebook.version > 0)
+        out << "\"" << notebook.name << "\" has a new token; its words are as they were.\n";
+    showCode(house, notebook, options, out, screen);
+}
+
+void Commands::listTokens(const Options &options, std::ostream &out)
+{
+    const House house(options);
+    for (const Notebook &notebook : house.store->notebooks()) {
+        out << notebook.name << (notebook.tokenHash ? "" : "  (revoked)") << "\n    since "
+            << shownTime(notebook.createdAt);
+        const auto history = house.store->history(notebook.id);
+        if (history.empty())
+            out << ", nothing stored yet\n";
+        else
+            out << ", version " << notebook.version << " of " << shownTime(history.back().writtenAt)
+                << " with " << history.back().words << " words, " << history.size() << " versions kept\n";
+    }
+}
+
+void Commands::revokeToken(const Options &options, std::ostream &out)
+{
+    const House house(options);
+    const Notebook notebook = chosen(*house.store, options.name);
+    house.store->setToken(notebook.id, notebook.tokenSalt, std::nullopt);
+    out << "No device can reach \"" << notebook.name << "\" any more; its words are kept. A new token: "
+        << "nimbrelle-server token add " << notebook.name << '\n';
+}
+
+void Commands::printCode(const Options &options, std::ostream &out, Screen screen)
+{
+    House house(options);
+    if (options.url)
+        house.store->setSetting(Setting::url, parsedUrl(*options.url).text());
+    showCode(house, chosen(*house.store, options.name), options, out, screen);
+}
+
+void Commands::printHistory(const Options &options, std::ostream &out)
+{
+    const House house(options);
+    const Notebook notebook = chosen(*house.store, options.name);
+    const auto records = house.store->history(notebook.id);
+    if (records.empty())
+        out << "Nothing is stored yet in \"" << notebook.name << "\".\n";
+    for (const VersionRecord &record : records)
+        printRecord(record, record.version == notebook.version, out);
+}
+
+void Commands::restore(const Options &options, std::ostream &out)
+{
+    const House house(options);
+    const Notebook notebook = chosen(*house.store, options.name);
+    const auto raised = house.store->restore(notebook.id, options.version, now());
+    if (!raised)
+        throw Failure("version " + std::to_string(options.version) + " of \"" + notebook.name
+            + "\" is not kept. See: nimbrelle-server history " + notebook.name);
+    out << "Version " << options.version << " of \"" << notebook.name << "\" is back, as version " << *raised
+        << ". Each device takes it up at its next sync and adds what it has itself.\n";
+}
+
+} // namespace nimbrelle::server

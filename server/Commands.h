@@ -1,0 +1,41 @@
+#pragma once
+
+#include "server/Options.h"
+#include "server/Store.h"
+
+#include <iosfwd>
+
+namespace nimbrelle::server {
+
+/// The commands that end by themselves. Each throws Failure with one line for the person.
+namespace Commands {
+
+enum class Screen { terminal, file };
+
+void init(const Options &options, std::ostream &out, Screen screen);
+void addToken(const Options &options, std::ostream &out, Screen screen);
+void listTokens(const Options &options, std::ostream &out);
+void revokeToken(const Options &options, std::ostream &out);
+void printCode(const Options &options, std::ostream &out, Screen screen);
+void printHistory(const Options &options, std::ostream &out);
+void restore(const Options &options, std::ostream &out);
+
+} // namespace Commands
+
+/// Runs until SIGTERM, SIGINT or SIGHUP. Throws Failure when it can't start.
+void serve(const Options &options, std::ostream &messages);
+
+/// What init keeps for serve.
+namespace Setting {
+inline constexpr std::string_view url = "url";
+inline constexpr std::string_view port = "port";
+inline constexpr std::string_view bind = "bind";
+} // namespace Setting
+
+inline constexpr std::uint16_t usualPort = 8443;
+
+/// The token that belongs to a salt: 43 characters, 256 bits. Neither the database nor the secret alone gives
+/// it.
+std::string tokenFor(std::string_view secret, std::string_view salt);
+
+} // namespace nimbrelle::server

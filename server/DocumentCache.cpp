@@ -1,0 +1,51 @@
+#include "server/DocumentCache.h"
+
+#include <algorithm>
+
+namespace nimbrelle::server {
+
+DocumentCache::DocumentCache(std::size_t byteLimit) : m_byteLimit(byteLimit) { }
+
+std::shared_ptr<const Document> DocumentCache::find(std::int64_t notebook, std::int64_t version)
+{
+    const std::lock_guard held(m_mutex);
+    const auto entry = m_entries.find(notebook);
+    if (entry == m_entries.end() || entry->second.document->version != version)
+        return nullptr;
+    entry->second.lastUse = ++m_uses;
+    return entry->second.document;
+}
+
+void DocumentCache::put(std::int64_t notebook, std::shared_ptr<const Document> document)
+{
+    const std::lock_guard held(m_mutex);
+    const auto present = m_entries.find(notebook);
+    // Two requests may arrive here in another order than they read.
+    if (present != m_entries.end() && present->second.document->version >= document->version)
+        return;
+    drop(notebook);
+    if (document->body.size() > m_byteLimit)
+        return;
+    while (m_bytes + document->body.size() > m_byteLimit)
+        dropLeastUsed();
+    m_bytes += document->body.size();
+    m_entries.emplace(notebook, Entry{std::move(document), ++m_uses});
+}
+
+void DocumentCache::drop(std::int64_t notebook)
+{
+    const auto entry = m_entries.find(notebook);
+    if (entry == m_entries.end())
+        return;
+    m_bytes -= entry->second.document->body.size();
+    m_entries.erase(entry);
+}
+
+void DocumentCache::dropLeastUsed()
+{
+    const auto oldest =
+        std::ranges::min_element(m_entries, {}, [](const auto &entry) { return entry.second.lastUse; });
+    drop(oldest->first);
+}
+
+} // namespace nimbrelle::server

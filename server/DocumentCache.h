@@ -1,0 +1,37 @@
+#pragma once
+
+#include "server/Store.h"
+
+#include <mutex>
+#include <unordered_map>
+
+namespace nimbrelle::server {
+
+/// Documents that were asked for lately, ready to be sent. A version's body never changes, so nothing here
+/// can be out of date; whoever asks names the version that the store holds now.
+class DocumentCache {
+public:
+    explicit DocumentCache(std::size_t byteLimit);
+
+    /// Null when this version isn't here.
+    std::shared_ptr<const Document> find(std::int64_t notebook, std::int64_t version);
+    /// Takes the place of an earlier version of the notebook; the ones not asked for longest make room.
+    void put(std::int64_t notebook, std::shared_ptr<const Document> document);
+
+private:
+    struct Entry {
+        std::shared_ptr<const Document> document;
+        std::uint64_t lastUse = 0;
+    };
+
+    void drop(std::int64_t notebook);
+    void dropLeastUsed();
+
+    const std::size_t m_byteLimit;
+    std::mutex m_mutex;
+    std::unordered_map<std::int64_t, Entry> m_entries;
+    std::size_t m_bytes = 0;
+    std::uint64_t m_uses = 0;
+};
+
+} // namespace nimbrelle::server

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "server/HttpServer.h"
+
+#include <filesystem>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace nimbrelle::server {
+
+enum class Command { init, serve, tokenAdd, tokenList, tokenRevoke, code, history, restore };
+
+/// What the command line says, with the defaults filled in. Absent means that what init kept holds.
+struct Options {
+    Command command = Command::serve;
+    std::filesystem::path data;
+    std::string name; ///< of a notebook; empty: the only one
+    std::optional<std::string> url;
+    std::optional<std::uint16_t> port;
+    std::optional<std::string> bind;
+    std::int64_t version = 0;
+    enum class Qr { inTerminal, always, never } qr = Qr::inTerminal;
+    ServerLimits limits;
+    bool accessLog = true;
+};
+
+/// The options, or the exit code when all is said: a help text on `out`, or one line on `errors` and 2.
+std::variant<Options, int> parseCommandLine(
+    int count, const char *const *arguments, std::ostream &out, std::ostream &errors);
+
+} // namespace nimbrelle::server

@@ -1,0 +1,90 @@
+#include "server/Commands.h"
+#include "server/DataDirectory.h"
+#include "server/Failure.h"
+#include "server/SqliteStore.h"
+
+#include <charconv>
+#include <csignal>
+#include <ostream>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace nimbrelle::server {
+
+namespace {
+
+constexpr std::chrono::seconds graceAtEnd{5};
+constexpr rlim_t descriptorsBesides = 64; // for the database, the log and what lingers
+
+// Must stand before the first thread starts, for threads inherit what is blocked.
+class EndSignals {
+public:
+    EndSignals()
+    {
+        ::sigemptyset(&m_signals);
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+            ::sigaddset(&m_signals, signal);
+        ::pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
+    }
+    void wait() const
+    {
+        int signal = 0;
+        while (::sigwait(&m_signals, &signal) != 0) { }
+    }
+
+private:
+    sigset_t m_signals{};
+};
+
+void makeRoomForConnections(unsigned connections)
+{
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return;
+    const rlim_t wanted = connections + descriptorsBesides;
+    if (limit.rlim_cur >= wanted)
+        return;
+    if (limit.rlim_max < wanted)
+        throw Failure("only " + std::to_string(limit.rlim_max)
+            + " files may be open. Raise that limit, or lower --max-connections.");
+    limit.rlim_cur = wanted;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+std::uint16_t storedPort(Store &store)
+{
+    const std::string text = store.setting(Setting::port).value_or("");
+    std::uint16_t port = usualPort;
+    std::from_chars(text.data(), text.data() + text.size(), port);
+    return port;
+}
+
+void writeLine(const std::string &line)
+{
+    const std::string whole = line + '\n';
+    // A log that can't be written must not end the server.
+    [[maybe_unused]] const ssize_t written = ::write(STDOUT_FILENO, whole.data(), whole.size());
+}
+
+} // namespace
+
+void serve(const Options &options, std::ostream &messages)
+{
+    const EndSignals signals;
+    const DataDirectory directory(options.data);
+    directory.requirePrivate();
+    const Identity identity = loadIdentity(directory);
+    SqliteStore store(directory.database(), SqliteStore::Check::quick);
+    makeRoomForConnections(options.limits.maxConnections);
+    const std::string address = options.bind.value_or(store.setting(Setting::bind).value_or(""));
+    auto socket = std::make_unique<ListeningSocket>(address, options.port.value_or(storedPort(store)));
+    const HttpServer::Log log = options.accessLog ? writeLine : [](const std::string &) {};
+    HttpServer server(std::move(socket), identity, store, options.limits, log);
+    messages << "nimbrelle-server: listening at " << (address.empty() ? "all addresses" : address) << " port "
+             << server.port() << "; devices use " << store.setting(Setting::url).value_or("") << std::endl;
+    signals.wait();
+    server.stop(graceAtEnd);
+    messages << "nimbrelle-server: ended" << std::endl;
+}
+
+} // namespace nimbrelle::server

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "server/Store.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <filesystem>
+
+namespace nimbrelle::server {
+
+/// What SQLite reports, told to the keeper of the server.
+StoreFailure damagedStore(const std::filesystem::path &file, const std::string &reason);
+StoreFailure storeFailure(const std::filesystem::path &file, const SQLite::Exception &error);
+
+/// An open database with our settings for durability. Throws SQLite::Exception.
+class SqliteConnection {
+public:
+    enum class Opening { existing, fresh };
+    SqliteConnection(const std::filesystem::path &file, Opening opening);
+
+    SQLite::Database &database() { return m_database; }
+
+    /// Throws StoreFailure when the file is another program's or a newer version's.
+    void requireOurs(const std::filesystem::path &file);
+    void createTables();
+    /// SQLite's own words on what is broken, or nothing.
+    std::string damage();
+
+private:
+    SQLite::Database m_database;
+};
+
+/// A prepared statement in use: bound from left to right, and ready for the next user when this goes.
+/// Text and bytes are bound without a copy and must outlive it.
+class BoundStatement {
+public:
+    template <typename... Values>
+    explicit BoundStatement(SQLite::Statement &statement, const Values &...values) : m_statement(statement)
+    {
+        (bind(values), ...);
+    }
+    BoundStatement(const BoundStatement &) = delete;
+    BoundStatement &operator=(const BoundStatement &) = delete;
+    ~BoundStatement();
+
+    /// Moves on to the next row; false when there is none.
+    bool step() { return m_statement.executeStep(); }
+    void run() { m_statement.exec(); }
+
+    std::int64_t number(int column) const { return m_statement.getColumn(column).getInt64(); }
+    std::string bytes(int column) const { return m_statement.getColumn(column).getString(); }
+    bool isNull(int column) const { return m_statement.getColumn(column).isNull(); }
+    std::chrono::sys_seconds time(int column) const;
+
+private:
+    struct Bytes {
+        std::string_view view;
+    };
+
+public:
+    static Bytes blob(std::string_view view) { return {view}; }
+
+private:
+    void bind(std::int64_t value) { m_statement.bind(++m_bound, value); }
+    void bind(std::chrono::sys_seconds time) { bind(std::int64_t{time.time_since_epoch().count()}); }
+    void bind(Bytes bytes);
+    void bind(const std::string &text) { m_statement.bindNoCopy(++m_bound, text); }
+    void bind(std::nullptr_t) { m_statement.bind(++m_bound); }
+
+    SQLite::Statement &m_statement;
+    int m_bound = 0;
+};
+
+} // namespace nimbrelle::server

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "server/Store.h"
+
+#include <filesystem>
+
+namespace nimbrelle::server {
+
+/// One SQLite file in WAL mode, flushed at every commit. Reads don't wait for a write that is being flushed.
+class SqliteStore final : public Store {
+public:
+    /// Makes the file and its tables.
+    static void create(const std::filesystem::path &file);
+
+    enum class Check { quick, none };
+    /// The file must be there; with Check::quick all of its structure is looked at, at about a second a
+    /// gigabyte.
+    explicit SqliteStore(const std::filesystem::path &file, Check check = Check::none);
+    ~SqliteStore() override;
+
+    std::optional<std::string> setting(std::string_view key) override;
+    void setSetting(std::string_view key, std::string_view value) override;
+
+    std::vector<Notebook> notebooks() override;
+    std::optional<Notebook> notebookNamed(std::string_view name) override;
+    std::optional<Notebook> notebookOfToken(const Digest &tokenHash) override;
+    void addNotebook(std::string_view name, std::string_view salt, const Digest &tokenHash,
+        std::chrono::sys_seconds now) override;
+    void setToken(std::int64_t notebook, std::string_view salt, std::optional<Digest> tokenHash) override;
+
+    std::shared_ptr<const Document> read(std::int64_t notebook) override;
+    std::optional<std::int64_t> write(
+        std::int64_t notebook, const Conditions &conditions, const NewDocument &document) override;
+    std::vector<VersionRecord> history(std::int64_t notebook) override;
+    std::optional<std::int64_t> restore(
+        std::int64_t notebook, std::int64_t version, std::chrono::sys_seconds now) override;
+
+private:
+    class Reader;
+    class Writer;
+
+    std::filesystem::path m_file;
+    std::unique_ptr<Reader> m_reader;
+    std::unique_ptr<Writer> m_writer;
+};
+
+} // namespace nimbrelle::server

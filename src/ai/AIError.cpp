@@ -1,0 +1,45 @@
+#include "ai/AIError.h"
+
+#include "frame/Text.h"
+
+namespace nimbrelle {
+
+namespace {
+
+QString textOf(AIError::Kind kind)
+{
+    switch (kind) {
+    case AIError::Kind::noKey:
+        return QStringLiteral("还没有填 DeepSeek API key，请在设置里填写。");
+    case AIError::Kind::unauthorized:
+        return QStringLiteral("API key 不正确，请在设置里检查一下。");
+    case AIError::Kind::noBalance:
+        return QStringLiteral("DeepSeek 账户余额不足，请先充值。");
+    case AIError::Kind::http:
+    case AIError::Kind::badResponse:
+        break;
+    }
+    return QStringLiteral("AI 返回的内容看不懂，再试一次吧。");
+}
+
+} // namespace
+
+AIError::AIError(Kind kind) : Failure(textOf(kind)), m_kind(kind) { }
+
+AIError::AIError(qint64 status, const QString &text) : Failure(text), m_kind(Kind::http), m_status(status) { }
+
+AIError AIError::ofStatus(qint64 status, const QString &detail)
+{
+    constexpr qint64 unauthorized = 401, paymentRequired = 402;
+    constexpr qsizetype shownCharacters = 200;
+    if (status == unauthorized)
+        return AIError(Kind::unauthorized);
+    if (status == paymentRequired)
+        return AIError(Kind::noBalance);
+    // No QString::arg: the detail may hold a %1 of its own.
+    return AIError(status,
+        QStringLiteral("DeepSeek 返回错误 ") + QString::number(status) + u'：'
+            + firstCharacters(detail, shownCharacters));
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,180 @@
+#include "ai/DeepSeekClient.h"
+
+#include "ai/HttpExchange.h"
+#include "ai/Prompts.h"
+#include "ai/StreamReader.h"
+#include "frame/Text.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int statusOk = 200;
+
+QByteArray keyOf(const AppConfig &config)
+{
+    const QString key = trimmedSpace(config.apiKey);
+    if (key.isEmpty())
+        throw AIError(AIError::Kind::noKey);
+    // A line break inside would begin a header of its own.
+    if (std::any_of(key.begin(), key.end(), [](QChar c) { return c.category() == QChar::Other_Control; }))
+        throw AIError(AIError::Kind::unauthorized);
+    return key.toUtf8();
+}
+
+// A line break at the end of the address is no blank and stays, and so the address is none.
+QUrl addressOf(const AppConfig &config)
+{
+    const QString base = trimmedOf(trimmedBlanks(config.baseURL), u"/");
+    const QUrl address(base + u"/chat/completions"_s, QUrl::StrictMode);
+    if (!address.isValid() || address.scheme().isEmpty() || address.host().isEmpty())
+        throw AIError(AIError::Kind::badResponse);
+    return address;
+}
+
+QByteArray bodyOf(const QString &model, const QList<ChatMessage> &messages, const QJsonObject &extra)
+{
+    QJsonArray list;
+    for (const ChatMessage &message : messages)
+        list.append(QJsonObject{
+            {u"role"_s, message.role},
+            {u"content"_s, wellFormed(message.content)},
+        });
+    QJsonObject body{{u"model"_s, wellFormed(model)}, {u"messages"_s, list}};
+    for (auto it = extra.begin(); it != extra.end(); ++it)
+        body.insert(it.key(), it.value());
+    return QJsonDocument(body).toJson(QJsonDocument::Compact);
+}
+
+QByteArray contentIn(const QByteArray &reply)
+{
+    const auto response = decode<ChatResponse>(reply);
+    if (!response || response->choices.isEmpty() || !response->choices.first().message.content)
+        throw AIError(AIError::Kind::badResponse);
+    return response->choices.first().message.content->toUtf8();
+}
+
+} // namespace
+
+DeepSeekClient::DeepSeekClient(
+    AppConfig config, QNetworkAccessManager &network, std::chrono::milliseconds patience)
+    : m_config(std::move(config)), m_network(&network), m_patience(patience)
+{
+}
+
+DeepSeekClient::Request DeepSeekClient::makeRequest(
+    const QList<ChatMessage> &messages, const QJsonObject &extra) const
+{
+    const QByteArray key = keyOf(m_config);
+    QNetworkRequest head(addressOf(m_config));
+    head.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
+    head.setHeader(QNetworkRequest::UserAgentHeader, u"Nimbrelle"_s);
+    head.setRawHeader("Authorization", "Bearer " + key);
+    // The key must reach nobody but the address that the user gave.
+    head.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    head.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+    // Closing a stream then closes its connection.
+    head.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    head.setTransferTimeout(static_cast<int>(m_patience.count()));
+    return {head, bodyOf(m_config.model, messages, extra)};
+}
+
+QCoro::Task<Explanation> DeepSeekClient::explain(
+    QString selection, std::optional<QString> context, std::stop_token stop) const
+{
+    return chatJSON<Explanation>(prompts::explain(), explainMessage(selection, context), std::move(stop));
+}
+
+QCoro::Task<LookupResult> DeepSeekClient::lookup(QString query, std::stop_token stop) const
+{
+    return chatJSON<LookupResult>(prompts::lookup(), lookupMessage(query), std::move(stop));
+}
+
+QCoro::Task<Translation> DeepSeekClient::translate(QString text, std::stop_token stop) const
+{
+    return chatJSON<Translation>(prompts::translate(), translateMessage(text), std::move(stop));
+}
+
+QCoro::Task<QString> DeepSeekClient::mnemonic(
+    WordEntry word, QStringList knownWords, QStringList interests, std::stop_token stop) const
+{
+    return tipOf(*this, mnemonicMessage(word, knownWords, interests), std::move(stop));
+}
+
+QCoro::AsyncGenerator<QString> DeepSeekClient::streamChat(
+    QList<ChatMessage> messages, double temperature, std::stop_token stop) const
+{
+    return piecesOf(*this, std::move(messages), temperature, std::move(stop));
+}
+
+QCoro::Task<QString> DeepSeekClient::tipOf(DeepSeekClient client, QString user, std::stop_token stop)
+{
+    const MnemonicTip tip = co_await client.chatJSON<MnemonicTip>(prompts::mnemonic(), user, stop);
+    co_return tip.tipZh;
+}
+
+QCoro::Task<QByteArray> DeepSeekClient::contentOf(
+    DeepSeekClient client, QString system, QString user, std::stop_token stop)
+{
+    const QList<ChatMessage> messages{{u"system"_s, system}, {u"user"_s, user}};
+    const QJsonObject extra{
+        {u"response_format"_s, QJsonObject{{u"type"_s, u"json_object"_s}}},
+        {u"temperature"_s, 0.2},
+        {u"stream"_s, false},
+    };
+    const Request request = client.makeRequest(messages, extra);
+    if (stop.stop_requested())
+        throw Cancelled();
+
+    HttpExchange exchange(*client.m_network, request.head, request.body, stop);
+    co_await exchange.answered();
+    QByteArray reply;
+    for (;;) {
+        const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isFailure);
+        if (bytes.isEmpty())
+            break;
+        reply.append(bytes);
+    }
+    if (exchange.status() != statusOk)
+        throw AIError::ofStatus(exchange.status(), textFromUtf8(reply));
+    co_return contentIn(reply);
+}
+
+QCoro::AsyncGenerator<QString> DeepSeekClient::piecesOf(
+    DeepSeekClient client, QList<ChatMessage> messages, double temperature, std::stop_token stop)
+{
+    const QJsonObject extra{{u"stream"_s, true}, {u"temperature"_s, temperature}};
+    const Request request = client.makeRequest(messages, extra);
+    if (stop.stop_requested())
+        throw Cancelled();
+
+    HttpExchange exchange(*client.m_network, request.head, request.body, stop);
+    co_await exchange.answered();
+    for (RefusalReader refusal; exchange.status() != statusOk;) {
+        const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isFailure);
+        if (refusal.completesWith(bytes))
+            throw AIError::ofStatus(exchange.status(), refusal.text());
+    }
+
+    StreamReader reader;
+    for (bool atEnd = false; !atEnd && !reader.isDone();) {
+        const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isEnd);
+        atEnd = bytes.isEmpty();
+        QStringList pieces = atEnd ? reader.finish() : reader.read(bytes);
+        for (QString &piece : pieces) {
+            co_yield piece;
+            if (stop.stop_requested())
+                throw Cancelled();
+        }
+    }
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QByteArray>
+#include <QNetworkReply>
+#include <QObject>
+
+#include <coroutine>
+#include <memory>
+#include <optional>
+#include <stop_token>
+
+class QNetworkAccessManager;
+class QNetworkRequest;
+
+namespace nimbrelle {
+
+class OneTimeBody;
+
+/// One POST, sent once and never again, and its reply, awaited from a coroutine on the main thread. It lives
+/// in the frame of that coroutine; when it goes, or when `stop` is requested, the connection is closed. The
+/// manager must outlive it.
+///
+/// The body is taken off the network as it comes, however slowly it is read here.
+class HttpExchange {
+public:
+    /// What a connection lost in the middle of the body means.
+    enum class CutOff { isFailure, isEnd };
+
+    HttpExchange(QNetworkAccessManager &network, const QNetworkRequest &request, const QByteArray &body,
+        std::stop_token stop);
+    ~HttpExchange();
+    Q_DISABLE_COPY_MOVE(HttpExchange)
+
+    /// `co_await exchange.answered()`: waits until the status is known. Throws Cancelled or TransportError.
+    auto answered() { return Wait<&HttpExchange::checkAnswered>{*this}; }
+    /// 0 for a reply that has none.
+    int status() const;
+
+    /// `co_await exchange.more()`: the next bytes of the body; empty at its end. Throws as answered() does.
+    auto more(CutOff cutOff)
+    {
+        m_cutOff = cutOff;
+        return Wait<&HttpExchange::takeBytes>{*this};
+    }
+
+private:
+    template <auto result> struct Wait {
+        HttpExchange &exchange;
+
+        bool await_ready() const { return exchange.hasNews(); }
+        void await_suspend(std::coroutine_handle<> waiting) { exchange.m_waiting = waiting; }
+        auto await_resume() { return (exchange.*result)(); }
+    };
+    struct Abort {
+        HttpExchange *exchange;
+        void operator()() const { exchange->m_reply->abort(); }
+    };
+
+    bool hasNews() const;
+    void collect();
+    void resume();
+    void checkAnswered();
+    QByteArray takeBytes();
+    void throwUnlessEnded() const;
+
+    std::stop_token m_stop;
+    std::coroutine_handle<> m_waiting;
+    QByteArray m_unread;
+    CutOff m_cutOff = CutOff::isFailure;
+    bool m_hasBody = false;
+    OneTimeBody *m_body; ///< the reply's child
+    QNetworkReply *m_reply;
+    QObject m_context; ///< ends the connections with us
+    std::optional<std::stop_callback<Abort>> m_onStop; ///< last, for it may run while it is made
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "ai/LineReader.h"
+
+#include <QStringList>
+
+namespace nimbrelle {
+
+/// Reads the body of a streamed answer: "data:" lines, each with a JSON chunk, up to "[DONE]". Whatever can't
+/// be read costs its own line and no other.
+class StreamReader {
+public:
+    /// The pieces of text that `bytes` complete, each as the AI sent it and never empty.
+    QStringList read(QByteArrayView bytes);
+    /// To be called when the body ends: the last line may lack its end.
+    QStringList finish();
+
+    /// "[DONE]" was read; what follows it is passed over.
+    bool isDone() const { return m_isDone; }
+
+private:
+    QString pieceOf(const QByteArray &line);
+
+    LineReader m_lines;
+    bool m_isDone = false;
+};
+
+/// Reads the body of a refusal, line by line, until it is longer than what is shown of it.
+class RefusalReader {
+public:
+    /// Takes the next bytes of the body, or none at its end; true when the text is complete.
+    bool completesWith(const QByteArray &bytes);
+    /// The lines without their ends; empty when they are not UTF-8.
+    QString text() const;
+
+private:
+    bool isEnough() const;
+
+    LineReader m_lines;
+    QByteArray m_text;
+};
+
+/// `bytes` as text; empty when they are not UTF-8.
+QString textFromUtf8(const QByteArray &bytes);
+
+} // namespace nimbrelle

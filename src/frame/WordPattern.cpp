@@ -1,0 +1,56 @@
+#include "frame/WordPattern.h"
+
+#include "frame/Text.h"
+
+#include <QStringList>
+
+namespace nimbrelle::WordPattern {
+
+namespace {
+
+const QString wordCharacter = QStringLiteral("[\\p{L}\\p{M}\\p{N}\\p{Pc}]");
+const QString boundary = QStringLiteral("(?:(?<=%1)(?!%1)|(?<!%1)(?=%1))").arg(wordCharacter);
+
+QRegularExpression expressionOf(const QString &pattern)
+{
+    return QRegularExpression(
+        pattern, QRegularExpression::UseUnicodePropertiesOption | QRegularExpression::CaseInsensitiveOption);
+}
+
+QString escaped(const QString &text, Blanks blanks)
+{
+    if (blanks == Blanks::asWritten)
+        return QRegularExpression::escape(text);
+    QStringList pieces = text.split(u' ');
+    for (QString &piece : pieces)
+        piece = QRegularExpression::escape(piece);
+    return pieces.join(QStringLiteral("\\s+"));
+}
+
+} // namespace
+
+QRegularExpression whole(const QString &text, Blanks blanks)
+{
+    return expressionOf(boundary + escaped(text, blanks) + boundary);
+}
+
+QRegularExpression beginningWith(const QString &stem)
+{
+    return expressionOf(boundary + QRegularExpression::escape(stem) + wordCharacter + u'*');
+}
+
+std::optional<TextRange> firstMatch(const QRegularExpression &expression, const QString &text)
+{
+    if (!expression.isValid())
+        return std::nullopt;
+    auto matches = expression.globalMatch(text);
+    while (matches.hasNext()) {
+        const auto match = matches.next();
+        if (isBetweenCharacters(text, match.capturedStart())
+            && isBetweenCharacters(text, match.capturedEnd()))
+            return TextRange{match.capturedStart(), match.capturedLength()};
+    }
+    return std::nullopt;
+}
+
+} // namespace nimbrelle::WordPattern

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QRegularExpression>
+
+#include <optional>
+
+namespace nimbrelle {
+
+/// A stretch of a text, in UTF-16 units.
+struct TextRange {
+    qsizetype start = 0;
+    qsizetype length = 0;
+
+    bool operator==(const TextRange &) const = default;
+};
+
+/// Finds words in sentences, in any letter case. A word boundary lies between a word character and anything
+/// else; letters, numbers, connectors and, unlike in the regular-expression engine's own \b, combining marks
+/// are word characters. So a text that ends in a sign, such as C++, is found only where a word character
+/// follows it.
+namespace WordPattern {
+
+enum class Blanks { asWritten, anySpace };
+
+/// `text` to the letter, between two word boundaries; each of its blanks stands for any white space if told
+/// so.
+QRegularExpression whole(const QString &text, Blanks blanks = Blanks::asWritten);
+
+/// A word that begins with `stem`.
+QRegularExpression beginningWith(const QString &stem);
+
+/// The first match that cuts no character in two. Absent too for an expression that could not be built.
+std::optional<TextRange> firstMatch(const QRegularExpression &expression, const QString &text);
+
+} // namespace WordPattern
+
+} // namespace nimbrelle

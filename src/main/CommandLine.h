@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QCoro/QCoroTask>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+#include <span>
+
+class QTextStream;
+
+namespace nimbrelle {
+
+class Services;
+
+/// What a routine is given; all of it outlives the routine.
+struct OptionRun {
+    Services &services;
+    QTextStream &out;
+    QString value; ///< empty for a flag
+};
+
+/// One command-line option: it runs one piece of logic without a window and ends the process.
+struct Option {
+    enum class Form {
+        flag, ///< counts when it stands anywhere in the arguments
+        value, ///< counts at its first occurrence, if anything stands behind that
+    };
+    /// Ends in the exit code.
+    using Routine = std::function<QCoro::Task<int>(OptionRun run)>;
+
+    QString name;
+    Form form = Form::flag;
+    Routine run;
+};
+
+struct ChosenOption {
+    const Option *option = nullptr;
+    QString value;
+};
+
+/// The first option of `table` that `arguments` hold, whatever their order; absent when none does. The
+/// arguments are the whole vector as the process got it: an option counts also where it stands as another
+/// one's value.
+std::optional<ChosenOption> chooseOption(std::span<const Option> table, const QStringList &arguments);
+
+/// All options in the order in which they are tried.
+std::span<const Option> optionTable();
+
+} // namespace nimbrelle

@@ -1,0 +1,108 @@
+#include "ai/AIClient.h"
+#include "main/CommandLine.h"
+#include "main/SelfTest.h"
+#include "main/SelfTestAI.h"
+#include "main/SelfTestReview.h"
+#include "main/Services.h"
+
+#include <QTextStream>
+
+#include <vector>
+
+namespace nimbrelle {
+
+namespace {
+
+using Form = Option::Form;
+
+// Coroutines outlive the call that starts them, so each keeps its own copy of what it runs.
+QCoro::Task<int> finished(int code)
+{
+    co_return code;
+}
+
+/// A routine that needs nothing and always ends with 0.
+Option::Routine printing(void (*routine)(QTextStream &))
+{
+    return [routine](const OptionRun &run) {
+        routine(run.out);
+        return finished(0);
+    };
+}
+
+Option::Routine later(const QString &what)
+{
+    return [what](const OptionRun &run) {
+        run.out << what << QStringLiteral("还没有做好，以后的版本里会有。") << Qt::endl;
+        return finished(1);
+    };
+}
+
+QCoro::Task<int> studyStamp(const OptionRun &run)
+{
+    if (qEnvironmentVariableIsEmpty("NIMBRELLE_DATA_DIR")) {
+        run.out << QStringLiteral("要先设置 NIMBRELLE_DATA_DIR 指向一个临时文件夹（不碰真实设置）")
+                << Qt::endl;
+        return finished(1);
+    }
+    return finished(SelfTest::runStudyStamp(run.services.config(), run.services.paths(), run.out) ? 0 : 1);
+}
+
+QCoro::Task<int> review(const OptionRun &run)
+{
+    Services &services = run.services;
+    SelfTest::runReview(services.words(), services.config().config(), services.clock().now(), run.out);
+    return finished(0);
+}
+
+QCoro::Task<int> lookup(OptionRun run)
+{
+    co_await SelfTest::runLookup(run.services.makeAI(), run.out);
+    co_return 0;
+}
+
+QCoro::Task<int> explain(OptionRun run)
+{
+    co_await SelfTest::runExplain(run.services.makeAI(), run.out);
+    co_return 0;
+}
+
+QCoro::Task<int> addSpelling(OptionRun run)
+{
+    co_await SelfTest::addSpelling(run.value, run.services.makeAI(), run.services.words(), run.out);
+    co_return 0;
+}
+
+std::vector<Option> makeTable()
+{
+    return {
+        {QStringLiteral("--render-icon"), Form::value, later(QStringLiteral("画图标"))},
+        {QStringLiteral("--selftest-ocr"), Form::flag, later(QStringLiteral("识别文字的自检"))},
+        {QStringLiteral("--selftest-review"), Form::flag, review},
+        {QStringLiteral("--selftest-spelling"), Form::flag, printing(SelfTest::runSpelling)},
+        {QStringLiteral("--selftest-menubar"), Form::flag, printing(SelfTest::runMenuBar)},
+        {QStringLiteral("--selftest-spellpractice"), Form::flag, printing(SelfTest::runSpellPractice)},
+        {QStringLiteral("--selftest-lookup"), Form::flag, lookup},
+        {QStringLiteral("--add-spelling"), Form::value, addSpelling},
+        {QStringLiteral("--selftest-config"), Form::flag, printing(SelfTest::runConfig)},
+        {QStringLiteral("--selftest-studystamp"), Form::flag, studyStamp},
+        {QStringLiteral("--selftest-merge"), Form::flag, later(QStringLiteral("合并的自检"))},
+        {QStringLiteral("--sync-now"), Form::flag, later(QStringLiteral("同步"))},
+        {QStringLiteral("--sync-connect"), Form::value, later(QStringLiteral("连接同步服务器"))},
+        {QStringLiteral("--selftest-fsrs"), Form::flag, printing(SelfTest::runFSRS)},
+        {QStringLiteral("--selftest-ask"), Form::flag, later(QStringLiteral("追问的自检"))},
+        {QStringLiteral("--selftest-coach"), Form::flag, later(QStringLiteral("教练记录的自检"))},
+        {QStringLiteral("--selftest-coach-ai"), Form::flag, later(QStringLiteral("教练简报的自检"))},
+        {QStringLiteral("--selftest-explain"), Form::flag, explain},
+    };
+}
+
+} // namespace
+
+std::span<const Option> optionTable()
+{
+    static const std::vector<Option> table = makeTable();
+    return table;
+}
+
+} // namespace nimbrelle

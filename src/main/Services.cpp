@@ -1,0 +1,35 @@
+#include "main/Services.h"
+
+#include "ai/DeepSeekClient.h"
+
+namespace nimbrelle {
+
+Services &Services::shared()
+{
+    static Services services;
+    return services;
+}
+
+QNetworkAccessManager &Services::network()
+{
+    if (!m_network)
+        m_network = std::make_unique<QNetworkAccessManager>();
+    return *m_network;
+}
+
+WordStore &Services::words()
+{
+    if (!m_words)
+        m_words = std::make_unique<WordStore>(paths(), clock(), config(), log(),
+            [this](const WordEntry &word, const QStringList &knownWords, const QStringList &interests) {
+                return makeAI()->mnemonic(word, knownWords, interests);
+            });
+    return *m_words;
+}
+
+std::unique_ptr<AIClient> Services::makeAI()
+{
+    return std::make_unique<DeepSeekClient>(config().config(), network());
+}
+
+} // namespace nimbrelle

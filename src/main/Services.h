@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ai/AIClient.h"
+#include "frame/AppPaths.h"
+#include "frame/Clock.h"
+#include "frame/ConfigStore.h"
+#include "notebook/LearningLog.h"
+#include "notebook/WordStore.h"
+
+#include <QNetworkAccessManager>
+
+#include <memory>
+
+namespace nimbrelle {
+
+/// The composition root: makes each process-wide object at its first use and ties them together. Everything
+/// else gets what it needs through its constructor.
+class Services {
+public:
+    static Services &shared();
+
+    const AppPaths &paths() { return AppPaths::shared(); }
+    Clock &clock() { return SystemClock::shared(); }
+    ConfigStore &config() { return ConfigStore::shared(); }
+    LearningLog &log() { return LearningLog::shared(); }
+    QNetworkAccessManager &network();
+    WordStore &words();
+    /// A client made from the settings of this moment.
+    std::unique_ptr<AIClient> makeAI();
+
+private:
+    Services() = default;
+
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<WordStore> m_words;
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,53 @@
+#include "main/CommandLine.h"
+#include "main/Services.h"
+
+#include <QCoreApplication>
+#include <QTextStream>
+#include <QTimer>
+
+#include <cstdio>
+
+using namespace nimbrelle;
+
+namespace {
+
+// The modes print to standard output alone, so what Qt has to say of a bare environment is dropped.
+void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) { }
+
+// Taken before Qt sees the vector, for Qt keeps some arguments for itself.
+QStringList rawArguments(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromUtf8(argv[i]));
+    return arguments;
+}
+
+QCoro::Task<> runToExit(Option::Routine routine, OptionRun run)
+{
+    const int code = co_await routine(run);
+    run.out.flush();
+    QCoreApplication::exit(code);
+}
+
+int runOption(const ChosenOption &chosen, int argc, char **argv)
+{
+    qInstallMessageHandler(dropMessage);
+    QCoreApplication application(argc, argv);
+    QTextStream out(stdout);
+    // From inside the loop, since an exit asked for before it starts is lost.
+    QTimer::singleShot(0, &application, [&chosen, &out] {
+        runToExit(chosen.option->run, {Services::shared(), out, chosen.value});
+    });
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (const auto chosen = chooseOption(optionTable(), rawArguments(argc, argv)))
+        return runOption(*chosen, argc, argv);
+    std::fputs("桌面部分还没有做好；现在可以用命令行选项，比如 --add-spelling \"reluctant\"。\n", stdout);
+    return 0;
+}

@@ -1,0 +1,121 @@
+#include "review/Grading.h"
+
+#include "review/Letters.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace nimbrelle {
+
+namespace {
+
+constexpr qsizetype minFuzzyLength = 4;
+
+bool isEdge(const QString &character)
+{
+    const auto codePoints = character.toUcs4();
+    return std::all_of(codePoints.begin(), codePoints.end(),
+        [](uint point) { return QChar::isSpace(point) || QChar::isPunct(point); });
+}
+
+// Without white space and punctuation at both ends, whole characters at a time.
+QString trimmedEdges(const QString &text)
+{
+    QStringList letters = characters(text);
+    while (!letters.isEmpty() && isEdge(letters.last()))
+        letters.removeLast();
+    const auto first = std::find_if_not(letters.cbegin(), letters.cend(), isEdge);
+    return letters.mid(first - letters.cbegin()).join(QString());
+}
+
+QString normalized(const QString &text)
+{
+    return Letters::folded(trimmedEdges(text)).replace(u'’', u'\'');
+}
+
+std::optional<QString> capitalsNote(const QString &input, const QString &answer)
+{
+    const QString typed = trimmedEdges(input).normalized(QString::NormalizationForm_C);
+    const QString wanted = answer.normalized(QString::NormalizationForm_C);
+    if (typed == wanted || wanted == wanted.toLower())
+        return std::nullopt;
+    return QStringLiteral("注意大写：") + answer;
+}
+
+Grade rightAnswer(const std::optional<QString> &note, qint64 hintsUsed)
+{
+    if (hintsUsed < 1)
+        return {Rating::good, note};
+    const QString helped = QStringLiteral("用了 %1 次提示，也算拼出来了").arg(hintsUsed);
+    return {Rating::hard, note ? helped + QStringLiteral("。") + *note : helped};
+}
+
+// A slip that still shows that the word is known; short words leave too much to chance.
+std::optional<QString> slip(const QString &typed, const QString &expected, const QString &answer)
+{
+    if (characterCount(expected) < minFuzzyLength)
+        return std::nullopt;
+    if (editDistance(typed, expected) < 2)
+        return QStringLiteral("差一个字母");
+    if (isAdjacentSwap(typed, expected))
+        return QStringLiteral("有两个字母顺序反了：") + answer;
+    return std::nullopt;
+}
+
+} // namespace
+
+Grade grade(const QString &input, const ReviewQuestion &question, qint64 hintsUsed)
+{
+    const QString typed = normalized(input);
+    const QString expected = normalized(question.answer);
+    if (typed.isEmpty())
+        return {Rating::again, QStringLiteral("没关系，跟着打一遍就好")};
+    if (typed == expected)
+        return rightAnswer(capitalsNote(input, question.answer), hintsUsed);
+    const auto hint = question.formHint();
+    if (hint && typed == normalized(question.entry.headword))
+        return {Rating::hard, QStringLiteral("意思对了！不过这里%1：%2").arg(*hint, question.answer)};
+    if (const auto remark = slip(typed, expected, question.answer))
+        return {Rating::hard, remark};
+    return {Rating::again, QStringLiteral("跟着打一遍，手会记住它")};
+}
+
+qint64 editDistance(const QString &a, const QString &b)
+{
+    const QStringList from = characters(a), to = characters(b);
+    QList<qint64> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (qsizetype i = 1; i <= from.size(); ++i) {
+        qint64 diagonal = std::exchange(row[0], i);
+        for (qsizetype j = 1; j <= to.size(); ++j) {
+            const qint64 substituted = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min({substituted, row[j] + 1, row[j - 1] + 1});
+        }
+    }
+    return row.last();
+}
+
+bool isAdjacentSwap(const QString &a, const QString &b)
+{
+    const QStringList from = characters(a), to = characters(b);
+    if (from.size() != to.size())
+        return false;
+    const auto [first, other] = std::mismatch(from.begin(), from.end(), to.begin());
+    const qsizetype i = first - from.begin();
+    return i + 1 < from.size() && from[i] == to[i + 1] && from[i + 1] == to[i] && from[i] != from[i + 1]
+        && from.mid(i + 2) == to.mid(i + 2);
+}
+
+std::optional<QString> withNextLetter(const QString &input, const QString &answer)
+{
+    const QStringList given = characters(input), wanted = characters(answer);
+    const auto [end, other] =
+        std::mismatch(wanted.begin(), wanted.end(), given.begin(), given.end(), Letters::isSame);
+    const qsizetype common = end - wanted.begin();
+    if (common >= wanted.size())
+        return std::nullopt;
+    return wanted.mid(0, common + 1).join(QString());
+}
+
+} // namespace nimbrelle

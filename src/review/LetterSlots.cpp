@@ -1,0 +1,25 @@
+#include "review/LetterSlots.h"
+
+#include "review/Letters.h"
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+QList<LetterSlots::Box> LetterSlots::boxes() const
+{
+    const QStringList wanted = characters(answer), given = characters(typed);
+    QList<Box> result;
+    for (qsizetype i = 0; i < std::max(wanted.size(), given.size()); ++i) {
+        if (i < given.size()) {
+            const bool isRight = i < wanted.size() && Letters::isSame(given[i], wanted[i]);
+            result.append({given[i], isRight ? Role::right : Role::wrong});
+        } else {
+            const bool isBlank = wanted[i] == Letters::blank;
+            result.append({isBlank ? Letters::blank : Letters::gap, Role::open});
+        }
+    }
+    return result;
+}
+
+} // namespace nimbrelle

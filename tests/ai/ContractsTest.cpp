@@ -1,0 +1,102 @@
+#include "ai/Contracts.h"
+
+#include "frame/RecordCodec.h"
+#include "notebook/WordEntry.h"
+#include "support/Printers.h"
+
+using namespace nimbrelle;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+template <class Reply> std::optional<Reply> replyOf(const char *json)
+{
+    return decode<Reply>(json, KeyStyle::fromSnakeCase);
+}
+
+TEST(Contracts, ExplainSendsTheSelectionUncutAndAContextCutShort)
+{
+    const QString family = u"👨\u200D👩\u200D👧"_s; // one character, eight UTF-16 units
+    const QString longSelection = family.repeated(3000);
+    const QString start = u"Selection: "_s + longSelection + u"\nSurrounding text: "_s;
+    EXPECT_EQ(explainMessage(longSelection, std::nullopt), start + u"(none)"_s);
+    EXPECT_EQ(explainMessage(longSelection, QString()), start + u"(none)"_s);
+    EXPECT_EQ(explainMessage(longSelection, u" "_s), start + u" "_s);
+    EXPECT_EQ(explainMessage(longSelection, family.repeated(2000)), start + family.repeated(1500));
+}
+
+TEST(Contracts, LookupAndTranslateCutByCharacters)
+{
+    const QString accented = u"e\u0301"_s, flag = u"🇨🇳"_s;
+    EXPECT_EQ(lookupMessage(accented.repeated(300)), u"Query: "_s + accented.repeated(200));
+    EXPECT_EQ(translateMessage(flag.repeated(5000)), flag.repeated(4000));
+    EXPECT_EQ(translateMessage(u" a\n"_s), u" a\n"_s);
+}
+
+TEST(Contracts, MnemonicNamesOnlyWhatThereIs)
+{
+    WordEntry word;
+    word.headword = u"reluctant"_s;
+    word.pos = u"adj."_s;
+    word.meaningZh = u"不情愿的"_s;
+    const QString first = u"要记的词：reluctant（adj. 不情愿的）"_s;
+    EXPECT_EQ(mnemonicMessage(word, {}, {}), first);
+
+    Example older, newest;
+    older.sentence = u"An older one."_s;
+    word.affixes = QList<Affix>{};
+    word.examples = {older, newest};
+    EXPECT_EQ(mnemonicMessage(word, {}, {}), first) << "only the newest sentence counts";
+
+    word.examples[1].sentence = u"I was reluctant to post."_s;
+    word.familyRoot = QString();
+    word.affixes = {Affix::un, Affix::tion};
+    EXPECT_EQ(mnemonicMessage(word, {u"give up"_s, u"run"_s}, {u"reddit.com"_s, u"Qt 文档"_s}),
+        first
+            + u"\n他遇到它的句子：I was reluctant to post.\n词根：\n词缀：un- -tion\n他已经掌握的词：give up, run"_s
+            + u"\n他常看的网站和内容：reddit.com；Qt 文档"_s);
+}
+
+TEST(Contracts, LookupReplyIsOneFlatObject)
+{
+    const auto result = replyOf<LookupResult>(
+        R"({"headword":"give up","meaning_zh":"放弃","aboutZh":"常用","corrected":false,"mood":[1],)"
+        R"("inflections":{"past_participle":"given up"},)"
+        R"("alternatives":[{"text":"quit","meaning_zh":"更口语","x":1}],"register":null})");
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->explanation.headword, u"give up"_s);
+    EXPECT_EQ(result->explanation.register_, std::nullopt);
+    EXPECT_EQ(result->explanation.inflections->value(u"past_participle"_s), u"given up"_s) << "keys are data";
+    EXPECT_EQ(result->aboutZh, u"常用"_s);
+    EXPECT_EQ(result->corrected, false);
+    EXPECT_EQ(result->alternatives, (QList<LookupResult::Alternative>{{u"quit"_s, u"更口语"_s}}));
+}
+
+TEST(Contracts, OneMemberOfAnotherTypeFailsTheReply)
+{
+    EXPECT_TRUE(replyOf<Explanation>(R"({"headword":"run","meaning_zh":"跑"})"));
+    for (const char *json : {
+             R"({"headword":"run"})",
+             R"({"headword":"run","meaning_zh":null})",
+             R"({"headword":"run","meaning_zh":"跑","phonetic":["x"]})",
+             R"({"headword":"run","meaning_zh":"跑","sentence_is_example":"true"})",
+             R"({"headword":"run","meaning_zh":"跑","sentence_is_example":1})",
+             R"({"headword":"run","meaning_zh":"跑","inflections":{"past":null}})",
+             R"({"headword":"run","meaning_zh":"跑","affixes":["un-",1]})",
+             R"({"headword":"run","meaning_zh":"跑","affixes":"un-"})",
+             "```json\n{\"headword\":\"run\",\"meaning_zh\":\"跑\"}\n```",
+             R"({"headword":"run","meaning_zh":"跑"} done)",
+             R"([{"headword":"run","meaning_zh":"跑"}])",
+             "",
+         }) {
+        EXPECT_FALSE(replyOf<Explanation>(json)) << json;
+        EXPECT_FALSE(replyOf<LookupResult>(json)) << json;
+    }
+    EXPECT_FALSE(
+        replyOf<LookupResult>(R"({"headword":"run","meaning_zh":"跑","alternatives":[{"text":"x"}]})"));
+    EXPECT_TRUE(replyOf<Translation>(R"({"translation_zh":"译文"})"));
+    EXPECT_FALSE(replyOf<Translation>(R"({"translation_zh":"译文","key_terms":[{"text":"x"}]})"));
+    EXPECT_FALSE(replyOf<Translation>(R"({"key_terms":[]})"));
+}
+
+} // namespace

@@ -1,0 +1,134 @@
+#include "frame/ConfigStore.h"
+
+#include "frame/AppPaths.h"
+#include "frame/RecordFile.h"
+#include "support/ManualClock.h"
+#include "support/Printers.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace nimbrelle;
+using namespace std::chrono_literals;
+
+namespace {
+
+class ConfigStoreTest : public testing::Test {
+protected:
+    template <class Edit> void change(ConfigStore &store, Edit edit)
+    {
+        AppConfig config = store.config();
+        edit(config);
+        store.setConfig(config);
+    }
+
+    void writeFile(const QByteArray &json) { ASSERT_TRUE(replaceFile(m_paths.config, json)); }
+    std::optional<AppConfig> onDisk() const { return readRecordFile<AppConfig>(m_paths.config); }
+
+    QTemporaryDir m_directory;
+    AppPaths m_paths{m_directory.path()};
+    ManualClock m_clock;
+};
+
+TEST_F(ConfigStoreTest, WritesNothingBeforeTheFirstChange)
+{
+    ConfigStore store(m_paths, m_clock);
+    EXPECT_EQ(store.config(), AppConfig());
+    store.setConfig(store.config());
+    EXPECT_FALSE(QFile::exists(m_paths.config));
+    change(store, [](AppConfig &config) { config.model = QStringLiteral("m"); });
+    EXPECT_EQ(onDisk(), store.config());
+    constexpr int others = 0x0077; // any right of the group or of others
+    EXPECT_EQ(int(QFileInfo(m_paths.config).permissions()) & others, 0);
+}
+
+TEST_F(ConfigStoreTest, StampsOnlyStudySettingsAndEachLaterThanTheLast)
+{
+    ConfigStore store(m_paths, m_clock);
+    QSignalSpy changed(&store, &ConfigStore::configChanged),
+        study(&store, &ConfigStore::studySettingsChanged);
+    change(store, [](AppConfig &config) { config.dwellSeconds = 2; });
+    EXPECT_EQ(store.config().studySettingsAt, QString());
+    EXPECT_EQ(study.count(), 0);
+
+    QStringList stamps;
+    const auto edit = [&](auto field) {
+        change(store, field);
+        stamps.append(store.config().studySettingsAt);
+        EXPECT_EQ(onDisk()->studySettingsAt, stamps.last());
+    };
+    edit([](AppConfig &config) { config.learningSlots = 40; });
+    edit([](AppConfig &config) { config.sessionSize = 10; });
+    m_clock.advance(100ms);
+    edit([](AppConfig &config) { config.recallOnLookup = false; });
+    m_clock.advance(1h);
+    edit([](AppConfig &config) { config.graduateDays = 20; });
+    m_clock.set(m_clock.now() - 48h);
+    edit([](AppConfig &config) { config.leechThreshold = 3; });
+    EXPECT_EQ(stamps,
+        (QStringList{QStringLiteral("2026-03-01T08:30:05Z"), QStringLiteral("2026-03-01T08:30:06Z"),
+            QStringLiteral("2026-03-01T08:30:07Z"), QStringLiteral("2026-03-01T09:30:05Z"),
+            QStringLiteral("2026-03-01T09:30:06Z")}));
+    EXPECT_EQ(study.count(), 5);
+    EXPECT_EQ(changed.count(), 6);
+}
+
+TEST_F(ConfigStoreTest, TakesMergedSettingsWithTheirOwnStamp)
+{
+    ConfigStore store(m_paths, m_clock);
+    QSignalSpy study(&store, &ConfigStore::studySettingsChanged);
+    const StudySettings merged{50, 9, 12, 60, 5, 14, false, m_clock.now() - 240h};
+    store.applySync(merged);
+    EXPECT_EQ(store.config().studySettings(), merged);
+    EXPECT_EQ(onDisk()->studySettings(), merged);
+    EXPECT_EQ(study.count(), 0);
+    EXPECT_FALSE(store.applyingSync());
+}
+
+TEST_F(ConfigStoreTest, ReadsOldAndHalfBrokenFiles)
+{
+    writeFile(R"({"apiKey":"sk-1","optionHoverOCR":false})");
+    const AppConfig old = ConfigStore(m_paths, m_clock).config();
+    EXPECT_EQ(old.apiKey, QStringLiteral("sk-1"));
+    EXPECT_FALSE(old.optionHoverOCR);
+    EXPECT_EQ(old.hoverKey, ModifierKey::option);
+
+    writeFile(R"({"apiKey":"sk-1","hoverKey":"fn","regionKey":"control","dwellSeconds":2})");
+    const AppConfig odd = ConfigStore(m_paths, m_clock).config();
+    EXPECT_EQ(odd.hoverKey, ModifierKey::option);
+    EXPECT_EQ(odd.regionKey, ModifierKey::control);
+    EXPECT_EQ(odd.dwellSeconds, 2.0);
+
+    for (const char *json : {R"({"apiKey":"sk-1","learningSlots":"30"})", "{\"apiKey\":\"sk-1\"}\n\n,", "",
+             "[]", R"({"apiKey":"sk-1","excludedBundleIDs":[1]})"}) {
+        writeFile(json);
+        EXPECT_EQ(ConfigStore(m_paths, m_clock).config(), AppConfig()) << json;
+    }
+}
+
+TEST_F(ConfigStoreTest, OffersNoStudySettingsWithoutAStamp)
+{
+    AppConfig config;
+    for (const char *stamp : {"", "yesterday", "2026-03-01 08:30:05", "2026-03-01T08:30:05+08:00"}) {
+        config.studySettingsAt = QString::fromLatin1(stamp);
+        EXPECT_EQ(config.studySettings(), std::nullopt) << stamp;
+    }
+    config.studySettingsAt = QStringLiteral("2026-03-01T08:30:05Z");
+    ASSERT_TRUE(config.studySettings());
+    EXPECT_EQ(config.studySettings()->order(), (std::array<qint64, 7>{30, 8, 15, 30, 4, 30, 1}));
+}
+
+TEST_F(ConfigStoreTest, WorksInMemoryWhenTheDirectoryCannotBeWritten)
+{
+    const AppPaths nowhere(QStringLiteral("/proc/nowhere"));
+    ConfigStore store(nowhere, m_clock);
+    change(store, [](AppConfig &config) { config.learningSlots = 5; });
+    EXPECT_EQ(store.config().learningSlots, 5);
+    EXPECT_FALSE(store.config().studySettingsAt.isEmpty());
+}
+
+} // namespace

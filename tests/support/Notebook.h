@@ -1,0 +1,76 @@
+#pragma once
+
+#include "frame/AppPaths.h"
+#include "frame/ConfigStore.h"
+#include "frame/RecordFile.h"
+#include "notebook/Explanation.h"
+#include "notebook/LearningLog.h"
+#include "notebook/PageSource.h"
+#include "notebook/WordStore.h"
+#include "support/ManualClock.h"
+
+#include <QTemporaryDir>
+
+namespace nimbrelle {
+
+/// A notebook in a directory of its own, with a clock moved by hand.
+struct Notebook {
+    QTemporaryDir directory;
+    AppPaths paths{directory.path()};
+    ManualClock clock;
+    ConfigStore config{paths, clock};
+    LearningLog log{paths, clock};
+    WordStore store{paths, clock, config, log};
+
+    template <class Edit> void configure(Edit edit)
+    {
+        AppConfig changed = config.config();
+        edit(changed);
+        config.setConfig(changed);
+    }
+
+    static Explanation explained(const char *headword, const char *sentence = nullptr)
+    {
+        Explanation explanation;
+        explanation.headword = QString::fromUtf8(headword);
+        explanation.meaningZh = QStringLiteral("意思");
+        if (sentence)
+            explanation.sentence = QString::fromUtf8(sentence);
+        return explanation;
+    }
+
+    static PageSource page(const char *url)
+    {
+        return {QStringLiteral("Firefox"), QString::fromUtf8(url), QStringLiteral("A page")};
+    }
+
+    QUuid save(const char *headword) { return store.save(explained(headword), {}).entry.id; }
+    const WordEntry &word(const char *headword) const
+    {
+        return store.entries()[store.index(QString::fromUtf8(headword)).value()];
+    }
+    QList<WordEntry> entriesOnDisk() const
+    {
+        return readRecordFile<QList<WordEntry>>(paths.words).value_or(QList<WordEntry>());
+    }
+
+    /// "kind word detail" of each event of the log.
+    QStringList events() const
+    {
+        QStringList result;
+        for (const QString &line : log.readLines()) {
+            const auto event = decode<LearningLog::Event>(line.toUtf8()).value();
+            result.append(
+                (event.kind + u' ' + event.word + u' ' + event.detail.value_or(QString())).trimmed());
+        }
+        return result;
+    }
+
+    /// Puts words into the store as a file would.
+    static void seed(const AppPaths &paths, const QList<WordEntry> &words)
+    {
+        writeRecordFile(paths.words, words);
+    }
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,108 @@
+# shellcheck shell=bash disable=SC2154
+# What ./run, ./test and tools/lint share: packages and builds. Sourced, with $root set.
+# Standard output is left to the programs; all that is said here goes to standard error.
+
+say() { printf '%s\n' "$*" >&2; }
+fail() { printf 'Error: %s\n' "$*" >&2; exit 1; }
+
+packages_of() { # SECTION...
+    awk -v wanted=" $* " '
+        { sub(/#.*/, "") }
+        /^\[/ { gsub(/[][ \t]/, ""); inside = index(wanted, " " $0 " "); next }
+        inside { for (i = 1; i <= NF; i++) print $i }' "$root/tools/packages.txt"
+}
+
+missing_of() { # PACKAGE...
+    comm -23 <(printf '%s\n' "$@" | sort -u) \
+        <(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "$@" 2>/dev/null \
+            | awk '$2 == "installed" { print $1 }' | sort -u)
+}
+
+need_room() { # MEGABYTES DIRECTORY PURPOSE
+    local free
+    free=$(df -Pm "$2" | awk 'NR == 2 { print $4 }')
+    ((free >= $1)) || fail "$3 needs about $1 MB free on the disk of $2, and there are only $free MB."
+}
+
+# Sets as_root to what goes before a command that needs the administrator's rights.
+find_root() {
+    if ((EUID == 0)); then
+        as_root=()
+    elif command -v sudo >/dev/null && sudo -n true 2>/dev/null; then
+        as_root=(sudo -n)
+    elif command -v sudo >/dev/null && [[ -t 0 ]]; then
+        as_root=(sudo)
+    else
+        fail "installing needs root or sudo. As root, once: apt-get install --no-install-recommends $*"
+    fi
+}
+
+install_packages() { # SECTION...
+    local wanted missing as_root log apt updated=yes
+    mapfile -t wanted < <(packages_of "$@")
+    command -v dpkg-query >/dev/null && command -v apt-get >/dev/null \
+        || fail "this is no Debian-like system. Install the like of these, then use the CMake presets: ${wanted[*]}"
+    mapfile -t missing < <(missing_of "${wanted[@]}")
+    ((${#missing[@]})) || return 0
+
+    find_root "${missing[@]}"
+    need_room 2000 /usr "Installing ${#missing[@]} packages and what they depend on"
+    say "Installing: ${missing[*]}"
+    log=$(mktemp "${TMPDIR:-/tmp}/nimbrelle-setup.XXXXXX")
+    apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C apt-get -q -y
+        -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0)
+
+    "${apt[@]}" -o APT::Update::Error-Mode=any update >"$log" 2>&1 || updated=no
+    check_offered "$updated" "$log" "${missing[@]}"
+    "${apt[@]}" install --no-install-recommends "${missing[@]}" 2>&1 </dev/null \
+        | tee -a "$log" | grep --line-buffered -E '^(Need to get|After this|Fetched)' >&2 \
+        || true # what counts is what stands installed now
+    mapfile -t missing < <(missing_of "${missing[@]}")
+    ((${#missing[@]} == 0)) || fail_by_apt "$updated" "$log" "not installed: ${missing[*]}."
+    rm -f "$log"
+}
+
+fail_by_apt() { # WHETHER-UPDATED LOG MESSAGE
+    grep -E '^(E|Err)[: ]' "$2" | tail -n 3 >&2 || true
+    if [[ $1 == no ]]; then
+        fail "$3 The package lists could not be fetched: is the network there? What apt-get said is in $2"
+    fi
+    fail "$3 What apt-get said is in $2"
+}
+
+check_offered() { # WHETHER-UPDATED LOG PACKAGE...
+    local updated=$1 log=$2 unknown
+    shift 2
+    unknown=$(comm -23 <(printf '%s\n' "$@" | sort -u) \
+        <(LC_ALL=C apt-cache policy "$@" | awk '
+            /^[^ ]/ { sub(/:$/, "", $1); name = $1 }
+            $1 == "Candidate:" && $2 != "(none)" { print name }' | sort -u))
+    [[ -n $unknown ]] || return 0
+    fail_by_apt "$updated" "$log" "this system does not offer: ${unknown//$'\n'/ } (Debian 12 does)."
+}
+
+# As many compilers as there are processors, and no more than the memory holds.
+job_count() {
+    local processors memory
+    processors=$(nproc)
+    memory=$(awk '/^MemAvailable/ { print int($2 / 900000) }' /proc/meminfo)
+    if ((memory < 1)); then memory=1; fi
+    echo $((processors < memory ? processors : memory))
+}
+
+build_folder() { # PRESET
+    if [[ $1 == release ]]; then echo "$root/build"; else echo "$root/build/$1"; fi
+}
+
+build_preset() { # PRESET [TARGET...]
+    local folder log
+    folder=$(build_folder "$1")
+    log="$folder/configure.log"
+    if [[ ! -d $folder ]]; then need_room 1500 "$root" "Building"; fi
+    mkdir -p "$folder"
+    (cd "$root" && cmake --preset "$1") >"$log" 2>&1 || {
+        cat "$log" >&2
+        fail "configuring the $1 build failed."
+    }
+    cmake --build "$folder" -j "$(job_count)" ${2:+--target "${@:2}"} >&2 || fail "the $1 build failed."
+}
