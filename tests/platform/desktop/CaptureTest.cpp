@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QRasterWindow>
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 
 namespace {

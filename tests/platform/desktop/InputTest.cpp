@@ -3,6 +3,8 @@
 
 #include <QRasterWindow>
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 
 namespace {

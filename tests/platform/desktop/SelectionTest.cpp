@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 
 #include <csignal>
+#include <gtest/gtest.h>
 
 using namespace nimbrelle;
 
