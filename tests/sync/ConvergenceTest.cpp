@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 // come to one document, with nothing lost that nobody deleted.
 namespace {
 
-constexpr int stepsInAWorld = 500; // a fresh start now and then keeps logs, and so rounds, short
+constexpr int stepsInAWorld = 250; // a fresh start now and then keeps logs, and so rounds, short
 constexpr int stepsBetweenQuiet = 125;
 
 class TimeZones {
