@@ -29,10 +29,7 @@ std::chrono::sys_seconds now()
 struct House {
     explicit House(const Options &options) : directory(options.data)
     {
-        directory.requirePrivate();
-        if (!std::filesystem::exists(directory.database()))
-            throw Failure("nothing is set up in " + directory.path().string()
-                + ". Do it with: nimbrelle-server init, or name the right folder with --data DIR.");
+        directory.requireSetUp();
         store = std::make_unique<SqliteStore>(directory.database());
     }
 

@@ -10,8 +10,6 @@
 #include "notebook/WordStore.h"
 #include "platform/Screens.h"
 
-#include <QPointer>
-
 namespace nimbrelle {
 
 using namespace std::chrono_literals;
@@ -52,7 +50,11 @@ CardController::CardController(Clock &clock, const ConfigStore &config, WordStor
 {
 }
 
-CardController::~CardController() = default;
+CardController::~CardController()
+{
+    m_task.cancel(); // first, so that nobody shows what the next line ends
+    m_exchanges.request_stop();
+}
 
 bool CardController::isVisible() const
 {
@@ -82,15 +84,12 @@ void CardController::lookup(const QString &selection, const std::optional<QStrin
 QCoro::Task<> CardController::explain(
     QString selection, std::optional<QString> context, PageSource source, std::stop_token stop)
 {
-    const QPointer<CardController> self(this);
     const QString key = cacheKey(selection, context);
     try {
         if (!m_cache.contains(key)) {
             const auto client = m_newClient(m_config.config());
-            const Explanation answer = co_await client->explain(selection, context);
-            if (!self)
-                co_return;
-            m_cache.insert(key, answer);
+            const Explanation answer = co_await client->explain(selection, context, m_exchanges.get_token());
+            m_cache.insert(key, answer); // also when nobody waits for it any more
         }
         if (!stop.stop_requested())
             showWord(selection, m_cache.value(key), source);

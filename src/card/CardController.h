@@ -90,6 +90,7 @@ private:
     PageSource m_translationSource;
     TaskSlot m_task;
     TaskSlot m_offerHideTask;
+    std::stop_source m_exchanges; // for explanations; stopped only when we go
 };
 
 } // namespace nimbrelle

@@ -18,6 +18,8 @@ struct Piece {
     bool canClose = false;
 };
 
+constexpr qsizetype longestAddress = 1000; // so that a heap of brackets stays cheap
+
 enum class Neighbour { space, punctuation, eastAsian, other };
 
 Neighbour neighbourAt(QStringView text, qsizetype position)
@@ -177,7 +179,8 @@ private:
         if (m_at + 1 >= m_text.size() || m_text[m_at + 1] != u'(')
             return std::nullopt;
         qsizetype depth = 0;
-        for (qsizetype i = m_at + 1; i < m_text.size() && m_text[i] != u'\n'; ++i) {
+        const qsizetype limit = std::min(m_text.size(), m_at + longestAddress);
+        for (qsizetype i = m_at + 1; i < limit && m_text[i] != u'\n'; ++i) {
             if (m_text[i] == u'(')
                 ++depth;
             else if (m_text[i] == u')' && --depth == 0)

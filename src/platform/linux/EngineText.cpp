@@ -15,17 +15,22 @@ bool isBar(const EngineWord &word)
     return word.text == u"|";
 }
 
-/// The height of the tallest letter that stands on the line without reaching below it; 0 where there is none.
+/// The height of a capital on this line: that of the tallest letter that doesn't reach below it, or else half
+/// as much again as a small one.
 int capitalHeight(const EngineLine &line)
 {
-    int height = 0;
+    int tall = 0;
+    int small = 0;
     for (const EngineWord &word : line)
         for (std::size_t i = 0; i < word.unitBoxes.size(); ++i) {
             const QChar c = word.text.at(static_cast<qsizetype>(i));
+            const int height = word.unitBoxes[i].height();
             if (c.isUpper() || QStringView(u"bdfhklt").contains(c))
-                height = std::max(height, word.unitBoxes[i].height());
+                tall = std::max(tall, height);
+            else if (QStringView(u"acemnorsuvwxz").contains(c))
+                small = std::max(small, height);
         }
-    return height;
+    return tall > 0 ? tall : small * 3 / 2;
 }
 
 bool isLowerCase(const EngineWord &word)
