@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxPlatform.h"
 
+#include "support/Await.h"
 #include "support/Printers.h"
 
 #include <gtest/gtest.h>
@@ -34,9 +35,9 @@ TEST(LinuxPlatform, WithoutADisplayEachServiceSaysSoAndNothingFails)
     EXPECT_EQ(platform.frontApplication.current(), std::nullopt);
     EXPECT_EQ(platform.accessibility.focusedElement(), std::nullopt);
     EXPECT_FALSE(platform.keySender.sendCopy());
-    EXPECT_EQ(QCoro::waitFor(platform.clipboard.snapshot()), std::nullopt);
-    EXPECT_EQ(QCoro::waitFor(platform.primarySelection.text()), std::nullopt);
-    EXPECT_THROW(QCoro::waitFor(platform.capture.capture(Screen{}, QRectF(0, 0, 10, 10))), CaptureFailure);
+    EXPECT_EQ(await(platform.clipboard.snapshot()), std::nullopt);
+    EXPECT_EQ(await(platform.primarySelection.text()), std::nullopt);
+    EXPECT_THROW(await(platform.capture.capture(Screen{}, QRectF(0, 0, 10, 10))), CaptureFailure);
     platform.clipboard.restore({});
     platform.frontApplication.activate({});
 }
@@ -47,9 +48,8 @@ TEST(LinuxPlatform, AStoppedRecognitionIsCancelled)
     std::stop_source stop;
     stop.request_stop();
     const Picture picture{100, 50, 1, QByteArray(4 * 100 * 50, '\xff')};
-    EXPECT_THROW(
-        QCoro::waitFor(recogniser.recognise(picture, RecognitionStyle::plain, stop.get_token())), Cancelled);
-    EXPECT_TRUE(QCoro::waitFor(recogniser.recognise(picture, RecognitionStyle::plain, {})).isEmpty());
+    EXPECT_THROW(await(recogniser.recognise(picture, RecognitionStyle::plain, stop.get_token())), Cancelled);
+    EXPECT_TRUE(await(recogniser.recognise(picture, RecognitionStyle::plain, {})).isEmpty());
 }
 
 } // namespace
