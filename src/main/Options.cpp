@@ -2,6 +2,7 @@
 #include "main/CommandLine.h"
 #include "main/SelfTest.h"
 #include "main/SelfTestAI.h"
+#include "main/SelfTestAsk.h"
 #include "main/SelfTestReview.h"
 #include "main/Services.h"
 
@@ -67,6 +68,12 @@ QCoro::Task<int> explain(OptionRun run)
     co_return 0;
 }
 
+QCoro::Task<int> ask(OptionRun run)
+{
+    co_await SelfTest::runAsk(run.services.makeAI(), run.out);
+    co_return 0;
+}
+
 QCoro::Task<int> addSpelling(OptionRun run)
 {
     co_await SelfTest::addSpelling(run.value, run.services.makeAI(), run.services.words(), run.out);
@@ -90,7 +97,7 @@ std::vector<Option> makeTable()
         {QStringLiteral("--sync-now"), Form::flag, later(QStringLiteral("同步"))},
         {QStringLiteral("--sync-connect"), Form::value, later(QStringLiteral("连接同步服务器"))},
         {QStringLiteral("--selftest-fsrs"), Form::flag, printing(SelfTest::runFSRS)},
-        {QStringLiteral("--selftest-ask"), Form::flag, later(QStringLiteral("追问的自检"))},
+        {QStringLiteral("--selftest-ask"), Form::flag, ask},
         {QStringLiteral("--selftest-coach"), Form::flag, later(QStringLiteral("教练记录的自检"))},
         {QStringLiteral("--selftest-coach-ai"), Form::flag, later(QStringLiteral("教练简报的自检"))},
         {QStringLiteral("--selftest-explain"), Form::flag, explain},
