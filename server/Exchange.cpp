@@ -63,28 +63,11 @@ Response documentResponse(const std::shared_ptr<const Document> &document)
     return {response, &MHD_destroy_response};
 }
 
-// A 304 speaks of the document, so no length may stand in it but the document's: it has none.
-Response bareResponse()
-{
-    const auto nothing = [](void *, std::uint64_t, char *, std::size_t) -> ssize_t {
-        return MHD_CONTENT_READER_END_OF_STREAM;
-    };
-    return {MHD_create_response_from_callback(MHD_SIZE_UNKNOWN, 64, nothing, nullptr, nullptr),
-        &MHD_destroy_response};
-}
-
 Response textResponse(const std::string &text)
 {
     std::string line = text.empty() ? text : text + '\n';
     return {MHD_create_response_from_buffer(line.size(), line.data(), MHD_RESPMEM_MUST_COPY),
         &MHD_destroy_response};
-}
-
-Response responseFor(const Answer &answer)
-{
-    if (answer.document)
-        return documentResponse(answer.document);
-    return answer.status == MHD_HTTP_NOT_MODIFIED ? bareResponse() : textResponse(answer.text);
 }
 
 void addHeaders(MHD_Response *response, const Answer &answer)
@@ -192,7 +175,7 @@ MHD_Result Exchange::answer()
 
 MHD_Result Exchange::send(const Answer &answer)
 {
-    const Response response = responseFor(answer);
+    const Response response = answer.document ? documentResponse(answer.document) : textResponse(answer.text);
     if (!response)
         return MHD_NO;
     addHeaders(response.get(), answer);

@@ -72,7 +72,7 @@ void serve(const Options &options, std::ostream &messages)
 {
     const EndSignals signals;
     const DataDirectory directory(options.data);
-    directory.requirePrivate();
+    directory.requireSetUp();
     const Identity identity = loadIdentity(directory);
     SqliteStore store(directory.database(), SqliteStore::Check::quick);
     makeRoomForConnections(options.limits.maxConnections);

@@ -91,6 +91,11 @@ void SqliteConnection::requireOurs(const std::filesystem::path &file)
             file.string() + " was made by a newer nimbrelle-server; install that version or a later one");
 }
 
+bool SqliteConnection::isBlank()
+{
+    return m_database.execAndGet("SELECT count(*) FROM sqlite_master").getInt() == 0;
+}
+
 void SqliteConnection::createTables()
 {
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);

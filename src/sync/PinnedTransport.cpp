@@ -9,13 +9,10 @@
 #include <QSslConfiguration>
 
 #include <algorithm>
-#include <chrono>
 
 namespace nimbrelle {
 
 namespace {
-
-constexpr std::chrono::milliseconds timeLimit = std::chrono::seconds{60};
 
 // With no trusted authority at all the handshake always stops to ask us. Sessions are not resumed, for a
 // resumed one shows no certificate.
@@ -55,8 +52,8 @@ void refuseUnsendable(const QString &token)
 
 } // namespace
 
-PinnedTransport::PinnedTransport(SyncLink link)
-    : m_link(std::move(link)), m_network(new QNetworkAccessManager)
+PinnedTransport::PinnedTransport(SyncLink link, std::chrono::milliseconds timeLimit)
+    : m_link(std::move(link)), m_timeLimit(timeLimit), m_network(new QNetworkAccessManager)
 {
     m_network->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
 }
@@ -90,7 +87,7 @@ QNetworkRequest PinnedTransport::platformRequest(const SyncRequest &request) con
         throw SyncTransportError(SyncTransportError::Kind::certificate, QStringLiteral("not https"));
     QNetworkRequest result(url);
     result.setSslConfiguration(tlsConfiguration());
-    result.setTransferTimeout(static_cast<int>(timeLimit.count()));
+    result.setTransferTimeout(static_cast<int>(m_timeLimit.count()));
     result.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     result.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
     result.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);

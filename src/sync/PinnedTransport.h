@@ -6,6 +6,8 @@
 #include <QNetworkRequest>
 #include <QSslCertificate>
 
+#include <chrono>
+
 class QNetworkAccessManager;
 class QNetworkReply;
 
@@ -17,7 +19,7 @@ namespace nimbrelle {
 /// seconds.
 class PinnedTransport final : public SyncTransport {
 public:
-    explicit PinnedTransport(SyncLink link);
+    explicit PinnedTransport(SyncLink link, std::chrono::milliseconds timeLimit = std::chrono::seconds{60});
     ~PinnedTransport() override;
 
     static std::unique_ptr<SyncTransport> open(const SyncLink &link);
@@ -32,6 +34,7 @@ private:
     SyncResponse answerOf(QNetworkReply &reply) const;
 
     const SyncLink m_link;
+    const std::chrono::milliseconds m_timeLimit;
     QNetworkAccessManager *m_network; ///< deleted later: a reply may be in the middle of telling us
     bool m_isRefused = false; ///< the certificate of the request under way had another pin
 };

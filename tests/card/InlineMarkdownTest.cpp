@@ -2,6 +2,8 @@
 
 #include "support/Printers.h"
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 namespace {

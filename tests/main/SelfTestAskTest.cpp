@@ -10,9 +10,10 @@ namespace nimbrelle {
 
 class SelfTestAsk : public testing::Test {
 protected:
-    SelfTestAsk() { SelfTest::runAsk(ai.factory()({}), out); }
+    SelfTestAsk() { SelfTest::runAsk(*client, out); }
 
     FakeAI ai;
+    std::unique_ptr<AIClient> client = ai.factory()({});
     QString printed;
     QTextStream out{&printed};
 };

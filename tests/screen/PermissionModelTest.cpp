@@ -5,6 +5,8 @@
 
 #include <QUrl>
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 class PermissionModelTest : public testing::Test {

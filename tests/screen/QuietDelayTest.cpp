@@ -2,6 +2,8 @@
 
 #include "support/ManualClock.h"
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 using namespace std::chrono_literals;

@@ -5,6 +5,8 @@
 #include "support/FakeOverlay.h"
 #include "support/Printers.h"
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 TEST(RegionDrag, TakesAFrameThatWasMeant)

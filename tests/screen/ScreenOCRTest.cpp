@@ -6,6 +6,8 @@
 #include "support/ManualClock.h"
 #include "support/Printers.h"
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 using Seek = ScreenOCR::Seek;

@@ -1,5 +1,7 @@
 #include "screen/ScreenPiece.h"
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 namespace {

@@ -7,6 +7,8 @@
 #include "support/ManualClock.h"
 #include "support/Printers.h"
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 using namespace std::chrono_literals;

@@ -4,6 +4,8 @@
 #include "support/FakeSelection.h"
 #include "support/Printers.h"
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 class SourceInfoTest : public testing::Test {

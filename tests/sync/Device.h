@@ -24,7 +24,7 @@ public:
     bool oneIn(quint32 count) { return below(count) == 0; }
     template <class List> const auto &from(const List &list)
     {
-        return list[static_cast<qsizetype>(below(static_cast<quint32>(std::size(list))))];
+        return *std::next(std::begin(list), below(static_cast<quint32>(std::size(list))));
     }
     QUuid id();
 

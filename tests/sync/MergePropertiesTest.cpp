@@ -1,5 +1,6 @@
 #include "support/Printers.h"
 #include "sync/BundleForm.h"
+#include "sync/Content.h"
 #include "sync/MergeLists.h"
 #include "sync/RandomLearner.h"
 #include "sync/Seeds.h"
@@ -193,43 +194,6 @@ std::string holdsNothingDead(const Bundles &bundles)
     if (!dead.contains(deadOf(bundles.a)) || !dead.contains(deadOf(bundles.b)))
         return "a tombstone was lost";
     return {};
-}
-
-/// Everything that a learner would miss, by what it says and not by its id; what has a tombstone is left out.
-QSet<QString> contentOf(const SyncBundle &bundle, const SyncMerge::Dead &dead)
-{
-    QSet<QString> content(bundle.log.cbegin(), bundle.log.cend());
-    const auto add = [&](const QUuid &id, const QStringList &parts) {
-        if (!dead.contains(id))
-            content.insert(parts.join(u'\n'));
-    };
-    const auto addNote = [&add](const AINote &note, const QString &word) {
-        add(note.id, {QStringLiteral("note"), word, note.question, note.answer});
-    };
-    for (const WordEntry &word : bundle.words) {
-        if (dead.contains(word.id))
-            continue;
-        const QString key = word.headword.toLower();
-        add(word.id, {QStringLiteral("word"), key});
-        for (const Example &example : word.examples)
-            add(example.id, {QStringLiteral("example"), key, example.sentence});
-        for (const AINote &note : word.notes.value_or(QList<AINote>()))
-            addNote(note, key);
-        for (const QString &source : word.sourceKeys.value_or(QStringList()))
-            content.insert(key + QStringLiteral(" at ") + source);
-        for (const QString &day : word.encounterDays.value_or(QStringList()))
-            content.insert(key + QStringLiteral(" on ") + day);
-        for (const FormRecord &form : word.forms.value_or(QList<FormRecord>()))
-            content.insert(key + QStringLiteral(" as %1").arg(static_cast<int>(form.kind)));
-    }
-    for (const AINote &note : bundle.notes)
-        addNote(note, {});
-    for (const GrammarEncounter &met : bundle.grammar)
-        add(met.id, {QStringLiteral("grammar"), QString::number(static_cast<int>(met.point)), met.sentence});
-    for (const AffixEncounter &met : bundle.affixes)
-        add(met.id,
-            {QStringLiteral("affix"), QString::number(static_cast<int>(met.affix)), met.headword.toLower()});
-    return content;
 }
 
 std::string losesNothing(const Bundles &bundles)

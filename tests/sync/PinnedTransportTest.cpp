@@ -178,6 +178,14 @@ TEST(PinnedTransport, NothingListeningIsAConnectionFailure)
     EXPECT_EQ(send(link).failure, connectionSentence);
 }
 
+TEST(PinnedTransport, WaitsForASilentServerNoLongerThanItsLimit)
+{
+    TlsServer server(validCertificate, validKey);
+    server.answer = {};
+    PinnedTransport transport(linkTo(server), std::chrono::milliseconds{300});
+    EXPECT_EQ(QCoro::waitFor(outcomeOf(&transport, ping(), {})).failure, connectionSentence);
+}
+
 TEST(PinnedTransport, RefusesWhatWouldGiveTheTokenAway)
 {
     TlsServer server(validCertificate, validKey);

@@ -8,6 +8,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QDeadlineTimer>
 
 #include <algorithm>
 
@@ -18,6 +19,8 @@ constexpr int answerLimitMs = 300;
 constexpr quint32 documentWebRole = 95;
 constexpr quint32 activeState = 1;
 constexpr quint32 focusedState = 12;
+constexpr quint32 showingState = 25;
+constexpr std::chrono::milliseconds searchLimit{100};
 /// Longer texts than anybody looks up are not fetched whole.
 constexpr int longestSelection = 20000;
 
@@ -73,15 +76,18 @@ bool hasState(const QVariant &states, quint32 state)
     return words.value(state / 32) & (1U << (state % 32));
 }
 
-} // namespace
-
-qsizetype utf16Length(QStringView text, qsizetype characters)
+/// A surrogate pair that was cut in two comes over the bus as a replacement character.
+QString withoutHalfAtStart(const QString &text)
 {
-    qsizetype units = 0;
-    for (; characters > 0 && units < text.size(); --characters)
-        units += text.at(units).isHighSurrogate() && units + 1 < text.size() ? 2 : 1;
-    return units;
+    return text.startsWith(QChar::ReplacementCharacter) ? text.sliced(1) : text;
 }
+
+QString withoutHalfAtEnd(const QString &text)
+{
+    return text.endsWith(QChar::ReplacementCharacter) ? text.chopped(1) : text;
+}
+
+} // namespace
 
 AtSpiReader::AtSpiReader(const FrontApplication &front) : m_front(front), m_bus(QString())
 {
@@ -204,11 +210,11 @@ std::optional<AccessibleElement> AtSpiReader::searchFocus(qint64 process)
 {
     const AccessibleElement registry{registryService, rootPath};
     const auto programs = elementsOf(ask(registry, accessibleInterface, QStringLiteral("GetChildren")));
-    const auto found = std::ranges::find_if(
-        programs, [&](const AccessibleElement &program) { return processOf(program.program) == process; });
-    if (found == programs.end())
+    const auto program = std::ranges::find_if(
+        programs, [&](const AccessibleElement &each) { return processOf(each.program) == process; });
+    if (program == programs.end())
         return std::nullopt;
-    const auto window = activeWindow(found->program);
+    const auto window = activeWindow(program->program);
     if (!window)
         return std::nullopt;
     // A match rule (aiia{ss}iaiiasib): all of these states, anything else, in tree order.
@@ -219,9 +225,30 @@ std::optional<AccessibleElement> AtSpiReader::searchFocus(qint64 process)
     rule.endMap();
     rule << qint32{1} << QList<qint32>{0, 0, 0, 0} << qint32{1} << QStringList() << qint32{1} << false;
     rule.endStructure();
-    const auto matches = elementsOf(ask(*window, collectionInterface, QStringLiteral("GetMatches"),
-        {QVariant::fromValue(rule), quint32{1}, qint32{1}, true}));
-    return matches.isEmpty() ? std::nullopt : std::optional{matches.constFirst()};
+    const auto matches = ask(*window, collectionInterface, QStringLiteral("GetMatches"),
+        {QVariant::fromValue(rule), quint32{1}, qint32{1}, true});
+    const auto found = matches ? elementsOf(matches).value(0, AccessibleElement()) : descendToFocus(*window);
+    if (found.object.isEmpty())
+        return std::nullopt;
+    m_places.insert(found.program, {found.object, ++m_order});
+    return found;
+}
+
+/// Not every toolkit can search by itself. Only what is on screen is looked at, and not for long.
+AccessibleElement AtSpiReader::descendToFocus(const AccessibleElement &window)
+{
+    const QDeadlineTimer deadline(searchLimit);
+    QList<AccessibleElement> open{window};
+    while (!open.isEmpty() && !deadline.hasExpired()) {
+        const AccessibleElement element = open.takeFirst();
+        const auto states = ask(element, accessibleInterface, QStringLiteral("GetState"));
+        if (!states || !hasState(states->value(0), showingState))
+            continue;
+        if (element != window && hasState(states->value(0), focusedState))
+            return element;
+        open += elementsOf(ask(element, accessibleInterface, QStringLiteral("GetChildren")));
+    }
+    return {};
 }
 
 std::optional<AccessibleElement> AtSpiReader::activeWindow(const QString &program)
@@ -241,8 +268,6 @@ std::optional<QString> AtSpiReader::selectedText(const AccessibleElement &elemen
     const auto range = selectedRange(element);
     if (!range)
         return std::nullopt;
-    if (range->end <= range->start)
-        return QString();
     return textBetween(element, range->start, std::min(range->end, range->start + longestSelection));
 }
 
@@ -257,12 +282,16 @@ std::optional<TextPiece> AtSpiReader::textRoundSelection(const AccessibleElement
     const int before = std::max(range->start - static_cast<int>(reach), 0);
     const int end = std::min(range->end, range->start + longestSelection);
     const int after = std::min(end + static_cast<int>(reach), count->toInt());
-    const auto text = textBetween(element, before, after);
-    if (!text)
+    // In three pieces, for some toolkits count characters and some UTF-16 units, and the pieces' own lengths
+    // are right for both.
+    const auto left = textBetween(element, before, range->start);
+    const auto selected = textBetween(element, range->start, end);
+    const auto right = textBetween(element, end, after);
+    if (!left || !selected || !right)
         return std::nullopt;
-    TextPiece piece{*text, utf16Length(*text, range->start - before), 0};
-    piece.length = utf16Length(QStringView(*text).mid(piece.location), end - range->start);
-    return piece;
+    const QString head = before > 0 ? withoutHalfAtStart(*left) : *left;
+    const QString tail = after < count->toInt() ? withoutHalfAtEnd(*right) : *right;
+    return TextPiece{head + *selected + tail, head.size(), selected->size()};
 }
 
 std::optional<AtSpiReader::Range> AtSpiReader::selectedRange(const AccessibleElement &element)
@@ -282,6 +311,8 @@ std::optional<AtSpiReader::Range> AtSpiReader::selectedRange(const AccessibleEle
 
 std::optional<QString> AtSpiReader::textBetween(const AccessibleElement &element, int start, int end)
 {
+    if (end <= start)
+        return QString();
     const auto answer = ask(element, textInterface, QStringLiteral("GetText"), {start, end});
     return answer ? std::optional{answer->value(0).toString()} : std::nullopt;
 }

@@ -42,7 +42,7 @@ private slots:
 private:
     struct Range {
         int start;
-        int end; ///< both in characters
+        int end; ///< both as the program counts
     };
     struct Place {
         QString object;
@@ -54,6 +54,7 @@ private:
     void remember(const QDBusMessage &event);
     qint64 processOf(const QString &program);
     std::optional<AccessibleElement> searchFocus(qint64 process);
+    AccessibleElement descendToFocus(const AccessibleElement &window);
     std::optional<AccessibleElement> activeWindow(const QString &program);
     std::optional<Range> selectedRange(const AccessibleElement &element);
     std::optional<QString> textBetween(const AccessibleElement &element, int start, int end);
@@ -69,8 +70,5 @@ private:
     QSet<QString> m_slow; ///< programs that let a question of this gesture time out
     quint64 m_order = 0;
 };
-
-/// The UTF-16 length of the first `characters` code points of `text`.
-qsizetype utf16Length(QStringView text, qsizetype characters);
 
 } // namespace nimbrelle

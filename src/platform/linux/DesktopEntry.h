@@ -14,6 +14,8 @@ struct DesktopEntry {
     QString name; ///< in the first of the wanted languages that it has, else the plain one
     QString windowClass; ///< StartupWMClass; empty when not told
     bool isHidden = false; ///< taken out of service by its user
+
+    bool operator==(const DesktopEntry &) const = default;
 };
 
 /// Absent when there is no main group with a name. `languages` such as "zh_CN", the best first.

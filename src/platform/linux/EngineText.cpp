@@ -15,23 +15,34 @@ bool isBar(const EngineWord &word)
     return word.text == u"|";
 }
 
-/// The height of the tallest letter that stands on the line without reaching below it; 0 where there is none.
+/// The height of a capital on this line: that of the tallest letter that doesn't reach below it, or else half
+/// as much again as a small one.
 int capitalHeight(const EngineLine &line)
 {
-    int height = 0;
+    int tall = 0;
+    int small = 0;
     for (const EngineWord &word : line)
         for (std::size_t i = 0; i < word.unitBoxes.size(); ++i) {
             const QChar c = word.text.at(static_cast<qsizetype>(i));
+            const int height = word.unitBoxes[i].height();
             if (c.isUpper() || QStringView(u"bdfhklt").contains(c))
-                height = std::max(height, word.unitBoxes[i].height());
+                tall = std::max(tall, height);
+            else if (QStringView(u"acemnorsuvwxz").contains(c))
+                small = std::max(small, height);
         }
-    return height;
+    return tall > 0 ? tall : small * 3 / 2;
 }
 
-bool isLowerCase(const EngineWord &word)
+bool startsLowerCase(const QString &text)
 {
-    const auto letter = std::ranges::find_if(word.text, [](QChar c) { return c.isLetter(); });
-    return letter != word.text.end() && letter->isLower();
+    const auto letter = std::ranges::find_if(text, [](QChar c) { return c.isLetter(); });
+    return letter != text.end() && letter->isLower();
+}
+
+bool endsLowerCase(const QString &text)
+{
+    const auto letter = std::find_if(text.rbegin(), text.rend(), [](QChar c) { return c.isLetter(); });
+    return letter != text.rend() && letter->isLower();
 }
 
 /// A missing neighbour is no obstacle: sentences begin with the pronoun.
@@ -39,9 +50,10 @@ bool isOrdinaryNeighbour(const EngineLine &line, std::size_t bar, std::size_t ot
 {
     if (other >= line.size())
         return true;
-    const QRect &one = line[std::min(bar, other)].box;
-    const QRect &next = line[std::max(bar, other)].box;
-    return isLowerCase(line[other]) && next.left() - one.right() <= widestGap * height;
+    const EngineWord &left = line[std::min(bar, other)];
+    const EngineWord &right = line[std::max(bar, other)];
+    return right.box.left() - left.box.right() <= widestGap * height
+        && (other < bar ? endsLowerCase(left.text) : startsLowerCase(right.text));
 }
 
 } // namespace

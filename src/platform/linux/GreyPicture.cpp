@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 namespace nimbrelle {
 namespace {
 
-constexpr int darkMean = 110;
+constexpr int darkGround = 112;
 /// Larger pictures, such as a whole framed page, are read as they are: else they would take seconds.
 constexpr qint64 largestEnlarged = 500'000;
 constexpr double fineScale = 1.75;
@@ -27,10 +26,75 @@ GreyPicture greyOf(const Picture &picture)
     return grey;
 }
 
-bool isDark(const GreyPicture &grey)
+/// The picture in square blocks, for light and dark parts side by side.
+struct Blocks {
+    static constexpr int size = 24;
+
+    int columns = 0;
+    int rows = 0;
+    std::vector<bool> isDark;
+
+    bool at(int column, int row) const
+    {
+        return isDark[static_cast<std::size_t>(
+            std::clamp(row, 0, rows - 1) * columns + std::clamp(column, 0, columns - 1))];
+    }
+};
+
+/// The commonest brightness of a block is that of its ground, for letters cover less of it.
+bool hasDarkGround(const GreyPicture &grey, int column, int row)
 {
-    const auto sum = std::accumulate(grey.pixels.begin(), grey.pixels.end(), qint64{0});
-    return sum < darkMean * static_cast<qint64>(grey.pixels.size());
+    std::array<int, 16> counts{};
+    const int right = std::min((column + 1) * Blocks::size, grey.width);
+    const int bottom = std::min((row + 1) * Blocks::size, grey.height);
+    for (int y = row * Blocks::size; y < bottom; ++y)
+        for (int x = column * Blocks::size; x < right; ++x)
+            ++counts[grey.pixels[static_cast<std::size_t>(y * grey.width + x)] / counts.size()];
+    const auto commonest = std::ranges::max_element(counts) - counts.begin();
+    return commonest * static_cast<int>(counts.size()) < darkGround;
+}
+
+Blocks blocksOf(const GreyPicture &grey)
+{
+    Blocks blocks;
+    blocks.columns = (grey.width + Blocks::size - 1) / Blocks::size;
+    blocks.rows = (grey.height + Blocks::size - 1) / Blocks::size;
+    for (int row = 0; row < blocks.rows; ++row)
+        for (int column = 0; column < blocks.columns; ++column)
+            blocks.isDark.push_back(hasDarkGround(grey, column, row));
+    return blocks;
+}
+
+/// Whether most of the block's surroundings are dark, so that a bold letter doesn't turn its own ground over.
+bool isInTheDark(const Blocks &blocks, int column, int row)
+{
+    int dark = 0;
+    for (int y = row - 1; y <= row + 1; ++y)
+        for (int x = column - 1; x <= column + 1; ++x)
+            dark += blocks.at(x, y) ? 1 : 0;
+    return dark >= 5;
+}
+
+void invertDarkParts(GreyPicture &grey)
+{
+    const Blocks blocks = blocksOf(grey);
+    const auto dark = std::ranges::count(blocks.isDark, true);
+    const auto all = static_cast<std::ptrdiff_t>(blocks.isDark.size());
+    const bool isMixed = dark * 8 > all && dark * 8 < all * 7;
+    if (!isMixed && dark * 2 <= all)
+        return;
+    for (int row = 0; row < blocks.rows; ++row)
+        for (int column = 0; column < blocks.columns; ++column) {
+            if (isMixed && !isInTheDark(blocks, column, row))
+                continue;
+            const int right = std::min((column + 1) * Blocks::size, grey.width);
+            const int bottom = std::min((row + 1) * Blocks::size, grey.height);
+            for (int y = row * Blocks::size; y < bottom; ++y)
+                for (int x = column * Blocks::size; x < right; ++x) {
+                    auto &pixel = grey.pixels[static_cast<std::size_t>(y * grey.width + x)];
+                    pixel = static_cast<std::uint8_t>(255 - pixel);
+                }
+        }
 }
 
 using Curve = std::array<std::uint8_t, 256>;
@@ -39,14 +103,6 @@ void replaceBy(GreyPicture &grey, const Curve &curve)
 {
     for (std::uint8_t &pixel : grey.pixels)
         pixel = curve[pixel];
-}
-
-Curve inverting()
-{
-    Curve curve;
-    for (std::size_t i = 0; i < curve.size(); ++i)
-        curve[i] = static_cast<std::uint8_t>(255 - i);
-    return curve;
 }
 
 Curve keepingStrokes()
@@ -106,8 +162,8 @@ int enlargement(const Picture &picture)
 GreyPicture prepared(const Picture &picture, RecognitionStyle style)
 {
     GreyPicture grey = greyOf(picture);
-    if (style == RecognitionStyle::plain && isDark(grey))
-        replaceBy(grey, inverting());
+    if (style == RecognitionStyle::plain)
+        invertDarkParts(grey);
     if (enlargement(picture) == 2)
         grey = doubled(grey);
     if (style == RecognitionStyle::subtitles)

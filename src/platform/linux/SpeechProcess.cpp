@@ -24,10 +24,8 @@ SpeechCommand SpeechProcess::installed()
     return {};
 }
 
-SpeechProcess::~SpeechProcess()
-{
-    end();
-}
+// Its own process is killed and reaped here, for no event loop may come after this.
+SpeechProcess::~SpeechProcess() = default;
 
 void SpeechProcess::speak(const QString &text)
 {
@@ -42,17 +40,19 @@ void SpeechProcess::speak(const QString &text)
     m_process->closeWriteChannel();
 }
 
-/// Cuts off without waiting: what was killed is reaped when the event loop hears of its end.
+// Cuts off without waiting: what was killed is reaped when the event loop hears of its end.
 void SpeechProcess::end()
 {
-    if (!m_process)
-        return;
-    QProcess *process = m_process.release();
-    if (process->state() == QProcess::NotRunning) {
-        process->deleteLater();
+    if (!m_process || m_process->state() == QProcess::NotRunning) {
+        m_process.reset();
         return;
     }
-    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    QProcess *process = m_process.release();
+    // A program that could not be started never finishes, so the state tells.
+    QObject::connect(process, &QProcess::stateChanged, process, [process](QProcess::ProcessState state) {
+        if (state == QProcess::NotRunning)
+            process->deleteLater();
+    });
     process->kill();
 }
 

@@ -89,12 +89,13 @@ QCoro::Task<std::optional<ClipboardSnapshot>> XClipboard::snapshot()
     if (!m_x.isOpen())
         co_return std::nullopt;
     SelectionValues values;
-    if (m_owner->isOwner()) {
+    XSelectionRead read(m_x, m_x.atom("CLIPBOARD"), readLimit);
+    const xcb_window_t owner = read.owner();
+    if (owner == XCB_WINDOW_NONE)
+        co_return ClipboardSnapshot();
+    if (owner == m_owner->window()) {
         values = m_owner->values();
     } else {
-        XSelectionRead read(m_x, m_x.atom("CLIPBOARD"), readLimit);
-        if (read.owner() == XCB_WINDOW_NONE)
-            co_return ClipboardSnapshot();
         const std::optional<SelectionValue> targets = co_await read.convert(m_x.atom("TARGETS"));
         if (!targets)
             co_return std::nullopt;

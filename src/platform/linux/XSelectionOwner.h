@@ -23,7 +23,8 @@ public:
     /// Takes the selection, or leaves it without an owner when there are no values.
     void own(SelectionValues values);
 
-    bool isOwner() const { return m_isOwner; }
+    /// What owner() of a reading is while the selection is ours.
+    xcb_window_t window() const { return m_window; }
     const SelectionValues &values() const { return m_values; }
 
 private:
