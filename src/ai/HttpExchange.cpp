@@ -78,12 +78,8 @@ HttpExchange::HttpExchange(QNetworkAccessManager &network, const QNetworkRequest
 HttpExchange::~HttpExchange()
 {
     m_onStop.reset();
-    m_waiting = nullptr;
-    m_context.disconnect();
     QObject::disconnect(m_reply, nullptr, &m_context, nullptr);
-    // We may stand inside a signal of the reply, even inside its abort(), which must not run twice.
-    if (m_reply->isRunning() && m_reply->isOpen())
-        m_reply->abort();
+    // Its end closes the connection. Later, for we may stand inside one of its signals.
     m_reply->deleteLater();
 }
 

@@ -14,11 +14,13 @@
 #define RAPIDJSON_NEON
 #endif
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <rapidjson/document.h>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/prettywriter.h>
+#include <rapidjson/reader.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 #include <variant>
@@ -37,9 +39,28 @@ std::string_view viewOf(const rapidjson::Value &text)
     return {text.GetString(), text.GetStringLength()};
 }
 
-// Iterative, so that deep nesting can't exhaust the stack; full precision, so that a float read back is
-// itself.
-constexpr unsigned readFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
+// Iterative, so that deep nesting can't exhaust the stack; numbers as text, because the library's own exact
+// reading makes 2^n of a zero with a large exponent, such as 0e51.
+constexpr unsigned readFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+
+/// Builds a document from what the reader finds, and reads its numbers.
+class Builder : public rapidjson::Document {
+public:
+    bool RawNumber(const char *text, rapidjson::SizeType length, bool)
+    {
+        const char *const end = text + length;
+        std::int64_t whole = 0;
+        const auto asWhole = std::from_chars(text, end, whole);
+        if (asWhole.ec == std::errc() && asWhole.ptr == end)
+            return whole == 0 && *text == '-' ? Double(-0.0) : Int64(whole);
+        double number = 0;
+        if (std::from_chars(text, end, number).ec == std::errc())
+            return Double(number);
+        // Too small for a double is 0 in the wider type's eyes too; too large fails the text.
+        long double wide = 0;
+        return std::from_chars(text, end, wide).ec == std::errc() && std::abs(wide) < 1 && Double(0);
+    }
+};
 
 /// A writer that also takes strings known to need no escaping, such as keys: they are the greater part of a
 /// file.
@@ -134,7 +155,7 @@ JsonValue JsonValue::memberValue(qsizetype index) const
 }
 
 struct JsonDocument::Parsed {
-    rapidjson::Document document;
+    Builder document;
 };
 
 JsonDocument::JsonDocument(std::unique_ptr<Parsed> parsed) : m_parsed(std::move(parsed)) { }
@@ -150,9 +171,13 @@ std::optional<JsonDocument> JsonDocument::parse(QByteArrayView utf8)
     const auto size = static_cast<std::size_t>(utf8.size());
     rapidjson::MemoryStream stream(utf8.data(), size);
     auto parsed = std::make_unique<Parsed>();
-    parsed->document.ParseStream<readFlags, rapidjson::UTF8<>>(stream);
+    rapidjson::Reader reader;
+    auto events = [&](rapidjson::Document &) {
+        return !reader.Parse<readFlags>(stream, parsed->document).IsError();
+    };
+    parsed->document.Populate(events);
     // A NUL looks like the end of the text to the reader, hence the second look at where it stopped.
-    if (parsed->document.HasParseError() || stream.Tell() != size)
+    if (reader.HasParseError() || stream.Tell() != size)
         return std::nullopt;
     return JsonDocument(std::move(parsed));
 }

@@ -29,9 +29,13 @@ struct Option {
     /// Ends in the exit code.
     using Routine = std::function<QCoro::Task<int>(OptionRun run)>;
 
+    /// Whether the routine draws, which takes more of the framework than the others need.
+    enum class Needs { nothing, drawing };
+
     QString name;
     Form form = Form::flag;
     Routine run;
+    Needs needs = Needs::nothing;
 };
 
 struct ChosenOption {

@@ -1,9 +1,17 @@
 #include "ai/AIClient.h"
 #include "main/CommandLine.h"
+#include "main/OcrSheet.h"
 #include "main/SelfTest.h"
 #include "main/SelfTestAI.h"
+#include "main/SelfTestAsk.h"
+#include "main/SelfTestMerge.h"
+#include "main/SelfTestOcr.h"
 #include "main/SelfTestReview.h"
 #include "main/Services.h"
+#include "main/SyncCommands.h"
+#include "platform/linux/TesseractRecogniser.h"
+#include "sync/PinnedTransport.h"
+#include "sync/SyncService.h"
 
 #include <QTextStream>
 
@@ -73,11 +81,40 @@ QCoro::Task<int> addSpelling(OptionRun run)
     co_return 0;
 }
 
+QCoro::Task<int> ask(OptionRun run)
+{
+    const std::unique_ptr<AIClient> client = run.services.makeAI();
+    co_await SelfTest::runAsk(*client, run.out);
+    co_return 0;
+}
+
+QCoro::Task<int> ocr(OptionRun run)
+{
+    TesseractRecogniser recogniser;
+    const bool isRight = co_await SelfTest::runOCR(recogniser, SelfTest::drawTextSheet(), run.out);
+    co_return isRight ? 0 : 1;
+}
+
+QCoro::Task<int> merge(const OptionRun &run)
+{
+    return finished(SelfTest::runMerge(run.out) ? 0 : 1);
+}
+
+QCoro::Task<int> syncOnce(const OptionRun &run)
+{
+    return syncNow(&run.services.sync(), &run.services.words(), &run.out);
+}
+
+QCoro::Task<int> connectToServer(const OptionRun &run)
+{
+    return connectSync(run.value, &run.services.config(), &PinnedTransport::open, &run.out);
+}
+
 std::vector<Option> makeTable()
 {
     return {
         {QStringLiteral("--render-icon"), Form::value, later(QStringLiteral("画图标"))},
-        {QStringLiteral("--selftest-ocr"), Form::flag, later(QStringLiteral("识别文字的自检"))},
+        {QStringLiteral("--selftest-ocr"), Form::flag, ocr, Option::Needs::drawing},
         {QStringLiteral("--selftest-review"), Form::flag, review},
         {QStringLiteral("--selftest-spelling"), Form::flag, printing(SelfTest::runSpelling)},
         {QStringLiteral("--selftest-menubar"), Form::flag, printing(SelfTest::runMenuBar)},
@@ -86,11 +123,11 @@ std::vector<Option> makeTable()
         {QStringLiteral("--add-spelling"), Form::value, addSpelling},
         {QStringLiteral("--selftest-config"), Form::flag, printing(SelfTest::runConfig)},
         {QStringLiteral("--selftest-studystamp"), Form::flag, studyStamp},
-        {QStringLiteral("--selftest-merge"), Form::flag, later(QStringLiteral("合并的自检"))},
-        {QStringLiteral("--sync-now"), Form::flag, later(QStringLiteral("同步"))},
-        {QStringLiteral("--sync-connect"), Form::value, later(QStringLiteral("连接同步服务器"))},
+        {QStringLiteral("--selftest-merge"), Form::flag, merge},
+        {QStringLiteral("--sync-now"), Form::flag, syncOnce},
+        {QStringLiteral("--sync-connect"), Form::value, connectToServer},
         {QStringLiteral("--selftest-fsrs"), Form::flag, printing(SelfTest::runFSRS)},
-        {QStringLiteral("--selftest-ask"), Form::flag, later(QStringLiteral("追问的自检"))},
+        {QStringLiteral("--selftest-ask"), Form::flag, ask},
         {QStringLiteral("--selftest-coach"), Form::flag, later(QStringLiteral("教练记录的自检"))},
         {QStringLiteral("--selftest-coach-ai"), Form::flag, later(QStringLiteral("教练简报的自检"))},
         {QStringLiteral("--selftest-explain"), Form::flag, explain},

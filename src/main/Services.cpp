@@ -1,6 +1,7 @@
 #include "main/Services.h"
 
 #include "ai/DeepSeekClient.h"
+#include "sync/PinnedTransport.h"
 
 namespace nimbrelle {
 
@@ -25,6 +26,13 @@ WordStore &Services::words()
                 return makeAI()->mnemonic(word, knownWords, interests);
             });
     return *m_words;
+}
+
+SyncService &Services::sync()
+{
+    if (!m_sync)
+        m_sync = std::make_unique<SyncService>(words(), config(), paths(), clock(), &PinnedTransport::open);
+    return *m_sync;
 }
 
 std::unique_ptr<AIClient> Services::makeAI()

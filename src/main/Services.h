@@ -6,6 +6,7 @@
 #include "frame/ConfigStore.h"
 #include "notebook/LearningLog.h"
 #include "notebook/WordStore.h"
+#include "sync/SyncService.h"
 
 #include <QNetworkAccessManager>
 
@@ -25,6 +26,7 @@ public:
     LearningLog &log() { return LearningLog::shared(); }
     QNetworkAccessManager &network();
     WordStore &words();
+    SyncService &sync();
     /// A client made from the settings of this moment.
     std::unique_ptr<AIClient> makeAI();
 
@@ -33,6 +35,7 @@ private:
 
     std::unique_ptr<QNetworkAccessManager> m_network;
     std::unique_ptr<WordStore> m_words;
+    std::unique_ptr<SyncService> m_sync;
 };
 
 } // namespace nimbrelle

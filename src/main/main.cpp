@@ -1,11 +1,12 @@
 #include "main/CommandLine.h"
 #include "main/Services.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTextStream>
 #include <QTimer>
 
 #include <cstdio>
+#include <memory>
 
 using namespace nimbrelle;
 
@@ -30,13 +31,21 @@ QCoro::Task<> runToExit(Option::Routine routine, OptionRun run)
     QCoreApplication::exit(code);
 }
 
+std::unique_ptr<QCoreApplication> makeApplication(Option::Needs needs, int &argc, char **argv)
+{
+    if (needs == Option::Needs::nothing)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // no mode shows a window, and there may be no display
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 int runOption(const ChosenOption &chosen, int argc, char **argv)
 {
     qInstallMessageHandler(dropMessage);
-    QCoreApplication application(argc, argv);
+    const auto application = makeApplication(chosen.option->needs, argc, argv);
     QTextStream out(stdout);
     // From inside the loop, since an exit asked for before it starts is lost.
-    QTimer::singleShot(0, &application, [&chosen, &out] {
+    QTimer::singleShot(0, application.get(), [&chosen, &out] {
         runToExit(chosen.option->run, {Services::shared(), out, chosen.value});
     });
     return QCoreApplication::exec();

@@ -82,6 +82,8 @@ QList<qsizetype> candidates(const QList<WordEntry> &entries, const AppConfig &co
 
 QList<qsizetype> positionsOf(const QList<QUuid> &ids, const QList<WordEntry> &entries)
 {
+    if (ids.isEmpty())
+        return {};
     QHash<QUuid, qsizetype> positions;
     for (qsizetype i = 0; i < entries.size(); ++i)
         positions.insert(entries[i].id, i);

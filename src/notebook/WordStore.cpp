@@ -11,12 +11,13 @@
 namespace nimbrelle {
 
 WordStore::WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &config, LearningLog &log,
-    MnemonicRequest mnemonicRequest)
+    MnemonicRequest mnemonicRequest, IdSource makeId)
     : m_paths(paths)
     , m_clock(clock)
     , m_config(config)
     , m_log(log)
     , m_mnemonicRequest(std::move(mnemonicRequest))
+    , m_makeId(std::move(makeId))
     , m_entries(readRecordFile<QList<WordEntry>>(paths.words).value_or(QList<WordEntry>()))
     , m_sentenceNotes(readRecordFile<QList<AINote>>(paths.notes).value_or(QList<AINote>()))
     , m_grammarEncounters(
@@ -75,7 +76,7 @@ void WordStore::refreshStatsDay()
     m_stats = today;
 }
 
-template <class Record> void WordStore::removeAndBury(QList<Record> &list, const QUuid &id)
+template <class Record> void WordStore::removeAndBury(QList<Record> &list, QUuid id)
 {
     emit changing();
     list.removeIf([&id](const Record &record) { return record.id == id; });
@@ -83,19 +84,19 @@ template <class Record> void WordStore::removeAndBury(QList<Record> &list, const
 }
 
 // On disk before the deletion itself, so that no crash lets a merge bring the thing back.
-void WordStore::bury(const QUuid &id)
+void WordStore::bury(QUuid id)
 {
     m_deleted.append({idText(id), m_clock.now()});
     writeDeleted();
 }
 
-void WordStore::remove(const QUuid &id)
+void WordStore::remove(QUuid id)
 {
     removeAndBury(m_entries, id);
     writeEntries();
 }
 
-void WordStore::deleteNote(const QUuid &id, const QUuid &wordId)
+void WordStore::deleteNote(QUuid id, QUuid wordId)
 {
     const auto found = position(wordId);
     if (!found)
@@ -108,7 +109,7 @@ void WordStore::deleteNote(const QUuid &id, const QUuid &wordId)
     writeEntries();
 }
 
-void WordStore::deleteExample(const QUuid &id, const QUuid &wordId)
+void WordStore::deleteExample(QUuid id, QUuid wordId)
 {
     const auto found = position(wordId);
     if (!found)
@@ -120,13 +121,13 @@ void WordStore::deleteExample(const QUuid &id, const QUuid &wordId)
     writeEntries();
 }
 
-void WordStore::deleteSentenceNote(const QUuid &id)
+void WordStore::deleteSentenceNote(QUuid id)
 {
     removeAndBury(m_sentenceNotes, id);
     writeSentenceNotes();
 }
 
-void WordStore::deleteGrammarEncounter(const QUuid &id)
+void WordStore::deleteGrammarEncounter(QUuid id)
 {
     removeAndBury(m_grammarEncounters, id);
     writeGrammar();

@@ -30,7 +30,8 @@ struct SavedWord {
 
 /// The one owner of all learning data; every change of it goes through here and is on disk when the call
 /// returns, as far as the disk allows. An id or headword that isn't there is no error: the call does nothing.
-/// Lists hold the newest first. Main thread only.
+/// Lists hold the newest first. Ids are taken by value, since callers pass those of the very records that
+/// change. Main thread only.
 class WordStore : public QObject {
     Q_OBJECT
 
@@ -39,9 +40,11 @@ public:
     using MnemonicRequest =
         std::function<QCoro::Task<QString>(WordEntry word, QStringList knownWords, QStringList interests)>;
 
+    using IdSource = std::function<QUuid()>;
+
     /// Reads the files and writes nothing.
     WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &config, LearningLog &log,
-        MnemonicRequest mnemonicRequest = {});
+        MnemonicRequest mnemonicRequest = {}, IdSource makeId = &QUuid::createUuid);
 
     const QList<WordEntry> &entries() const { return m_entries; }
     const QList<AINote> &sentenceNotes() const { return m_sentenceNotes; }
@@ -57,11 +60,11 @@ public:
 
     /// @name Deleting. Each leaves a tombstone, also when nothing matched, unless `wordId` is unknown.
     /// @{
-    void remove(const QUuid &id);
-    void deleteNote(const QUuid &id, const QUuid &wordId);
-    void deleteExample(const QUuid &id, const QUuid &wordId);
-    void deleteSentenceNote(const QUuid &id);
-    void deleteGrammarEncounter(const QUuid &id);
+    void remove(QUuid id);
+    void deleteNote(QUuid id, QUuid wordId);
+    void deleteExample(QUuid id, QUuid wordId);
+    void deleteSentenceNote(QUuid id);
+    void deleteGrammarEncounter(QUuid id);
     /// @}
 
     /// @name Saving and meeting words
@@ -89,21 +92,21 @@ public:
     /// Returns how many joined.
     qint64 fillSlots(qint64 extra);
     /// False when the word is unknown or learning already, or the set is full.
-    bool startLearning(const QUuid &id);
-    void setWantToLearn(const QUuid &id, bool value);
+    bool startLearning(QUuid id);
+    void setWantToLearn(QUuid id, bool value);
     /// @}
 
     /// @name Answers
     /// @{
-    ReviewOutcome applyReview(const QUuid &id, Rating rating, const QString &kind);
+    ReviewOutcome applyReview(QUuid id, Rating rating, const QString &kind);
     /// The new spellLevel; 0 for an unknown word.
-    qint64 applySpelling(const QUuid &id, Rating rating);
-    void rest(const QUuid &id, qint64 days);
-    void setSpellPractice(const QUuid &id, bool on);
+    qint64 applySpelling(QUuid id, Rating rating);
+    void rest(QUuid id, qint64 days);
+    void setSpellPractice(QUuid id, bool on);
     /// Puts a word on the always-spell list, saving it first when it is new.
     WordEntry addSpellPractice(const Explanation &explanation);
     /// Returns at once; a failure is dropped without a word.
-    void requestMnemonic(const QUuid &id);
+    void requestMnemonic(QUuid id);
     /// @}
 
     /// @name Rounds, in asking order
@@ -130,8 +133,8 @@ signals:
 private:
     std::optional<qsizetype> position(const QUuid &id) const;
     void put(qsizetype position, const WordEntry &word);
-    template <class Record> void removeAndBury(QList<Record> &list, const QUuid &id);
-    void bury(const QUuid &id);
+    template <class Record> void removeAndBury(QList<Record> &list, QUuid id);
+    void bury(QUuid id);
     void refreshStatsDay();
     ReviewStats freshStats() const;
 
@@ -143,6 +146,8 @@ private:
     void recordAffixes(const Explanation &explanation, Unlock &unlock);
     QCoro::Task<> fetchMnemonic(WordEntry word, QStringList knownWords, QStringList interests);
     void countReviewed();
+
+    template <class Field> void takeOver(Field &field, const Field &value);
 
     void writeEntries() const;
     void writeSentenceNotes() const;
@@ -156,6 +161,7 @@ private:
     ConfigStore &m_config;
     LearningLog &m_log;
     MnemonicRequest m_mnemonicRequest;
+    IdSource m_makeId;
 
     QList<WordEntry> m_entries;
     QList<AINote> m_sentenceNotes;

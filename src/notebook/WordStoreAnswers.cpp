@@ -38,7 +38,7 @@ qint64 nextSpellLevel(qint64 level, Rating rating)
 
 } // namespace
 
-ReviewOutcome WordStore::applyReview(const QUuid &id, Rating rating, const QString &kind)
+ReviewOutcome WordStore::applyReview(QUuid id, Rating rating, const QString &kind)
 {
     const auto found = position(id);
     if (!found)
@@ -81,7 +81,7 @@ void WordStore::countReviewed()
     m_stats.reviewed = saturatingAdd(m_stats.reviewed, 1);
 }
 
-qint64 WordStore::applySpelling(const QUuid &id, Rating rating)
+qint64 WordStore::applySpelling(QUuid id, Rating rating)
 {
     const auto found = position(id);
     if (!found)
@@ -98,7 +98,7 @@ qint64 WordStore::applySpelling(const QUuid &id, Rating rating)
     return level;
 }
 
-void WordStore::rest(const QUuid &id, qint64 days)
+void WordStore::rest(QUuid id, qint64 days)
 {
     const auto found = position(id);
     if (!found)
@@ -112,7 +112,7 @@ void WordStore::rest(const QUuid &id, qint64 days)
     writeEntries();
 }
 
-void WordStore::setSpellPractice(const QUuid &id, bool on)
+void WordStore::setSpellPractice(QUuid id, bool on)
 {
     const auto found = position(id);
     if (!found)
@@ -136,7 +136,7 @@ WordEntry WordStore::addSpellPractice(const Explanation &explanation)
     return now ? *now : word;
 }
 
-void WordStore::requestMnemonic(const QUuid &id)
+void WordStore::requestMnemonic(QUuid id)
 {
     const WordEntry *word = find(id);
     if (!word || word->mnemonic || !m_mnemonicRequest)

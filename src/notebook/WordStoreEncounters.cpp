@@ -28,17 +28,17 @@ QString surfaceOf(const Explanation &explanation)
     return isBlankOrAbsent(explanation.surfaceForm) ? explanation.headword : *explanation.surfaceForm;
 }
 
-Example exampleOf(const Explanation &explanation, const PageSource &source, Timestamp now)
+Example exampleOf(const QUuid &id, const Explanation &explanation, const PageSource &source, Timestamp now)
 {
-    return {QUuid::createUuid(), explanation.sentence.value_or(QString()),
-        explanation.sentenceZh.value_or(QString()), explanation.meaningZh,
-        explanation.sentenceIsExample == true, source.app, source.url, source.title, now};
+    return {id, explanation.sentence.value_or(QString()), explanation.sentenceZh.value_or(QString()),
+        explanation.meaningZh, explanation.sentenceIsExample == true, source.app, source.url, source.title,
+        now};
 }
 
-WordEntry entryOf(const Explanation &explanation, const Example &example)
+WordEntry entryOf(const QUuid &id, const Explanation &explanation, const Example &example)
 {
     WordEntry entry;
-    entry.id = QUuid::createUuid();
+    entry.id = id;
     entry.headword = explanation.headword;
     entry.phonetic = explanation.phonetic.value_or(QString());
     entry.pos = explanation.pos.value_or(QString());
@@ -68,7 +68,7 @@ QString rootOf(const WordEntry &entry)
 
 SavedWord WordStore::save(const Explanation &explanation, const PageSource &source)
 {
-    const Example example = exampleOf(explanation, source, m_clock.now());
+    const Example example = exampleOf(m_makeId(), explanation, source, m_clock.now());
     if (const auto known = index(explanation.headword)) {
         WordEntry word = m_entries[*known];
         if (!example.sentence.isEmpty() && !hasSentence(word, example.sentence)) {
@@ -79,7 +79,7 @@ SavedWord WordStore::save(const Explanation &explanation, const PageSource &sour
         return {word, {}};
     }
 
-    WordEntry word = entryOf(explanation, example);
+    WordEntry word = entryOf(m_makeId(), explanation, example);
     markEncounter(word, source);
     Unlock unlock = recordEncounter(word, explanation, source, true);
     emit changing();
@@ -198,9 +198,9 @@ void WordStore::recordGrammar(const Explanation &explanation, const PageSource &
 
     const bool isUnlocked = unlockedGrammar().contains(*point);
     emit changing();
-    m_grammarEncounters.prepend({QUuid::createUuid(), *point, explanation.headword, surfaceOf(explanation),
-        sentence, explanation.sentenceZh, explanation.grammarNoteZh, source.app, source.url, source.title,
-        m_clock.now()});
+    m_grammarEncounters.prepend(
+        {m_makeId(), *point, explanation.headword, surfaceOf(explanation), sentence, explanation.sentenceZh,
+            explanation.grammarNoteZh, source.app, source.url, source.title, m_clock.now()});
     writeGrammar();
     if (isUnlocked)
         return;
@@ -223,7 +223,7 @@ void WordStore::recordAffixes(const Explanation &explanation, Unlock &unlock)
         if (!unlockedAffixes().contains(affix))
             unlock.newAffixes.append(affix);
         emit changing();
-        m_affixEncounters.prepend({QUuid::createUuid(), affix, explanation.headword, explanation.familyRoot,
+        m_affixEncounters.prepend({m_makeId(), affix, explanation.headword, explanation.familyRoot,
             explanation.sentence, m_clock.now()});
     }
     if (m_affixEncounters.size() != before)

@@ -12,23 +12,17 @@ namespace nimbrelle {
 
 namespace {
 
-using Stages = QList<std::optional<Stage>>;
-
-Stages stagesOf(const QList<WordEntry> &entries)
+QList<std::optional<Stage>> stagesAfter(const SlotPlan &plan, const QList<WordEntry> &entries)
 {
-    Stages stages;
+    QList<std::optional<Stage>> stages;
     stages.reserve(entries.size());
     for (const WordEntry &entry : entries)
         stages.append(entry.stage);
-    return stages;
-}
-
-void follow(const SlotPlan &plan, Stages &stages)
-{
     for (const qsizetype i : plan.waking + plan.leaving)
         stages[i] = Stage::seen;
     for (const qsizetype i : plan.joining)
         stages[i] = Stage::learning;
+    return stages;
 }
 
 // A damaged file can hold a stability that has no recall: such a word counts as forgotten.
@@ -38,31 +32,29 @@ double recallOf(const ReviewState &review, Timestamp now)
     return std::isnan(recall) ? 0 : recall;
 }
 
-// The ids at the positions, in the order of their keys; equal keys keep the notebook's order.
+// The ids of the `size` least, in order; equal keys keep the notebook's order.
 template <class Key>
-void appendSorted(QList<QUuid> &ids, QList<std::pair<Key, qsizetype>> keyed, const QList<WordEntry> &entries)
+QList<QUuid> leastOf(QList<std::pair<Key, qsizetype>> keyed, qint64 size, const QList<WordEntry> &entries)
 {
-    std::stable_sort(
-        keyed.begin(), keyed.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
-    for (const auto &[key, position] : std::as_const(keyed))
-        ids.append(entries[position].id);
-}
-
-QList<QUuid> cut(QList<QUuid> ids, qint64 size)
-{
-    ids.resize(std::clamp<qint64>(size, 0, ids.size()));
+    const qsizetype count = std::clamp<qint64>(size, 0, keyed.size());
+    std::partial_sort(keyed.begin(), keyed.begin() + count, keyed.end());
+    QList<QUuid> ids;
+    for (qsizetype i = 0; i < count; ++i)
+        ids.append(entries[keyed[i].second].id);
     return ids;
 }
 
-// The due words, the most forgotten first, then the new ones in the notebook's order. `stages` stands for
-// the stages of `entries`, so that a round can be composed for a learning set that is only planned.
-QList<QUuid> composeRound(const QList<WordEntry> &entries, const Stages &stages, qint64 size, Timestamp now)
+// The due words, the most forgotten first, then the new ones in the notebook's order. The stage of a
+// position may differ from the word's own, so that a round can be composed for a set that is only planned.
+template <class StageOf>
+QList<QUuid> composeRound(const QList<WordEntry> &entries, StageOf stageOf, qint64 size, Timestamp now)
 {
     QList<std::pair<double, qsizetype>> due;
     QList<QUuid> fresh;
     for (qsizetype i = 0; i < entries.size(); ++i) {
-        const bool isLearning = stages[i] == Stage::learning;
-        if (!isLearning && stages[i] != Stage::mastered)
+        const std::optional<Stage> stage = stageOf(i);
+        const bool isLearning = stage == Stage::learning;
+        if (!isLearning && stage != Stage::mastered)
             continue;
         const auto &review = entries[i].review;
         if (review && review->due <= now)
@@ -70,9 +62,8 @@ QList<QUuid> composeRound(const QList<WordEntry> &entries, const Stages &stages,
         else if (!review && isLearning)
             fresh.append(entries[i].id);
     }
-    QList<QUuid> ids;
-    appendSorted(ids, due, entries);
-    return cut(ids + fresh, size);
+    const QList<QUuid> forgotten = leastOf(due, size, entries);
+    return forgotten + fresh.first(std::clamp<qint64>(size - forgotten.size(), 0, fresh.size()));
 }
 
 } // namespace
@@ -80,16 +71,17 @@ QList<QUuid> composeRound(const QList<WordEntry> &entries, const Stages &stages,
 QList<QUuid> WordStore::buildSession(qint64 extraNew)
 {
     fillSlots(extraNew);
-    return composeRound(m_entries, stagesOf(m_entries), m_config.config().sessionSize, m_clock.now());
+    const auto stageOf = [this](qsizetype i) { return m_entries[i].stage; };
+    return composeRound(m_entries, stageOf, m_config.config().sessionSize, m_clock.now());
 }
 
 qint64 WordStore::sessionCount(Timestamp now) const
 {
     const AppConfig &config = m_config.config();
     const qint64 newLearned = m_stats.day == DayKey::string(now) ? m_stats.newLearned : 0;
-    Stages stages = stagesOf(m_entries);
-    follow(planSlots(m_entries, config, newLearned, 0, now), stages);
-    return composeRound(m_entries, stages, config.sessionSize, now).size();
+    const auto stages = stagesAfter(planSlots(m_entries, config, newLearned, 0, now), m_entries);
+    const auto stageOf = [&stages](qsizetype i) { return stages[i]; };
+    return composeRound(m_entries, stageOf, config.sessionSize, now).size();
 }
 
 QList<QUuid> WordStore::buildSpellingSession(qint64 size) const
@@ -99,9 +91,7 @@ QList<QUuid> WordStore::buildSpellingSession(qint64 size) const
         if (m_entries[i].isSpellPractice())
             pool.append({m_entries[i].lastSpelledAt, i});
     }
-    QList<QUuid> ids;
-    appendSorted(ids, pool, m_entries);
-    return cut(ids, size);
+    return leastOf(pool, size, m_entries);
 }
 
 } // namespace nimbrelle

@@ -56,7 +56,7 @@ qint64 WordStore::fillSlots(qint64 extra)
     return plan.joining.size();
 }
 
-bool WordStore::startLearning(const QUuid &id)
+bool WordStore::startLearning(QUuid id)
 {
     const auto found = position(id);
     if (!found || m_entries[*found].stage == Stage::learning
@@ -71,7 +71,7 @@ bool WordStore::startLearning(const QUuid &id)
     return true;
 }
 
-void WordStore::setWantToLearn(const QUuid &id, bool value)
+void WordStore::setWantToLearn(QUuid id, bool value)
 {
     const auto found = position(id);
     if (!found)

@@ -4,6 +4,8 @@
 #include "notebook/WordEntry.h"
 #include "support/Printers.h"
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
 

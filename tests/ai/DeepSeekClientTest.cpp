@@ -10,6 +10,8 @@
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -134,9 +136,9 @@ TEST_F(DeepSeekClientTest, ForgivesBlanksAndSlashesRoundTheAddress)
 
 TEST_F(DeepSeekClientTest, SendsNothingWithoutAnAddressOrAKey)
 {
-    for (const QString &base : {server.address() + u'\n', server.address() + u"/\n"_s, u'\n' + server.address(),
-             server.address(u"/a b"_s), u""_s, u" / "_s, u"127.0.0.1"_s, u"http://"_s, u"http://a b"_s,
-             u"http://%zz"_s}) {
+    for (const QString &base : {server.address() + u'\n', server.address() + u"/\n"_s,
+             u'\n' + server.address(), server.address(u"/a b"_s), u""_s, u" / "_s, u"127.0.0.1"_s,
+             u"http://"_s, u"http://a b"_s, u"http://%zz"_s}) {
         config.baseURL = base;
         EXPECT_EQ(explainFailure(), badResponse) << base.toStdString();
     }
@@ -234,6 +236,17 @@ TEST_F(DeepSeekClientTest, ABrokenWayIsATransportErrorAndIsNotTriedAgain)
         config.baseURL = gone.address();
     }
     EXPECT_EQ(kindOf(Script()), Kind::refused);
+}
+
+TEST_F(DeepSeekClientTest, AConnectionClosedBetweenRequestsGoesUnnoticed)
+{
+    for (int i = 0; i < 3; ++i) {
+        server.answer(Script::response(200, explanationReply()).close());
+        EXPECT_EQ(await(client().explain(u"ran"_s, std::nullopt)).headword, u"run"_s);
+        // The network layer learns of the end in a thread of its own.
+        ASSERT_TRUE(waitUntil([this] { return server.openConnections() == 0; }));
+    }
+    EXPECT_EQ(server.requests().size(), 3);
 }
 
 TEST_F(DeepSeekClientTest, AStoppedExchangeClosesItsConnectionAtOnce)

@@ -8,6 +8,8 @@
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

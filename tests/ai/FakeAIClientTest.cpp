@@ -5,6 +5,8 @@
 #include "support/Await.h"
 #include "support/Printers.h"
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
 

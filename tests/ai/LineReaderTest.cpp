@@ -1,5 +1,7 @@
 #include "ai/LineReader.h"
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include <QCryptographicHash>
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
 

@@ -2,6 +2,8 @@
 
 #include "support/Printers.h"
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
 

@@ -106,6 +106,12 @@ TEST(RecordCodec, FailsWholeOnAnyWrongType)
         {"count", "\"3\""},
         {"weight", "\"1\""},
         {"weight", "true"},
+        {"weight", "1e400"},
+        {"weight", "1.8e308"},
+        {"weight", "-.5"},
+        {"weight", "01"},
+        {"weight", "+1"},
+        {"weight", "0x1"},
         {"name", "1"},
         {"name", "null"},
         {"at", "\"2026-03-01T08:30:05.5Z\""},
@@ -140,6 +146,9 @@ TEST(RecordCodec, AcceptsWhatIsMeant)
     EXPECT_EQ(
         decode<Leaf>(leafWith("count", "-9223372036854775808"))->count, std::numeric_limits<qint64>::min());
     EXPECT_EQ(decode<Leaf>(leafWith("weight", "2"))->weight, 2.0);
+    for (const char *zero : {"0", "-0", "0.0", "0e51", "-0E51", "0.000e99", "0e-51", "1e-400", "-1e-400"})
+        EXPECT_EQ(decode<Leaf>(leafWith("weight", zero))->weight, 0.0) << zero;
+    EXPECT_EQ(decode<Leaf>(leafWith("count", "0e51"))->count, 0);
     EXPECT_EQ(decode<Leaf>(leafWith("noteZh", "null"))->noteZh, std::nullopt);
     EXPECT_EQ(decode<Leaf>(leafWith("noteZh", "\"\""))->noteZh, QString());
     EXPECT_EQ(decode<Leaf>(leafWith("id", "\"00000000-0000-0000-0000-000000000000\""))->id, QUuid());

@@ -72,6 +72,19 @@ TEST_F(WordStoreFiles, BuryWhatIsDeletedAlsoTwice)
     EXPECT_TRUE(entriesOnDisk().isEmpty());
 }
 
+TEST_F(WordStoreFiles, BuryTheRecordItselfWhenGivenItsOwnId)
+{
+    save("run");
+    save("walk");
+    store.addSentenceNote({QUuid::createUuid(), {}, {}, {}, {}, {}, {}, {}, {}});
+    store.addSentenceNote({QUuid::createUuid(), {}, {}, {}, {}, {}, {}, {}, {}});
+    const QUuid word = store.entries().first().id, note = store.sentenceNotes().first().id;
+    store.remove(store.entries().first().id);
+    store.deleteSentenceNote(store.sentenceNotes().first().id);
+    EXPECT_EQ(store.deleted().first().id, idText(word));
+    EXPECT_EQ(store.deleted().last().id, idText(note));
+}
+
 TEST_F(WordStoreFiles, DeletePartsOfAWordButNotItsDiscoveries)
 {
     Explanation explanation = explained("run", "He ran.");

@@ -115,9 +115,11 @@ void ScriptedServer::accept()
         auto connection = std::make_shared<Connection>();
         connection->socket = socket;
         m_connections.push_back(connection);
+        ++m_openConnections;
         QObject::connect(
             socket, &QTcpSocket::readyRead, socket, [this, connection] { receive(*connection); });
         QObject::connect(socket, &QTcpSocket::disconnected, socket, [this, connection] {
+            --m_openConnections;
             m_closedByClient += connection->closing ? 0 : 1;
             connection->steps.clear();
             connection->holding = false;

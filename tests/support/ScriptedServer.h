@@ -70,6 +70,8 @@ public:
     const QList<Request> &requests() const { return m_requests; }
     /// How many connections were ended by the other side.
     int closedByClient() const { return m_closedByClient; }
+    /// How many connections are open now.
+    int openConnections() const { return m_openConnections; }
     /// Whether a script stands at hold() now.
     bool isHolding() const;
 
@@ -95,6 +97,7 @@ private:
     QList<Request> m_requests;
     int m_released = 0;
     int m_closedByClient = 0;
+    int m_openConnections = 0;
 };
 
 } // namespace nimbrelle

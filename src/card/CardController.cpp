@@ -1,0 +1,266 @@
+#include "card/CardController.h"
+
+#include "ai/AIError.h"
+#include "card/CardPanel.h"
+#include "card/CardPlacement.h"
+#include "frame/Clock.h"
+#include "frame/ConfigStore.h"
+#include "frame/Failure.h"
+#include "frame/Text.h"
+#include "notebook/WordStore.h"
+#include "platform/Screens.h"
+
+namespace nimbrelle {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto offerLifetime = 4s;
+constexpr auto recallPause = 3600s; // a word just reviewed needs no further test
+constexpr qsizetype contextInKey = 300;
+
+// The answer depends on the sentence, so the same word in another sentence is another entry.
+QString cacheKey(const QString &selection, const std::optional<QString> &context)
+{
+    return selection.toLower() + u'|' + firstCharacters(context.value_or(QString()), contextInKey);
+}
+
+CardError errorOf(const Failure &failure)
+{
+    const auto *error = dynamic_cast<const AIError *>(&failure);
+    const bool needsSettings =
+        error && (error->kind() == AIError::Kind::noKey || error->kind() == AIError::Kind::unauthorized);
+    return {failure.text(), needsSettings};
+}
+
+} // namespace
+
+CardController::CardController(Clock &clock, const ConfigStore &config, WordStore &words,
+    AIClientFactory newClient, const Screens &screens, CardPanel &panel,
+    std::function<PageSource()> currentSource, QObject *parent)
+    : QObject(parent)
+    , m_clock(clock)
+    , m_config(config)
+    , m_words(words)
+    , m_newClient(std::move(newClient))
+    , m_screens(screens)
+    , m_panel(panel)
+    , m_currentSource(std::move(currentSource))
+{
+}
+
+CardController::~CardController()
+{
+    m_task.cancel(); // first, so that nobody shows what the next line ends
+    m_exchanges.request_stop();
+}
+
+bool CardController::isVisible() const
+{
+    return m_panel.isVisible();
+}
+
+QRectF CardController::frame() const
+{
+    return m_panel.frame();
+}
+
+void CardController::open(CardState state, QPointF at)
+{
+    m_task.cancel();
+    m_anchor = at;
+    update(std::move(state));
+    m_panel.bringToFront();
+}
+
+void CardController::lookup(const QString &selection, const std::optional<QString> &context, QPointF at)
+{
+    open(CardLoading{selection}, at);
+    const PageSource source = m_currentSource();
+    explain(selection, context, source, m_task.renew());
+}
+
+QCoro::Task<> CardController::explain(
+    QString selection, std::optional<QString> context, PageSource source, std::stop_token stop)
+{
+    const QString key = cacheKey(selection, context);
+    try {
+        if (!m_cache.contains(key)) {
+            const auto client = m_newClient(m_config.config());
+            const Explanation answer = co_await client->explain(selection, context, m_exchanges.get_token());
+            m_cache.insert(key, answer); // also when nobody waits for it any more
+        }
+        if (!stop.stop_requested())
+            showWord(selection, m_cache.value(key), source);
+    } catch (const Failure &failure) {
+        if (!stop.stop_requested())
+            update(errorOf(failure));
+    }
+}
+
+void CardController::showWord(
+    const QString &selection, const Explanation &explanation, const PageSource &source)
+{
+    WordCardData card{.selection = selection, .explanation = explanation, .source = source};
+    if (const auto known = m_words.index(explanation.headword)) {
+        card.recall = recallFor(m_words.entries()[*known]);
+        card.unlock = m_words.recordLookup(explanation, source);
+        if (const auto now = m_words.index(explanation.headword))
+            card.savedLookupCount = m_words.entries()[*now].lookupCount;
+    }
+    update(std::move(card));
+}
+
+RecallState CardController::recallFor(const WordEntry &entry) const
+{
+    const bool isFresh = entry.review && m_clock.now() - entry.review->lastReview < recallPause;
+    const bool asks = m_config.config().recallOnLookup && !isFresh;
+    return {asks ? RecallState::Kind::hidden : RecallState::Kind::off};
+}
+
+void CardController::offerTranslation(const QString &text, QPointF at)
+{
+    open(TranslateOffer{text}, at);
+    m_translationSource = m_currentSource();
+    hideOfferLater(m_offerHideTask.renew());
+}
+
+QCoro::Task<> CardController::hideOfferLater(std::stop_token stop)
+{
+    co_await m_clock.sleep(offerLifetime, stop);
+    if (!stop.stop_requested() && payload<TranslateOffer>())
+        hide();
+}
+
+void CardController::translate(const QString &text)
+{
+    m_offerHideTask.cancel();
+    update(Translating{text});
+    fetchTranslation(text, m_task.renew());
+}
+
+void CardController::showTranslation(const QString &text, QPointF at)
+{
+    open(Translating{text}, at);
+    m_translationSource = m_currentSource();
+    translate(text);
+}
+
+QCoro::Task<> CardController::fetchTranslation(QString text, std::stop_token stop)
+{
+    try {
+        const auto client = m_newClient(m_config.config());
+        Translation translation = co_await client->translate(text, stop);
+        if (!stop.stop_requested())
+            update(TranslationData{text, std::move(translation)});
+    } catch (const Failure &failure) {
+        if (!stop.stop_requested())
+            update(errorOf(failure));
+    }
+}
+
+void CardController::showError(const CardError &error, QPointF at)
+{
+    open(error, at);
+}
+
+void CardController::hide()
+{
+    m_task.cancel();
+    m_offerHideTask.cancel();
+    m_panel.orderOut();
+    m_model.setState(CardHidden{});
+}
+
+void CardController::save()
+{
+    const auto *card = payload<WordCardData>();
+    if (!card)
+        return;
+    WordCardData saved = *card;
+    const SavedWord word = m_words.save(saved.explanation, saved.source);
+    saved.savedLookupCount = word.entry.lookupCount;
+    saved.justSaved = true;
+    if (!word.unlock.isEmpty())
+        saved.unlock = word.unlock;
+    update(std::move(saved));
+}
+
+void CardController::revealRecall()
+{
+    const auto *card = payload<WordCardData>();
+    if (!card || card->recall.kind != RecallState::Kind::hidden)
+        return;
+    WordCardData revealed = *card;
+    revealed.recall = {RecallState::Kind::revealed};
+    update(std::move(revealed));
+}
+
+void CardController::rateRecall(bool remembered)
+{
+    const auto *card = payload<WordCardData>();
+    if (!card || card->recall.kind != RecallState::Kind::revealed)
+        return;
+    WordCardData rated = *card;
+    const auto word = m_words.index(rated.explanation.headword);
+    if (!word)
+        return;
+    m_words.applyReview(
+        m_words.entries()[*word].id, remembered ? Rating::good : Rating::again, QStringLiteral("review"));
+    rated.recall = {RecallState::Kind::done, remembered};
+    update(std::move(rated));
+}
+
+void CardController::ask(std::optional<QuickQuestion> question)
+{
+    AskContext context;
+    if (const auto *word = payload<WordCardData>()) {
+        const Explanation &explanation = word->explanation;
+        const QString sentence = explanation.sentence.value_or(QString());
+        context = {sentence.isEmpty() ? word->selection : sentence, explanation.sentenceZh,
+            explanation.headword, explanation, word->source};
+    } else if (const auto *done = payload<TranslationData>()) {
+        context = {
+            done->original, done->translation.translationZh, std::nullopt, std::nullopt, m_translationSource};
+    } else {
+        return;
+    }
+    hide();
+    emit askRequested(context, question);
+}
+
+void CardController::openSettings()
+{
+    const auto *error = payload<CardError>();
+    if (!error || !error->needsSettings)
+        return;
+    hide();
+    emit settingsRequested();
+}
+
+void CardController::update(CardState state)
+{
+    m_model.setState(std::move(state));
+    refreshLayout(); // when the view has settled
+    relayout(); // and now, so that the card does not flash at a stale size
+}
+
+void CardController::refreshLayout()
+{
+    QMetaObject::invokeMethod(this, &CardController::relayout, Qt::QueuedConnection);
+}
+
+void CardController::relayout()
+{
+    const QSizeF size = m_panel.fittingSize();
+    if (size.width() <= 0 || size.height() <= 0)
+        return;
+    const QList<Screen> screens = m_screens.all();
+    auto screen = screenHolding(screens, m_anchor);
+    if (!screen && !screens.isEmpty())
+        screen = screens.first();
+    m_panel.place(placedCard(m_anchor, size, screen ? screen->workArea : QRectF()));
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,54 @@
+#include "main/SyncCommands.h"
+
+#include "frame/ConfigStore.h"
+#include "notebook/WordStore.h"
+#include "sync/SyncLink.h"
+#include "sync/SyncService.h"
+
+#include <QTextStream>
+
+namespace nimbrelle {
+
+namespace {
+
+void set(ConfigStore &config, QString AppConfig::*field, const QString &value)
+{
+    AppConfig changed = config.config();
+    changed.*field = value;
+    config.setConfig(changed);
+}
+
+} // namespace
+
+QCoro::Task<int> syncNow(SyncService *service, const WordStore *store, QTextStream *out)
+{
+    if (co_await service->syncNow()) {
+        *out << QStringLiteral("同步好了：%1 个词").arg(store->entries().size()) << Qt::endl;
+        co_return 0;
+    }
+    *out << QStringLiteral("同步失败：") << service->lastError().value_or(QString()) << Qt::endl
+         << service->lastErrorDetail().value_or(QString()) << Qt::endl;
+    co_return 1;
+}
+
+QCoro::Task<int> connectSync(
+    QString code, ConfigStore *config, SyncTransport::Factory connect, QTextStream *out)
+{
+    const auto link = SyncLink::fromText(code);
+    if (!link) {
+        *out << QStringLiteral("同步码格式不对") << Qt::endl;
+        co_return 1;
+    }
+    const auto message = co_await SyncService::test(*link, std::move(connect));
+    if (message) {
+        *out << *message << Qt::endl;
+        co_return 1;
+    }
+    set(*config, &AppConfig::syncServer, link->server);
+    set(*config, &AppConfig::syncToken, link->token);
+    set(*config, &AppConfig::syncPin, link->pin);
+    *out << QStringLiteral("已连接 ") << link->host() << Qt::endl;
+    co_return 0;
+}
+
+} // namespace nimbrelle

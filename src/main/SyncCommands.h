@@ -1,0 +1,21 @@
+#pragma once
+
+#include "sync/SyncTransport.h"
+
+class QTextStream;
+
+/// Syncing from the command line. Each gives the exit code; what it is given must outlive it.
+namespace nimbrelle {
+
+class ConfigStore;
+class SyncService;
+class WordStore;
+
+/// One round.
+QCoro::Task<int> syncNow(SyncService *service, const WordStore *store, QTextStream *out);
+
+/// Binds this device to the server of a sync code, once the server has answered to it; else stores nothing.
+QCoro::Task<int> connectSync(
+    QString code, ConfigStore *config, SyncTransport::Factory connect, QTextStream *out);
+
+} // namespace nimbrelle

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QByteArray>
+#include <QCoro/QCoroTask>
+#include <QList>
+#include <QMap>
+#include <QString>
+
+#include <optional>
+
+namespace nimbrelle {
+
+/// One item in all its representations: the bytes by the name of the format.
+using ClipboardItem = QMap<QString, QByteArray>;
+using ClipboardSnapshot = QList<ClipboardItem>;
+
+/// The clipboard of the session. A read waits without blocking, and never longer than 0.3 seconds in all; the
+/// main thread's event loop must run meanwhile.
+class Clipboard {
+public:
+    virtual ~Clipboard() = default;
+
+    /// Every representation of every item, byte for byte; empty when the clipboard is. Absent when its owner
+    /// did not give everything in time: then it could not be put back, and must be left alone.
+    virtual QCoro::Task<std::optional<ClipboardSnapshot>> snapshot() = 0;
+
+    /// Grows with each write by anyone, ours included.
+    virtual quint64 changeCount() const = 0;
+
+    /// The plain text. Absent when there is none, or not in time.
+    virtual QCoro::Task<std::optional<QString>> string() = 0;
+
+    /// Clears the clipboard and puts the items back under their formats. At once.
+    virtual void restore(const ClipboardSnapshot &snapshot) = 0;
+};
+
+/// What the session offers as the last marked text, without any copying. A session may have none: then the
+/// count stays 0 and the text absent.
+class PrimarySelection {
+public:
+    virtual ~PrimarySelection() = default;
+
+    /// Grows each time a program claims the selection, also a second time. A text is that of the gesture at
+    /// hand only if this differs from what it was when the mouse went down: else it is an older one.
+    virtual quint64 changeCount() const = 0;
+
+    /// Absent when there is none, or its owner did not answer within 0.3 seconds.
+    virtual QCoro::Task<std::optional<QString>> text() = 0;
+};
+
+} // namespace nimbrelle

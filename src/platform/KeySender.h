@@ -1,0 +1,16 @@
+#pragma once
+
+namespace nimbrelle {
+
+/// Types for the user, into the program in front.
+class KeySender {
+public:
+    virtual ~KeySender() = default;
+
+    /// Presses and releases the copy shortcut. False, and nothing is sent, while the user holds a modifier or
+    /// where the session can't do it. Never call it for a terminal (Application::isTerminal): there it would
+    /// end the running program.
+    virtual bool sendCopy() = 0;
+};
+
+} // namespace nimbrelle

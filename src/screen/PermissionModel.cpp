@@ -1,0 +1,67 @@
+#include "screen/PermissionModel.h"
+
+#include "platform/LaunchAtLogin.h"
+
+#include <QUrl>
+
+namespace nimbrelle {
+
+namespace {
+
+PermissionRow makeRow(Grant grant, const QString &title, const QString &purpose, const GrantState &state)
+{
+    const QString detail = state.note.isEmpty() ? purpose : purpose + u'\n' + state.note;
+    return {grant, title, detail, state.granted};
+}
+
+} // namespace
+
+PermissionModel::PermissionModel(Permissions &permissions, LaunchAtLogin &launchAtLogin, Exits exits)
+    : m_permissions(permissions), m_launchAtLogin(launchAtLogin), m_exits(std::move(exits))
+{
+}
+
+QList<PermissionRow> PermissionModel::rows() const
+{
+    return {
+        makeRow(Grant::accessibility, QStringLiteral("辅助功能"),
+            QStringLiteral("用来读取你选中的文字、知道你按了哪个键。"),
+            m_permissions.state(Grant::accessibility)),
+        makeRow(Grant::screenCapture, QStringLiteral("屏幕录制"),
+            QStringLiteral("用来识别图片、视频里选不中的文字。只截鼠标周围一小块，不会保存。"),
+            m_permissions.state(Grant::screenCapture)),
+    };
+}
+
+void PermissionModel::request(Grant grant)
+{
+    m_permissions.request(grant);
+}
+
+bool PermissionModel::launchAtLogin() const
+{
+    return m_launchAtLogin.isEnabled();
+}
+
+void PermissionModel::setLaunchAtLogin(bool enabled)
+{
+    if (const auto failure = m_launchAtLogin.setEnabled(enabled))
+        m_exits.systemLog(QStringLiteral("Nimbrelle: 设置开机启动失败 ") + *failure);
+}
+
+void PermissionModel::open(const QString &url) const
+{
+    const QUrl address(url, QUrl::StrictMode);
+    if (address.isValid() && !address.scheme().isEmpty())
+        m_exits.openUrl(address);
+}
+
+void PermissionModel::relaunch(const QString &program) const
+{
+    // The path is an argument and no part of the command, so that no character of it means anything.
+    m_exits.startDetached(
+        QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("sleep 1; exec \"$0\""), program});
+    m_exits.quit();
+}
+
+} // namespace nimbrelle

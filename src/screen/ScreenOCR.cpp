@@ -1,0 +1,64 @@
+#include "screen/ScreenOCR.h"
+
+#include "platform/ScreenCapture.h"
+
+namespace nimbrelle {
+
+ScreenOCR::ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecogniser &recogniser)
+    : m_screens(screens), m_capture(capture), m_recogniser(recogniser)
+{
+}
+
+QCoro::Task<Picture> ScreenOCR::captured(ScreenPiece piece, std::stop_token stop)
+{
+    Picture picture = co_await m_capture.capture(piece.screen, piece.area);
+    if (stop.stop_requested())
+        throw Cancelled();
+    co_return picture;
+}
+
+QCoro::Task<QList<ScreenOCR::Line>> ScreenOCR::recognizeLines(
+    Picture picture, RecognitionStyle style, std::stop_token stop)
+{
+    const QList<RecognisedLine> found = co_await m_recogniser.recognise(picture, style, stop);
+    co_return linesFrom(found);
+}
+
+QCoro::Task<std::optional<ScreenOCR::Result>> ScreenOCR::recognize(
+    QPointF around, Seek seek, std::stop_token stop)
+{
+    const auto screen = screenHolding(m_screens.all(), around);
+    const auto piece = screen ? ScreenPiece::around(around, *screen) : std::nullopt;
+    if (!piece)
+        co_return std::nullopt;
+    const Picture picture = co_await captured(*piece, stop);
+    if (!picture.isValid())
+        co_return std::nullopt;
+    const QPointF cursor = piece->normalised(around);
+    const QList<Line> lines = co_await recognizeLines(picture, RecognitionStyle::plain, stop);
+    std::optional<Result> result = analyze(lines, cursor, seek);
+    if (!result && seek == Seek::word) {
+        const QList<Line> bright = co_await recognizeLines(picture, RecognitionStyle::subtitles, stop);
+        result = analyze(bright, cursor, seek);
+    }
+    if (result && result->wordRect)
+        result->wordRect = piece->toGlobal(*result->wordRect);
+    co_return result;
+}
+
+QCoro::Task<std::optional<QString>> ScreenOCR::recognizeText(QRectF in, std::stop_token stop)
+{
+    const auto screen = screenHolding(m_screens.all(), in.center());
+    const auto piece = screen ? ScreenPiece::of(in, *screen) : std::nullopt;
+    if (!piece)
+        co_return std::nullopt;
+    const Picture picture = co_await captured(*piece, stop);
+    if (!picture.isValid())
+        co_return std::nullopt;
+    QList<Line> lines = co_await recognizeLines(picture, RecognitionStyle::plain, stop);
+    if (lines.isEmpty())
+        lines = co_await recognizeLines(picture, RecognitionStyle::subtitles, stop);
+    co_return join(inReadingOrder(lines));
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,201 @@
+#include "screen/ScreenOCR.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace nimbrelle {
+
+using Line = ScreenOCR::Line;
+using Word = ScreenOCR::Word;
+
+namespace {
+
+constexpr double lineReach = 0.01; // how far beside a line a point still counts as on it
+constexpr double wordReach = 0.015;
+constexpr double leastAnchorHeight = 0.02;
+constexpr double leastRowHeight = 0.005;
+constexpr double contextHeights = 3.5;
+constexpr double columnReach = 0.05;
+
+double minX(const QRectF &box)
+{
+    return box.x();
+}
+
+double maxX(const QRectF &box)
+{
+    return box.x() + box.width();
+}
+
+double minY(const QRectF &box)
+{
+    return box.y();
+}
+
+double maxY(const QRectF &box)
+{
+    return box.y() + box.height();
+}
+
+double midY(const QRectF &box)
+{
+    return box.y() + box.height() / 2;
+}
+
+double distance(double value, double from, double to)
+{
+    if (value >= from && value <= to)
+        return 0;
+    return std::min(std::abs(value - from), std::abs(value - to));
+}
+
+bool holds(const QRectF &box, double margin, QPointF point)
+{
+    return point.x() >= minX(box) - margin && point.x() <= maxX(box) + margin
+        && point.y() >= minY(box) - margin && point.y() <= maxY(box) + margin;
+}
+
+bool hasAsciiLetter(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(),
+        [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); });
+}
+
+bool readsBefore(const Line &a, const Line &b, double rowThreshold)
+{
+    if (std::abs(midY(a.box) - midY(b.box)) > rowThreshold)
+        return midY(a.box) > midY(b.box);
+    return minX(a.box) < minX(b.box);
+}
+
+// Stable. By hand because "in the same row" is not transitive, and the library's sorts demand an order that
+// is.
+template <class Before> QList<Line> sorted(const QList<Line> &lines, Before before)
+{
+    QList<Line> result;
+    for (const Line &line : lines) {
+        qsizetype place = result.size();
+        while (place > 0 && before(line, result[place - 1]))
+            --place;
+        result.insert(place, line);
+    }
+    return result;
+}
+
+const Line *lineUnder(const QList<Line> &lines, QPointF cursor)
+{
+    const auto under = std::find_if(
+        lines.begin(), lines.end(), [&](const Line &line) { return holds(line.box, lineReach, cursor); });
+    return under == lines.end() ? nullptr : &*under;
+}
+
+const Line *lineNearest(const QList<Line> &lines, QPointF cursor)
+{
+    const auto far = [cursor](const Line &line) {
+        return std::pair(distance(cursor.y(), minY(line.box), maxY(line.box)),
+            distance(cursor.x(), minX(line.box), maxX(line.box)));
+    };
+    const auto nearest = std::min_element(
+        lines.begin(), lines.end(), [&](const Line &a, const Line &b) { return far(a) < far(b); });
+    return nearest == lines.end() ? nullptr : &*nearest;
+}
+
+const Word *wordAt(const Line &line, double x)
+{
+    const auto far = [x](const Word &word) { return distance(x, minX(word.box), maxX(word.box)); };
+    const auto nearest = std::min_element(
+        line.words.begin(), line.words.end(), [&](const Word &a, const Word &b) { return far(a) < far(b); });
+    if (nearest == line.words.end() || far(*nearest) >= wordReach || !hasAsciiLetter(nearest->text))
+        return nullptr;
+    return &*nearest;
+}
+
+// Lines of the anchor's paragraph: near it, and in its column.
+QString contextRound(const Line &anchor, const QList<Line> &lines)
+{
+    const double height = std::max(anchor.box.height(), leastAnchorHeight);
+    QList<Line> near;
+    std::copy_if(lines.begin(), lines.end(), std::back_inserter(near), [&](const Line &line) {
+        return std::abs(midY(line.box) - midY(anchor.box)) <= contextHeights * height
+            && maxX(line.box) >= minX(anchor.box) - columnReach
+            && minX(line.box) <= maxX(anchor.box) + columnReach;
+    });
+    return ScreenOCR::join(
+        sorted(near, [height](const Line &a, const Line &b) { return readsBefore(a, b, height * 0.5); }));
+}
+
+Line lineFrom(const RecognisedLine &recognised)
+{
+    Line line{ScreenOCR::cleaned(recognised.text), recognised.box, {}};
+    for (const ScreenOCR::Range &range : ScreenOCR::wordRanges(line.text)) {
+        const QRectF box = recognised.boxOf(range.from, range.length);
+        if (!box.isNull())
+            line.words.append({line.text.sliced(range.from, range.length), box});
+    }
+    return line;
+}
+
+} // namespace
+
+QString ScreenOCR::cleaned(QString text)
+{
+    static const QRegularExpression misreadBar(QStringLiteral(R"((?<=[A-Za-z])\||\|(?=[a-z]))"));
+    return text.replace(misreadBar, QStringLiteral("l"));
+}
+
+QList<ScreenOCR::Range> ScreenOCR::wordRanges(const QString &text)
+{
+    static const QRegularExpression word(QStringLiteral(R"([\p{L}\p{M}\p{N}]+(?:['’][\p{L}\p{M}\p{N}]+)*)"));
+    QList<Range> ranges;
+    for (const QRegularExpressionMatch &match : word.globalMatch(text))
+        ranges.append({match.capturedStart(), match.capturedLength()});
+    return ranges;
+}
+
+QList<Line> ScreenOCR::linesFrom(const QList<RecognisedLine> &recognised)
+{
+    QList<Line> lines;
+    for (const RecognisedLine &line : recognised)
+        lines.append(lineFrom(line));
+    return lines;
+}
+
+QString ScreenOCR::join(const QList<Line> &lines)
+{
+    QString text;
+    for (const Line &line : lines) {
+        if (text.endsWith(u'-'))
+            text.chop(1);
+        else if (!text.isEmpty())
+            text += u' ';
+        text += line.text;
+    }
+    return text;
+}
+
+std::optional<ScreenOCR::Result> ScreenOCR::analyze(const QList<Line> &lines, QPointF cursor, Seek seek)
+{
+    if (seek == Seek::contextOnly) {
+        const Line *anchor = lineNearest(lines, cursor);
+        return anchor ? std::optional(Result{std::nullopt, contextRound(*anchor, lines), std::nullopt})
+                      : std::nullopt;
+    }
+    const Line *anchor = lineUnder(lines, cursor);
+    const Word *word = anchor ? wordAt(*anchor, cursor.x()) : nullptr;
+    if (!word)
+        return std::nullopt;
+    return Result{word->text, contextRound(*anchor, lines), word->box};
+}
+
+QList<Line> ScreenOCR::inReadingOrder(const QList<Line> &lines)
+{
+    return sorted(lines, [](const Line &a, const Line &b) {
+        const double row = std::max(std::min(a.box.height(), b.box.height()), leastRowHeight);
+        return readsBefore(a, b, row * 0.5);
+    });
+}
+
+} // namespace nimbrelle

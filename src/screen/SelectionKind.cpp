@@ -1,0 +1,79 @@
+#include "screen/SelectionKind.h"
+
+#include "frame/Text.h"
+
+#include <QList>
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+namespace {
+
+constexpr qsizetype longestText = 4000;
+constexpr qsizetype longestWord = 60;
+constexpr qsizetype mostPieces = 5;
+
+using CodePoints = QList<uint>;
+
+bool isHan(uint codePoint)
+{
+    return QChar::script(codePoint) == QChar::Script_Han;
+}
+
+// A combining mark counts as part of the letters, so that a decomposed accent is no code noise.
+bool isLetter(uint codePoint)
+{
+    return QChar::isLetter(codePoint) || QChar::isMark(codePoint);
+}
+
+bool isOrnament(uint codePoint)
+{
+    return QChar::isPunct(codePoint) || QChar::isSymbol(codePoint) || QChar::isSpace(codePoint);
+}
+
+bool isAddress(const QString &text)
+{
+    return text.contains(QStringLiteral("://")) || text.startsWith(QStringLiteral("www."));
+}
+
+bool isHandle(const QString &text)
+{
+    return text.contains(u'@') && !text.contains(u' ');
+}
+
+qsizetype pieceCount(const QString &text)
+{
+    return text.simplified().count(u' ') + 1;
+}
+
+QString withoutOrnaments(const CodePoints &codePoints)
+{
+    const auto from = std::find_if_not(codePoints.begin(), codePoints.end(), isOrnament);
+    const auto to =
+        std::find_if_not(codePoints.rbegin(), std::make_reverse_iterator(from), isOrnament).base();
+    QString text;
+    std::for_each(from, to, [&text](uint codePoint) { text += QChar::fromUcs4(codePoint); });
+    return text;
+}
+
+} // namespace
+
+SelectionKind SelectionKind::classify(const QString &text)
+{
+    const QString trimmed = trimmedSpace(text);
+    const qsizetype length = characterCount(trimmed);
+    if (length == 0 || length > longestText)
+        return {};
+    const CodePoints codePoints = trimmed.toUcs4();
+    if (std::any_of(codePoints.begin(), codePoints.end(), isHan) || isAddress(trimmed) || isHandle(trimmed))
+        return {};
+    const auto letters = std::count_if(codePoints.begin(), codePoints.end(), isLetter);
+    if (letters < 2 || letters * 2 <= length)
+        return {};
+    if (pieceCount(trimmed) > mostPieces || length > longestWord)
+        return {Kind::passage, trimmed};
+    return {Kind::word, withoutOrnaments(codePoints)}; // never empty: two letters are in it
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,166 @@
+#include "screen/SelectionReader.h"
+
+#include "frame/Clock.h"
+#include "frame/Text.h"
+#include "platform/FrontApplication.h"
+#include "platform/InputMonitor.h"
+#include "platform/KeySender.h"
+
+#include <QCoro/QCoroSignal>
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr qsizetype contextReach = 300;
+constexpr int copySteps = 10;
+constexpr auto copyStep = 30ms;
+constexpr QChar embeddedObject = QChar::ObjectReplacementCharacter;
+
+bool isBlankText(const QString &text)
+{
+    return trimmedSpace(text).isEmpty();
+}
+
+std::optional<QString> unlessBlank(std::optional<QString> text)
+{
+    return text && !isBlankText(*text) ? text : std::nullopt;
+}
+
+QString withoutEmbedded(QString text)
+{
+    return text.replace(embeddedObject, u' ');
+}
+
+} // namespace
+
+SelectionReader::SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
+    Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front)
+    : m_clock(clock)
+    , m_accessibility(accessibility)
+    , m_primary(primary)
+    , m_clipboard(clipboard)
+    , m_keys(keys)
+    , m_pointer(pointer)
+    , m_front(front)
+{
+}
+
+void SelectionReader::noteMouseDown()
+{
+    m_primaryAtMouseDown = m_primary.changeCount();
+}
+
+QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::stop_token stop)
+{
+    const std::optional<Result> heard = readViaAccessibility();
+    if (heard && !heard->text.contains(embeddedObject))
+        co_return heard;
+    // Browsers put a stand-in where a link or a picture is; its text comes by the other road, whole.
+    const std::optional<QString> text = co_await readViaClipboard(stop);
+    if (stop.stop_requested())
+        co_return std::nullopt;
+    std::optional<Result> result;
+    if (text)
+        result = Result{*text, std::nullopt};
+    else if (heard && !isBlankText(withoutEmbedded(heard->text)))
+        result = Result{withoutEmbedded(heard->text), std::nullopt};
+    if (result && heard && heard->context && heard->context->contains(result->text))
+        result->context = heard->context; // else the stand-ins hide the very place
+    co_return result;
+}
+
+std::optional<SelectionReader::Result> SelectionReader::readViaAccessibility()
+{
+    const auto element = m_accessibility.focusedElement();
+    const auto text = element ? unlessBlank(m_accessibility.selectedText(*element)) : std::nullopt;
+    if (!text)
+        return std::nullopt;
+    const auto piece = m_accessibility.textRoundSelection(*element, contextReach);
+    return Result{*text, piece ? contextOf(*piece) : std::nullopt};
+}
+
+std::optional<QString> SelectionReader::contextOf(const TextPiece &piece)
+{
+    const qsizetype size = piece.text.size();
+    const qsizetype location = std::clamp(piece.location, qsizetype{0}, size);
+    const qsizetype length = std::clamp(piece.length, qsizetype{0}, size - location);
+    qsizetype start = std::max(location - contextReach, qsizetype{0});
+    qsizetype end = std::min(location + length + contextReach, size);
+    if (start < end && piece.text[start].isLowSurrogate())
+        ++start;
+    if (start < end && piece.text[end - 1].isHighSurrogate())
+        --end;
+    if (end <= start)
+        return std::nullopt;
+    return withoutEmbedded(piece.text.sliced(start, end - start));
+}
+
+QCoro::Task<std::optional<QString>> SelectionReader::readViaClipboard(std::stop_token stop)
+{
+    std::optional<QString> text = co_await readPrimary();
+    if (text || stop.stop_requested())
+        co_return text;
+    text = co_await readByCopy(stop);
+    co_return text;
+}
+
+QCoro::Task<std::optional<QString>> SelectionReader::readPrimary()
+{
+    if (m_primary.changeCount() == m_primaryAtMouseDown)
+        co_return std::nullopt; // an older selection, maybe of another window
+    std::optional<QString> text = co_await m_primary.text();
+    co_return unlessBlank(std::move(text));
+}
+
+QCoro::Task<std::optional<QString>> SelectionReader::readByCopy(std::stop_token stop)
+{
+    while (m_copying)
+        co_await qCoro(this, &SelectionReader::copyEnded);
+    if (stop.stop_requested() || !mayCopy())
+        co_return std::nullopt;
+    m_copying = true;
+    const std::optional<ClipboardSnapshot> before = co_await m_clipboard.snapshot();
+    std::optional<QString> text;
+    if (before && mayCopy() && !stop.stop_requested())
+        text = co_await copyOver(*before);
+    m_copying = false;
+    emit copyEnded();
+    co_return unlessBlank(std::move(text));
+}
+
+// In a terminal the shortcut would end the running program, and with a held modifier it is another one.
+bool SelectionReader::mayCopy() const
+{
+    const auto application = m_front.current();
+    return application && !application->isTerminal && m_pointer.modifiers() == 0;
+}
+
+QCoro::Task<std::optional<QString>> SelectionReader::copyOver(ClipboardSnapshot before)
+{
+    const quint64 count = m_clipboard.changeCount();
+    if (!m_keys.sendCopy())
+        co_return std::nullopt;
+    const bool hasCopied = co_await clipboardChangesFrom(count);
+    if (!hasCopied)
+        co_return std::nullopt; // untouched, so nothing is put back either
+    std::optional<QString> text = co_await m_clipboard.string();
+    m_clipboard.restore(before);
+    co_return text;
+}
+
+QCoro::Task<bool> SelectionReader::clipboardChangesFrom(quint64 count)
+{
+    for (int step = 0; step < copySteps; ++step) {
+        co_await m_clock.sleep(copyStep, std::stop_token());
+        if (m_clipboard.changeCount() != count)
+            co_return true;
+    }
+    co_return false;
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,50 @@
+#include "screen/SourceInfo.h"
+
+#include "platform/AccessibilityReader.h"
+#include "platform/FrontApplication.h"
+
+namespace nimbrelle {
+
+namespace {
+
+constexpr int mostElements = 40;
+
+bool isPageAddress(const QString &address)
+{
+    return address.startsWith(QStringLiteral("http://")) || address.startsWith(QStringLiteral("https://"))
+        || address.startsWith(QStringLiteral("file://"));
+}
+
+} // namespace
+
+PageSource SourceInfo::current() const
+{
+    const auto application = m_front.current();
+    if (!application || application->bundleID == m_front.ownBundleID())
+        return {};
+    std::optional<QString> address = application->document;
+    if (!address) {
+        if (const auto focused = m_accessibility.focusedElement())
+            address = webAreaURL(*focused);
+    }
+    PageSource source{application->name, std::nullopt, application->windowTitle};
+    if (address && isPageAddress(*address))
+        source.url = address;
+    if (source.title && source.title->isEmpty())
+        source.title.reset();
+    return source;
+}
+
+std::optional<QString> SourceInfo::webAreaURL(AccessibleElement element) const
+{
+    for (int looked = 1;; ++looked) {
+        if (m_accessibility.isWebArea(element) == true)
+            return m_accessibility.address(element);
+        const auto parent = looked < mostElements ? m_accessibility.parent(element) : std::nullopt;
+        if (!parent)
+            return std::nullopt;
+        element = *parent;
+    }
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,208 @@
+#include "sync/SyncService.h"
+
+#include "frame/AppPaths.h"
+#include "frame/Clock.h"
+#include "frame/ConfigStore.h"
+#include "frame/RecordFile.h"
+#include "notebook/WordStore.h"
+#include "sync/BundleForm.h"
+#include "sync/SyncError.h"
+#include "sync/SyncMerge.h"
+#include "sync/SyncProtocol.h"
+
+#include <QScopedValueRollback>
+
+namespace nimbrelle {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int mostAttempts = 4;
+constexpr qint64 unknownVersion = -1; ///< makes the next read fetch the document; never on disk
+
+struct Document {
+    SyncBundle bundle;
+    QByteArray json;
+    QString hash;
+};
+
+// Never without a text: an empty one would count as the server's new document.
+Document documentOf(const SyncBundle &bundle)
+{
+    const QByteArray json = BundleForm::json(bundle);
+    if (json.isEmpty())
+        throw Failure(QStringLiteral("这台设备的单词本写不出来"));
+    return {bundle, json, BundleForm::hashOfJson(json)};
+}
+
+} // namespace
+
+SyncService::SyncService(WordStore &store, ConfigStore &config, const AppPaths &paths, Clock &clock,
+    SyncTransport::Factory connect)
+    : m_store(store), m_config(config), m_paths(paths), m_clock(clock), m_connect(std::move(connect))
+{
+    if (const auto state = readRecordFile<SyncState>(m_paths.syncState))
+        m_lastSyncAt = state->lastSyncAt;
+}
+
+SyncService::~SyncService()
+{
+    m_life.request_stop();
+    m_soon.request_stop();
+}
+
+void SyncService::start()
+{
+    connect(&m_store, &WordStore::changing, this, [this] {
+        if (!m_applying)
+            syncSoon(5s);
+    });
+    connect(&m_config, &ConfigStore::studySettingsChanged, this, [this] { syncSoon(5s); });
+    syncEvery(600s, m_life.get_token());
+    syncNow();
+}
+
+void SyncService::syncSoon(std::chrono::seconds after)
+{
+    m_soon.request_stop();
+    m_soon = std::stop_source();
+    syncAfter(after, m_soon.get_token());
+}
+
+QCoro::Task<> SyncService::syncAfter(std::chrono::seconds delay, std::stop_token stop)
+{
+    co_await m_clock.sleep(delay, stop);
+    if (!stop.stop_requested())
+        syncNow();
+}
+
+QCoro::Task<> SyncService::syncEvery(std::chrono::seconds interval, std::stop_token stop)
+{
+    for (;;) {
+        co_await m_clock.sleep(interval, stop);
+        if (stop.stop_requested())
+            co_return;
+        syncNow();
+    }
+}
+
+QCoro::Task<bool> SyncService::syncNow()
+{
+    const auto link = SyncLink::fromConfig(m_config.config());
+    if (!link || m_busy)
+        co_return true;
+    setBusy(true);
+    try {
+        co_await runOnce(*link, m_life.get_token());
+        m_lastError.reset();
+        m_lastErrorDetail.reset();
+        m_lastSyncAt = m_clock.now();
+    } catch (const Cancelled &) {
+        co_return false;
+    } catch (const std::exception &error) {
+        m_lastError = describe(error);
+        m_lastErrorDetail = detailOf(error);
+    }
+    setBusy(false);
+    co_return !m_lastError;
+}
+
+QCoro::Task<std::optional<QString>> SyncService::test(SyncLink link, SyncTransport::Factory connect)
+{
+    const std::unique_ptr<SyncTransport> transport = connect(link);
+    SyncProtocol server(*transport);
+    std::optional<QString> message;
+    try {
+        co_await server.ping({});
+    } catch (const std::exception &error) {
+        message = describe(error);
+    }
+    co_return message;
+}
+
+QCoro::Task<> SyncService::runOnce(SyncLink link, std::stop_token stop)
+{
+    const std::unique_ptr<SyncTransport> transport = m_connect(link);
+    SyncProtocol server(*transport);
+    SyncState state = loadState(link.server);
+    for (int attempt = 1;; ++attempt) {
+        const SyncReading reading = co_await server.read(state.version, stop);
+        const Settled settled = settle(state, reading);
+        if (settled.unwritten.isEmpty()) {
+            saveState(state, settled.version, settled.localHash);
+            co_return;
+        }
+        const auto version = co_await server.write(settled.version, settled.unwritten, stop);
+        if (version) {
+            saveState(state, *version, settled.localHash);
+            co_return;
+        }
+        if (attempt == mostAttempts)
+            throw SyncError::busy();
+        state.version = unknownVersion;
+    }
+}
+
+SyncService::Settled SyncService::settle(const SyncState &state, const SyncReading &reading)
+{
+    return reading.kind == SyncReading::Kind::unchanged ? settleUnchanged(state) : settleMerged(reading);
+}
+
+// No merge is needed: the server's document is the one that this device merged last. The text of a snapshot
+// is that of its normalized form.
+SyncService::Settled SyncService::settleUnchanged(const SyncState &state) const
+{
+    const Document local = documentOf(m_store.snapshot());
+    return {state.version, local.hash, local.hash == state.hash ? QByteArray() : local.json};
+}
+
+// Where the copies of one id tie, a merge keeps the first side's list orders, and two devices that each put
+// their own side first would write in turn for ever. So when the server's document already holds everything,
+// it is taken over as it is. What is remembered is the hash of the local document as it stands now: counters
+// of another day stay out of it, and what changes from here on belongs to the next round.
+SyncService::Settled SyncService::settleMerged(const SyncReading &reading)
+{
+    const SyncBundle local = BundleForm::normalized(m_store.snapshot());
+    const QString localHash = BundleForm::hash(local);
+    Document merged = documentOf(SyncMerge::merge(local, reading.document));
+    if (reading.kind == SyncReading::Kind::document && merged.hash != reading.hash) {
+        const Document takenOver = documentOf(SyncMerge::merge(reading.document, local));
+        if (takenOver.hash == reading.hash)
+            merged = takenOver;
+    }
+    const QString hash = merged.hash == localHash ? localHash : apply(merged.bundle);
+    return {reading.version, hash, merged.hash == reading.hash ? QByteArray() : merged.json};
+}
+
+// Returns the hash of the local document as it stands afterwards.
+QString SyncService::apply(const SyncBundle &bundle)
+{
+    {
+        const QScopedValueRollback applying(m_applying, true);
+        m_store.applySync(bundle);
+    }
+    return BundleForm::hash(m_store.snapshot());
+}
+
+SyncState SyncService::loadState(const QString &server) const
+{
+    const auto state = readRecordFile<SyncState>(m_paths.syncState);
+    return state && state->server == server ? *state : SyncState{server, 0, {}, std::nullopt};
+}
+
+void SyncService::saveState(SyncState state, qint64 version, const QString &hash) const
+{
+    state.version = version;
+    state.hash = hash;
+    state.lastSyncAt = m_clock.now();
+    writeRecordFile(m_paths.syncState, state);
+}
+
+void SyncService::setBusy(bool busy)
+{
+    m_busy = busy;
+    emit changed();
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,62 @@
+#include "Programs.h"
+
+#include "frame/AppConfig.h"
+#include "frame/RecordFile.h"
+
+#include <gtest/gtest.h>
+
+namespace nimbrelle {
+
+namespace {
+
+constexpr int patienceMilliseconds = 30'000;
+
+} // namespace
+
+Ended run(const QString &program, const QStringList &arguments, const QStringList &environment)
+{
+    QProcess process;
+    QProcessEnvironment variables;
+    for (const QString &variable : environment)
+        variables.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
+    if (environment.isEmpty())
+        variables.insert(QStringLiteral("EMPTY"), QString()); // an empty set would mean the tests' own
+    process.setProcessEnvironment(variables);
+    process.start(program, arguments);
+    const bool ended =
+        process.waitForFinished(patienceMilliseconds) && process.exitStatus() == QProcess::NormalExit;
+    return {ended ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardOutput()),
+        QString::fromUtf8(process.readAllStandardError())};
+}
+
+RunningServer::RunningServer(const QString &program, const QStringList &arguments)
+{
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.start(program, arguments);
+    while (!m_process.canReadLine() && m_process.waitForReadyRead(patienceMilliseconds)) { }
+    m_firstLine = QString::fromUtf8(m_process.readLine()).trimmed();
+}
+
+RunningServer::~RunningServer()
+{
+    m_process.terminate();
+    EXPECT_TRUE(m_process.waitForFinished(patienceMilliseconds));
+    EXPECT_EQ(m_process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(m_process.exitCode(), 0);
+}
+
+Ended Device::operator()(const QStringList &arguments, const QStringList &environment) const
+{
+    return run(QStringLiteral(NIMBRELLE_PROGRAM), arguments,
+        QStringList{QStringLiteral("NIMBRELLE_DATA_DIR=") + m_directory.path()} + environment);
+}
+
+void Device::useProvider(const QString &address, const QString &key) const
+{
+    AppConfig config;
+    config.baseURL = address;
+    config.apiKey = key;
+    writeRecordFile(path(QStringLiteral("config.json")), config, FileMode::ownerOnly);
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,64 @@
+#include "main/CommandLine.h"
+
+#include "support/Printers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace nimbrelle;
+
+namespace {
+
+QString chosen(const QStringList &arguments)
+{
+    const auto option = chooseOption(optionTable(), QStringList{QStringLiteral("nimbrelle")} + arguments);
+    return option ? option->option->name + u'=' + option->value : QString();
+}
+
+QStringList words(const char *text)
+{
+    return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
+}
+
+TEST(CommandLine, TriesItsOptionsInTheirOrder)
+{
+    QStringList names;
+    for (const Option &option : optionTable())
+        names.append(option.name);
+    EXPECT_EQ(names,
+        words(
+            "--render-icon --selftest-ocr --selftest-review --selftest-spelling --selftest-menubar "
+            "--selftest-spellpractice --selftest-lookup --add-spelling --selftest-config "
+            "--selftest-studystamp --selftest-merge --sync-now --sync-connect --selftest-fsrs --selftest-ask "
+            "--selftest-coach --selftest-coach-ai --selftest-explain"));
+    for (const QString &name : std::as_const(names)) {
+        const bool takesValue = words("--render-icon --add-spelling --sync-connect").contains(name);
+        EXPECT_EQ(chosen({name, QStringLiteral("v")}),
+            name + (takesValue ? QStringLiteral("=v") : QStringLiteral("=")));
+    }
+}
+
+TEST(CommandLine, LetsTheFirstOfTheTableWin)
+{
+    const std::pair<const char *, const char *> cases[]{
+        {"", ""},
+        {"unknown --selftest", ""},
+        {"--sync-now --selftest-merge", "--selftest-merge="},
+        {"--selftest-coach-ai", "--selftest-coach-ai="},
+        {"--selftest-coach-ai --selftest-coach", "--selftest-coach="},
+        {"--render-icon", ""},
+        {"--sync-now --render-icon", "--sync-now="},
+        {"--render-icon --sync-now", "--render-icon=--sync-now"},
+        {"--add-spelling --selftest-config", "--add-spelling=--selftest-config"},
+        {"--sync-connect --add-spelling", "--sync-connect=--add-spelling"},
+        {"--add-spelling --selftest-ocr", "--selftest-ocr="},
+        {"--add-spelling a --add-spelling b", "--add-spelling=a"},
+        {"x --selftest-fsrs=1 --selftest-fsrs -h", "--selftest-fsrs="},
+    };
+    for (const auto &[arguments, expected] : cases)
+        EXPECT_EQ(chosen(words(arguments)), QString::fromLatin1(expected)) << arguments;
+    EXPECT_EQ(chosen({QStringLiteral("--add-spelling"), QString()}), QStringLiteral("--add-spelling="))
+        << "an empty text is a value";
+}
+
+} // namespace

@@ -1,0 +1,90 @@
+#include "main/SyncCommands.h"
+
+#include "notebook/Explanation.h"
+#include "notebook/PageSource.h"
+#include "support/Printers.h"
+#include "sync/Device.h"
+
+#include <QTextStream>
+
+#include <gtest/gtest.h>
+
+using namespace nimbrelle;
+
+namespace {
+
+struct Ended {
+    int code = -1;
+    QString output;
+
+    bool operator==(const Ended &) const = default;
+};
+
+void PrintTo(const Ended &ended, std::ostream *out)
+{
+    *out << ended.code << " with " << ended.output.toStdString();
+}
+
+/// Runs a command whose requests get `responses` in turn.
+template <class Command>
+Ended run(FakeNetwork &network, const QList<SyncResponse> &responses, Command command)
+{
+    Ended ended;
+    QTextStream out(&ended.output);
+    const auto flow = [&]() -> QCoro::Task<> { ended.code = co_await command(&out); };
+    const auto task = flow();
+    for (const SyncResponse &response : responses)
+        network.answer(response);
+    EXPECT_FALSE(network.isWaiting());
+    return ended;
+}
+
+Ended connected(Device &device, const QString &code, const QList<SyncResponse> &responses)
+{
+    return run(device.network, responses,
+        [&](QTextStream *out) { return connectSync(code, &device.config(), device.network.connect(), out); });
+}
+
+Ended synced(Device &device, const QList<SyncResponse> &responses)
+{
+    return run(device.network, responses,
+        [&](QTextStream *out) { return syncNow(&device.sync(), &device.store(), out); });
+}
+
+const QString code =
+    QStringLiteral("nimbrelle://sync?server=https://home.example:8443/x/&token=abcdefghijklmnop&pin=")
+    + QString(64, u'B');
+
+TEST(SyncCommands, ConnectStoresTheLinkOnceTheServerHasAnswered)
+{
+    Device device;
+    EXPECT_EQ(connected(device, code, {{200, {}, {}}}), (Ended{0, QStringLiteral("已连接 home.example\n")}));
+    EXPECT_EQ(device.config().config().syncServer, QStringLiteral("https://home.example:8443/x"));
+    EXPECT_EQ(device.config().config().syncToken, QStringLiteral("abcdefghijklmnop"));
+    EXPECT_EQ(device.config().config().syncPin, QString(64, u'b'));
+}
+
+TEST(SyncCommands, ConnectStoresNothingOnFailure)
+{
+    Device device;
+    const AppConfig before = device.config().config();
+    EXPECT_EQ(
+        connected(device, QStringLiteral("nimbrelle"), {}), (Ended{1, QStringLiteral("同步码格式不对\n")}));
+    EXPECT_EQ(device.network.sessions, 0);
+    EXPECT_EQ(connected(device, code, {{401, {}, {}}}), (Ended{1, QStringLiteral("同步码里的密码不对\n")}));
+    EXPECT_EQ(device.config().config(), before);
+}
+
+TEST(SyncCommands, SyncNowTellsTheWordsOrBothTextsOfTheFailure)
+{
+    Device device;
+    Explanation explanation;
+    explanation.headword = QStringLiteral("run");
+    device.store().save(explanation, {});
+    EXPECT_EQ(synced(device, {{404, {}, {}}, {200, "\"1\"", {}}}),
+        (Ended{0, QStringLiteral("同步好了：1 个词\n")}));
+    EXPECT_EQ(synced(device, {{503, {}, {}}}),
+        (Ended{1, QStringLiteral("同步失败：服务器出错了（503）\nhttp(503)\n")}));
+}
+
+} // namespace

@@ -1,0 +1,93 @@
+#include "platform/linux/ClickCounter.h"
+#include "platform/linux/WindowClasses.h"
+#include "platform/linux/XKeys.h"
+#include "support/Printers.h"
+
+#include <gtest/gtest.h>
+
+using namespace nimbrelle;
+using namespace std::chrono_literals;
+
+namespace {
+
+TEST(ClickCounter, CountsOnlyQuickPressesAtOnePlace)
+{
+    ClickCounter clicks(400ms, 4);
+    const struct {
+        QPoint at;
+        quint32 time;
+        int count;
+    } presses[] = {
+        {{100, 100}, 1000, 1}, {{100, 100}, 1400, 2}, // the interval itself is still in time
+        {{104, 96}, 1500, 3}, {{104, 96}, 1901, 1}, {{109, 96}, 1950, 1}, // too far
+        {{109, 100}, 2000, 2}, {{109, 100}, 0xffffff00, 1},
+        {{109, 100}, 0x20, 2}, // the server's clock has wrapped round
+    };
+    for (const auto &press : presses)
+        EXPECT_EQ(clicks.press(press.at, press.time), press.count) << press.time;
+    clicks.reset();
+    EXPECT_EQ(clicks.press({109, 100}, 0x30), 1);
+}
+
+TEST(XKeys, ModifiersAndLocksAreNoKeys)
+{
+    const quint32 shiftLeft = 0xffe1;
+    const quint32 hyperRight = 0xffee;
+    for (const quint32 keysym : {shiftLeft, quint32{0xffe5} /* caps */, hyperRight, quint32{0xff7f} /* num */,
+             quint32{0xfe03} /* AltGr */, quint32{0xff7e} /* mode switch */})
+        EXPECT_EQ(keyOf(keysym), std::nullopt) << keysym;
+    EXPECT_EQ(keyOf(0xff1b), Key::escape);
+    for (const quint32 keysym : {quint32{0x35} /* 5 */, quint32{0xff0d} /* return */, quint32{0}})
+        EXPECT_EQ(keyOf(keysym), Key::other) << keysym;
+}
+
+TEST(XKeys, OnlyTheFourModifiersHaveFlags)
+{
+    const struct {
+        quint32 mask;
+        ModifierFlags flags;
+    } cases[] = {{0, 0}, {0x01, 0x20000}, {0x02, 0} /* lock */, {0x04, 0x40000}, {0x08, 0x80000},
+        {0x10, 0} /* number lock */, {0x40, 0x100000}, {0x80, 0} /* AltGr */, {0x1fff, 0x1e0000}};
+    for (const auto &each : cases)
+        EXPECT_EQ(flagsOf(each.mask), each.flags) << each.mask;
+}
+
+TEST(WindowClasses, KnownProgramsTakeTheIdentifiersOfTheExclusionList)
+{
+    const struct {
+        const char *instance;
+        const char *windowClass;
+        const char *bundleID;
+        bool isTerminal;
+    } cases[] = {
+        {"org.gnome.Nautilus", "Org.gnome.Nautilus", "com.apple.finder", false},
+        {"gnome-terminal-server", "Gnome-terminal", "com.apple.Terminal", true},
+        {"xterm", "XTerm", "com.apple.Terminal", true},
+        {"kitty", "kitty", "com.googlecode.iterm2", true},
+        {"code", "Code", "com.microsoft.VSCode", false},
+        {"jetbrains-clion", "jetbrains-clion", "com.apple.dt.Xcode", false},
+        {"seahorse", "Seahorse", "com.apple.keychainaccess", false},
+        {"pinentry-gtk-2", "Pinentry-gtk-2", "com.apple.keychainaccess", false},
+        {"keepassxc", "KeePassXC", "com.apple.Passwords", false},
+        {"1password", "1Password", "com.1password.1password", false},
+        {"my-notes", "XTerm", "com.apple.Terminal", true}, // a program in a terminal of another name
+        {"xterm", "Whatever", "com.apple.Terminal", true},
+        {"Navigator", "firefox-esr", "firefox-esr", false},
+        {"mousepad", "Mousepad", "Mousepad", false},
+        {"only", "", "only", false},
+    };
+    for (const auto &each : cases)
+        EXPECT_EQ(programKind(QString::fromLatin1(each.instance), QString::fromLatin1(each.windowClass)),
+            (ProgramKind{QString::fromLatin1(each.bundleID), each.isTerminal}))
+            << each.windowClass;
+}
+
+TEST(WindowClasses, EveryIdentifierOfTheTableIsExcludedByDefault)
+{
+    const QStringList excluded = AppConfig::defaultExcludedBundleIDs();
+    for (const char *name :
+        {"nautilus", "xterm", "alacritty", "qtcreator", "codium", "kwalletmanager", "bitwarden", "1password"})
+        EXPECT_TRUE(excluded.contains(programKind({}, QString::fromLatin1(name)).bundleID)) << name;
+}
+
+} // namespace

@@ -1,0 +1,128 @@
+#include "platform/linux/EngineText.h"
+#include "platform/linux/GreyPicture.h"
+#include "platform/linux/XScreenCapture.h"
+#include "support/Printers.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+using namespace nimbrelle;
+
+namespace {
+
+/// Words of 10 pixels a letter: capitals and tall letters 20 high, small ones 14, bars as told, on one line.
+EngineLine line(std::initializer_list<const char *> words, int barHeight, int gap = 10)
+{
+    EngineLine made;
+    int x = 0;
+    for (const char *text : words) {
+        EngineWord word;
+        word.text = QString::fromUtf8(text);
+        for (qsizetype i = 0; i < word.text.size(); ++i, x += 10) {
+            const QChar c = word.text.at(i);
+            const int height = c == u'|'                             ? barHeight
+                : c.isUpper() || QStringView(u"bdfhklt").contains(c) ? 20
+                                                                     : 14;
+            word.unitBoxes.emplace_back(x, 20 - height, 10, height);
+        }
+        for (const QRect &box : word.unitBoxes)
+            word.box |= box;
+        x += gap;
+        made.push_back(word);
+    }
+    return made;
+}
+
+QString mended(EngineLine words)
+{
+    mendPronouns(words);
+    return recognisedLine(words, {1000, 100}).text;
+}
+
+TEST(EngineText, ABarIsThePronounOnlyInASentence)
+{
+    EXPECT_EQ(mended(line({"|", "was", "reluctant"}, 20)), QStringLiteral("I was reluctant"));
+    EXPECT_EQ(mended(line({"but", "|", "think"}, 20)), QStringLiteral("but I think"));
+    EXPECT_EQ(mended(line({"so", "am", "|"}, 20)), QStringLiteral("so am I"));
+    EXPECT_EQ(mended(line({"If", "|", "knew,", "|", "hid"}, 20)), QStringLiteral("If I knew, I hid"));
+    EXPECT_EQ(mended(line({"|'m", "sure", "|’ll", "go"}, 20)), QStringLiteral("I'm sure I’ll go"));
+    // Separators are taller, stand among capitals or at wide gaps, or all alone.
+    EXPECT_EQ(mended(line({"home", "|", "about"}, 26)), QStringLiteral("home | about"));
+    EXPECT_EQ(mended(line({"Home", "|", "About"}, 20)), QStringLiteral("Home | About"));
+    EXPECT_EQ(mended(line({"but", "|", "think"}, 20, 40)), QStringLiteral("but | think"));
+    EXPECT_EQ(mended(line({"|"}, 20)), QStringLiteral("|"));
+    EXPECT_EQ(mended(line({"a||b", "is", "|x"}, 20)), QStringLiteral("a||b is |x"));
+}
+
+TEST(EngineText, BoxesAreNormalisedFromTheLowerLeft)
+{
+    const RecognisedLine made = recognisedLine(line({"of", "Oz"}, 20), {100, 40});
+    EXPECT_EQ(made.text, QStringLiteral("of Oz"));
+    ASSERT_EQ(made.unitBoxes.size(), made.text.size());
+    EXPECT_EQ(made.unitBoxes.at(0), QRectF(0, 0.5, 0.1, 0.35));
+    EXPECT_TRUE(made.unitBoxes.at(2).isNull());
+    EXPECT_EQ(made.boxOf(3, 2), QRectF(0.3, 0.5, 0.2, 0.5));
+    EXPECT_EQ(made.box, QRectF(0, 0.5, 0.5, 0.5));
+    EXPECT_TRUE(made.boxOf(2, 1).isNull());
+    EXPECT_EQ(made.boxOf(3, 100), made.boxOf(3, 2));
+}
+
+Picture filled(int width, int height, std::uint8_t grey, double scale = 1)
+{
+    Picture picture{width, height, scale, QByteArray(qsizetype{4} * width * height, static_cast<char>(grey))};
+    return picture;
+}
+
+TEST(GreyPicture, DarkPicturesAreInvertedAndSmallOnesEnlarged)
+{
+    const GreyPicture light = prepared(filled(30, 20, 200), RecognitionStyle::plain);
+    EXPECT_EQ(light.width, 60);
+    EXPECT_EQ(light.height, 40);
+    EXPECT_EQ(light.pixels.size(), 2400U);
+    EXPECT_EQ(light.pixels.front(), 200);
+    EXPECT_EQ(prepared(filled(30, 20, 40), RecognitionStyle::plain).pixels.front(), 215);
+    EXPECT_EQ(prepared(filled(30, 20, 40, 2), RecognitionStyle::plain).width, 30);
+    EXPECT_EQ(enlargement(filled(760, 200, 255)), 2);
+    EXPECT_EQ(enlargement(filled(1280, 800, 255)), 1);
+}
+
+TEST(GreyPicture, ADarkPartOfALightPictureIsInvertedAlone)
+{
+    Picture picture = filled(480, 240, 250, 2);
+    for (int y = 0; y < 240; ++y) // the left half is dark, with a bold light stroke in it
+        for (int x = 0; x < 240; ++x)
+            std::fill_n(picture.pixels.data() + 4 * (y * 480 + x), 4,
+                static_cast<char>(x > 96 && x < 120 ? 240 : 30));
+    const GreyPicture grey = prepared(picture, RecognitionStyle::plain);
+    const auto row = grey.pixels.begin() + qsizetype{120} * 480;
+    EXPECT_EQ(row[20], 225);
+    EXPECT_EQ(row[108], 15);
+    EXPECT_EQ(row[200], 225);
+    EXPECT_EQ(row[300], 250);
+}
+
+TEST(GreyPicture, OfSubtitlesOnlyTheBrightStrokesAreLeft)
+{
+    Picture picture = filled(2, 1, 250, 2);
+    std::fill_n(picture.pixels.data() + 4, 4, static_cast<char>(150));
+    const GreyPicture grey = prepared(picture, RecognitionStyle::subtitles);
+    EXPECT_EQ(grey.pixels, (std::vector<std::uint8_t>{0, 255}));
+}
+
+TEST(ScreenCapture, WindowsAreLaidOverEachOther)
+{
+    QByteArray picture(4 * 4 * 2, '\x40'); // 4 by 2 pixels
+    layOver(picture, 4, QByteArray(4 * 2, '\x80'), QRect(1, 1, 2, 1), false);
+    EXPECT_EQ(picture.count('\x80'), 8);
+    EXPECT_EQ(picture.at(4 * 5), '\x80');
+    EXPECT_EQ(picture.at(4 * 4), '\x40');
+
+    const QByteArray halfWhite = QByteArray(3, '\x80') + QByteArray(1, '\x80'); // multiplied already
+    layOver(picture, 4, halfWhite, QRect(0, 0, 1, 1), true);
+    EXPECT_NEAR(static_cast<unsigned char>(picture.at(0)), 0x80 + 0x40 / 2, 1);
+    const QByteArray clear(4, '\0');
+    layOver(picture, 4, clear, QRect(3, 0, 1, 1), true);
+    EXPECT_EQ(picture.at(4 * 3), '\x40');
+}
+
+} // namespace

@@ -1,0 +1,66 @@
+#include "platform/linux/desktop/Stage.h"
+#include "support/Printers.h"
+
+#include <QElapsedTimer>
+#include <QPainter>
+#include <QRasterWindow>
+
+#include <gtest/gtest.h>
+
+using namespace nimbrelle;
+
+namespace {
+
+class RedCard : public QRasterWindow {
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter(this).fillRect(QRect(0, 0, width(), height()), Qt::red);
+    }
+};
+
+class Capture : public Desktop { };
+
+TEST_F(Capture, OwnWindowsAreNotInThePictureAndTheTextUnderThemIs)
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("mousepad")).isEmpty())
+        GTEST_SKIP() << "mousepad is not installed";
+    ASSERT_TRUE(open(QStringLiteral("mousepad"), QStringLiteral("I was reluctant to post this."),
+        {QStringLiteral("--disable-server")}));
+    QTest::qWait(500);
+    const Screen screen = platform.screens.all().constFirst();
+    const QRect window = frontWindow();
+    const QRectF area(QPointF(window.topLeft()), QSizeF(600, 200));
+    const Picture before = finished(platform.capture.capture(screen, area));
+    ASSERT_TRUE(before.isValid());
+    EXPECT_EQ(before.points(), QSizeF(600, 200));
+
+    RedCard card;
+    card.setFlags(Qt::ToolTip | Qt::FramelessWindowHint);
+    card.setGeometry(QRect(window.topLeft() + QPoint(-40, 10), QSize(500, 150)));
+    card.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&card));
+    QTest::qWait(100);
+    QElapsedTimer time;
+    time.start();
+    const Picture after = finished(platform.capture.capture(screen, area));
+    RecordProperty("coveredCaptureUs", static_cast<int>(time.nsecsElapsed() / 1000));
+    qsizetype different = 0;
+    for (qsizetype i = 0; i < before.pixels.size(); ++i)
+        different += i % 4 != 3 && before.pixels.at(i) != after.pixels.at(i);
+    EXPECT_LT(different, 500); // a blinking cursor at most
+
+    const auto lines = finished(platform.recogniser.recognise(after, RecognitionStyle::plain, {}));
+    const bool isRead = std::ranges::any_of(
+        lines, [](const RecognisedLine &line) { return line.text.contains(QStringLiteral("reluctant")); });
+    EXPECT_TRUE(isRead);
+}
+
+TEST_F(Capture, AnAreaIsCutToTheScreen)
+{
+    const Screen screen = platform.screens.all().constFirst();
+    EXPECT_EQ(finished(platform.capture.capture(screen, {1200, 700, 760, 200})).points(), QSizeF(80, 100));
+    EXPECT_FALSE(finished(platform.capture.capture(screen, {1300, 0, 10, 10})).isValid());
+    EXPECT_FALSE(finished(platform.capture.capture({77, {}, {}, 1}, {0, 0, 10, 10})).isValid());
+}
+
+} // namespace

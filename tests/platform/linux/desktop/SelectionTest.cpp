@@ -1,0 +1,213 @@
+#include "platform/linux/desktop/Stage.h"
+#include "support/Printers.h"
+
+#include <QElapsedTimer>
+
+#include <csignal>
+#include <gtest/gtest.h>
+
+using namespace nimbrelle;
+
+namespace {
+
+const QString passage = QStringLiteral("She was reluctant 😀 to post this, but here we go.");
+
+struct Editor {
+    const char *program;
+    QStringList arguments;
+    QString name;
+};
+
+void PrintTo(const Editor &editor, std::ostream *out)
+{
+    *out << editor.program;
+}
+
+class Selection : public Desktop, public testing::WithParamInterface<Editor> {
+protected:
+    void SetUp() override
+    {
+        Desktop::SetUp();
+        const QString program = QString::fromLatin1(GetParam().program);
+        if (QStandardPaths::findExecutable(program).isEmpty())
+            GTEST_SKIP() << GetParam().program << " is not installed";
+        ASSERT_TRUE(open(program, passage, GetParam().arguments));
+        QTest::qWait(300);
+    }
+
+    /// Marks all of the text with the mouse, from its end to its beginning, and waits until it is done.
+    void selectAll()
+    {
+        const auto marked = [&] {
+            const QRect window = frontWindow();
+            const quint64 before = platform.primarySelection.changeCount();
+            stranger.drag(window.topLeft() + QPoint(window.width() - 60, window.height() * 6 / 10),
+                window.topLeft() + QPoint(2, 30));
+            return QTest::qWaitFor([&] { return platform.primarySelection.changeCount() > before; }, 300);
+        };
+        ASSERT_TRUE(QTest::qWaitFor(marked, 10000));
+        QTest::qWait(100);
+        heard.take();
+    }
+
+    QString primaryText() { return finished(platform.primarySelection.text()).value_or(QString()).trimmed(); }
+};
+
+TEST_P(Selection, TheProgramInFrontIsKnown)
+{
+    const auto front = platform.frontApplication.current();
+    ASSERT_TRUE(front);
+    EXPECT_EQ(front->process, process.processId());
+    EXPECT_EQ(front->name, GetParam().name);
+    EXPECT_FALSE(front->isTerminal);
+}
+
+TEST_P(Selection, AccessibilityGivesTheTextAndWhatIsRoundIt)
+{
+    selectAll();
+    const auto element = platform.accessibility.focusedElement();
+    ASSERT_TRUE(element);
+    EXPECT_EQ(platform.accessibility.selectedText(*element).value_or(QString()).trimmed(), passage);
+    const auto piece = platform.accessibility.textRoundSelection(*element, 300);
+    ASSERT_TRUE(piece);
+    EXPECT_EQ(piece->text.mid(piece->location, piece->length).trimmed(), passage);
+    EXPECT_EQ(platform.accessibility.isWebArea(*element), false);
+    int steps = 0;
+    for (auto each = element; each && steps < 40; each = platform.accessibility.parent(*each))
+        ++steps;
+    EXPECT_GT(steps, 1);
+    EXPECT_LT(steps, 40);
+}
+
+TEST_P(Selection, ASelectionBehindAnEmojiIsPlacedInUtf16Units)
+{
+    selectAll();
+    constexpr quint32 end = 0xff57;
+    constexpr quint32 shiftLeft = 0xffe1;
+    constexpr quint32 controlLeft = 0xffe3;
+    constexpr quint32 left = 0xff51;
+    stranger.key(controlLeft, true);
+    stranger.tap(end);
+    stranger.key(controlLeft, false);
+    stranger.key(shiftLeft, true);
+    for (int i = 0; i < 6; ++i)
+        stranger.tap(left);
+    stranger.key(shiftLeft, false);
+    const auto element = platform.accessibility.focusedElement();
+    ASSERT_TRUE(element);
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return platform.accessibility.selectedText(*element).value_or(QString()).size() == 6; }, 2000));
+    const QString selected = *platform.accessibility.selectedText(*element);
+    const auto piece = platform.accessibility.textRoundSelection(*element, 300);
+    ASSERT_TRUE(piece);
+    EXPECT_TRUE(piece->text.startsWith(passage));
+    EXPECT_EQ(piece->text.mid(piece->location, piece->length), selected);
+}
+
+TEST_P(Selection, ThePrimarySelectionIsThatOfTheGesture)
+{
+    const quint64 before = platform.primarySelection.changeCount();
+    selectAll();
+    EXPECT_GT(platform.primarySelection.changeCount(), before);
+    EXPECT_EQ(primaryText(), passage);
+}
+
+TEST_P(Selection, ASimulatedCopyLeavesTheClipboardAsItWas)
+{
+    const ClipboardSnapshot before{{{QStringLiteral("UTF8_STRING"), "早"},
+        {QStringLiteral("image/png"), QByteArray(400'000, 'p')}, {QStringLiteral("text/html"), "<b>x</b>"}}};
+    stranger.clipboard.restore(before);
+    selectAll();
+    const auto snapshot = finished(platform.clipboard.snapshot());
+    ASSERT_EQ(snapshot, before);
+    const quint64 count = platform.clipboard.changeCount();
+    ASSERT_TRUE(platform.keySender.sendCopy());
+    QElapsedTimer time;
+    time.start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return platform.clipboard.changeCount() != count; }, 300));
+    RecordProperty("copySeenAfterMs", static_cast<int>(time.elapsed()));
+    EXPECT_EQ(finished(platform.clipboard.string()).value_or(QString()).trimmed(), passage);
+    platform.clipboard.restore(*snapshot);
+    EXPECT_EQ(finished(stranger.clipboard.snapshot()), before);
+    EXPECT_EQ(heard.take(), QString());
+}
+
+TEST_P(Selection, AHungProgramDelaysNoLongerThanTold)
+{
+    selectAll();
+    const auto element = platform.accessibility.focusedElement();
+    ASSERT_TRUE(element);
+    kill(static_cast<pid_t>(process.processId()), SIGSTOP);
+    QElapsedTimer time;
+    time.start();
+    platform.accessibility.beginGesture();
+    EXPECT_EQ(platform.accessibility.selectedText(*element), std::nullopt);
+    EXPECT_EQ(platform.accessibility.textRoundSelection(*element, 300), std::nullopt);
+    EXPECT_EQ(platform.accessibility.parent(*element), std::nullopt);
+    EXPECT_LT(time.elapsed(), 400);
+    time.start();
+    EXPECT_EQ(finished(platform.primarySelection.text()), std::nullopt);
+    EXPECT_LT(time.elapsed(), 400);
+    kill(static_cast<pid_t>(process.processId()), SIGCONT);
+    platform.accessibility.beginGesture();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            platform.accessibility.beginGesture();
+            return platform.accessibility.selectedText(*element).has_value();
+        },
+        5000));
+}
+
+INSTANTIATE_TEST_SUITE_P(InEditors, Selection,
+    testing::Values(Editor{"mousepad", {QStringLiteral("--disable-server")}, QStringLiteral("Mousepad")},
+        Editor{"featherpad", {QStringLiteral("--standalone")}, QStringLiteral("FeatherPad")}),
+    [](const auto &each) { return std::string(each.param.program); });
+
+class Clipboards : public Desktop { };
+
+TEST_F(Clipboards, SixFormatsWithThreeMegabytesComeBackByteForByte)
+{
+    QByteArray large;
+    for (int i = 0; i < 3'000'000; ++i)
+        large.append(static_cast<char>(i * 7 % 251));
+    const ClipboardSnapshot before{{{QStringLiteral("UTF8_STRING"), "caf\xc3\xa9"},
+        {QStringLiteral("text/html"), "<i>a</i>"}, {QStringLiteral("image/png"), large},
+        {QStringLiteral("application/x-private"), QByteArray("\0\1\2", 3)},
+        {QStringLiteral("text/uri-list"), "file:///a%20b\r\n"}, {QStringLiteral("STRING"), "caf\xe9"}}};
+    stranger.clipboard.restore(before);
+    QElapsedTimer time;
+    time.start();
+    const auto taken = finished(platform.clipboard.snapshot());
+    RecordProperty("snapshotMs", static_cast<int>(time.elapsed()));
+    ASSERT_EQ(taken, before);
+    Stranger third;
+    third.clipboard.restore({{{QStringLiteral("UTF8_STRING"), "copied"}}});
+    EXPECT_EQ(finished(platform.clipboard.string()), QStringLiteral("copied"));
+    platform.clipboard.restore(*taken);
+    EXPECT_EQ(finished(third.clipboard.snapshot()), before);
+    EXPECT_EQ(finished(platform.clipboard.snapshot()), before); // our own is read without asking anybody
+}
+
+TEST_F(Clipboards, AnEmptyClipboardStaysEmpty)
+{
+    platform.clipboard.restore({});
+    EXPECT_EQ(finished(platform.clipboard.snapshot()), ClipboardSnapshot());
+    EXPECT_EQ(finished(stranger.clipboard.snapshot()), ClipboardSnapshot());
+    EXPECT_EQ(finished(platform.clipboard.string()), std::nullopt);
+}
+
+TEST_F(Clipboards, AnOwnerThatNeverAnswersIsGivenUp)
+{
+    // A window that owns the clipboard and serves nobody.
+    const xcb_window_t window = xcb_generate_id(stranger.x.get());
+    xcb_create_window(stranger.x.get(), 0, window, stranger.x.root(), 0, 0, 1, 1, 0,
+        XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_set_selection_owner(stranger.x.get(), window, stranger.x.atom("CLIPBOARD"), XCB_CURRENT_TIME);
+    xcb_flush(stranger.x.get());
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(finished(platform.clipboard.snapshot()), std::nullopt);
+    EXPECT_NEAR(static_cast<double>(time.elapsed()), 300, 60);
+}
+
+} // namespace

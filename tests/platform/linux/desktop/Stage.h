@@ -1,0 +1,165 @@
+#pragma once
+
+#include "platform/linux/LinuxPlatform.h"
+
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace nimbrelle {
+
+/// Another client of the same X server: moves the mouse and types as a person would, and owns selections as
+/// another program would.
+class Stranger {
+public:
+    void moveTo(QPoint pixel)
+    {
+        // Ending in a small step of its own, since a warped pointer is no motion.
+        post(XCB_MOTION_NOTIFY, 0, pixel - QPoint(2, 0));
+        post(XCB_MOTION_NOTIFY, 0, pixel);
+    }
+    void button(quint8 number, bool isPress)
+    {
+        post(isPress ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, number);
+    }
+    void click(int times = 1)
+    {
+        for (; times > 0; --times) {
+            button(1, true);
+            button(1, false);
+        }
+    }
+    void drag(QPoint from, QPoint to)
+    {
+        moveTo(from);
+        button(1, true);
+        QTest::qWait(20); // nobody's hand is faster, and places are asked for when an event is heard
+        moveTo((from + to) / 2);
+        moveTo(to);
+        QTest::qWait(20);
+        button(1, false);
+    }
+    void key(quint32 keysym, bool isPress)
+    {
+        post(isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keyboard.keyFor(keysym).value());
+    }
+    void tap(quint32 keysym)
+    {
+        key(keysym, true);
+        key(keysym, false);
+    }
+
+    XConnection x;
+    XKeyboard keyboard{x};
+    XClipboard clipboard{x};
+
+private:
+    void post(quint8 type, quint8 detail, QPoint at = {})
+    {
+        xcb_test_fake_input(x.get(), type, detail, XCB_CURRENT_TIME, x.root(), static_cast<qint16>(at.x()),
+            static_cast<qint16>(at.y()), 0);
+        xcb_flush(x.get());
+    }
+};
+
+/// What the monitor told, in words, in order.
+class Heard : public QObject {
+public:
+    explicit Heard(const InputMonitor &monitor)
+    {
+        connect(&monitor, &InputMonitor::mousePressed, this, [this] { note(QStringLiteral("press")); });
+        connect(&monitor, &InputMonitor::mouseReleased, this,
+            [this](QPointF, int count) { note(QStringLiteral("release %1").arg(count)); });
+        connect(&monitor, &InputMonitor::modifiersChanged, this,
+            [this](ModifierFlags held) { note(QStringLiteral("held %1").arg(held, 0, 16)); });
+        connect(&monitor, &InputMonitor::mouseMoved, this, [this] { note(QStringLiteral("move")); });
+        connect(&monitor, &InputMonitor::keyPressed, this,
+            [this](Key key) { note(key == Key::escape ? QStringLiteral("escape") : QStringLiteral("key")); });
+        connect(&monitor, &InputMonitor::scrolled, this, [this] { note(QStringLiteral("scroll")); });
+    }
+
+    /// The words so far, moves left out; and forgets them.
+    QString take()
+    {
+        QTest::qWait(60);
+        QStringList words = std::exchange(m_words, {});
+        words.removeAll(QStringLiteral("move"));
+        return words.join(QStringLiteral(", "));
+    }
+    qsizetype takeMoves()
+    {
+        QTest::qWait(60);
+        return std::exchange(m_words, {}).count(QStringLiteral("move"));
+    }
+
+private:
+    void note(const QString &word) { m_words.append(word); }
+
+    QStringList m_words;
+};
+
+/// A private session with the platform in it, a stranger, and programs that the tests start.
+class Desktop : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(QTest::qWaitFor([&] {
+            return !platform.x.values(platform.x.root(), platform.x.atom("_NET_SUPPORTING_WM_CHECK")).empty();
+        })) << "no window manager";
+        ASSERT_TRUE(QTest::qWaitFor([&] { return platform.accessibility.isConnected(); }, 10000));
+        platform.input.start();
+        platform.pointer.location(); // a round trip: the server now knows what we listen for
+    }
+
+    /// Starts an editor on `text` and waits until its window is active and painted.
+    bool open(const QString &program, const QString &text, const QStringList &arguments = {})
+    {
+        const QString path = folder.filePath(QStringLiteral("reading.txt"));
+        QFile file(path);
+        if (!file.open(QFile::WriteOnly) || file.write(text.toUtf8()) < 0)
+            return false;
+        file.close();
+        process.start(program, arguments + QStringList{path});
+        return process.waitForStarted()
+            && QTest::qWaitFor(
+                [&] {
+                    const auto front = platform.frontApplication.current();
+                    return front
+                        && front->windowTitle.value_or(QString()).contains(QStringLiteral("reading"));
+                },
+                20000);
+    }
+
+    /// In pixels, without its frame.
+    QRect frontWindow()
+    {
+        const auto window =
+            static_cast<xcb_window_t>(platform.frontApplication.current().value_or(Application()).window);
+        const auto size =
+            platform.x.reply(xcb_get_geometry_reply, xcb_get_geometry(platform.x.get(), window));
+        const auto place = platform.x.reply(xcb_translate_coordinates_reply,
+            xcb_translate_coordinates(platform.x.get(), window, platform.x.root(), 0, 0));
+        return size && place ? QRect(place->dst_x, place->dst_y, size->width, size->height) : QRect();
+    }
+
+    void TearDown() override
+    {
+        if (process.state() == QProcess::NotRunning)
+            return;
+        process.kill();
+        process.waitForFinished();
+    }
+
+    template <typename T> static T finished(QCoro::Task<T> task) { return QCoro::waitFor(std::move(task)); }
+
+    LinuxPlatform platform;
+    Stranger stranger;
+    Heard heard{platform.input};
+    QTemporaryDir folder;
+    QProcess process;
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/FrontApplication.h"
+#include "platform/LaunchAtLogin.h"
+#include "platform/Permissions.h"
+#include "platform/Screens.h"
+
+#include <map>
+
+namespace nimbrelle {
+
+class FakeFrontApplication final : public FrontApplication {
+public:
+    std::optional<Application> current() const override { return front; }
+    std::optional<QString> ownBundleID() const override { return own; }
+    void activate(const Application &application) override { activated.append(application); }
+
+    std::optional<Application> front;
+    std::optional<QString> own = QStringLiteral("nimbrelle");
+    QList<Application> activated;
+};
+
+/// One screen of 1280 by 800 points with a panel of 30 points at its top, unless told otherwise.
+class FakeScreens final : public Screens {
+public:
+    QList<Screen> all() const override { return screens; }
+
+    QList<Screen> screens{{1, {0, 0, 1280, 800}, {0, 0, 1280, 770}, 1}};
+};
+
+class FakePermissions final : public Permissions {
+public:
+    GrantState state(Grant grant) const override { return states.at(grant); }
+    void request(Grant grant) override { requested.append(grant); }
+
+    std::map<Grant, GrantState> states{
+        {Grant::accessibility, {true, {}}}, {Grant::screenCapture, {true, {}}}};
+    QList<Grant> requested;
+};
+
+class FakeLaunchAtLogin final : public LaunchAtLogin {
+public:
+    bool isEnabled() const override { return enabled; }
+    std::optional<QString> setEnabled(bool wanted) override
+    {
+        if (!failure)
+            enabled = wanted;
+        return failure;
+    }
+
+    bool enabled = false;
+    std::optional<QString> failure;
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "frame/Clock.h"
+#include "platform/ScreenCapture.h"
+#include "platform/TextRecogniser.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace nimbrelle {
+
+/// Gives a blank picture of the right size and remembers what was asked for.
+class FakeScreenCapture final : public ScreenCapture {
+public:
+    struct Request {
+        Screen screen;
+        QRectF area;
+
+        bool operator==(const Request &) const = default;
+    };
+
+    bool isAllowed() const override { return allowed; }
+    QCoro::Task<Picture> capture(Screen screen, QRectF area) override
+    {
+        requests.push_back({screen, area});
+        if (failure)
+            throw CaptureFailure(*failure);
+        Picture picture;
+        picture.width = static_cast<int>(area.width() * screen.scale);
+        picture.height = static_cast<int>(area.height() * screen.scale);
+        picture.scale = screen.scale;
+        picture.pixels = QByteArray(qsizetype{4} * picture.width * picture.height, '\xff');
+        co_return picture;
+    }
+
+    bool allowed = true;
+    std::optional<QString> failure;
+    std::vector<Request> requests;
+};
+
+/// Gives the scripted lines after `delay` of the test's clock.
+class FakeTextRecogniser final : public TextRecogniser {
+public:
+    explicit FakeTextRecogniser(Clock &clock) : m_clock(clock) { }
+
+    QCoro::Task<QList<RecognisedLine>> recognise(
+        Picture picture, RecognitionStyle style, std::stop_token stop) override
+    {
+        pictures.push_back(picture);
+        styles.push_back(style);
+        const QList<RecognisedLine> found = style == RecognitionStyle::plain ? lines : subtitles;
+        if (delay.count() > 0)
+            co_await m_clock.sleep(delay, stop);
+        if (stop.stop_requested())
+            throw Cancelled();
+        if (failure)
+            throw RecognitionFailure(*failure);
+        co_return found;
+    }
+
+    /// A line whose characters share its box evenly.
+    static RecognisedLine line(const QString &text, const QRectF &box)
+    {
+        RecognisedLine made{text, box, {}};
+        const double step = box.width() / static_cast<double>(std::max(text.size(), qsizetype{1}));
+        for (qsizetype unit = 0; unit < text.size(); ++unit)
+            made.unitBoxes.append(text.at(unit).isSpace()
+                    ? QRectF()
+                    : QRectF(box.x() + step * static_cast<double>(unit), box.y(), step, box.height()));
+        return made;
+    }
+
+    QList<RecognisedLine> lines;
+    QList<RecognisedLine> subtitles; ///< what the second try finds
+    std::chrono::milliseconds delay{0};
+    std::optional<QString> failure;
+    std::vector<Picture> pictures;
+    std::vector<RecognitionStyle> styles;
+
+private:
+    Clock &m_clock;
+};
+
+} // namespace nimbrelle

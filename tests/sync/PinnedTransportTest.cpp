@@ -1,0 +1,214 @@
+#include "sync/PinnedTransport.h"
+
+#include "support/Printers.h"
+#include "sync/SyncError.h"
+#include "sync/TestCertificates.h"
+#include "sync/TlsServer.h"
+
+#include <QCoro/QCoroTask>
+#include <QSslConfiguration>
+#include <QTcpServer>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+using namespace nimbrelle;
+using namespace TestCertificates;
+
+namespace {
+
+const QString certificateSentence = QStringLiteral("服务器的证书对不上，可能连到了别的地方");
+const QString connectionSentence = QStringLiteral("连不上同步服务器（没网，或者服务器停了）");
+
+SyncLink linkTo(const TlsServer &server)
+{
+    return {server.address(), QStringLiteral("secret-0123456789"), server.pin()};
+}
+
+SyncLink withWrongPin(SyncLink link)
+{
+    link.pin[0] = link.pin[0] == u'0' ? u'1' : u'0';
+    return link;
+}
+
+struct Outcome {
+    SyncResponse response;
+    QString failure; ///< the user's sentence; empty when there was a response
+};
+
+QCoro::Task<Outcome> outcomeOf(SyncTransport *transport, SyncRequest request, std::stop_token stop)
+{
+    Outcome outcome;
+    try {
+        outcome.response = co_await transport->send(std::move(request), stop);
+    } catch (const Cancelled &) {
+        outcome.failure = QStringLiteral("cancelled");
+    } catch (const std::exception &error) {
+        outcome.failure = describe(error);
+    }
+    co_return outcome;
+}
+
+SyncRequest ping()
+{
+    SyncRequest request;
+    request.path = QStringLiteral("/v1/ping");
+    return request;
+}
+
+Outcome send(const SyncLink &link, const SyncRequest &request = ping())
+{
+    const auto transport = PinnedTransport::open(link);
+    return QCoro::waitFor(outcomeOf(transport.get(), request, {}));
+}
+
+// The system as one that trusts the server's certificate, for the length of a test.
+class TrustOf {
+public:
+    explicit TrustOf(const char *certificate)
+    {
+        QSslConfiguration trusting = m_before;
+        trusting.addCaCertificate(QSslCertificate(QByteArray(certificate)));
+        QSslConfiguration::setDefaultConfiguration(trusting);
+    }
+    ~TrustOf() { QSslConfiguration::setDefaultConfiguration(m_before); }
+    TrustOf(const TrustOf &) = delete;
+    TrustOf &operator=(const TrustOf &) = delete;
+
+private:
+    QSslConfiguration m_before = QSslConfiguration::defaultConfiguration();
+};
+
+TEST(PinnedTransport, NoByteReachesAServerWithAnotherCertificate)
+{
+    for (const QSsl::SslProtocol protocol : {QSsl::TlsV1_2, QSsl::TlsV1_3}) {
+        TlsServer server(validCertificate, validKey, protocol);
+        EXPECT_EQ(send(withWrongPin(linkTo(server))).failure, certificateSentence);
+        const TrustOf trust(validCertificate);
+        SyncLink named = withWrongPin(linkTo(server));
+        named.server = server.address(QStringLiteral("localhost"));
+        EXPECT_EQ(send(named).failure, certificateSentence);
+        EXPECT_EQ(server.connections, 2);
+        EXPECT_EQ(server.received, QByteArray());
+        // The same server hears the right pin, so it was the pin that kept it deaf.
+        EXPECT_EQ(send(linkTo(server)).response.status, 200);
+        EXPECT_TRUE(server.received.contains("Bearer secret-0123456789"));
+    }
+}
+
+TEST(PinnedTransport, AnExpiredCertificateOfAnotherNameIsGoodWithItsPin)
+{
+    TlsServer server(expiredCertificate, expiredKey);
+    EXPECT_EQ(send(linkTo(server)).response.status, 200);
+}
+
+TEST(PinnedTransport, SendsWhatTheProtocolAsksFor)
+{
+    TlsServer server(validCertificate, validKey);
+    server.answer = "HTTP/1.1 412 Precondition Failed\r\nETag: W/\"8\"\r\nContent-Length: 2\r\n\r\nno";
+    SyncLink link = linkTo(server);
+    link.server += QStringLiteral("/home//a%2Fb/");
+    SyncRequest request;
+    request.method = SyncRequest::Method::put;
+    request.path = QStringLiteral("/v1/bundle");
+    request.ifMatch = "\"7\"";
+    request.body = "{\"words\":[]}";
+    const Outcome outcome = send(link, request);
+    EXPECT_EQ(outcome.response.status, 412);
+    EXPECT_EQ(outcome.response.eTag, "W/\"8\"");
+    EXPECT_EQ(outcome.response.body, "no");
+    EXPECT_TRUE(server.received.startsWith("PUT /home//a%2Fb//v1/bundle HTTP/1.1\r\n"))
+        << server.received.constData();
+    for (const char *part : {"\r\nIf-Match: \"7\"\r\n", "\r\nContent-Type: application/json\r\n",
+             "\r\nAuthorization: Bearer secret-0123456789\r\n", "\r\nUser-Agent: Nimbrelle\r\n",
+             "\r\n\r\n{\"words\":[]}"})
+        EXPECT_TRUE(server.received.contains(part)) << server.received.constData();
+    EXPECT_FALSE(server.received.contains("If-None-Match"));
+    EXPECT_FALSE(server.received.contains("Cookie"));
+}
+
+TEST(PinnedTransport, DoesNotFollowRedirects)
+{
+    TlsServer elsewhere(validCertificate, validKey), server(validCertificate, validKey);
+    for (const char *status : {"301", "302", "307", "308"}) {
+        server.answer = QByteArray("HTTP/1.1 ") + status + " Moved\r\nSet-Cookie: a=b\r\nLocation: "
+            + elsewhere.address().toLatin1() + "/v1/ping\r\nContent-Length: 0\r\n\r\n";
+        EXPECT_EQ(send(linkTo(server)).response.status, QByteArray(status).toInt());
+    }
+    EXPECT_EQ(elsewhere.connections, 0);
+    EXPECT_EQ(server.received.count("GET "), 4);
+}
+
+TEST(PinnedTransport, CarriesSeveralRequestsAndKeepsNoCookies)
+{
+    TlsServer server(validCertificate, validKey);
+    server.answer = "HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nCache-Control: max-age=9999\r\nETag: \"1\"\r\n"
+                    "Content-Length: 2\r\n\r\n{}";
+    const auto transport = PinnedTransport::open(linkTo(server));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(QCoro::waitFor(outcomeOf(transport.get(), ping(), {})).response.body, "{}");
+    EXPECT_EQ(server.received.count("GET "), 3);
+    EXPECT_FALSE(server.received.contains("Cookie"));
+}
+
+TEST(PinnedTransport, AnAnswerCutShortIsNoAnswer)
+{
+    TlsServer server(validCertificate, validKey);
+    server.closesAfterAnswer = true;
+    for (const char *answer :
+        {"HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n{}", "garbage\r\n\r\n", "", "HTTP/1.1 2"}) {
+        server.answer = answer;
+        EXPECT_EQ(send(linkTo(server)).failure, connectionSentence) << answer;
+    }
+}
+
+TEST(PinnedTransport, NothingListeningIsAConnectionFailure)
+{
+    QTcpServer plain;
+    ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
+    SyncLink link{
+        QStringLiteral("https://127.0.0.1:%1").arg(plain.serverPort()), QString(16, u't'), QString(64, u'a')};
+    QObject::connect(&plain, &QTcpServer::newConnection, &plain, [&plain] {
+        QTcpSocket *socket = plain.nextPendingConnection();
+        socket->write("HTTP/1.1 400 Bad Request\r\n\r\n");
+        socket->disconnectFromHost();
+    });
+    EXPECT_EQ(send(link).failure, connectionSentence);
+    plain.close();
+    EXPECT_EQ(send(link).failure, connectionSentence);
+}
+
+TEST(PinnedTransport, WaitsForASilentServerNoLongerThanItsLimit)
+{
+    TlsServer server(validCertificate, validKey);
+    server.answer = {};
+    PinnedTransport transport(linkTo(server), std::chrono::milliseconds{300});
+    EXPECT_EQ(QCoro::waitFor(outcomeOf(&transport, ping(), {})).failure, connectionSentence);
+}
+
+TEST(PinnedTransport, RefusesWhatWouldGiveTheTokenAway)
+{
+    TlsServer server(validCertificate, validKey);
+    SyncLink link = linkTo(server);
+    link.token += QStringLiteral("\r\nX-Injected: 1");
+    EXPECT_EQ(send(link).failure, QStringLiteral("同步码里的密码不对"));
+    link = linkTo(server);
+    link.server.replace(QStringLiteral("https"), QStringLiteral("http"));
+    EXPECT_EQ(send(link).failure, certificateSentence);
+    EXPECT_EQ(server.connections, 0);
+}
+
+TEST(PinnedTransport, StopEndsTheWaitAtOnce)
+{
+    TlsServer server(validCertificate, validKey);
+    server.answer = {};
+    std::stop_source stop;
+    const auto transport = PinnedTransport::open(linkTo(server));
+    QTimer::singleShot(50, &server, [&stop] { stop.request_stop(); });
+    EXPECT_EQ(QCoro::waitFor(outcomeOf(transport.get(), ping(), stop.get_token())).failure,
+        QStringLiteral("cancelled"));
+    EXPECT_EQ(QCoro::waitFor(outcomeOf(transport.get(), ping(), stop.get_token())).failure,
+        QStringLiteral("cancelled"));
+}
+
+} // namespace

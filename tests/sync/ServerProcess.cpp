@@ -1,0 +1,79 @@
+#include "sync/ServerProcess.h"
+
+#include "sync/PinnedTransport.h"
+
+#include <QCoro/QCoroTask>
+#include <QRegularExpression>
+
+#include <stdexcept>
+
+namespace nimbrelle {
+
+namespace {
+
+constexpr int patience = 20'000; // milliseconds; a busy machine under sanitizers
+
+QCoro::Task<SyncResponse> exchanged(SyncTransport *transport, SyncRequest request)
+{
+    co_return co_await transport->send(std::move(request), {});
+}
+
+} // namespace
+
+ServerProcess::ServerProcess(const QString &program)
+{
+    init(program);
+    serve(program);
+    m_transport = PinnedTransport::open(m_link);
+}
+
+ServerProcess::~ServerProcess()
+{
+    m_transport.reset();
+    m_process.terminate();
+    if (!m_process.waitForFinished(patience))
+        m_process.kill();
+}
+
+QStringList ServerProcess::arguments(const QStringList &command) const
+{
+    return QStringList{QStringLiteral("--data"), m_directory.filePath(QStringLiteral("server"))} + command;
+}
+
+void ServerProcess::init(const QString &program)
+{
+    QProcess setup;
+    setup.start(program,
+        arguments({QStringLiteral("init"), QStringLiteral("--url"), QStringLiteral("https://127.0.0.1:1"),
+            QStringLiteral("--no-qr")}));
+    setup.waitForFinished(patience);
+    const auto link = SyncLink::fromText(QString::fromUtf8(setup.readAllStandardOutput()));
+    if (!link)
+        throw std::runtime_error("no sync code: " + setup.readAllStandardError().toStdString());
+    m_link = *link;
+}
+
+void ServerProcess::serve(const QString &program)
+{
+    m_process.setStandardOutputFile(QProcess::nullDevice());
+    m_process.start(program,
+        arguments({QStringLiteral("serve"), QStringLiteral("--bind"), QStringLiteral("127.0.0.1"),
+            QStringLiteral("--port"), QStringLiteral("0")}));
+    QString said;
+    static const QRegularExpression listening(QStringLiteral(" port (\\d+)"));
+    QRegularExpressionMatch match;
+    while (!(match = listening.match(said)).hasMatch()) {
+        m_process.setReadChannel(QProcess::StandardError);
+        if (!m_process.waitForReadyRead(patience))
+            throw std::runtime_error("the server does not listen: " + said.toStdString());
+        said += QString::fromUtf8(m_process.readAllStandardError());
+    }
+    m_link.server = QStringLiteral("https://127.0.0.1:") + match.captured(1);
+}
+
+SyncResponse ServerProcess::answer(const SyncRequest &request)
+{
+    return QCoro::waitFor(exchanged(m_transport.get(), request));
+}
+
+} // namespace nimbrelle
