@@ -1,7 +1,10 @@
 #include "ai/AIClient.h"
+#include "coach/CoachFacts.h"
+#include "frame/DayKey.h"
 #include "main/CommandLine.h"
 #include "main/SelfTest.h"
 #include "main/SelfTestAI.h"
+#include "main/SelfTestCoach.h"
 #include "main/SelfTestReview.h"
 #include "main/Services.h"
 
@@ -73,6 +76,25 @@ QCoro::Task<int> addSpelling(OptionRun run)
     co_return 0;
 }
 
+QCoro::Task<int> coach(const OptionRun &run)
+{
+    Services &services = run.services;
+    const CoachFacts facts(services.words(), services.config(), services.log());
+    SelfTest::runCoach(facts, services.config().config(), services.clock().now(), run.out);
+    return finished(0);
+}
+
+QCoro::Task<int> coachAI(OptionRun run)
+{
+    Services &services = run.services;
+    const Timestamp now = services.clock().now();
+    const QString facts = CoachFacts(services.words(), services.config(), services.log()).build(now);
+    const auto previous = CoachHistory(services.paths()).briefingBefore(DayKey::string(now));
+    const auto client = services.makeAI();
+    co_await SelfTest::runCoachAI(facts, previous, *client, run.out);
+    co_return 0;
+}
+
 std::vector<Option> makeTable()
 {
     return {
@@ -91,8 +113,8 @@ std::vector<Option> makeTable()
         {QStringLiteral("--sync-connect"), Form::value, later(QStringLiteral("连接同步服务器"))},
         {QStringLiteral("--selftest-fsrs"), Form::flag, printing(SelfTest::runFSRS)},
         {QStringLiteral("--selftest-ask"), Form::flag, later(QStringLiteral("追问的自检"))},
-        {QStringLiteral("--selftest-coach"), Form::flag, later(QStringLiteral("教练记录的自检"))},
-        {QStringLiteral("--selftest-coach-ai"), Form::flag, later(QStringLiteral("教练简报的自检"))},
+        {QStringLiteral("--selftest-coach"), Form::flag, coach},
+        {QStringLiteral("--selftest-coach-ai"), Form::flag, coachAI},
         {QStringLiteral("--selftest-explain"), Form::flag, explain},
     };
 }
