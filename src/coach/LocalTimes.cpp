@@ -26,14 +26,15 @@ LocalTime LocalTimes::at(Timestamp time)
     return {day, static_cast<int>(floor<hours>(local - day).count())};
 }
 
+// Clocks never change twice within a day, so equal ends mean an even day.
 LocalTimes::Offset LocalTimes::offsetAt(Timestamp time)
 {
-    const auto start = floor<hours>(time);
-    const qint64 hour = start.time_since_epoch().count();
-    auto known = m_offsets.constFind(hour);
+    const auto start = floor<days>(time);
+    const qint64 day = start.time_since_epoch().count();
+    auto known = m_offsets.constFind(day);
     if (known == m_offsets.constEnd()) {
-        const Offset first = systemOffsetAt(start), last = systemOffsetAt(start + hours{1} - seconds{1});
-        known = m_offsets.insert(hour, first == last ? std::optional(first) : std::nullopt);
+        const Offset first = systemOffsetAt(start), last = systemOffsetAt(start + days{1} - seconds{1});
+        known = m_offsets.insert(day, first == last ? std::optional(first) : std::nullopt);
     }
     return *known ? **known : systemOffsetAt(time);
 }

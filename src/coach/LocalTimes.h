@@ -15,7 +15,7 @@ struct LocalTime {
 };
 
 /// Turns many moments into local time. A conversion by the system costs microseconds, so the distance to UTC
-/// is asked for once for each hour of UTC. An object sees one time zone: make it afresh for each task.
+/// is asked for once for each day of UTC. An object sees one time zone: make it afresh for each task.
 class LocalTimes {
 public:
     LocalTime at(Timestamp time);
@@ -25,7 +25,7 @@ private:
 
     Offset offsetAt(Timestamp time);
 
-    /// By hour of UTC since the epoch; absent where the distance changes within the hour.
+    /// By day of UTC since the epoch; absent where the distance changes within the day.
     QHash<qint64, std::optional<Offset>> m_offsets;
 };
 
