@@ -46,13 +46,13 @@ SyncBundle changed(SyncBundle bundle)
     for (qsizetype i = 0; i < bundle.words.size(); ++i) {
         WordEntry &word = bundle.words[i];
         if (i % 10 == 0) {
-            word.id = QUuid::createUuidV5(word.id, QByteArrayView("other device"));
+            word.id = QUuid::createUuidV5(word.id, QByteArray("other device"));
             word.createdAt += std::chrono::seconds{60};
         } else if (i % 3 == 0) {
             ++word.lookupCount;
             word.stateAt = now;
             Example example;
-            example.id = QUuid::createUuidV5(word.id, QByteArrayView("another sentence"));
+            example.id = QUuid::createUuidV5(word.id, QByteArray("another sentence"));
             example.sentence = QStringLiteral("Another sentence with %1 in it.").arg(word.headword);
             example.addedAt = now;
             word.examples.append(example);
