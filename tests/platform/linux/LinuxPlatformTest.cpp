@@ -19,6 +19,21 @@ struct NoDisplay {
     QByteArray before = qgetenv("DISPLAY");
 };
 
+/// Whether a task ends with this failure. Only a coroutine may ask: waiting for a task that has thrown
+/// already never ends.
+template <typename Failed, typename T> bool fails(QCoro::Task<T> task)
+{
+    const auto attempt = [](QCoro::Task<T> attempted) -> QCoro::Task<bool> {
+        try {
+            co_await attempted;
+        } catch (const Failed &) {
+            co_return true;
+        }
+        co_return false;
+    };
+    return QCoro::waitFor(attempt(std::move(task)));
+}
+
 TEST(LinuxPlatform, WithoutADisplayEachServiceSaysSoAndNothingFails)
 {
     const NoDisplay nothing;
@@ -36,7 +51,7 @@ TEST(LinuxPlatform, WithoutADisplayEachServiceSaysSoAndNothingFails)
     EXPECT_FALSE(platform.keySender.sendCopy());
     EXPECT_EQ(QCoro::waitFor(platform.clipboard.snapshot()), std::nullopt);
     EXPECT_EQ(QCoro::waitFor(platform.primarySelection.text()), std::nullopt);
-    EXPECT_THROW(QCoro::waitFor(platform.capture.capture(Screen{}, QRectF(0, 0, 10, 10))), CaptureFailure);
+    EXPECT_TRUE(fails<CaptureFailure>(platform.capture.capture(Screen{}, QRectF(0, 0, 10, 10))));
     platform.clipboard.restore({});
     platform.frontApplication.activate({});
 }
@@ -47,8 +62,7 @@ TEST(LinuxPlatform, AStoppedRecognitionIsCancelled)
     std::stop_source stop;
     stop.request_stop();
     const Picture picture{100, 50, 1, QByteArray(4 * 100 * 50, '\xff')};
-    EXPECT_THROW(
-        QCoro::waitFor(recogniser.recognise(picture, RecognitionStyle::plain, stop.get_token())), Cancelled);
+    EXPECT_TRUE(fails<Cancelled>(recogniser.recognise(picture, RecognitionStyle::plain, stop.get_token())));
     EXPECT_TRUE(QCoro::waitFor(recogniser.recognise(picture, RecognitionStyle::plain, {})).isEmpty());
 }
 
