@@ -5,13 +5,10 @@
 #include "main/OcrSheet.h"
 #include "main/SelfTest.h"
 #include "main/SelfTestAI.h"
-<<<<<<< HEAD
 #include "main/SelfTestAsk.h"
+#include "main/SelfTestCoach.h"
 #include "main/SelfTestMerge.h"
 #include "main/SelfTestOcr.h"
-=======
-#include "main/SelfTestCoach.h"
->>>>>>> coach
 #include "main/SelfTestReview.h"
 #include "main/Services.h"
 #include "main/SyncCommands.h"
@@ -87,7 +84,6 @@ QCoro::Task<int> addSpelling(OptionRun run)
     co_return 0;
 }
 
-<<<<<<< HEAD
 QCoro::Task<int> ask(OptionRun run)
 {
     const std::unique_ptr<AIClient> client = run.services.makeAI();
@@ -117,7 +113,6 @@ QCoro::Task<int> connectToServer(const OptionRun &run)
     return connectSync(run.value, &run.services.config(), &PinnedTransport::open, &run.out);
 }
 
-=======
 QCoro::Task<int> coach(const OptionRun &run)
 {
     Services &services = run.services;
@@ -137,7 +132,6 @@ QCoro::Task<int> coachAI(OptionRun run)
     co_return 0;
 }
 
->>>>>>> coach
 std::vector<Option> makeTable()
 {
     return {
@@ -155,15 +149,9 @@ std::vector<Option> makeTable()
         {QStringLiteral("--sync-now"), Form::flag, syncOnce},
         {QStringLiteral("--sync-connect"), Form::value, connectToServer},
         {QStringLiteral("--selftest-fsrs"), Form::flag, printing(SelfTest::runFSRS)},
-<<<<<<< HEAD
         {QStringLiteral("--selftest-ask"), Form::flag, ask},
-        {QStringLiteral("--selftest-coach"), Form::flag, later(QStringLiteral("教练记录的自检"))},
-        {QStringLiteral("--selftest-coach-ai"), Form::flag, later(QStringLiteral("教练简报的自检"))},
-=======
-        {QStringLiteral("--selftest-ask"), Form::flag, later(QStringLiteral("追问的自检"))},
         {QStringLiteral("--selftest-coach"), Form::flag, coach},
         {QStringLiteral("--selftest-coach-ai"), Form::flag, coachAI},
->>>>>>> coach
         {QStringLiteral("--selftest-explain"), Form::flag, explain},
     };
 }

@@ -10,6 +10,8 @@
 
 #include <QCryptographicHash>
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
 

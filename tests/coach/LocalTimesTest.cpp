@@ -6,6 +6,8 @@
 
 #include <QDateTime>
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 
 namespace {

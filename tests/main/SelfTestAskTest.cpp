@@ -6,6 +6,8 @@
 
 #include <QTextStream>
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 class SelfTestAsk : public testing::Test {

@@ -11,6 +11,8 @@
 #include <QDir>
 #include <QTextStream>
 
+#include <gtest/gtest.h>
+
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
 

@@ -7,6 +7,8 @@
 
 #include <QTextStream>
 
+#include <gtest/gtest.h>
+
 namespace nimbrelle {
 
 class SelfTestOcr : public testing::Test {
