@@ -2,7 +2,7 @@
 
 #include "frame/Text.h"
 
-#include <QStringList>
+#include <algorithm>
 
 namespace nimbrelle::WordPattern {
 
@@ -37,6 +37,15 @@ QRegularExpression whole(const QString &text, Blanks blanks)
 QRegularExpression beginningWith(const QString &stem)
 {
     return expressionOf(boundary + QRegularExpression::escape(stem) + wordCharacter + u'*');
+}
+
+QStringList longestFirst(QStringList words)
+{
+    words.removeDuplicates();
+    words.removeAll(QString());
+    std::stable_sort(words.begin(), words.end(),
+        [](const QString &a, const QString &b) { return characterCount(a) > characterCount(b); });
+    return words;
 }
 
 std::optional<TextRange> firstMatch(const QRegularExpression &expression, const QString &text)

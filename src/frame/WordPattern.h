@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRegularExpression>
+#include <QStringList>
 
 #include <optional>
 
@@ -28,6 +29,9 @@ QRegularExpression whole(const QString &text, Blanks blanks = Blanks::asWritten)
 
 /// A word that begins with `stem`.
 QRegularExpression beginningWith(const QString &stem);
+
+/// Longest first, so that a short word does not hide a longer one; none twice, none empty.
+QStringList longestFirst(QStringList words);
 
 /// The first match that cuts no character in two. Absent too for an expression that could not be built.
 std::optional<TextRange> firstMatch(const QRegularExpression &expression, const QString &text);

@@ -15,7 +15,6 @@ struct Cloze {
     QString found;
 };
 
-// Longest first, so that a short form does not hide a longer one; none twice, none empty.
 QStringList formsToFind(const WordEntry &entry)
 {
     QStringList forms;
@@ -24,11 +23,7 @@ QStringList formsToFind(const WordEntry &entry)
     forms.append(entry.headword);
     for (const FormRecord &record : entry.forms.value_or(QList<FormRecord>()))
         forms.append(record.form);
-    forms.removeDuplicates();
-    forms.removeAll(QString());
-    std::stable_sort(forms.begin(), forms.end(),
-        [](const QString &a, const QString &b) { return characterCount(a) > characterCount(b); });
-    return forms;
+    return WordPattern::longestFirst(forms);
 }
 
 std::optional<Cloze> cloze(const QString &sentence, const WordEntry &entry)

@@ -59,11 +59,7 @@ QStringList formsToFind(const WordEntry &entry)
     forms += entry.inflections.value_or(QMap<QString, QString>()).values();
     for (const FormRecord &record : entry.forms.value_or(QList<FormRecord>()))
         forms.append(record.form);
-    forms.removeDuplicates();
-    forms.removeAll(QString());
-    std::stable_sort(forms.begin(), forms.end(),
-        [](const QString &a, const QString &b) { return characterCount(a) > characterCount(b); });
-    return forms;
+    return WordPattern::longestFirst(forms);
 }
 
 // Reaches the forms that the record doesn't know: deprecate finds Deprecated.
