@@ -1,10 +1,7 @@
 #include "sync/SyncMerge.h"
 
-#include "main/SelfTestMerge.h"
 #include "support/Printers.h"
 #include "sync/BundleForm.h"
-
-#include <QTextStream>
 
 #include <gmock/gmock.h>
 
@@ -51,17 +48,6 @@ template <class Edit> WordEntry copyOfWord(Edit edit)
     WordEntry entry = word(1, u"run", 0);
     edit(entry);
     return entry;
-}
-
-TEST(SyncMerge, ItsSelfTestHolds)
-{
-    QString text;
-    QTextStream out(&text);
-    EXPECT_TRUE(SelfTest::runMerge(out)) << text.toStdString();
-    EXPECT_TRUE(text.endsWith(QStringLiteral("\nOK 合并规则正常\n")));
-    EXPECT_TRUE(text.contains(QStringLiteral("\n在学多出 2 个时放回：merge、deploy\n")))
-        << text.toStdString();
-    EXPECT_FALSE(text.contains(u'否'));
 }
 
 TEST(SyncMerge, OfNothingIsTheEmptyBundle)
