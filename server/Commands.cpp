@@ -72,12 +72,13 @@ Notebook chosen(Store &store, const std::string &name)
 
 std::string secretIn(const DataDirectory &directory)
 {
-    std::string secret = readFile(directory.tokenSecret());
+    const auto file = directory.tokenSecret();
+    std::string secret = std::filesystem::exists(file) ? readFile(file) : "";
     if (secret.size() != secretBytes)
-        throw Failure(directory.tokenSecret().string()
-            + " is damaged; put it back from a backup, or remove it and run init again. Devices stay "
-              "connected; "
-              "codes that were given out before can't be printed any more.");
+        throw Failure(file.string()
+            + " is missing or damaged. Put it back from a backup; or remove what is left of it and run init "
+              "again: "
+              "devices stay connected, but codes of before can't be printed any more.");
     return secret;
 }
 
@@ -170,15 +171,13 @@ void Commands::init(const Options &options, std::ostream &out, Screen screen)
     const ServerUrl url = options.url ? parsedUrl(*options.url) : ServerUrl{guessedHost(), port};
 
     directory.create();
-    const bool isSetUp = std::filesystem::exists(directory.database());
     makeFiles(directory, url);
-    if (isSetUp && !House(options).store->notebooks().empty())
+    SqliteStore::create(directory.database());
+    House house(options);
+    if (!house.store->notebooks().empty())
         throw Failure(directory.path().string()
             + " is set up already. Print a code with: nimbrelle-server code; change the address in it with: "
               "nimbrelle-server code --url https://HOST:PORT");
-    if (!isSetUp)
-        SqliteStore::create(directory.database());
-    House house(options);
     house.store->setSetting(Setting::url, url.text());
     house.store->setSetting(Setting::port, std::to_string(port));
     house.store->setSetting(Setting::bind, options.bind.value_or(""));

@@ -64,17 +64,15 @@ ConnectionWatch::Entry *ConnectionWatch::add(int socket, Clock::duration time)
     Entry &entry = m_entries.emplace_back();
     entry.m_socket = socket;
     entry.m_deadline = Clock::now() + time;
-    wake();
+    wakeBefore(entry.m_deadline);
     return &entry;
 }
 
 void ConnectionWatch::allow(Entry *entry, Clock::duration time)
 {
     const std::lock_guard held(m_mutex);
-    const auto deadline = Clock::now() + time;
-    if (deadline < entry->m_deadline)
-        wake();
-    entry->m_deadline = deadline;
+    entry->m_deadline = Clock::now() + time;
+    wakeBefore(entry->m_deadline);
 }
 
 void ConnectionWatch::remove(Entry *entry, Ending ending)
@@ -94,6 +92,13 @@ void ConnectionWatch::wake()
     const std::uint64_t one = 1;
     // A counter that is full wakes as well as one that rises.
     [[maybe_unused]] const ssize_t written = ::write(m_wakeEvent, &one, sizeof one);
+}
+
+// Waking the thread for each request would cost more than the request.
+void ConnectionWatch::wakeBefore(Clock::time_point deadline)
+{
+    if (deadline < m_nextLook)
+        wake();
 }
 
 void ConnectionWatch::run()
@@ -130,6 +135,7 @@ int ConnectionWatch::cutLate(Clock::time_point now)
     }
     for (const Lingering &each : m_lingering)
         next = std::min(next, each.deadline);
+    m_nextLook = next;
     return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(next - now).count());
 }
 

@@ -43,6 +43,7 @@ private:
 
     void run();
     void wake();
+    void wakeBefore(Clock::time_point deadline);
     int cutLate(Clock::time_point now);
     void waitForEvents(int milliseconds);
     void dropInput(Clock::time_point now);
@@ -50,6 +51,7 @@ private:
     std::mutex m_mutex;
     std::list<Entry> m_entries;
     std::list<Lingering> m_lingering;
+    Clock::time_point m_nextLook; ///< when the thread looks next without being woken
     bool m_stopping = false;
     int m_wakeEvent;
     std::thread m_thread;

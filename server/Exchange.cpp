@@ -187,6 +187,8 @@ MHD_Result Exchange::send(const Answer &answer)
 void Exchange::log() const
 {
     using std::chrono::milliseconds;
+    if (!m_server.m_log.eachRequest && m_answer.trouble.empty())
+        return;
     const auto *address = MHD_get_connection_info(m_wire, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
     const auto took = std::chrono::duration_cast<milliseconds>(ConnectionWatch::Clock::now() - m_start);
     std::string line = timeText() + ' ' + (address ? addressText(address->client_addr) : "-") + ' '
@@ -198,7 +200,7 @@ void Exchange::log() const
         line += " broken off";
     if (!m_answer.trouble.empty())
         line += ": " + m_answer.trouble;
-    m_server.m_log(line);
+    m_server.m_log.write(line);
 }
 
 } // namespace nimbrelle::server

@@ -28,8 +28,12 @@ struct ServerLimits {
 /// The sync protocol over TLS, from construction to destruction.
 class HttpServer {
 public:
-    /// One line a request, without its newline; from any thread.
-    using Log = std::function<void(const std::string &line)>;
+    struct Log {
+        /// One line, without its newline; from any thread.
+        std::function<void(const std::string &line)> write;
+        /// Else only requests that met with trouble in the store.
+        bool eachRequest = true;
+    };
 
     /// Throws Failure. Takes over the socket; the store must outlive the server.
     HttpServer(std::unique_ptr<ListeningSocket> socket, const Identity &identity, Store &store,
@@ -39,6 +43,9 @@ public:
     ~HttpServer();
 
     std::uint16_t port() const { return m_socket->port(); }
+
+    /// Bytes of unfinished bodies now.
+    std::uint64_t heldBytes() const { return m_budget.taken(); }
 
     /// Takes no further connection and lets the requests that are under way finish, as long as `grace`
     /// allows.

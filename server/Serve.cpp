@@ -78,7 +78,7 @@ void serve(const Options &options, std::ostream &messages)
     makeRoomForConnections(options.limits.maxConnections);
     const std::string address = options.bind.value_or(store.setting(Setting::bind).value_or(""));
     auto socket = std::make_unique<ListeningSocket>(address, options.port.value_or(storedPort(store)));
-    const HttpServer::Log log = options.accessLog ? writeLine : [](const std::string &) {};
+    const HttpServer::Log log{writeLine, options.accessLog};
     HttpServer server(std::move(socket), identity, store, options.limits, log);
     messages << "nimbrelle-server: listening at " << (address.empty() ? "all addresses" : address) << " port "
              << server.port() << "; devices use " << store.setting(Setting::url).value_or("") << std::endl;

@@ -21,6 +21,7 @@ public:
 
     /// Throws StoreFailure when the file is another program's or a newer version's.
     void requireOurs(const std::filesystem::path &file);
+    bool isBlank();
     void createTables();
     /// SQLite's own words on what is broken, or nothing.
     std::string damage();

@@ -165,7 +165,11 @@ std::vector<VersionRecord> SqliteStore::Writer::records(std::int64_t notebook)
 
 void SqliteStore::create(const std::filesystem::path &file)
 {
-    translated(file, [&] { SqliteConnection(file, SqliteConnection::Opening::fresh).createTables(); });
+    translated(file, [&] {
+        SqliteConnection connection(file, SqliteConnection::Opening::fresh);
+        if (connection.isBlank())
+            connection.createTables();
+    });
 }
 
 SqliteStore::SqliteStore(const std::filesystem::path &file, Check check) : m_file(file)

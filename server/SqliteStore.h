@@ -9,7 +9,7 @@ namespace nimbrelle::server {
 /// One SQLite file in WAL mode, flushed at every commit. Reads don't wait for a write that is being flushed.
 class SqliteStore final : public Store {
 public:
-    /// Makes the file and its tables.
+    /// Makes the file and its tables, where they aren't there yet.
     static void create(const std::filesystem::path &file);
 
     enum class Check { quick, none };

@@ -12,6 +12,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace nimbrelle {
 
@@ -94,13 +95,9 @@ bool claim(int file)
     return ::flock(file, LOCK_EX | LOCK_NB) == 0 && ::fstat(file, &status) == 0 && status.st_nlink == 1;
 }
 
-bool fill(int file, QByteArrayView bytes, FileMode mode, FileCalls &calls)
+bool prepare(int file, FileMode mode)
 {
-    if (!claim(file))
-        return false;
-    if (mode == FileMode::ownerOnly && ::fchmod(file, 0600) != 0)
-        return false;
-    return writeAll(file, bytes, calls) && calls.flush(file) == 0;
+    return claim(file) && (mode != FileMode::ownerOnly || ::fchmod(file, 0600) == 0);
 }
 
 // Some file systems can't flush a directory; the replacement itself has happened all the same.
@@ -116,23 +113,44 @@ void flushDirectory(const QString &path, FileCalls &calls)
 
 } // namespace
 
-bool replaceFile(const QString &path, QByteArrayView bytes, FileMode mode, FileCalls &calls)
+FileReplacement::FileReplacement(const QString &path, FileMode mode, FileCalls &calls) : m_calls(calls)
 {
     const QFileInfo target = writtenTarget(path);
-    const QByteArray temporary = QFile::encodeName(temporaryFor(target));
-    const int file = calls.open(temporary.constData(), newFile, mode == FileMode::ownerOnly ? 0600 : 0666);
-    if (file < 0)
-        return false;
+    m_target = target.filePath();
+    m_temporary = QFile::encodeName(temporaryFor(target));
+    m_file = m_calls.open(m_temporary.constData(), newFile, mode == FileMode::ownerOnly ? 0600 : 0666);
+    m_failed = m_file < 0 || !prepare(m_file, mode);
+}
 
-    const bool filled = fill(file, bytes, mode, calls);
-    const bool renamed =
-        filled && calls.rename(temporary.constData(), QFile::encodeName(target.filePath()).constData()) == 0;
-    if (!renamed)
-        ::unlink(temporary.constData());
-    calls.close(file);
-    if (renamed)
-        flushDirectory(target.path(), calls);
-    return renamed;
+FileReplacement::~FileReplacement()
+{
+    if (m_file < 0)
+        return;
+    ::unlink(m_temporary.constData());
+    m_calls.close(m_file);
+}
+
+void FileReplacement::append(QByteArrayView bytes)
+{
+    m_failed = m_failed || !writeAll(m_file, bytes, m_calls);
+}
+
+bool FileReplacement::commit()
+{
+    const bool isDone = !m_failed && m_calls.flush(m_file) == 0
+        && m_calls.rename(m_temporary.constData(), QFile::encodeName(m_target).constData()) == 0;
+    if (!isDone)
+        return false;
+    m_calls.close(std::exchange(m_file, -1));
+    flushDirectory(QFileInfo(m_target).path(), m_calls);
+    return true;
+}
+
+bool replaceFile(const QString &path, QByteArrayView bytes, FileMode mode, FileCalls &calls)
+{
+    FileReplacement replacement(path, mode, calls);
+    replacement.append(bytes);
+    return replacement.commit();
 }
 
 void removeLeftovers(const QString &directory)

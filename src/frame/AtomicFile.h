@@ -28,9 +28,32 @@ enum class FileMode {
     ownerOnly, ///< 0600 from the first byte on
 };
 
-/// Replaces the content of `path` so that a crash at any moment leaves the old file or the new one: temporary
-/// file in the same directory, write, flush to disk, rename, flush the directory. A symbolic link keeps
-/// pointing where it did. False when any step failed; the old file then stands as it was.
+/// A file on its way to be replaced, so that a crash at any moment leaves the old content or the new one:
+/// temporary file in the same directory, write, flush to disk, rename, flush the directory. A symbolic link
+/// keeps pointing where it did.
+class FileReplacement {
+public:
+    explicit FileReplacement(
+        const QString &path, FileMode mode = FileMode::ordinary, FileCalls &calls = FileCalls::system());
+    /// Without a commit the old file stands as it was.
+    ~FileReplacement();
+    Q_DISABLE_COPY_MOVE(FileReplacement)
+
+    /// A failure shows at commit().
+    void append(QByteArrayView bytes);
+
+    /// Puts what was appended in place. False when any step failed; the old file then stands as it was.
+    bool commit();
+
+private:
+    FileCalls &m_calls;
+    QString m_target;
+    QByteArray m_temporary;
+    int m_file = -1;
+    bool m_failed = false;
+};
+
+/// The whole of a replacement in one call.
 bool replaceFile(const QString &path, QByteArrayView bytes, FileMode mode = FileMode::ordinary,
     FileCalls &calls = FileCalls::system());
 

@@ -191,7 +191,7 @@ struct JsonWriter::State {
     using Compact = PlainWriter<rapidjson::Writer<rapidjson::StringBuffer>>;
     using Indented = PlainWriter<rapidjson::PrettyWriter<rapidjson::StringBuffer>>;
 
-    explicit State(Layout layout)
+    State(Layout layout, Drain drainOfPieces) : drain(std::move(drainOfPieces))
     {
         if (layout == Layout::compact) {
             writer.emplace<Compact>(sink);
@@ -226,13 +226,28 @@ struct JsonWriter::State {
             writer);
     }
 
+    // Only ever between two values, so that a piece is never cut inside one.
+    void drainPiece()
+    {
+        if (!drain || sink.GetSize() < pieceSize)
+            return;
+        drain(QByteArrayView(sink.GetString(), static_cast<qsizetype>(sink.GetSize())));
+        sink.Clear();
+    }
+
+    static constexpr std::size_t pieceSize = 256 * 1024;
+
+    Drain drain;
     rapidjson::StringBuffer sink;
     std::variant<std::monostate, Compact, Indented> writer;
     QByteArray utf8; // reused, so that a string costs no allocation
     bool failed = false;
 };
 
-JsonWriter::JsonWriter(Layout layout) : m_state(std::make_unique<State>(layout)) { }
+JsonWriter::JsonWriter(Layout layout, Drain drain)
+    : m_state(std::make_unique<State>(layout, std::move(drain)))
+{
+}
 
 JsonWriter::~JsonWriter() = default;
 
@@ -254,6 +269,7 @@ void JsonWriter::plainKey(std::string_view text)
 void JsonWriter::endObject()
 {
     m_state->run([](auto &writer) { return writer.EndObject(); });
+    m_state->drainPiece();
 }
 
 void JsonWriter::beginArray()

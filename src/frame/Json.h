@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -59,7 +60,11 @@ class JsonWriter {
 public:
     enum class Layout { compact, indented };
 
-    explicit JsonWriter(Layout layout);
+    /// Takes finished pieces of the text in order; what is still held at the end is in finished().
+    using Drain = std::function<void(QByteArrayView piece)>;
+
+    /// With a drain, a long text never stands in memory as a whole.
+    explicit JsonWriter(Layout layout, Drain drain = {});
     ~JsonWriter();
 
     void beginObject();
@@ -78,7 +83,8 @@ public:
     /// ASCII without quotation marks, backslashes and control characters; written as it stands.
     void plain(std::string_view text);
 
-    /// The text, valid as long as the writer; absent when a step failed or the value is incomplete.
+    /// The text, or what no drain has taken of it, valid as long as the writer; absent when a step failed or
+    /// the value is incomplete.
     std::optional<QByteArrayView> finished() const;
 
 private:

@@ -17,10 +17,13 @@ template <class T> std::optional<T> readRecordFile(const QString &path)
 template <class T>
 void writeRecordFile(const QString &path, const T &value, FileMode mode = FileMode::ordinary)
 {
-    JsonWriter writer(layoutOf(TextForm::file));
+    FileReplacement file(path, mode);
+    JsonWriter writer(layoutOf(TextForm::file), [&file](QByteArrayView piece) { file.append(piece); });
     detail::writeValue(writer, value, TextForm::file);
-    if (const auto text = writer.finished())
-        replaceFile(path, *text, mode);
+    if (const auto rest = writer.finished()) {
+        file.append(*rest);
+        file.commit();
+    }
 }
 
 } // namespace nimbrelle

@@ -1,9 +1,12 @@
 #include "ai/AIClient.h"
+#include "coach/CoachFacts.h"
+#include "frame/DayKey.h"
 #include "main/CommandLine.h"
 #include "main/OcrSheet.h"
 #include "main/SelfTest.h"
 #include "main/SelfTestAI.h"
 #include "main/SelfTestAsk.h"
+#include "main/SelfTestCoach.h"
 #include "main/SelfTestMerge.h"
 #include "main/SelfTestOcr.h"
 #include "main/SelfTestReview.h"
@@ -110,6 +113,25 @@ QCoro::Task<int> connectToServer(const OptionRun &run)
     return connectSync(run.value, &run.services.config(), &PinnedTransport::open, &run.out);
 }
 
+QCoro::Task<int> coach(const OptionRun &run)
+{
+    Services &services = run.services;
+    const CoachFacts facts(services.words(), services.config(), services.log());
+    SelfTest::runCoach(facts, services.config().config(), services.clock().now(), run.out);
+    return finished(0);
+}
+
+QCoro::Task<int> coachAI(OptionRun run)
+{
+    Services &services = run.services;
+    const Timestamp now = services.clock().now();
+    const QString facts = CoachFacts(services.words(), services.config(), services.log()).build(now);
+    const auto previous = CoachHistory(services.paths()).briefingBefore(DayKey::string(now));
+    const auto client = services.makeAI();
+    co_await SelfTest::runCoachAI(facts, previous, *client, run.out);
+    co_return 0;
+}
+
 std::vector<Option> makeTable()
 {
     return {
@@ -128,8 +150,8 @@ std::vector<Option> makeTable()
         {QStringLiteral("--sync-connect"), Form::value, connectToServer},
         {QStringLiteral("--selftest-fsrs"), Form::flag, printing(SelfTest::runFSRS)},
         {QStringLiteral("--selftest-ask"), Form::flag, ask},
-        {QStringLiteral("--selftest-coach"), Form::flag, later(QStringLiteral("教练记录的自检"))},
-        {QStringLiteral("--selftest-coach-ai"), Form::flag, later(QStringLiteral("教练简报的自检"))},
+        {QStringLiteral("--selftest-coach"), Form::flag, coach},
+        {QStringLiteral("--selftest-coach-ai"), Form::flag, coachAI},
         {QStringLiteral("--selftest-explain"), Form::flag, explain},
     };
 }

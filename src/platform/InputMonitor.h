@@ -28,7 +28,7 @@ public:
 
 signals:
     void mousePressed(QPointF at); ///< left button
-    /// Left button, told where the press was ours or not: by its press. 1 for a single click, 2 for a double
+    /// Left button, for each press that was told, wherever it ends. 1 for a single click, 2 for a double
     /// click and so on, whatever the pointer did in between.
     void mouseReleased(QPointF at, int clickCount);
     /// The four modifiers that are held now, after a change. Locks are not in it.

@@ -1,5 +1,7 @@
 #include "main/SelfTestMerge.h"
 
+#include "support/Printers.h"
+
 #include <QTextStream>
 
 #include <gtest/gtest.h>
@@ -8,7 +10,7 @@ using namespace nimbrelle;
 
 namespace {
 
-TEST(SelfTestMerge, EndsWellAndShowsWhatGoesBack)
+TEST(SelfTestMerge, FindsEveryRuleKept)
 {
     QString text;
     QTextStream out(&text);

@@ -1,8 +1,7 @@
 #include "server/HistoryPolicy.h"
 
-#include <gmock/gmock.h>
-
 #include <algorithm>
+#include <gmock/gmock.h>
 
 using namespace nimbrelle::server;
 using namespace std::chrono;

@@ -103,6 +103,22 @@ TEST_F(ServerProgramTest, InitMakesACodeThatCanBePrintedAgain)
     EXPECT_THAT(again.errors, HasSubstr("nimbrelle-server code"));
 }
 
+TEST_F(ServerProgramTest, InitFinishesWhatIsMissingAndKeepsTheKey)
+{
+    const auto pinIn = [](const std::string &text) { return text.substr(text.find("&pin=")); };
+    std::filesystem::remove(data / "token.secret");
+    EXPECT_THAT(run({"code"}).errors, HasSubstr("run init again"));
+    run({"init"});
+    EXPECT_THAT(run({"code"}).errors, HasSubstr("token revoke"));
+    EXPECT_EQ(run({"token", "add", "second"}).exitCode, 0);
+
+    writePrivateFile(data / "notebooks.db", ""); // a first init that was killed
+    const auto made = run({"init"});
+    EXPECT_EQ(made.exitCode, 0) << made.errors;
+    EXPECT_EQ(pinIn(codeIn(made.out)), pinIn(code));
+    EXPECT_NE(codeIn(made.out), code);
+}
+
 TEST_F(ServerProgramTest, TheDatabaseHoldsNoToken)
 {
     const std::string bytes = readFile(data / "notebooks.db");

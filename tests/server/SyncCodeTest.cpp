@@ -4,9 +4,8 @@
 #include "server/Identity.h"
 #include "server/ServerUrl.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <gtest/gtest.h>
 
 using namespace nimbrelle::server;
 

@@ -33,10 +33,16 @@ int capitalHeight(const EngineLine &line)
     return tall > 0 ? tall : small * 3 / 2;
 }
 
-bool isLowerCase(const EngineWord &word)
+bool startsLowerCase(const QString &text)
 {
-    const auto letter = std::ranges::find_if(word.text, [](QChar c) { return c.isLetter(); });
-    return letter != word.text.end() && letter->isLower();
+    const auto letter = std::ranges::find_if(text, [](QChar c) { return c.isLetter(); });
+    return letter != text.end() && letter->isLower();
+}
+
+bool endsLowerCase(const QString &text)
+{
+    const auto letter = std::find_if(text.rbegin(), text.rend(), [](QChar c) { return c.isLetter(); });
+    return letter != text.rend() && letter->isLower();
 }
 
 /// A missing neighbour is no obstacle: sentences begin with the pronoun.
@@ -44,9 +50,10 @@ bool isOrdinaryNeighbour(const EngineLine &line, std::size_t bar, std::size_t ot
 {
     if (other >= line.size())
         return true;
-    const QRect &one = line[std::min(bar, other)].box;
-    const QRect &next = line[std::max(bar, other)].box;
-    return isLowerCase(line[other]) && next.left() - one.right() <= widestGap * height;
+    const EngineWord &left = line[std::min(bar, other)];
+    const EngineWord &right = line[std::max(bar, other)];
+    return right.box.left() - left.box.right() <= widestGap * height
+        && (other < bar ? endsLowerCase(left.text) : startsLowerCase(right.text));
 }
 
 } // namespace

@@ -17,7 +17,7 @@ struct EngineWord {
 using EngineLine = std::vector<EngineWord>;
 
 /// The engine reads the pronoun I as a bar again and again. A word that is a bar alone is I where it is no
-/// taller than the line's capitals and stands at ordinary gaps beside lower-case words; elsewhere bars are
+/// taller than the line's capitals and stands at ordinary gaps beside lower-case letters; elsewhere bars are
 /// real separators and stay.
 void mendPronouns(EngineLine &line);
 

@@ -24,7 +24,7 @@ QCoro::Task<QList<RecognisedLine>> TesseractRecogniser::recognise(
 {
     if (!m_thread.isRunning()) {
         m_engine->moveToThread(&m_thread);
-        m_thread.start(QThread::LowPriority);
+        m_thread.start();
     }
     const auto promise = std::make_shared<QPromise<Recognition>>();
     promise->start();

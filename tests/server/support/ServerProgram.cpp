@@ -87,9 +87,11 @@ ServerProgram::Outcome ServerProgram::run(
     return finish(child);
 }
 
-ServerProgram::ServerProgram(const std::filesystem::path &data)
-    : m_child(start(data, {"serve", "--bind", "127.0.0.1", "--port", "0"}))
+ServerProgram::ServerProgram(const std::filesystem::path &data, const std::vector<std::string> &options)
 {
+    std::vector<std::string> arguments{"serve", "--bind", "127.0.0.1", "--port", "0"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    m_child = start(data, arguments);
     constexpr std::string_view before = " port ";
     std::string said;
     while (said.find('\n') == std::string::npos && readSome(m_child.errors, said)) { }

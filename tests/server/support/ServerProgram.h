@@ -21,13 +21,14 @@ public:
     static Outcome run(const std::filesystem::path &data, const std::vector<std::string> &arguments);
 
     /// Starts `serve` on a free port of loopback and waits until it listens.
-    explicit ServerProgram(const std::filesystem::path &data);
+    explicit ServerProgram(const std::filesystem::path &data, const std::vector<std::string> &options = {});
     ServerProgram(const ServerProgram &) = delete;
     ServerProgram &operator=(const ServerProgram &) = delete;
     /// Kills it if it still runs.
     ~ServerProgram();
 
     std::uint16_t port() const { return m_port; }
+    pid_t process() const { return m_child.process; }
     Outcome end(int signal);
 
 private:

@@ -40,7 +40,7 @@ Stage::Stage(const ServerLimits &limits)
         m_log += line + '\n';
     };
     m_server = std::make_unique<HttpServer>(
-        std::make_unique<ListeningSocket>("127.0.0.1", 0), identity, *m_store, limits, log);
+        std::make_unique<ListeningSocket>("127.0.0.1", 0), identity, *m_store, limits, HttpServer::Log{log});
 }
 
 std::string Stage::log()

@@ -122,8 +122,11 @@ bool TlsClient::send(std::string_view bytes)
 bool TlsClient::readMore()
 {
     std::array<char, 16 * 1024> piece{};
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(patience);
     ssize_t count = GNUTLS_E_INTERRUPTED;
-    while (count == GNUTLS_E_INTERRUPTED)
+    // A session ticket that arrives between answers shows as "again", too.
+    while (
+        (count == GNUTLS_E_INTERRUPTED || count == GNUTLS_E_AGAIN) && std::chrono::steady_clock::now() < end)
         count = gnutls_record_recv(m_session, piece.data(), piece.size());
     if (count > 0)
         m_unread.append(piece.data(), static_cast<std::size_t>(count));

@@ -44,6 +44,7 @@ TEST(EngineText, ABarIsThePronounOnlyInASentence)
     EXPECT_EQ(mended(line({"|", "was", "reluctant"}, 20)), QStringLiteral("I was reluctant"));
     EXPECT_EQ(mended(line({"but", "|", "think"}, 20)), QStringLiteral("but I think"));
     EXPECT_EQ(mended(line({"so", "am", "|"}, 20)), QStringLiteral("so am I"));
+    EXPECT_EQ(mended(line({"If", "|", "knew,", "|", "hid"}, 20)), QStringLiteral("If I knew, I hid"));
     EXPECT_EQ(mended(line({"|'m", "sure", "|’ll", "go"}, 20)), QStringLiteral("I'm sure I’ll go"));
     // Separators are taller, stand among capitals or at wide gaps, or all alone.
     EXPECT_EQ(mended(line({"home", "|", "about"}, 26)), QStringLiteral("home | about"));

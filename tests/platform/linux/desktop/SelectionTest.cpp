@@ -1,4 +1,4 @@
-#include "platform/desktop/Stage.h"
+#include "platform/linux/desktop/Stage.h"
 #include "support/Printers.h"
 
 #include <QElapsedTimer>

@@ -1,0 +1,235 @@
+// The sync server beside nginx and beside the bare disk. How many requests one core carries follows from the
+// processor time that the server's process takes for one, which a busy machine changes little; so that time
+// is what the two are compared by. The rate as a client sees it stands beside it.
+
+#include "Nginx.h"
+#include "Ratios.h"
+#include "server/DataDirectory.h"
+#include "server/support/ServerProgram.h"
+#include "server/support/TlsClient.h"
+
+#include <cstdio>
+#include <ctime>
+#include <fcntl.h>
+#include <memory>
+#include <stdexcept>
+#include <unistd.h>
+
+using namespace nimbrelle::bench;
+using namespace nimbrelle::server;
+
+namespace {
+
+/// About a megabyte that looks like a notebook.
+std::string sampleBundle()
+{
+    std::string text = R"({"affixes":[],"deleted":[],"format":1,"grammar":[],"log":[],"notes":[],"words":[)";
+    for (int word = 0; text.size() < 1'000'000; ++word) {
+        text += word > 0 ? "," : "";
+        text += R"({"addedAt":"2026-03-01T08:30:05Z","examples":[{"at":"2026-03-01T08:30:05Z","sentence":)"
+                R"("They were reluctant to merge the branch before the release.","translation":"他们不愿意)"
+                R"(在发布前合并这个分支。"}],"headword":"word)"
+            + std::to_string(word)
+            + R"(","lapses":0,"meaningZh":"不情愿的","phonetic":"rɪˈlʌktənt","reps":12,"stability":34.25})";
+    }
+    return text + "]}";
+}
+
+class House {
+public:
+    House()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "nimbrelle-bench-XXXXXX").string();
+        if (!::mkdtemp(name.data()))
+            throw std::runtime_error("no folder for the benchmark");
+        folder = name;
+        const auto made = ServerProgram::run(data(), {"init", "--url", "https://localhost"});
+        const auto start = made.out.find("&token=") + 7;
+        token = made.out.substr(start, made.out.find('&', start) - start);
+        ours = std::make_unique<ServerProgram>(data(), std::vector<std::string>{"--no-access-log"});
+        startNginx();
+    }
+    House(const House &) = delete;
+    House &operator=(const House &) = delete;
+    ~House()
+    {
+        ours.reset();
+        nginx.reset();
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+
+    std::filesystem::path data() const { return folder / "data"; }
+    const std::string &body() const { return m_body; }
+
+    std::filesystem::path folder;
+    std::string token;
+    std::unique_ptr<ServerProgram> ours;
+    std::unique_ptr<Nginx> nginx; ///< null where it isn't installed
+
+private:
+    void startNginx()
+    {
+        if (!Nginx::isInstalled()) {
+            std::printf(
+                "nginx is not installed (Debian: nginx-light): the comparison with it is left out.\n");
+            return;
+        }
+        for (const char *file : {"server.key", "server.crt"})
+            std::filesystem::copy(data() / file, folder / file);
+        writePrivateFile(folder / "bundle", m_body);
+        nginx = std::make_unique<Nginx>(folder, 18'431);
+    }
+
+    std::string m_body = sampleBundle();
+};
+
+std::unique_ptr<House> house;
+
+double processorSeconds(pid_t process)
+{
+    clockid_t clock{};
+    timespec time{};
+    if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &time) != 0)
+        return 0;
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+std::unique_ptr<TlsClient> connected(std::uint16_t port)
+{
+    for (int attempt = 0;; ++attempt) {
+        try {
+            return std::make_unique<TlsClient>(port);
+        } catch (const std::runtime_error &) {
+            if (attempt == 100)
+                throw;
+            ::usleep(20'000); // nginx is still starting
+        }
+    }
+}
+
+Reply ask(TlsClient &client, const std::string &request, int status)
+{
+    auto reply = client.exchange(request);
+    if (!reply || reply->status != status)
+        throw std::runtime_error(
+            "an answer is missing or wrong: " + std::to_string(reply ? reply->status : 0));
+    return *reply;
+}
+
+std::string getText(const std::string &more = {})
+{
+    return requestText("GET", "/v1/bundle", house->token, more);
+}
+
+std::string putText(std::int64_t over)
+{
+    return requestText(
+        "PUT", "/v1/bundle", house->token, "If-Match: \"" + std::to_string(over) + "\"\r\n", house->body());
+}
+
+std::int64_t currentVersion(TlsClient &client)
+{
+    const auto reply = client.exchange(getText());
+    return reply && reply->status == 200 ? std::stoll(reply->header("etag").substr(1)) : 0;
+}
+
+void measureRequests(benchmark::State &state, std::uint16_t port, pid_t process, bool conditional)
+{
+    const auto client = connected(port);
+    const auto first = ask(*client, getText(), 200);
+    const std::string text = getText(conditional ? "If-None-Match: " + first.header("etag") + "\r\n" : "");
+    const int batch = conditional ? 200 : 20;
+    std::int64_t requests = 0;
+    for (auto _ : state) {
+        const double before = processorSeconds(process);
+        for (int index = 0; index < batch; ++index)
+            ask(*client, text, conditional ? 304 : 200);
+        state.SetIterationTime((processorSeconds(process) - before) / batch);
+        requests += batch;
+    }
+    state.counters["wall/request"] = benchmark::Counter(
+        static_cast<double>(requests), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+void ours(benchmark::State &state, bool conditional)
+{
+    measureRequests(state, house->ours->port(), house->ours->process(), conditional);
+}
+
+void nginx(benchmark::State &state, bool conditional)
+{
+    if (!house->nginx)
+        return state.SkipWithError("nginx is not installed");
+    measureRequests(state, house->nginx->port(), house->nginx->process(), conditional);
+}
+
+void getOneMegabyte(benchmark::State &state)
+{
+    const auto client = connected(house->ours->port());
+    for (auto _ : state)
+        ask(*client, getText(), 200);
+}
+
+void putOneMegabyte(benchmark::State &state)
+{
+    const auto client = connected(house->ours->port());
+    std::int64_t version = currentVersion(*client);
+    for (auto _ : state)
+        ask(*client, putText(version++), 200);
+}
+
+void writeAndFlush(benchmark::State &state)
+{
+    const auto file = house->folder / "raw";
+    for (auto _ : state) {
+        const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        if (::write(descriptor, house->body().data(), house->body().size()) < 0 || ::fsync(descriptor) != 0)
+            state.SkipWithError("the disk refuses");
+        ::close(descriptor);
+    }
+}
+
+constexpr int repetitions = 5;
+
+BENCHMARK_CAPTURE(ours, notModified, true)->Iterations(50)->UseManualTime()->Repetitions(repetitions);
+BENCHMARK_CAPTURE(nginx, notModified, true)->Iterations(50)->UseManualTime()->Repetitions(repetitions);
+BENCHMARK_CAPTURE(ours, megabyte, false)->Iterations(5)->UseManualTime()->Repetitions(repetitions);
+BENCHMARK_CAPTURE(nginx, megabyte, false)->Iterations(5)->UseManualTime()->Repetitions(repetitions);
+BENCHMARK(getOneMegabyte)->Iterations(50)->UseRealTime()->Repetitions(repetitions);
+BENCHMARK(writeAndFlush)->Iterations(30)->UseRealTime()->Repetitions(repetitions);
+BENCHMARK(putOneMegabyte)->Iterations(30)->UseRealTime()->Repetitions(repetitions);
+
+int measure(int argc, char **argv)
+{
+    ask(*connected(house->ours->port()), putText(0), 200);
+    return runWithRatios(argc, argv,
+        {
+            {"conditional GET: processor time / nginx",
+                "ours/notModified/iterations:50/repeats:5/manual_time",
+                {"nginx/notModified/iterations:50/repeats:5/manual_time"}, 2.0},
+            {"GET of 1 MB: processor time / nginx", "ours/megabyte/iterations:5/repeats:5/manual_time",
+                {"nginx/megabyte/iterations:5/repeats:5/manual_time"}, 2.0},
+            {"durable PUT of 1 MB / write and flush, and a GET",
+                "putOneMegabyte/iterations:30/repeats:5/real_time",
+                {"writeAndFlush/iterations:30/repeats:5/real_time",
+                    "getOneMegabyte/iterations:50/repeats:5/real_time"},
+                3.0},
+        });
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        house = std::make_unique<House>();
+        const int code = measure(argc, argv);
+        house.reset();
+        return code;
+    } catch (const std::exception &error) {
+        house.reset(); // ends the servers
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}

@@ -1,0 +1,75 @@
+#include "coach/CoachFacts.h"
+
+#include "coach/FactPieces.h"
+#include "frame/ConfigStore.h"
+#include "frame/DayKey.h"
+#include "frame/RecordCodec.h"
+#include "notebook/WordStore.h"
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList workload(qint64 done, qint64 next)
+{
+    return {u"\n今天已经复习了 "_s + QString::number(done) + u" 题。现在打开复习，这一轮有 "_s
+        + QString::number(next) + u" 题，每题大约 15～20 秒"_s};
+}
+
+} // namespace
+
+CoachFacts::CoachFacts(const WordStore &words, const ConfigStore &config, const LearningLog &log)
+    : m_words(words), m_config(config), m_log(log)
+{
+}
+
+QList<LearningLog::Event> CoachFacts::events() const
+{
+    const QStringList lines = m_log.readLines();
+    QList<LearningLog::Event> events;
+    events.reserve(lines.size());
+    for (const QString &line : lines) {
+        if (const auto event = decode<LearningLog::Event>(line.toUtf8()))
+            events.append(*event);
+    }
+    return events;
+}
+
+QString CoachFacts::build(Timestamp now) const
+{
+    const Diary diary(events(), now);
+    const QList<WordEntry> &words = m_words.entries();
+    const AppConfig &config = m_config.config();
+
+    const QList<QStringList> pieces{
+        facts::timeOfDay(diary, DayKey::string(now)),
+        facts::firstUse(diary),
+        facts::lastStudyDay(diary),
+        facts::interests(m_words.topInterests()),
+        facts::recentDays(diary),
+        facts::newWords(words, now),
+        facts::stageCounts(words, config, now),
+        facts::learningWords(words),
+        facts::forgottenWords(diary, words),
+        facts::recalledWords(diary),
+        facts::hardWords(words, config.leechThreshold),
+        facts::restingWords(words),
+        facts::masteredWords(words),
+        facts::recentSpelling(diary),
+        facts::spellPracticeWords(words, m_words.spellPracticeCount()),
+        workload(facts::reviewsToday(diary), m_words.sessionCount(now)),
+    };
+    QStringList lines;
+    for (const QStringList &piece : pieces)
+        lines += piece;
+    return lines.join(u'\n');
+}
+
+QString CoachFacts::todayReview(Timestamp now) const
+{
+    return facts::outcomesToday(Diary(events(), now)).join(u'\n');
+}
+
+} // namespace nimbrelle

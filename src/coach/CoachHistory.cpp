@@ -1,0 +1,44 @@
+#include "coach/CoachHistory.h"
+
+#include "frame/AppPaths.h"
+#include "frame/RecordFile.h"
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+namespace {
+
+constexpr qsizetype daysKept = 29;
+
+} // namespace
+
+CoachHistory::CoachHistory(const AppPaths &paths)
+    : m_path(paths.coach), m_days(readRecordFile<QList<CoachDay>>(m_path).value_or(QList<CoachDay>()))
+{
+}
+
+std::optional<CoachHistory::Briefing> CoachHistory::briefingBefore(const QString &today) const
+{
+    for (auto day = m_days.crbegin(); day != m_days.crend(); ++day) {
+        if (day->day == today)
+            continue;
+        const auto first = std::find_if(day->messages.cbegin(), day->messages.cend(),
+            [](const CoachMessage &message) { return message.fromCoach; });
+        if (first == day->messages.cend())
+            continue;
+        return first->text.isEmpty() ? std::nullopt : std::optional(Briefing{day->day, first->text});
+    }
+    return std::nullopt;
+}
+
+void CoachHistory::put(const QString &today, const QList<CoachMessage> &messages)
+{
+    m_days.removeIf([&today](const CoachDay &day) { return day.day == today; });
+    if (!messages.isEmpty())
+        m_days.append({today, messages});
+    m_days.remove(0, std::max<qsizetype>(0, m_days.size() - daysKept));
+    writeRecordFile(m_path, m_days);
+}
+
+} // namespace nimbrelle

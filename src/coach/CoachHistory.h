@@ -1,0 +1,65 @@
+#pragma once
+
+#include "frame/Record.h"
+
+#include <QList>
+#include <QString>
+#include <QUuid>
+
+#include <optional>
+
+namespace nimbrelle {
+
+class AppPaths;
+
+/// One bubble of the conversation.
+struct CoachMessage {
+    QUuid id;
+    bool fromCoach = false;
+    QString text; ///< what was said, and what the AI gets to read
+    std::optional<QString> shown; ///< what the bubble shows instead: the label of a ready-made question
+
+    bool operator==(const CoachMessage &) const = default;
+};
+template <>
+inline constexpr auto fieldsOf<CoachMessage> = fields("id", &CoachMessage::id, "fromCoach",
+    &CoachMessage::fromCoach, "text", &CoachMessage::text, "shown", &CoachMessage::shown);
+
+/// The conversation of one local day.
+struct CoachDay {
+    QString day; ///< a DayKey
+    QList<CoachMessage> messages;
+
+    bool operator==(const CoachDay &) const = default;
+};
+template <>
+inline constexpr auto fieldsOf<CoachDay> = fields("day", &CoachDay::day, "messages", &CoachDay::messages);
+
+/// The coach's conversations of the last days, the oldest first, in a file of this device alone.
+class CoachHistory {
+public:
+    struct Briefing {
+        QString day;
+        QString text;
+
+        bool operator==(const Briefing &) const = default;
+    };
+
+    /// Reads the file; a missing or broken one is an empty history.
+    explicit CoachHistory(const AppPaths &paths);
+
+    const QList<CoachDay> &days() const { return m_days; }
+    /// What the coach said first on the latest day but `today` on which it said anything; absent when that is
+    /// empty.
+    std::optional<Briefing> briefingBefore(const QString &today) const;
+
+    /// Replaces today's conversation, keeps 29 days in all, and writes the file. A conversation without
+    /// messages leaves no day.
+    void put(const QString &today, const QList<CoachMessage> &messages);
+
+private:
+    const QString m_path;
+    QList<CoachDay> m_days;
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "coach/LocalTimes.h"
+#include "notebook/LearningLog.h"
+
+#include <QMap>
+
+#include <map>
+
+namespace nimbrelle {
+
+/// What an event tells of, as far as the coach cares. A kind of no meaning here is still activity.
+enum class Deed { other, save, lookup, review, spell, glance, graduate, leech, rest };
+
+struct DiaryEntry {
+    Timestamp time;
+    LocalTime local;
+    Deed deed = Deed::other;
+    QString word;
+    QString detail; ///< of a review its rating, of a spelling the mode's label, a blank and the rating
+};
+
+/// The learning log as the coach reads it at one moment: every event with its local day and hour. Built once
+/// for each text; all that it tells costs no more than a pass over the events.
+class Diary {
+public:
+    Diary(const QList<LearningLog::Event> &events, Timestamp now);
+
+    const LocalTime &now() const { return m_now; }
+    /// The day keys of all events.
+    const std::map<std::chrono::local_days, QString> &days() const { return m_days; }
+    bool isToday(const DiaryEntry &entry) const { return entry.local.day == m_now.day; }
+
+    /// In file order, which a merge of two logs may have left out of order of time.
+    const QList<DiaryEntry> &entries() const { return m_entries; }
+    /// Those of the last 14 days of 86,400 seconds, in file order.
+    const QList<DiaryEntry> &recent() const { return m_recent; }
+    /// The details of recent events of one deed by word, each in order of time.
+    QMap<QString, QStringList> recentDetails(Deed deed) const;
+
+private:
+    LocalTimes m_localTimes;
+    LocalTime m_now;
+    std::map<std::chrono::local_days, QString> m_days;
+    QList<DiaryEntry> m_entries;
+    QList<DiaryEntry> m_recent;
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,275 @@
+#include "coach/FactPieces.h"
+#include "coach/FactTexts.h"
+#include "frame/RecordCodec.h"
+#include "frame/Text.h"
+
+#include <algorithm>
+
+namespace nimbrelle::facts {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Entries = QList<DiaryEntry>;
+
+bool isRecalled(const QString &rating)
+{
+    return rating == u"good"_s || rating == u"easy"_s;
+}
+
+QStringList labels(const QStringList &ratings)
+{
+    QStringList texts;
+    for (const QString &rating : ratings)
+        texts.append(ratingLabel(rating));
+    return texts;
+}
+
+QString ratingLine(const QString &word, const QStringList &ratings)
+{
+    return u"- "_s + word + u"："_s + labels(ratings).join(u" → "_s);
+}
+
+QString periodsOf(const Entries &day)
+{
+    QStringList present;
+    for (const QString &period : {u"上午"_s, u"下午"_s, u"晚上"_s, u"深夜"_s}) {
+        const auto isThen = [&period](
+                                const DiaryEntry &entry) { return periodOf(entry.local.hour) == period; };
+        if (std::any_of(day.cbegin(), day.cend(), isThen))
+            present.append(period);
+    }
+    return present.join(u'、');
+}
+
+Entries ofDeed(const Entries &entries, Deed deed)
+{
+    Entries wanted;
+    std::copy_if(entries.cbegin(), entries.cend(), std::back_inserter(wanted),
+        [deed](const DiaryEntry &entry) { return entry.deed == deed; });
+    return wanted;
+}
+
+QString ratingCounts(const Entries &reviews)
+{
+    QStringList counts;
+    for (const Rating rating : allCases<Rating>()) {
+        const QString name = caseText(rating);
+        const auto count = std::count_if(reviews.cbegin(), reviews.cend(),
+            [&name](const DiaryEntry &review) { return review.detail == name; });
+        if (count > 0)
+            counts.append(ratingLabel(name) + u' ' + QString::number(count));
+    }
+    return counts.join(u'、');
+}
+
+qsizetype spelledRight(const Entries &spellings)
+{
+    return std::count_if(spellings.cbegin(), spellings.cend(), [](const DiaryEntry &spelling) {
+        return spelling.detail.endsWith(u"good"_s) || spelling.detail.endsWith(u"easy"_s);
+    });
+}
+
+QStringList wordsOf(const Entries &entries)
+{
+    QStringList words;
+    for (const DiaryEntry &entry : entries)
+        words.append(entry.word);
+    return words;
+}
+
+QStringList itemsOf(const Entries &day)
+{
+    QStringList items;
+    const auto tell = [&](Deed deed, auto text) {
+        const Entries entries = ofDeed(day, deed);
+        if (!entries.isEmpty())
+            items.append(text(entries, QString::number(entries.size())));
+    };
+    tell(Deed::save, [](const Entries &, const QString &n) { return u"存了 "_s + n + u" 个词"_s; });
+    tell(Deed::lookup, [](const Entries &, const QString &n) { return u"又查到已存的词 "_s + n + u" 次"_s; });
+    tell(Deed::review, [](const Entries &reviews, const QString &n) {
+        return u"复习 "_s + n + u" 题（"_s + ratingCounts(reviews) + u"）"_s;
+    });
+    tell(Deed::spell, [](const Entries &spellings, const QString &n) {
+        return u"拼写 "_s + n + u" 次（拼对 "_s + QString::number(spelledRight(spellings)) + u"）"_s;
+    });
+    tell(Deed::glance,
+        [](const Entries &, const QString &n) { return u"点开菜单栏的词看了 "_s + n + u" 次"_s; });
+    tell(Deed::graduate, [](const Entries &graduations, const QString &) {
+        return u"记牢毕业："_s + wordsOf(graduations).join(u", "_s);
+    });
+    return items;
+}
+
+/// By headword in lower case; where two are the same, the first.
+QHash<QString, const WordEntry *> byHeadword(const QList<WordEntry> &words)
+{
+    QHash<QString, const WordEntry *> found;
+    for (const WordEntry &word : words) {
+        const auto &known = found[word.headword.toLower()];
+        if (!known)
+            found.insert(word.headword.toLower(), &word);
+    }
+    return found;
+}
+
+QString oneLine(QString text)
+{
+    return text.replace(u"\r\n"_s, u" "_s).replace(u'\n', u' ').replace(u'\r', u' ');
+}
+
+QString knowledgeOf(const WordEntry &entry)
+{
+    QString text = u"。意思："_s + entry.meaningZh;
+    if (const Example *example = sentenceOf(entry))
+        text += u"。原句："_s + beginning(example->sentence);
+    if (entry.mnemonic)
+        text += u"。已经给过的联想："_s + oneLine(*entry.mnemonic);
+    return text;
+}
+
+QString outcomeOf(const DiaryEntry &entry)
+{
+    switch (entry.deed) {
+    case Deed::spell: {
+        QString rating = entry.detail;
+        rating.replace(u"again"_s, u"拼错"_s).replace(u"hard"_s, u"有小错"_s);
+        rating.replace(u"good"_s, u"拼对"_s).replace(u"easy"_s, u"拼对"_s);
+        return u"拼写（"_s + rating + u"）"_s;
+    }
+    case Deed::graduate:
+        return u"毕业了"_s;
+    case Deed::leech:
+        return u"变成难啃的词"_s;
+    case Deed::rest:
+        return u"先休息"_s;
+    default:
+        return ratingLabel(entry.detail);
+    }
+}
+
+bool isOutcome(const DiaryEntry &entry)
+{
+    constexpr Deed outcomes[]{Deed::review, Deed::spell, Deed::graduate, Deed::leech, Deed::rest};
+    return std::find(std::begin(outcomes), std::end(outcomes), entry.deed) != std::end(outcomes);
+}
+
+} // namespace
+
+QStringList timeOfDay(const Diary &diary, const QString &today)
+{
+    static const QString names = u"日一二三四五六"_s;
+    const auto [day, hour] = diary.now();
+    const QChar name = names[std::chrono::weekday{day}.c_encoding()];
+    return {u"现在："_s + today + u" 星期"_s + name + u' ' + periodOf(hour) + u' ' + QString::number(hour)
+        + u" 点"_s};
+}
+
+QStringList firstUse(const Diary &diary)
+{
+    const auto &days = diary.days();
+    if (days.empty())
+        return {};
+    return {u"第一次用 Nimbrelle 的记录："_s + days.begin()->second + u"。有记录的日子一共 "_s
+        + QString::number(days.size()) + u" 天"_s};
+}
+
+QStringList lastStudyDay(const Diary &diary)
+{
+    const auto &days = diary.days();
+    const auto isOther = [&diary](const auto &day) { return day.first != diary.now().day; };
+    const auto last = std::find_if(days.rbegin(), days.rend(), isOther);
+    if (last == days.rend())
+        return {};
+    return {u"今天之前最近一次学习："_s + last->second + u"（"_s
+        + QString::number((diary.now().day - last->first).count()) + u" 天前）"_s};
+}
+
+QStringList recentDays(const Diary &diary)
+{
+    if (diary.recent().isEmpty())
+        return {};
+    std::map<std::chrono::local_days, Entries> byDay;
+    for (const DiaryEntry &entry : diary.recent())
+        byDay[entry.local.day].append(entry);
+
+    QStringList lines{u"\n最近两周每天的记录（只列有活动的日子）："_s};
+    for (const auto &[day, entries] : byDay) {
+        const QStringList items = itemsOf(entries);
+        if (!items.isEmpty())
+            lines.append(u"- "_s + diary.days().at(day) + u"（"_s + periodsOf(entries) + u"）："_s
+                + items.join(u'；'));
+    }
+    return lines;
+}
+
+QStringList forgottenWords(const Diary &diary, const QList<WordEntry> &words)
+{
+    const auto reviews = diary.recentDetails(Deed::review);
+    const auto known = byHeadword(words);
+    QStringList lines;
+    for (auto word = reviews.cbegin(); word != reviews.cend(); ++word) {
+        if (word->count(u"again"_s) < 2)
+            continue;
+        QString line = ratingLine(word.key(), *word);
+        if (const WordEntry *entry = known.value(trimmedBlanks(word.key()).toLower()))
+            line += knowledgeOf(*entry);
+        lines.append(line);
+    }
+    if (!lines.isEmpty())
+        lines.prepend(u"\n最近两周忘过两次以上的词："_s);
+    return lines;
+}
+
+QStringList recalledWords(const Diary &diary)
+{
+    const auto reviews = diary.recentDetails(Deed::review);
+    QStringList words;
+    for (auto word = reviews.cbegin(); word != reviews.cend(); ++word) {
+        const QStringList &ratings = *word;
+        const qsizetype count = ratings.size();
+        if (count >= 2 && isRecalled(ratings[count - 1]) && isRecalled(ratings[count - 2]))
+            words.append(word.key());
+    }
+    if (words.isEmpty())
+        return {};
+    return {u"最近两次都想起来了的词："_s + words.join(u", "_s)};
+}
+
+QStringList recentSpelling(const Diary &diary)
+{
+    const auto spellings = diary.recentDetails(Deed::spell);
+    QStringList lines;
+    for (auto word = spellings.cbegin(); word != spellings.cend(); ++word)
+        lines.append(ratingLine(word.key(), *word));
+    if (!lines.isEmpty())
+        lines.prepend(u"最近两周每个词的拼写结果（按时间先后）："_s);
+    return lines;
+}
+
+qint64 reviewsToday(const Diary &diary)
+{
+    return std::count_if(diary.entries().cbegin(), diary.entries().cend(),
+        [&diary](const DiaryEntry &entry) { return entry.deed == Deed::review && diary.isToday(entry); });
+}
+
+QStringList outcomesToday(const Diary &diary)
+{
+    QStringList order;
+    QHash<QString, QStringList> outcomes;
+    for (const DiaryEntry &entry : diary.entries()) {
+        if (!diary.isToday(entry) || !isOutcome(entry))
+            continue;
+        if (!outcomes.contains(entry.word))
+            order.append(entry.word);
+        outcomes[entry.word].append(outcomeOf(entry));
+    }
+    QStringList lines;
+    for (const QString &word : std::as_const(order))
+        lines.append(word + u"："_s + outcomes[word].join(u" → "_s));
+    return lines;
+}
+
+} // namespace nimbrelle::facts

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "notebook/WordEntry.h"
+
+/// The small texts that the coach's record is put together from.
+namespace nimbrelle::facts {
+
+/// The Chinese of a rating's case name; any other text as it stands.
+QString ratingLabel(const QString &rating);
+/// 上午, 下午, 晚上 or 深夜 for a local hour.
+QString periodOf(int hour);
+/// Whole days, or 不到 1 天.
+QString formatDays(double days);
+
+/// The first sentence that the learner met, else the first of any kind, else null. Valid as long as `entry`.
+const Example *sentenceOf(const WordEntry &entry);
+/// The beginning of a sentence, as much as the record shows.
+QString beginning(const QString &sentence);
+/// Where it was met, such as old.example.org「A thread」. Empty when unknown, and for null.
+QString placeOf(const Example *example);
+/// "，" and the label of a tone that is not neutral.
+QString toneOf(const WordEntry &entry);
+/// One word on one line: meaning, how firmly it sits, how far its spelling has come.
+QString describe(const WordEntry &entry);
+
+} // namespace nimbrelle::facts

@@ -1,0 +1,42 @@
+#include "coach/LocalTimes.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+namespace {
+
+using namespace std::chrono;
+
+seconds systemOffsetAt(Timestamp time)
+{
+    const qint64 sinceEpoch = floor<milliseconds>(time.time_since_epoch()).count();
+    return seconds{QDateTime::fromMSecsSinceEpoch(sinceEpoch, Qt::LocalTime).offsetFromUtc()};
+}
+
+} // namespace
+
+LocalTime LocalTimes::at(Timestamp time)
+{
+    const Timestamp moment = std::clamp(time, distantPast, distantFuture);
+    const local_time<microseconds> local{(moment + offsetAt(moment)).time_since_epoch()};
+    const local_days day = floor<days>(local);
+    return {day, static_cast<int>(floor<hours>(local - day).count())};
+}
+
+// Clocks never change twice within a day, so equal ends mean an even day.
+LocalTimes::Offset LocalTimes::offsetAt(Timestamp time)
+{
+    const auto start = floor<days>(time);
+    const qint64 day = start.time_since_epoch().count();
+    auto known = m_offsets.constFind(day);
+    if (known == m_offsets.constEnd()) {
+        const Offset first = systemOffsetAt(start), last = systemOffsetAt(start + days{1} - seconds{1});
+        known = m_offsets.insert(day, first == last ? std::optional(first) : std::nullopt);
+    }
+    return *known ? **known : systemOffsetAt(time);
+}
+
+} // namespace nimbrelle

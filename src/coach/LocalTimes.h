@@ -1,0 +1,32 @@
+#pragma once
+
+#include "frame/Timestamp.h"
+
+#include <QHash>
+
+namespace nimbrelle {
+
+/// A moment on the learner's own calendar and clock.
+struct LocalTime {
+    std::chrono::local_days day;
+    int hour = 0; ///< 0 to 23
+
+    bool operator==(const LocalTime &) const = default;
+};
+
+/// Turns many moments into local time. A conversion by the system costs microseconds, so the distance to UTC
+/// is asked for once for each day of UTC. An object sees one time zone: make it afresh for each task.
+class LocalTimes {
+public:
+    LocalTime at(Timestamp time);
+
+private:
+    using Offset = std::chrono::seconds;
+
+    Offset offsetAt(Timestamp time);
+
+    /// By day of UTC since the epoch; absent where the distance changes within the day.
+    QHash<qint64, std::optional<Offset>> m_offsets;
+};
+
+} // namespace nimbrelle
