@@ -2,7 +2,7 @@
 
 #include "sync/SyncError.h"
 
-#include <QCoro/QCoroNetworkReply>
+#include <QCoro/QCoroSignal>
 #include <QCryptographicHash>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -74,7 +74,8 @@ QCoro::Task<SyncResponse> PinnedTransport::send(SyncRequest request, std::stop_t
     QNetworkReply *const reply = start(request);
     const std::unique_ptr<QNetworkReply, QScopedPointerDeleteLater> owner(reply);
     const std::stop_callback abort(stop, [reply] { reply->abort(); });
-    co_await reply;
+    if (!reply->isFinished())
+        co_await qCoro(reply, &QNetworkReply::finished);
     if (stop.stop_requested())
         throw Cancelled();
     co_return answerOf(*reply);

@@ -11,7 +11,7 @@ namespace nimbrelle {
 
 namespace {
 
-constexpr int patience = 20'000; // milliseconds; a busy machine under sanitizers
+constexpr int patience = 120'000; // milliseconds: a long run shares a busy machine with builds
 
 QCoro::Task<SyncResponse> exchanged(SyncTransport *transport, SyncRequest request)
 {
@@ -49,7 +49,8 @@ void ServerProcess::init(const QString &program)
     setup.waitForFinished(patience);
     const auto link = SyncLink::fromText(QString::fromUtf8(setup.readAllStandardOutput()));
     if (!link)
-        throw std::runtime_error("no sync code: " + setup.readAllStandardError().toStdString());
+        throw std::runtime_error("no sync code: " + setup.errorString().toStdString() + "; "
+            + setup.readAllStandardError().toStdString());
     m_link = *link;
 }
 
