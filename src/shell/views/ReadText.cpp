@@ -27,7 +27,7 @@ ReadText::ReadText(const Theme &theme, Look look, QWidget *parent)
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(0);
     document()->setUndoRedoEnabled(false);
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
 }
