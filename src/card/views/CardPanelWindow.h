@@ -1,0 +1,52 @@
+#pragma once
+
+#include "card/CardPanel.h"
+
+#include <QPointer>
+#include <QPropertyAnimation>
+#include <QWidget>
+
+#include <functional>
+
+namespace nimbrelle {
+
+class CardView;
+class Theme;
+
+/// The card's window: built once and kept, above everything, and without the focus. With a compositor it has
+/// a shadow in a margin of its own; without one it is cut to its shape. Frames speak of the card alone.
+class CardPanelWindow : public QWidget, public CardPanel {
+    Q_OBJECT
+
+public:
+    /// `hasCompositor` is asked before each showing.
+    CardPanelWindow(const Theme &theme, std::function<bool()> hasCompositor);
+
+    /// The view becomes a child of the window.
+    void setView(CardView &view);
+
+    QSizeF fittingSize() override;
+    void place(const QRectF &frame) override;
+    void bringToFront() override;
+    void orderOut() override;
+    bool isVisible() const override { return QWidget::isVisible(); }
+    QRectF frame() const override { return m_frame; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    int margin() const;
+    void arrange();
+    void fadeIn();
+    void paintShadow(QPainter &painter, const QRectF &card) const;
+
+    const Theme &m_theme;
+    const std::function<bool()> m_hasCompositor;
+    bool m_isComposited = false;
+    QPointer<CardView> m_view;
+    QRectF m_frame;
+    QPropertyAnimation m_fade;
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,204 @@
+#include "card/views/SmallCards.h"
+
+#include "card/CardController.h"
+#include "card/views/WordLines.h"
+#include "shell/views/Controls.h"
+#include "shell/views/Spinner.h"
+
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const auto translateTitle = u"翻译选中的文字"_s;
+constexpr int noteLines = 3;
+
+int widthOf(const CardParts &parts, int width)
+{
+    return std::min(parts.theme.points(cardWidth), width);
+}
+
+QVBoxLayout *marginedColumn(const Theme &theme, QWidget *holder, double bottom)
+{
+    auto *column = new QVBoxLayout(holder);
+    const int margin = theme.points(cardMargin);
+    column->setContentsMargins(margin, margin, margin, theme.points(bottom));
+    column->setSpacing(0);
+    return column;
+}
+
+/// The frame of both waiting cards: the spinner and a title, with room behind it for a button.
+QHBoxLayout *addTitleRow(const Theme &theme, QVBoxLayout *column, const QString &title)
+{
+    auto *row = new QHBoxLayout;
+    row->setSpacing(theme.points(10));
+    auto *spinnerColumn = new QVBoxLayout;
+    spinnerColumn->addSpacing(theme.points(3.5));
+    spinnerColumn->addWidget(new Spinner(theme, 20));
+    spinnerColumn->addStretch();
+    row->addLayout(spinnerColumn);
+    auto *text = makeReadText(theme, u"title"_s, u"正在查"_s, title, {TextType::heading});
+    row->addWidget(text);
+    column->addLayout(row);
+    return row;
+}
+
+/// A term and its meaning in a capsule, as wide as that needs but never wider than `room`.
+QPushButton *makeTermChip(const Theme &theme, const Translation::KeyTerm &term, int room)
+{
+    auto *chip = makeButton(theme, u"keyTerm"_s, {}, {ButtonKind::chip});
+    chip->setAccessibleName(term.text + u' ' + term.meaningZh);
+    chip->setToolTip(u"点一下查这个词"_s);
+    auto *row = new QHBoxLayout(chip);
+    row->setContentsMargins(theme.points(10), 0, theme.points(10), 0);
+    row->setSpacing(theme.points(6));
+    int left = room - theme.points(26);
+    for (const auto &[text, type, tone, weight] :
+        {std::tuple(term.text, TextType::tiny, Tone::ink, QFont::Medium),
+            std::tuple(term.meaningZh, TextType::small, Tone::ink2, QFont::Normal)}) {
+        const QFontMetrics metrics(theme.font(type, weight));
+        const QString shown = metrics.elidedText(text.simplified(), Qt::ElideRight, std::max(left, 0));
+        left -= metrics.horizontalAdvance(shown);
+        QLabel *label = makeLabel(theme, shown, type, tone, weight);
+        label->setAttribute(Qt::WA_TransparentForMouseEvents);
+        row->addWidget(label);
+    }
+    chip->setFixedWidth(row->sizeHint().width());
+    return chip;
+}
+
+QWidget *makeTermChips(const CardParts &parts, const TranslationData &data, int room)
+{
+    auto *chips = new QWidget;
+    const int gap = parts.theme.points(6);
+    auto *flow = new FlowLayout(gap, gap, chips);
+    for (const Translation::KeyTerm &term : *data.translation.keyTerms) {
+        QPushButton *chip = makeTermChip(parts.theme, term, room);
+        QObject::connect(chip, &QPushButton::clicked, chip,
+            [&controller = parts.controller, text = term.text, original = data.original] {
+                controller.lookup(text, original, controller.anchor());
+            });
+        flow->addWidget(chip);
+    }
+    return chips;
+}
+
+QWidget *makeTranslationStrip(const CardParts &parts)
+{
+    const Theme &theme = parts.theme;
+    auto *strip = new QWidget;
+    auto *column = new QVBoxLayout(strip);
+    const int margin = theme.points(cardMargin);
+    column->setContentsMargins(margin, theme.points(11), margin, margin);
+    column->setSpacing(theme.points(11));
+    column->addWidget(makeLine());
+    auto *flow = new FlowLayout(theme.points(6), theme.points(6));
+    const auto add = [&](const QString &name, const QString &text, std::optional<Icon> icon,
+                         std::optional<QuickQuestion> question) {
+        auto *button = makeButton(theme, name, text, {ButtonKind::soft, icon, TextType::small, Tone::accent});
+        QObject::connect(button, &QPushButton::clicked, button,
+            [&controller = parts.controller, question] { controller.ask(question); });
+        flow->addWidget(button);
+    };
+    add(u"askWhy"_s, u"为什么这么用？"_s, Icon::sparkles, QuickQuestion::why);
+    add(u"askStructure"_s, u"拆解句子"_s, std::nullopt, QuickQuestion::structure);
+    add(u"askOwn"_s, u"自己问…"_s, std::nullopt, std::nullopt);
+    column->addLayout(flow);
+    return strip;
+}
+
+} // namespace
+
+CardPage makeLoadingCard(const CardParts &parts, const CardLoading &loading, int width)
+{
+    auto *body = new QWidget;
+    body->setObjectName(u"loadingCard"_s);
+    QVBoxLayout *column = marginedColumn(parts.theme, body, cardMargin);
+    QHBoxLayout *row = addTitleRow(parts.theme, column, loading.selection);
+    row->addWidget(
+        makeSpeakButton(parts.theme, parts.speaker, u"speakWord"_s, loading.selection), 0, Qt::AlignTop);
+    return {body, nullptr, widthOf(parts, width)};
+}
+
+CardPage makeTranslatingCard(const CardParts &parts, const Translating &translating, int width)
+{
+    const Theme &theme = parts.theme;
+    auto *body = new QWidget;
+    body->setObjectName(u"translatingCard"_s);
+    QVBoxLayout *column = marginedColumn(theme, body, cardMargin);
+    addTitleRow(theme, column, translateTitle);
+    const int room = widthOf(parts, width) - 2 * theme.points(cardMargin);
+    const QString note = cutToLines(translating.text, theme.font(TextType::small), room, noteLines);
+    if (!note.isEmpty()) {
+        column->addSpacing(theme.points(6));
+        column->addWidget(makeReadText(theme, u"note"_s, u"原文"_s, note, {TextType::small, Tone::ink2}));
+    }
+    return {body, nullptr, widthOf(parts, width)};
+}
+
+CardPage makeOfferCard(const CardParts &parts, const TranslateOffer &offer, int)
+{
+    const int size = parts.theme.points(30);
+    auto *button = makeButton(
+        parts.theme, u"translate"_s, u"译"_s, {ButtonKind::offer, std::nullopt, TextType::reading});
+    button->setAccessibleName(translateTitle);
+    button->setToolTip(translateTitle);
+    button->setFixedSize(size, size);
+    QObject::connect(button, &QPushButton::clicked, button,
+        [&controller = parts.controller, text = offer.text] { controller.translate(text); });
+    return {button, nullptr, size};
+}
+
+CardPage makeErrorCard(const CardParts &parts, const CardError &error, int width)
+{
+    const Theme &theme = parts.theme;
+    auto *body = new QWidget;
+    body->setObjectName(u"errorCard"_s);
+    QVBoxLayout *column = marginedColumn(theme, body, cardMargin);
+    auto *message = makeReadText(theme, u"message"_s, u"出错了"_s, error.message, {TextType::text});
+    column->addWidget(message);
+    if (error.needsSettings) {
+        auto *settings = makeButton(theme, u"openSettings"_s, u"打开设置"_s, {});
+        QObject::connect(settings, &QPushButton::clicked, settings,
+            [&controller = parts.controller] { controller.openSettings(); });
+        column->addSpacing(theme.points(10));
+        column->addWidget(settings, 0, Qt::AlignLeft);
+    }
+    const int text = std::min(message->naturalWidth(), theme.points(300));
+    return {body, nullptr, std::min(text + 2 * theme.points(cardMargin), width)};
+}
+
+CardPage makeTranslationCard(const CardParts &parts, const TranslationData &data, int width)
+{
+    const Theme &theme = parts.theme;
+    const int full = widthOf(parts, width);
+    auto *body = new QWidget;
+    body->setObjectName(u"translationCard"_s);
+    QVBoxLayout *column = marginedColumn(theme, body, 0);
+    auto *original = makeReadText(theme, u"original"_s, u"原文"_s, data.original, {TextType::text});
+    QStringList terms;
+    const bool hasTerms = data.translation.keyTerms && !data.translation.keyTerms->isEmpty();
+    if (hasTerms)
+        for (const Translation::KeyTerm &term : *data.translation.keyTerms)
+            terms.append(term.text);
+    for (const TextRange &range : highlighted(data.original, terms))
+        original->mark(range.from, range.length);
+    column->addWidget(original);
+    column->addSpacing(theme.points(10));
+    column->addWidget(makeReadText(
+        theme, u"translation"_s, u"译文"_s, data.translation.translationZh, {TextType::reading}));
+    if (hasTerms) {
+        column->addSpacing(theme.points(10));
+        column->addWidget(makeTermChips(parts, data, full - 2 * theme.points(cardMargin)));
+    }
+    return {body, makeTranslationStrip(parts), full};
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,344 @@
+#include "card/views/WordCard.h"
+
+#include "card/CardController.h"
+#include "card/views/WordLines.h"
+#include "notebook/WordStore.h"
+#include "platform/Speaker.h"
+#include "shell/views/Controls.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QHBoxLayout *rowOf(QWidget *holder, int spacing)
+{
+    auto *row = new QHBoxLayout(holder);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(spacing);
+    return row;
+}
+
+QWidget *makeMarkedLabel(const Theme &theme, const QString &name, Icon icon, const QString &text, Tone tone)
+{
+    auto *holder = new QWidget;
+    holder->setObjectName(name);
+    holder->setAccessibleName(text);
+    auto *row = rowOf(holder, theme.points(4));
+    row->addWidget(makeIconLabel(theme, icon, 15, theme.colour(tone)));
+    row->addWidget(makeLabel(theme, text, TextType::small, tone));
+    return holder;
+}
+
+bool canBeWanted(const WordEntry &entry)
+{
+    return entry.stage != Stage::learning && entry.stage != Stage::mastered;
+}
+
+} // namespace
+
+WordCard::WordCard(const CardParts &parts, const WordCardData &data, Fold fold, int width)
+    : m_parts(parts)
+    , m_theme(parts.theme)
+    , m_data(data)
+    , m_fold(fold)
+    , m_room(width - 2 * parts.theme.points(cardMargin))
+    , m_rows(new QVBoxLayout(this))
+{
+    setObjectName(u"wordCard"_s);
+    const int margin = m_theme.points(cardMargin);
+    m_rows->setContentsMargins(margin, margin, margin, 0);
+    m_rows->setSpacing(0);
+    addHead();
+    addMeaning();
+    addSentence();
+    if (m_data.unlock && !m_data.unlock->isEmpty())
+        add(makeUnlockBanner(m_theme, *m_data.unlock), 10);
+    if (m_fold == Fold::open)
+        addDetails();
+}
+
+void WordCard::add(QWidget *widget, double gap)
+{
+    if (!widget)
+        return;
+    m_rows->addSpacing(m_theme.points(gap));
+    m_rows->addWidget(widget);
+}
+
+QWidget *WordCard::makeStrip()
+{
+    auto *strip = new QWidget;
+    auto *row = new QHBoxLayout(strip);
+    row->setContentsMargins(m_theme.points(cardMargin), m_theme.points(8), m_theme.points(cardMargin),
+        m_theme.points(cardMargin));
+    auto *fold =
+        makeButton(m_theme, u"fold"_s, m_fold == Fold::open ? u"收起"_s : u"更多"_s, {ButtonKind::link});
+    connect(fold, &QPushButton::clicked, this, &WordCard::foldPressed);
+    row->addWidget(fold);
+    row->addStretch();
+    return strip;
+}
+
+/// Word, sound and speaker in the row of the badge where they fit, else sound and speaker in a row below.
+void WordCard::addHead()
+{
+    const QString headword = m_data.explanation.headword;
+    auto *word = makeReadText(m_theme, u"headword"_s, u"单词"_s, headword, {TextType::headword});
+    QWidget *sound = makeSound();
+    QWidget *corner = makeCorner();
+    const int gap = m_theme.points(8);
+    const int needed =
+        word->naturalWidth() + gap + sound->sizeHint().width() + gap + corner->sizeHint().width();
+
+    auto *first = new QWidget;
+    auto *top = rowOf(first, gap);
+    top->addWidget(word, 1, Qt::AlignTop);
+    if (needed <= m_room) {
+        word->setFixedWidth(word->naturalWidth());
+        top->setStretchFactor(word, 0);
+        top->addWidget(sound, 0, Qt::AlignTop);
+        top->addStretch(1);
+    }
+    top->addWidget(corner, 0, Qt::AlignTop);
+    m_rows->addWidget(first);
+    if (needed > m_room)
+        add(sound, 0);
+}
+
+/// How the word is said, and the button that says it.
+QWidget *WordCard::makeSound()
+{
+    auto *holder = new QWidget;
+    auto *row = rowOf(holder, m_theme.points(4));
+    const QString phonetic = m_data.explanation.phonetic.value_or(QString());
+    auto *speak = makeSpeakButton(m_theme, m_parts.speaker, u"speakWord"_s, m_data.explanation.headword);
+    if (!phonetic.isEmpty()) {
+        auto *text = makeReadText(
+            m_theme, u"phonetic"_s, u"音标"_s, phonetic, {TextType::small, Tone::ink2, std::nullopt, 28});
+        text->setFixedWidth(std::min(text->naturalWidth(), m_room - speak->maximumWidth() - row->spacing()));
+        row->addWidget(text);
+    }
+    row->addWidget(speak);
+    row->addStretch();
+    return holder;
+}
+
+QWidget *WordCard::makeCorner()
+{
+    auto *holder = new QWidget;
+    holder->setFixedHeight(m_theme.points(28));
+    auto *row = rowOf(holder, m_theme.points(10));
+    row->addWidget(makeRegisterBadge(m_theme, registerFrom(m_data.explanation.register_)));
+    row->addWidget(makeSaveControl());
+    return holder;
+}
+
+QWidget *WordCard::makeSaveControl()
+{
+    if (m_data.justSaved)
+        return makeMarkedLabel(m_theme, u"justSaved"_s, Icon::checkCircleFill, u"已保存"_s, Tone::good);
+    if (m_data.savedLookupCount) {
+        auto *count = makeMarkedLabel(m_theme, u"savedCount"_s, Icon::starFill,
+            u"第 %1 次"_s.arg(*m_data.savedLookupCount), Tone::accent);
+        count->setToolTip(u"已在生词本里，这是第 %1 次查到"_s.arg(*m_data.savedLookupCount));
+        return count;
+    }
+    auto *save = makeButton(m_theme, u"save"_s, u"保存"_s, {ButtonKind::primary, Icon::star});
+    connect(save, &QPushButton::clicked, this, [this] { m_parts.controller.save(); });
+    return save;
+}
+
+void WordCard::addMeaning()
+{
+    const RecallState &recall = m_data.recall;
+    if (recall.kind == RecallState::Kind::hidden)
+        return add(makeCoveredSlip(), 8);
+    add(makeMeaningRow(), 6);
+    if (recall.kind == RecallState::Kind::revealed)
+        add(makeRatingSlip(), 8);
+    else if (recall.kind == RecallState::Kind::done)
+        add(makeVerdict(), 6);
+}
+
+QWidget *WordCard::makeMeaningRow() const
+{
+    auto *holder = new QWidget;
+    auto *row = rowOf(holder, m_theme.points(8));
+    const QString pos = m_data.explanation.pos.value_or(QString());
+    if (!pos.isEmpty()) {
+        auto *kind =
+            makeReadText(m_theme, u"pos"_s, u"词性"_s, pos, {TextType::small, Tone::ink2, QFont::Medium, 24});
+        kind->setFixedWidth(std::min(kind->naturalWidth(), m_room / 3));
+        row->addWidget(kind, 0, Qt::AlignTop);
+    }
+    row->addWidget(
+        makeReadText(m_theme, u"meaning"_s, u"意思"_s, m_data.explanation.meaningZh, {TextType::meaning}));
+    return holder;
+}
+
+namespace {
+
+QHBoxLayout *slipRow(const Theme &theme, QFrame *slip)
+{
+    auto *row = new QHBoxLayout(slip);
+    row->setContentsMargins(theme.points(10), theme.points(6), theme.points(6), theme.points(6));
+    row->setSpacing(theme.points(6));
+    return row;
+}
+
+} // namespace
+
+QWidget *WordCard::makeCoveredSlip()
+{
+    QFrame *slip = makeArea(u"slip"_s);
+    slip->setObjectName(u"recallPrompt"_s);
+    auto *row = slipRow(m_theme, slip);
+    row->addWidget(makeReadText(m_theme, u"recallQuestion"_s, u"先想一想"_s,
+        u"你查过 %1 次了，先想一想它在这里的意思？"_s.arg(m_data.savedLookupCount.value_or(0)),
+        {TextType::small, Tone::ink2}));
+    auto *reveal = makeButton(m_theme, u"reveal"_s, u"看答案"_s, {});
+    connect(reveal, &QPushButton::clicked, this, [this] { m_parts.controller.revealRecall(); });
+    row->addWidget(reveal);
+    return slip;
+}
+
+QWidget *WordCard::makeRatingSlip()
+{
+    QFrame *slip = makeArea(u"slip"_s);
+    slip->setObjectName(u"recallRating"_s);
+    auto *row = slipRow(m_theme, slip);
+    row->addWidget(makeReadText(
+        m_theme, u"recallQuestion"_s, u"想起来了吗"_s, u"刚才想起来了吗？"_s, {TextType::small, Tone::ink2}));
+    auto *yes = makeButton(m_theme, u"remembered"_s, u"想起来了"_s, {});
+    auto *no = makeButton(m_theme, u"forgotten"_s, u"没想起来"_s, {});
+    connect(yes, &QPushButton::clicked, this, [this] { m_parts.controller.rateRecall(true); });
+    connect(no, &QPushButton::clicked, this, [this] { m_parts.controller.rateRecall(false); });
+    row->addWidget(yes);
+    row->addWidget(no);
+    return slip;
+}
+
+QWidget *WordCard::makeVerdict() const
+{
+    auto *holder = new QWidget;
+    auto *row = rowOf(holder, 0);
+    row->addWidget(m_data.recall.remembered
+            ? makeMarkedLabel(m_theme, u"verdict"_s, Icon::checkCircle, u"记住了，算一次复习"_s, Tone::good)
+            : makeMarkedLabel(
+                m_theme, u"verdict"_s, Icon::redo, u"没关系，过一会儿会再考你一次"_s, Tone::orangeText));
+    row->addStretch();
+    return holder;
+}
+
+void WordCard::addSentence()
+{
+    if (sentence().isEmpty())
+        return;
+    const bool isCovered = m_data.recall.kind == RecallState::Kind::hidden;
+    const Explanation &explanation = m_data.explanation;
+    add(makeQuote(m_theme, sentence(),
+            {explanation.surfaceForm.value_or(QString()), m_data.selection, explanation.headword},
+            isCovered ? QString() : explanation.sentenceZh.value_or(QString())),
+        10);
+}
+
+void WordCard::addDetails()
+{
+    add(makeLine(), 10);
+    addNotes();
+    add(makeFormAndGrammarLine(m_theme, m_data.explanation), 8);
+    add(makeDerivationLine(m_theme, m_data.explanation), 6);
+    add(makeAskButtons(m_theme, QuickQuestion::why, QuickQuestion::simpler,
+            [this](std::optional<QuickQuestion> question) { m_parts.controller.ask(question); }),
+        10);
+    addActions();
+}
+
+void WordCard::addNotes()
+{
+    const Explanation &explanation = m_data.explanation;
+    double gap = 10;
+    const auto addNote = [&](const QString &name, const QString &what, const QString &text,
+                             const ReadText::Look &look) {
+        if (text.isEmpty())
+            return;
+        add(makeReadText(m_theme, name, what, text, look), gap);
+        gap = 3;
+    };
+    addNote(u"definition"_s, u"英文解释"_s, explanation.definitionEn.value_or(QString()), {TextType::small});
+    addNote(u"registerNote"_s, u"语气说明"_s, explanation.registerNoteZh.value_or(QString()),
+        {TextType::small, Tone::ink2});
+    if (explanation.sentenceIsExample.value_or(false))
+        addNote(u"exampleNote"_s, u"例句说明"_s, u"（没找到原句，上面是 AI 写的例句）"_s,
+            {TextType::tiny, Tone::ink2});
+}
+
+QList<QWidget *> WordCard::makeActions()
+{
+    QList<QWidget *> actions;
+    const auto add = [&](const QString &name, const QString &text, std::optional<Icon> icon) {
+        auto *button = makeButton(m_theme, name, text, {ButtonKind::plain, icon, TextType::tiny});
+        actions.append(button);
+        return button;
+    };
+    if (!sentence().isEmpty())
+        connect(add(u"speakSentence"_s, u"朗读原句"_s, Icon::speakerLine), &QPushButton::clicked, this,
+            [this] { m_parts.speaker.speak(sentence()); });
+    if (m_data.savedLookupCount && !m_data.justSaved)
+        connect(add(u"saveExample"_s, u"把这个例句也存下来"_s, std::nullopt), &QPushButton::clicked, this,
+            [this] { m_parts.controller.save(); });
+    if (const auto known = m_parts.words.index(m_data.explanation.headword)) {
+        const WordEntry &entry = m_parts.words.entries()[*known];
+        if (canBeWanted(entry))
+            actions.append(makeWantToggle(entry));
+    }
+    return actions;
+}
+
+QWidget *WordCard::makeWantToggle(const WordEntry &entry)
+{
+    const bool isWanted = entry.wantToLearn.value_or(false);
+    auto *toggle = makeButton(m_theme, u"wantToLearn"_s, isWanted ? u"已标想学"_s : u"想学"_s,
+        {ButtonKind::plain, isWanted ? Icon::starFill : Icon::star, TextType::tiny,
+            isWanted ? std::optional(Tone::gold) : std::nullopt});
+    toggle->setToolTip(u"标了想学，会排在最前面进入「在学」"_s);
+    connect(toggle, &QPushButton::clicked, this,
+        [this, id = entry.id, isWanted] { m_parts.words.setWantToLearn(id, !isWanted); });
+    return toggle;
+}
+
+/// The source goes to the end of the row, or to one of its own where too little is left of it.
+void WordCard::addActions()
+{
+    const QList<QWidget *> actions = makeActions();
+    auto *buttons = new QWidget;
+    auto *flow = new FlowLayout(m_theme.points(14), 0, buttons);
+    for (QWidget *action : actions)
+        flow->addWidget(action);
+    const int used = actions.isEmpty() ? 0 : flow->sizeHint().width() + m_theme.points(14);
+    const bool isBeside = m_room - used >= m_theme.points(120);
+    QWidget *source = makeSourceLabel(m_theme, m_data.source, false, isBeside ? m_room - used : m_room);
+    auto *first = new QWidget;
+    auto *row = rowOf(first, 0);
+    row->addWidget(buttons, 1);
+    if (source && isBeside)
+        row->addWidget(source, 0, Qt::AlignVCenter);
+    if (!actions.isEmpty() || (source && isBeside))
+        add(first, 6);
+    else
+        delete first;
+    if (!source || isBeside)
+        return;
+    auto *second = new QWidget;
+    auto *end = rowOf(second, 0);
+    end->addStretch();
+    end->addWidget(source);
+    add(second, 0);
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,141 @@
+#include "shell/views/Controls.h"
+
+#include <QFrame>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QTextDocument>
+
+#include <array>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct KindOfButton {
+    const char *name;
+    double height;
+    Tone text;
+};
+
+// In the order of ButtonKind.
+constexpr std::array kinds{
+    KindOfButton{"outlined", 28, Tone::ink},
+    KindOfButton{"primary", 28, Tone::primaryText},
+    KindOfButton{"soft", 28, Tone::ink},
+    KindOfButton{"chip", 26, Tone::ink},
+    KindOfButton{"dockChip", 26, Tone::ink},
+    KindOfButton{"link", 24, Tone::accent},
+    KindOfButton{"plain", 24, Tone::ink2},
+    KindOfButton{"icon", 26, Tone::ink2},
+    KindOfButton{"offer", 30, Tone::accent},
+};
+
+constexpr double iconBesideText = 14;
+
+double devicePixelRatio()
+{
+    return qGuiApp->devicePixelRatio();
+}
+
+QString escaped(QString text) // an ampersand would become a key
+{
+    return text.replace(u'&', u"&&"_s);
+}
+
+} // namespace
+
+QPushButton *makeButton(const Theme &theme, const QString &name, const QString &text, const ButtonLook &look)
+{
+    const KindOfButton &kind = kinds.at(static_cast<std::size_t>(look.kind));
+    auto *button = new QPushButton(escaped(text));
+    button->setObjectName(name);
+    button->setAccessibleName(text);
+    button->setProperty("kind", QString::fromLatin1(kind.name));
+    button->setFont(theme.font(look.type, look.type == TextType::tiny ? QFont::Normal : QFont::Medium));
+    button->setFixedHeight(theme.points(kind.height));
+    button->setCursor(Qt::PointingHandCursor);
+    if (look.icon) {
+        const int size = theme.points(iconBesideText);
+        button->setIcon(
+            iconOf(*look.icon, size, devicePixelRatio(), theme.colour(look.iconTone.value_or(kind.text))));
+        button->setIconSize({size, size});
+    }
+    return button;
+}
+
+QPushButton *makeIconButton(
+    const Theme &theme, const QString &name, const QString &what, Icon icon, double size)
+{
+    auto *button = makeButton(theme, name, {}, {.kind = ButtonKind::icon});
+    const int pixels = theme.points(size);
+    button->setIcon(iconOf(icon, pixels, devicePixelRatio(), theme.colour(Tone::ink2)));
+    button->setIconSize({pixels, pixels});
+    button->setFixedWidth(button->maximumHeight());
+    button->setAccessibleName(what);
+    button->setToolTip(what);
+    return button;
+}
+
+QLabel *makeLabel(
+    const Theme &theme, const QString &text, TextType type, Tone tone, std::optional<QFont::Weight> weight)
+{
+    auto *label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(weight ? theme.font(type, *weight) : theme.font(type));
+    label->setFixedHeight(theme.points(Theme::pitch(type)));
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, theme.colour(tone));
+    label->setPalette(palette);
+    return label;
+}
+
+QLabel *makeIconLabel(const Theme &theme, Icon icon, double size, const QColor &colour)
+{
+    auto *label = new QLabel;
+    const int pixels = theme.points(size);
+    label->setPixmap(iconPixmap(icon, pixels, devicePixelRatio(), colour));
+    label->setFixedSize(pixels, pixels);
+    return label;
+}
+
+QLabel *makeCapsule(const Theme &theme, const QString &text, Tint tint)
+{
+    static constexpr std::array names{"blue", "green", "orange", "purple"};
+    auto *label = makeLabel(theme, text, TextType::tiny, Tone::ink, QFont::Medium);
+    label->setProperty("tint", QString::fromLatin1(names.at(static_cast<std::size_t>(tint))));
+    label->setFixedHeight(theme.points(20));
+    label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    return label;
+}
+
+QLabel *makeChipLabel(const Theme &theme, const QString &text)
+{
+    auto *label = makeLabel(theme, text, TextType::tiny, Tone::ink);
+    label->setProperty("kind", u"chip"_s);
+    label->setFixedHeight(theme.points(20));
+    return label;
+}
+
+QFrame *makeLine()
+{
+    QFrame *line = makeArea(u"line"_s);
+    line->setFixedHeight(1);
+    return line;
+}
+
+QFrame *makeArea(const QString &kind)
+{
+    auto *area = new QFrame;
+    area->setProperty("kind", kind);
+    return area;
+}
+
+void setPlainToolTip(QWidget &widget, const QString &text)
+{
+    widget.setToolTip(Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text);
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "shell/views/Icons.h"
+#include "shell/views/Theme.h"
+
+#include <optional>
+
+class QFrame;
+class QLabel;
+class QPushButton;
+class QWidget;
+
+/// The small things that every screen is made of. All are made without a parent, for a layout to take.
+namespace nimbrelle {
+
+enum class ButtonKind { outlined, primary, soft, chip, dockChip, link, plain, icon, offer };
+
+struct ButtonLook {
+    ButtonKind kind = ButtonKind::outlined;
+    std::optional<Icon> icon = std::nullopt;
+    TextType type = TextType::small;
+    std::optional<Tone> iconTone = std::nullopt; ///< the text's own unless given
+};
+
+/// `name` is the object name. A button without a text needs setAccessibleName.
+QPushButton *makeButton(const Theme &theme, const QString &name, const QString &text, const ButtonLook &look);
+/// A round one with nothing but an icon; `what` is said by its tip and to a screen reader.
+QPushButton *makeIconButton(
+    const Theme &theme, const QString &name, const QString &what, Icon icon, double size);
+
+/// One line, which is never taken for markup.
+QLabel *makeLabel(const Theme &theme, const QString &text, TextType type, Tone tone,
+    std::optional<QFont::Weight> weight = std::nullopt);
+QLabel *makeIconLabel(const Theme &theme, Icon icon, double size, const QColor &colour);
+QLabel *makeCapsule(const Theme &theme, const QString &text, Tint tint);
+/// A grey one, for a thing that can't be pressed.
+QLabel *makeChipLabel(const Theme &theme, const QString &text);
+
+/// A hairline from side to side.
+QFrame *makeLine();
+/// An empty area of a kind that the style sheet knows.
+QFrame *makeArea(const QString &kind);
+
+void setPlainToolTip(QWidget &widget, const QString &text);
+
+} // namespace nimbrelle

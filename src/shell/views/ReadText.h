@@ -1,0 +1,57 @@
+#pragma once
+
+#include "card/InlineMarkdown.h"
+#include "shell/views/Theme.h"
+
+#include <QTextEdit>
+
+#include <memory>
+#include <optional>
+
+namespace nimbrelle {
+
+/// Text to read and to select: wraps, and keeps an exact distance of lines whatever scripts they mix. It is
+/// as high as its text, so it never scrolls.
+class ReadText : public QTextEdit {
+    Q_OBJECT
+
+public:
+    struct Look {
+        TextType type = TextType::text;
+        Tone tone = Tone::ink;
+        std::optional<QFont::Weight> weight = std::nullopt; ///< the type's own unless given
+        std::optional<double> pitch = std::nullopt; ///< in points; the type's own unless given
+    };
+
+    ReadText(const Theme &theme, Look look, QWidget *parent = nullptr);
+
+    void setPlain(const QString &text);
+    void setRuns(const QList<StyledRun> &runs);
+    /// Bold and in the accent; offsets in UTF-16 units of the text.
+    void mark(qsizetype from, qsizetype length);
+
+    /// The width that needs no wrapping, in device-independent pixels.
+    int naturalWidth() const;
+
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void wheelEvent(QWheelEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+private:
+    QTextCharFormat baseFormat() const;
+    QTextDocument &measure() const;
+
+    const Theme &m_theme;
+    const Look m_look;
+    mutable std::unique_ptr<QTextDocument> m_measure; // asked for sizes, so that asking never relays us out
+};
+
+/// The beginning of `text` that fits into so many lines, with an ellipsis where something was cut.
+QString cutToLines(const QString &text, const QFont &font, int width, int lines);
+
+} // namespace nimbrelle
