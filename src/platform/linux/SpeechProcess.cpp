@@ -4,6 +4,11 @@
 #include <QStandardPaths>
 
 namespace nimbrelle {
+namespace {
+
+constexpr int endLimitMs = 200;
+
+} // namespace
 
 SpeechCommand SpeechProcess::installed()
 {
@@ -27,6 +32,8 @@ SpeechCommand SpeechProcess::installed()
 SpeechProcess::~SpeechProcess()
 {
     end();
+    for (QProcess *dying : m_processes.findChildren<QProcess *>())
+        dying->waitForFinished(endLimitMs);
 }
 
 void SpeechProcess::speak(const QString &text)
@@ -34,26 +41,25 @@ void SpeechProcess::speak(const QString &text)
     end();
     if (m_command.program.isEmpty())
         return;
-    m_process = std::make_unique<QProcess>();
-    m_process->setStandardOutputFile(QProcess::nullDevice());
-    m_process->setStandardErrorFile(QProcess::nullDevice());
-    m_process->start(m_command.program, m_command.arguments);
-    m_process->write(text.toUtf8() + '\n');
-    m_process->closeWriteChannel();
+    m_speaking = new QProcess(&m_processes);
+    QObject::connect(m_speaking, &QProcess::finished, m_speaking, &QObject::deleteLater);
+    m_speaking->setStandardOutputFile(QProcess::nullDevice());
+    m_speaking->setStandardErrorFile(QProcess::nullDevice());
+    m_speaking->start(m_command.program, m_command.arguments);
+    m_speaking->write(text.toUtf8() + '\n');
+    m_speaking->closeWriteChannel();
 }
 
 /// Cuts off without waiting: what was killed is reaped when the event loop hears of its end.
 void SpeechProcess::end()
 {
-    if (!m_process)
+    if (!m_speaking)
         return;
-    QProcess *process = m_process.release();
-    if (process->state() == QProcess::NotRunning) {
-        process->deleteLater();
-        return;
-    }
-    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
-    process->kill();
+    if (m_speaking->state() == QProcess::NotRunning)
+        m_speaking->deleteLater(); // it never started
+    else
+        m_speaking->kill();
+    m_speaking.clear();
 }
 
 } // namespace nimbrelle

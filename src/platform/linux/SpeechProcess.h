@@ -2,10 +2,9 @@
 
 #include "platform/Speaker.h"
 
+#include <QPointer>
 #include <QProcess>
 #include <QStringList>
-
-#include <memory>
 
 namespace nimbrelle {
 
@@ -34,7 +33,8 @@ private:
     void end();
 
     SpeechCommand m_command;
-    std::unique_ptr<QProcess> m_process;
+    QObject m_processes; ///< the parent of the one that speaks and of those that are still dying
+    QPointer<QProcess> m_speaking;
 };
 
 } // namespace nimbrelle
