@@ -3,6 +3,7 @@
 #include <QFrame>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTextDocument>
 
@@ -34,6 +35,7 @@ constexpr std::array kinds{
 };
 
 constexpr double iconBesideText = 14;
+constexpr double fieldHeight = 32;
 
 double devicePixelRatio()
 {
@@ -77,6 +79,18 @@ QPushButton *makeIconButton(
     button->setAccessibleName(what);
     button->setToolTip(what);
     return button;
+}
+
+QLineEdit *makeField(const Theme &theme, const QString &name, const QString &what, const QString &placeholder)
+{
+    auto *field = new QLineEdit;
+    field->setObjectName(name);
+    field->setAccessibleName(what);
+    field->setPlaceholderText(placeholder);
+    field->setProperty("kind", u"field"_s);
+    field->setFont(theme.font(TextType::text));
+    field->setMinimumHeight(theme.points(fieldHeight));
+    return field;
 }
 
 QLabel *makeLabel(

@@ -7,6 +7,7 @@
 
 class QFrame;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 class QWidget;
 
@@ -27,6 +28,10 @@ QPushButton *makeButton(const Theme &theme, const QString &name, const QString &
 /// A round one with nothing but an icon; `what` is said by its tip and to a screen reader.
 QPushButton *makeIconButton(
     const Theme &theme, const QString &name, const QString &what, Icon icon, double size);
+
+/// One line to type in, 32 high; `what` tells a screen reader what it is for.
+QLineEdit *makeField(
+    const Theme &theme, const QString &name, const QString &what, const QString &placeholder);
 
 /// One line, which is never taken for markup.
 QLabel *makeLabel(const Theme &theme, const QString &text, TextType type, Tone tone,

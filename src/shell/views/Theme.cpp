@@ -1,5 +1,7 @@
 #include "shell/views/Theme.h"
 
+#include "shell/views/sheets/ControlsSheet.h"
+
 #include <QApplication>
 #include <QFontInfo>
 #include <QMetaEnum>
@@ -89,60 +91,10 @@ QString css(const QColor &colour)
         .arg(colour.alpha());
 }
 
-// $name is a colour, $name/50 the colour at a half, $12 a length in points.
-const auto sheet = uR"(
-QToolTip { color: $ink; background: $surface; border: 1px solid $border; padding: $4; }
-QMenu { color: $ink; background: $surface; border: 1px solid $border; padding: $4; }
-QMenu::item { padding: $4 $14; border-radius: $6; }
-QMenu::item:selected { background: $select; color: $ink; }
-
-QPushButton { color: $ink; background: $surface; border: 1px solid $borderStrong; border-radius: $8;
-    padding: 0 $10; }
-QPushButton:hover { background: $ink/6; }
-QPushButton:pressed { background: $ink/12; }
-QPushButton:disabled { color: $ink/45; }
-QPushButton[kind="primary"] { color: $primaryText; background: $primaryFill; border-color: $primaryFill; }
-QPushButton[kind="primary"]:hover { background: $primaryFill/88; }
-QPushButton[kind="primary"]:disabled { color: $primaryText/45; }
-QPushButton[kind="soft"] { border-color: $border; }
-QPushButton[kind="chip"] { background: $ink/7; border: 1px solid transparent; border-radius: $13; }
-QPushButton[kind="chip"]:hover { background: $ink/12; }
-QPushButton[kind="dockChip"] { border-color: $border; border-radius: $13; }
-QPushButton[kind="link"] { color: $accent; background: transparent; border: 1px solid transparent;
-    padding: 0; text-align: left; }
-QPushButton[kind="link"]:hover { text-decoration: underline; }
-QPushButton[kind="plain"] { color: $ink2; background: transparent; border: 1px solid transparent;
-    padding: 0; text-align: left; }
-QPushButton[kind="plain"]:hover { color: $ink; }
-QPushButton[kind="icon"] { background: transparent; border: 1px solid transparent; padding: 0;
-    border-radius: $8; }
-QPushButton[kind="icon"]:hover { background: $ink/7; }
-QPushButton[kind="offer"] { color: $accent; background: transparent; border: none; padding: 0;
-    border-radius: $15; }
-QPushButton[kind="offer"]:hover { background: $select; }
-QPushButton:focus { border: 2px solid $accentLine; padding: 0 $9; }
-QPushButton[kind="link"]:focus, QPushButton[kind="plain"]:focus, QPushButton[kind="icon"]:focus {
-    padding: 0; }
-
-QLabel[tint] { border-radius: $10; padding: 0 $8; }
-QLabel[kind="chip"] { background: $ink/7; border-radius: $10; padding: 0 $8; }
-QFrame[kind="slip"] { background: $sunken; border-radius: $8; }
-QFrame[kind="banner"] { background: $leaf/8; border-radius: $6; }
-QFrame[kind="bubble"] { background: $leaf/18; border-radius: $10; }
-QFrame[kind="line"] { background: $border; }
-QFrame[kind="rule"] { background: $border; }
-
-QScrollArea, QScrollArea > QWidget > QWidget[kind="scrolled"] { background: transparent; border: none; }
-QScrollBar:vertical { background: transparent; width: $8; margin: 0; }
-QScrollBar::handle:vertical { background: $borderStrong/60; border-radius: $3; min-height: $28;
-    margin: 1px; }
-QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::sub-page {
-    background: transparent; height: 0; }
-
-QPlainTextEdit[kind="field"] { color: $ink; background: $surface; border: 1px solid $borderStrong;
-    border-radius: $8; padding: $4 $6; }
-QPlainTextEdit[kind="field"]:focus { border: 2px solid $accentLine; padding: $3 $5; }
-)"_s;
+// One for each room that has rules of its own.
+constexpr std::array sheets{
+    controlsSheet,
+};
 
 } // namespace
 
@@ -240,14 +192,14 @@ QPalette Theme::palette() const
     return palette;
 }
 
-QString Theme::resolved(QString text) const
+QString Theme::resolved(QStringView text) const
 {
     static const QRegularExpression token(u"\\$([A-Za-z0-9]+)(?:/(\\d+))?"_s);
     QString result;
     qsizetype end = 0;
     for (auto each = token.globalMatch(text); each.hasNext();) {
         const auto match = each.next();
-        result.append(QStringView(text).mid(end, match.capturedStart() - end));
+        result.append(text.mid(end, match.capturedStart() - end));
         end = match.capturedEnd();
         bool isLength = false;
         const int length = match.captured(1).toInt(&isLength);
@@ -261,12 +213,14 @@ QString Theme::resolved(QString text) const
         const double opacity = match.hasCaptured(2) ? match.captured(2).toInt() / 100.0 : 1;
         result += css(colour(static_cast<Tone>(tone - tones.begin()), opacity));
     }
-    return result.append(QStringView(text).mid(end));
+    return result.append(text.mid(end));
 }
 
 QString Theme::styleSheet() const
 {
-    QString text = resolved(sheet);
+    QString text;
+    for (const QStringView sheet : sheets)
+        text += resolved(sheet);
     static constexpr std::array names{"blue", "green", "orange", "purple"};
     for (std::size_t i = 0; i < names.size(); ++i)
         text += u"QLabel[tint=\"%1\"] { background: %2; color: %3; }\n"_s.arg(QLatin1StringView(names[i]),

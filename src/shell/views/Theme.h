@@ -78,7 +78,7 @@ signals:
     void changed();
 
 private:
-    QString resolved(QString sheet) const;
+    QString resolved(QStringView sheet) const;
     void refresh();
 
     const double m_scale;
