@@ -72,12 +72,12 @@ int CardPanelWindow::margin() const
     return m_isComposited ? m_theme.points(shadowMargin) : 0;
 }
 
-QSizeF CardPanelWindow::fittingSize()
+QSizeF CardPanelWindow::fittingSize(QSizeF room)
 {
     if (!m_view)
         return {};
-    const QSize free = screen()->availableSize();
-    m_view->setLimits({free.width() - m_theme.points(screenMargin), qRound(free.height() * screenShare)});
+    m_view->setLimits(
+        {qRound(room.width()) - m_theme.points(screenMargin), qRound(room.height() * screenShare)});
     return m_view->fittingSize();
 }
 

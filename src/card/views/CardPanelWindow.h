@@ -25,7 +25,7 @@ public:
     /// The view becomes a child of the window.
     void setView(CardView &view);
 
-    QSizeF fittingSize() override;
+    QSizeF fittingSize(QSizeF room) override;
     void place(const QRectF &frame) override;
     void bringToFront() override;
     void orderOut() override;

@@ -120,6 +120,7 @@ QLabel *makeCapsule(const Theme &theme, const QString &text, Tint tint)
     static constexpr std::array names{"blue", "green", "orange", "purple"};
     auto *label = makeLabel(theme, text, TextType::tiny, Tone::ink, QFont::Medium);
     label->setProperty("tint", QString::fromLatin1(names.at(static_cast<std::size_t>(tint))));
+    label->setIndent(0); // the sheet pads it
     label->setFixedHeight(theme.points(20));
     label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     return label;
