@@ -36,11 +36,10 @@ xcb_connection_t *toolkitConnection()
 
 XConnection::XConnection()
 {
-    int number = 0;
-    m_connection = xcb_connect(nullptr, &number);
+    m_connection = xcb_connect(nullptr, &m_screenNumber);
     if (!isOpen())
         return;
-    m_screen = screenOf(m_connection, number);
+    m_screen = screenOf(m_connection, m_screenNumber);
     m_notifier =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &XConnection::dispatch);

@@ -37,6 +37,7 @@ public:
 
     xcb_connection_t *get() const { return m_connection; }
     const xcb_screen_t &screen() const { return *m_screen; }
+    int screenNumber() const { return m_screenNumber; }
     xcb_window_t root() const { return m_screen->root; }
     xcb_atom_t atom(const QByteArray &name);
     QByteArray nameOf(xcb_atom_t atom);
@@ -75,6 +76,7 @@ private:
     void hearAll(const xcb_generic_event_t &event);
 
     xcb_connection_t *m_connection = nullptr;
+    int m_screenNumber = 0;
     const xcb_screen_t *m_screen = nullptr;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QHash<QByteArray, xcb_atom_t> m_atoms;
