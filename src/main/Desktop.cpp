@@ -6,7 +6,7 @@ Desktop::Desktop(Services &services)
     : m_selection(services.clock(), m_platform.accessibility, m_platform.primarySelection,
         m_platform.clipboard, m_platform.keySender, m_platform.pointer, m_platform.frontApplication)
     , m_overlay(m_theme, [this] { return m_platform.screens.isComposited(); })
-    , m_panel(m_theme, [this] { return m_platform.screens.isComposited(); })
+    , m_panel(m_theme, {[this] { return m_platform.screens.isComposited(); }, &XConnection::flushToolkit})
     , m_card(services.clock(), services.config(), services.words(), services.newAI(), m_platform.screens,
           m_panel, [this] { return m_source.current(); })
     , m_cardView({m_theme, m_card, services.words(), m_platform.speaker})

@@ -111,6 +111,12 @@ std::vector<quint32> XConnection::values(xcb_window_t window, xcb_atom_t name) c
     return read;
 }
 
+void XConnection::flushToolkit()
+{
+    if (xcb_connection_t *toolkit = toolkitConnection())
+        xcb_flush(toolkit);
+}
+
 bool XConnection::isOwn(xcb_window_t window) const
 {
     xcb_connection_t *toolkit = toolkitConnection();

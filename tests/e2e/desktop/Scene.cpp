@@ -244,19 +244,26 @@ void Scene::press(const QString &name)
     click(find(name)->area.center());
 }
 
+QImage Scene::screenImage() const
+{
+    const auto size = user.x.reply(xcb_get_geometry_reply, xcb_get_geometry(user.x.get(), user.x.root()));
+    const auto answer = user.x.reply(xcb_get_image_reply,
+        xcb_get_image(
+            user.x.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, user.x.root(), 0, 0, size->width, size->height, ~0U));
+    if (!answer)
+        return {};
+    return QImage(
+        xcb_get_image_data(answer.get()), size->width, size->height, size->width * 4, QImage::Format_RGB32)
+        .copy();
+}
+
 void Scene::shoot(const QString &what) const
 {
     const QDir artefacts(QStringLiteral(NIMBRELLE_SCREENSHOTS));
     artefacts.mkpath(u"."_s);
     const auto *test = testing::UnitTest::GetInstance()->current_test_info();
-    const auto size = user.x.reply(xcb_get_geometry_reply, xcb_get_geometry(user.x.get(), user.x.root()));
-    const auto answer = user.x.reply(xcb_get_image_reply,
-        xcb_get_image(
-            user.x.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, user.x.root(), 0, 0, size->width, size->height, ~0U));
-    ASSERT_TRUE(answer);
-    const QImage image(
-        xcb_get_image_data(answer.get()), size->width, size->height, size->width * 4, QImage::Format_RGB32);
-    EXPECT_TRUE(image.save(artefacts.filePath(QString::fromLatin1(test->name()) + u'-' + what + u".png"_s)));
+    EXPECT_TRUE(
+        screenImage().save(artefacts.filePath(QString::fromLatin1(test->name()) + u'-' + what + u".png"_s)));
 }
 
 } // namespace nimbrelle

@@ -6,6 +6,7 @@
 #include "notebook/WordEntry.h"
 #include "support/Stranger.h"
 
+#include <QImage>
 #include <QLabel>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -84,6 +85,7 @@ protected:
     void press(const QString &name);
     /// @}
 
+    QImage screenImage() const;
     /// A picture of the whole screen among the artefacts.
     void shoot(const QString &what) const;
 
