@@ -160,7 +160,8 @@ QVariantMap DBusMenu::propertiesOf(int id) const
     return m_items.contains(id) ? propertiesOf(m_items.value(id)) : QVariantMap();
 }
 
-// What is as the protocol assumes it is left out.
+// What is as the protocol assumes it is left out. So are the keys: bars show them, and then don't act on
+// them.
 QVariantMap DBusMenu::propertiesOf(const MenuEntry &entry) const
 {
     if (entry.kind == MenuEntry::Kind::separator)
@@ -174,8 +175,6 @@ QVariantMap DBusMenu::propertiesOf(const MenuEntry &entry) const
     }
     if (!entry.symbol.isEmpty())
         properties.insert(u"icon-data"_s, pngOf(m_paint(entry.symbol)));
-    if (!entry.key.isEmpty())
-        properties.insert(u"shortcut"_s, QVariant::fromValue(QList<QStringList>{{entry.key}}));
     if (!entry.toolTip.isEmpty())
         properties.insert(u"accessible-desc"_s, QString(entry.toolTip + u' ' + entry.title));
     return properties;

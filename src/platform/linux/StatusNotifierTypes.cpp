@@ -84,7 +84,6 @@ void registerStatusNotifierTypes()
     qDBusRegisterMetaType<QList<DBusMenuProperties>>();
     qDBusRegisterMetaType<DBusMenuEvent>();
     qDBusRegisterMetaType<QList<DBusMenuEvent>>();
-    qDBusRegisterMetaType<QList<QStringList>>();
 }
 
 } // namespace nimbrelle
