@@ -4,6 +4,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QStandardPaths>
 
 namespace nimbrelle {
 
@@ -17,6 +18,14 @@ const QString itemPath = u"/StatusNotifierItem"_s; // the one where bars look
 const QString menuPath = u"/MenuBar"_s;
 
 } // namespace
+
+QString StatusNotifierItem::installedIcon()
+{
+    const QString name = u"nimbrelle-symbolic"_s;
+    const QString file = u"icons/hicolor/symbolic/apps/%1.svg"_s.arg(name);
+    const bool isInstalled = !QStandardPaths::locate(QStandardPaths::GenericDataLocation, file).isEmpty();
+    return isInstalled ? name : QString();
+}
 
 StatusNotifierItem::StatusNotifierItem(const QDBusConnection &bus, const StatusArt &art)
     : m_bus(bus)

@@ -29,6 +29,9 @@ public:
         present,
     };
 
+    /// The icon that an installation brings; empty where there is none.
+    static QString installedIcon();
+
     /// `bus` is the session's.
     StatusNotifierItem(const QDBusConnection &bus, const StatusArt &art);
     ~StatusNotifierItem() override;
