@@ -85,6 +85,8 @@ bool hasReturn(const StyledRun &run)
 
 void ReadText::growTo(const QList<StyledRun> &runs)
 {
+    if (runs == m_runs)
+        return;
     if (m_runs.isEmpty() || std::ranges::any_of(runs, hasReturn))
         return setRuns(runs);
     const qsizetype whole = lengthOfSameBeginning(m_runs, runs);

@@ -153,7 +153,7 @@ QWidget *TalkDock::makeErrorRow()
     m_error = new ReadText(m_theme, {TextType::small, Tone::bad});
     m_error->setObjectName(u"error"_s);
     m_error->setAccessibleName(u"出错了"_s);
-    row->addWidget(m_error, 1);
+    row->addWidget(m_error, 1, Qt::AlignVCenter);
     return holder;
 }
 
