@@ -45,6 +45,7 @@ constexpr std::array tones{
     Pair{"warn", 0x7A5A06, 0xDDB651},
     Pair{"gold", 0xA06E00, 0xDDB651},
     Pair{"orangeText", 0x83450A, 0xF0BC85},
+    Pair{"purpleText", 0x5B3C8A, 0xCDB6F0},
 };
 
 struct TintColours {
@@ -76,6 +77,7 @@ constexpr std::array types{
     TypeSize{13, 20, QFont::Normal},
     TypeSize{12, 19, QFont::Normal},
     TypeSize{11, 16, QFont::Normal},
+    TypeSize{28, 40, QFont::Medium},
 };
 
 QColor withOpacity(QColor colour, double opacity)
