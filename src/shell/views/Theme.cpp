@@ -1,6 +1,7 @@
 #include "shell/views/Theme.h"
 
 #include "shell/views/sheets/ControlsSheet.h"
+#include "shell/views/sheets/ReviewSheet.h"
 #include "shell/views/sheets/TalkSheet.h"
 
 #include <QApplication>
@@ -46,6 +47,8 @@ constexpr std::array tones{
     Pair{"gold", 0xA06E00, 0xDDB651},
     Pair{"orangeText", 0x83450A, 0xF0BC85},
     Pair{"purpleText", 0x5B3C8A, 0xCDB6F0},
+    Pair{"amber", 0xE2B438, 0xE2B438},
+    Pair{"onLeaf", 0x2B2621, 0x2B2621},
 };
 
 struct TintColours {
@@ -97,6 +100,7 @@ QString css(const QColor &colour)
 // One for each room that has rules of its own.
 constexpr std::array sheets{
     controlsSheet,
+    reviewSheet,
     talkSheet,
 };
 

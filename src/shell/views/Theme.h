@@ -29,6 +29,8 @@ enum class Tone {
     gold,
     orangeText, ///< on a ground of Tint::orange, or by itself
     purpleText, ///< a memory aid
+    amber, ///< the disc of an answer that was nearly right
+    onLeaf, ///< what stands on leaf and amber
 };
 
 /// A coloured capsule: its ground, and a text of the same hue that can be read on it.
