@@ -160,10 +160,8 @@ bool isOutcome(const DiaryEntry &entry)
 
 QStringList timeOfDay(const Diary &diary, const QString &today)
 {
-    static const QString names = u"日一二三四五六"_s;
     const auto [day, hour] = diary.now();
-    const QChar name = names[std::chrono::weekday{day}.c_encoding()];
-    return {u"现在："_s + today + u" 星期"_s + name + u' ' + periodOf(hour) + u' ' + QString::number(hour)
+    return {u"现在："_s + today + u' ' + weekdayOf(day) + u' ' + periodOf(hour) + u' ' + QString::number(hour)
         + u" 点"_s};
 }
 

@@ -39,6 +39,12 @@ QString periodOf(int hour)
     return hour >= 18 && hour <= 22 ? u"晚上"_s : u"深夜"_s;
 }
 
+QString weekdayOf(std::chrono::local_days day)
+{
+    static const QString names = u"日一二三四五六"_s;
+    return u"星期"_s + names[std::chrono::weekday{day}.c_encoding()];
+}
+
 QString formatDays(double days)
 {
     return days < 1 ? u"不到 1 天"_s : QString::number(std::round(days), 'f', 0) + u" 天"_s;

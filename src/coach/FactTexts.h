@@ -2,6 +2,8 @@
 
 #include "notebook/WordEntry.h"
 
+#include <chrono>
+
 /// The small texts that the coach's record is put together from.
 namespace nimbrelle::facts {
 
@@ -9,6 +11,8 @@ namespace nimbrelle::facts {
 QString ratingLabel(const QString &rating);
 /// 上午, 下午, 晚上 or 深夜 for a local hour.
 QString periodOf(int hour);
+/// 星期日 to 星期六.
+QString weekdayOf(std::chrono::local_days day);
 /// Whole days, or 不到 1 天.
 QString formatDays(double days);
 

@@ -22,4 +22,20 @@ QList<LetterSlots::Box> LetterSlots::boxes() const
     return result;
 }
 
+QList<QList<LetterSlots::Box>> LetterSlots::rows(qsizetype widest) const
+{
+    const QList<Box> all = boxes();
+    const QStringList wanted = characters(answer);
+    QList<QList<Box>> result;
+    qsizetype start = 0;
+    while (all.size() - start > widest) {
+        const qsizetype blank = wanted.mid(start, widest).lastIndexOf(Letters::blank);
+        const qsizetype count = blank > 0 ? blank + 1 : widest;
+        result.append(all.mid(start, count));
+        start += count;
+    }
+    result.append(all.mid(start));
+    return result;
+}
+
 } // namespace nimbrelle

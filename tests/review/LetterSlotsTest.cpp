@@ -33,4 +33,19 @@ TEST(LetterSlots, ShowsABoxForEachLetterAndJudgesWhatIsTyped)
     EXPECT_EQ(shown(QString(), QString()), QString());
 }
 
+TEST(LetterSlots, BreaksRowsAfterABlankWhateverIsTyped)
+{
+    const auto lengths = [](const QString &answer, const QString &typed) {
+        QList<qsizetype> result;
+        for (const auto &row : LetterSlots{answer, typed}.rows(6))
+            result.append(row.size());
+        return result;
+    };
+    EXPECT_EQ(lengths(u"run"_s, {}), QList<qsizetype>{3});
+    EXPECT_EQ(lengths(u"give up on"_s, {}), (QList<qsizetype>{5, 5}));
+    EXPECT_EQ(lengths(u"give up on"_s, u"givexup"_s), (QList<qsizetype>{5, 5}));
+    EXPECT_EQ(lengths(u"deprecate"_s, {}), (QList<qsizetype>{6, 3}));
+    EXPECT_EQ(lengths(u"go"_s, u"gooooooo"_s), (QList<qsizetype>{6, 2}));
+}
+
 } // namespace

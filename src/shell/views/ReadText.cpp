@@ -4,10 +4,10 @@
 #include <QContextMenuEvent>
 #include <QFontMetrics>
 #include <QMenu>
-#include <QTextBlock>
 #include <QTextLayout>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace nimbrelle {
@@ -45,29 +45,88 @@ void ReadText::setPlain(const QString &text)
     setRuns({{text, {}}});
 }
 
+QTextCharFormat ReadText::formatOf(const TextStyle &style) const
+{
+    QTextCharFormat format = baseFormat();
+    if (style.bold)
+        format.setFontWeight(QFont::DemiBold);
+    format.setFontItalic(style.italic);
+    format.setFontStrikeOut(style.struck);
+    if (style.code)
+        format.setFontFamilies({u"DejaVu Sans Mono"_s, u"Noto Sans Mono"_s, u"monospace"_s});
+    if (!style.link.isEmpty())
+        format.setForeground(m_theme.colour(Tone::accent));
+    return format;
+}
+
 void ReadText::setRuns(const QList<StyledRun> &runs)
 {
     clear();
     document()->setDefaultFont(baseFormat().font());
     QTextCursor cursor(document());
-    QTextBlockFormat block;
-    block.setLineHeight(
-        m_theme.points(m_look.pitch.value_or(Theme::pitch(m_look.type))), QTextBlockFormat::FixedHeight);
-    cursor.setBlockFormat(block);
-    for (const StyledRun &run : runs) {
-        QTextCharFormat format = baseFormat();
-        if (run.style.bold)
-            format.setFontWeight(QFont::DemiBold);
-        format.setFontItalic(run.style.italic);
-        format.setFontStrikeOut(run.style.struck);
-        if (run.style.code)
-            format.setFontFamilies({u"DejaVu Sans Mono"_s, u"Noto Sans Mono"_s, u"monospace"_s});
-        if (!run.style.link.isEmpty())
-            format.setForeground(m_theme.colour(Tone::accent));
-        cursor.insertText(run.text, format);
+    write(cursor, runs);
+    setPitches(document()->begin());
+    m_runs = runs;
+}
+
+namespace {
+
+template <class Sequence> qsizetype lengthOfSameBeginning(const Sequence &a, const Sequence &b)
+{
+    return std::mismatch(a.cbegin(), a.cend(), b.cbegin(), b.cend()).first - a.cbegin();
+}
+
+bool hasReturn(const StyledRun &run)
+{
+    return run.text.contains(u'\r'); // takes no place of its own in a document
+}
+
+} // namespace
+
+void ReadText::growTo(const QList<StyledRun> &runs)
+{
+    if (runs == m_runs)
+        return;
+    if (m_runs.isEmpty() || std::ranges::any_of(runs, hasReturn))
+        return setRuns(runs);
+    const qsizetype whole = lengthOfSameBeginning(m_runs, runs);
+    qsizetype kept = 0;
+    for (qsizetype i = 0; i < whole; ++i)
+        kept += runs[i].text.size();
+    QList<StyledRun> rest = runs.mid(whole);
+    if (!rest.isEmpty() && whole < m_runs.size() && rest.first().style == m_runs[whole].style) {
+        const qsizetype same = lengthOfSameBeginning(m_runs[whole].text, rest.first().text);
+        kept += same;
+        rest.first().text.remove(0, same);
     }
+    QTextCursor cursor(document());
+    cursor.setPosition(static_cast<int>(kept));
+    cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+    const QTextBlock first = cursor.block();
+    write(cursor, rest);
+    setPitches(first);
+    m_runs = runs;
+}
+
+void ReadText::write(QTextCursor &cursor, const QList<StyledRun> &runs)
+{
+    for (const StyledRun &run : runs)
+        cursor.insertText(run.text, formatOf(run.style));
     m_measure.reset();
     updateGeometry();
+}
+
+void ReadText::setPitches(QTextBlock from)
+{
+    const double pitch = m_look.pitch.value_or(Theme::pitch(m_look.type));
+    for (QTextBlock block = from; block.isValid(); block = block.next()) {
+        const bool isEmpty = block.length() == 1;
+        QTextBlockFormat format;
+        format.setLineHeight(
+            m_theme.points(isEmpty ? m_look.gap.value_or(pitch) : pitch), QTextBlockFormat::FixedHeight);
+        QTextCursor(block).setBlockFormat(format);
+    }
 }
 
 void ReadText::mark(qsizetype from, qsizetype length)

@@ -3,6 +3,7 @@
 #include "card/InlineMarkdown.h"
 #include "shell/views/Theme.h"
 
+#include <QTextBlock>
 #include <QTextEdit>
 
 #include <memory>
@@ -21,12 +22,15 @@ public:
         Tone tone = Tone::ink;
         std::optional<QFont::Weight> weight = std::nullopt; ///< the type's own unless given
         std::optional<double> pitch = std::nullopt; ///< in points; the type's own unless given
+        std::optional<double> gap = std::nullopt; ///< of an empty line; as the others unless given
     };
 
     ReadText(const Theme &theme, Look look, QWidget *parent = nullptr);
 
     void setPlain(const QString &text);
     void setRuns(const QList<StyledRun> &runs);
+    /// The same, but leaves the beginning that stays as it is alone, and with it what is selected there.
+    void growTo(const QList<StyledRun> &runs);
     /// Bold and in the accent; offsets in UTF-16 units of the text.
     void mark(qsizetype from, qsizetype length);
 
@@ -44,10 +48,14 @@ protected:
 
 private:
     QTextCharFormat baseFormat() const;
+    QTextCharFormat formatOf(const TextStyle &style) const;
+    void write(QTextCursor &cursor, const QList<StyledRun> &runs);
+    void setPitches(QTextBlock from);
     QTextDocument &measure() const;
 
     const Theme &m_theme;
     const Look m_look;
+    QList<StyledRun> m_runs;
     mutable std::unique_ptr<QTextDocument> m_measure; // asked for sizes, so that asking never relays us out
 };
 

@@ -2,6 +2,8 @@
 
 #include "shell/views/sheets/ControlsSheet.h"
 #include "shell/views/sheets/StatusSheet.h"
+#include "shell/views/sheets/ReviewSheet.h"
+#include "shell/views/sheets/TalkSheet.h"
 
 #include <QApplication>
 #include <QFontInfo>
@@ -45,6 +47,9 @@ constexpr std::array tones{
     Pair{"warn", 0x7A5A06, 0xDDB651},
     Pair{"gold", 0xA06E00, 0xDDB651},
     Pair{"orangeText", 0x83450A, 0xF0BC85},
+    Pair{"purpleText", 0x5B3C8A, 0xCDB6F0},
+    Pair{"amber", 0xE2B438, 0xE2B438},
+    Pair{"onLeaf", 0x2B2621, 0x2B2621},
 };
 
 struct TintColours {
@@ -76,6 +81,7 @@ constexpr std::array types{
     TypeSize{13, 20, QFont::Normal},
     TypeSize{12, 19, QFont::Normal},
     TypeSize{11, 16, QFont::Normal},
+    TypeSize{28, 40, QFont::Medium},
 };
 
 QColor withOpacity(QColor colour, double opacity)
@@ -96,6 +102,8 @@ QString css(const QColor &colour)
 constexpr std::array sheets{
     controlsSheet,
     statusSheet,
+    reviewSheet,
+    talkSheet,
 };
 
 } // namespace

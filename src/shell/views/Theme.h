@@ -28,13 +28,16 @@ enum class Tone {
     warn,
     gold,
     orangeText, ///< on a ground of Tint::orange, or by itself
+    purpleText, ///< a memory aid
+    amber, ///< the disc of an answer that was nearly right
+    onLeaf, ///< what stands on leaf and amber
 };
 
 /// A coloured capsule: its ground, and a text of the same hue that can be read on it.
 enum class Tint { blue, green, orange, purple };
 
 /// A size of text by what it is for.
-enum class TextType { display, title, headword, heading, meaning, reading, text, small, tiny };
+enum class TextType { display, title, headword, heading, meaning, reading, text, small, tiny, scaffold };
 
 /// What everything visible is made from. All numbers given to it are points of the design; one point is as
 /// many device-independent pixels as the desktop's own text size asks for. Main thread only.

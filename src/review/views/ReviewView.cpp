@@ -1,0 +1,234 @@
+#include "review/views/ReviewView.h"
+
+#include "frame/Clock.h"
+#include "frame/ConfigStore.h"
+#include "review/views/AnswerLines.h"
+#include "review/views/EndPage.h"
+#include "review/views/RecognitionBody.h"
+#include "review/views/SpellBody.h"
+#include "shell/views/Controls.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+/// How far the round has come.
+class ProgressLine : public QWidget {
+public:
+    explicit ProgressLine(const Theme &theme) : m_theme(theme)
+    {
+        setObjectName(u"progress"_s);
+        setFixedHeight(theme.points(4));
+    }
+
+    void setProgress(const ReviewScreen::Progress &progress)
+    {
+        m_part = progress.total > 0 ? double(progress.done) / double(progress.total) : 0;
+        setAccessibleName(u"进度 "_s + progress.text);
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        const double radius = height() / 2.0;
+        painter.setBrush(m_theme.colour(Tone::border));
+        painter.drawRoundedRect(QRectF(rect()), radius, radius);
+        if (m_part <= 0)
+            return;
+        painter.setBrush(m_theme.colour(Tone::leaf));
+        const double done = std::max<double>(height(), width() * m_part);
+        painter.drawRoundedRect(QRectF(0, 0, done, height()), radius, radius);
+    }
+
+private:
+    const Theme &m_theme;
+    double m_part = 0;
+};
+
+ReviewView::ReviewView(const ReviewParts &parts, QWidget *parent) : QWidget(parent), m_parts(parts)
+{
+    setObjectName(u"review"_s);
+    setFocusPolicy(Qt::StrongFocus);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    connect(&parts.theme, &Theme::changed, this, &ReviewView::rebuild);
+    connect(&parts.session, &ReviewSession::changed, this, &ReviewView::refresh);
+    connect(&parts.config, &ConfigStore::configChanged, this, &ReviewView::refresh);
+    refresh();
+}
+
+void ReviewView::rebuild()
+{
+    setPage(nullptr);
+    m_body = nullptr;
+    refresh();
+}
+
+void ReviewView::refresh()
+{
+    if (ReviewScreen::foot(m_parts.session))
+        showQuestion();
+    else
+        showEnd();
+}
+
+void ReviewView::showQuestion()
+{
+    if (!m_body || m_body->questionId() != m_parts.session.current()->id)
+        setPage(makeQuestionPage());
+    else
+        m_body->refresh();
+    if (const auto progress = ReviewScreen::progress(m_parts.session)) {
+        m_progress->setProgress(*progress);
+        m_progressText->setText(progress->text);
+    }
+    const QWidget *focused = focusWidget();
+    if (!focused || !focused->isVisible())
+        takeFocus();
+}
+
+ReviewView::End ReviewView::end() const
+{
+    if (std::holds_alternative<ReviewSession::Finished>(m_parts.session.phase()))
+        return ReviewScreen::summary(m_parts.session, m_parts.words, m_parts.clock.now());
+    return ReviewScreen::emptyRound(m_parts.session, m_parts.words, m_parts.config.config().learningSlots);
+}
+
+void ReviewView::showEnd()
+{
+    const End shown = end();
+    if (m_page && !m_body && m_end == shown)
+        return;
+    const auto *summary = std::get_if<ReviewScreen::Summary>(&shown);
+    auto *page = summary ? new EndPage(m_parts.theme, *summary)
+                         : new EndPage(m_parts.theme, std::get<ReviewScreen::EmptyRound>(shown));
+    connectEnd(*page);
+    setPage(page);
+    m_body = nullptr;
+    m_end = shown;
+}
+
+void ReviewView::connectEnd(EndPage &page)
+{
+    ReviewSession &session = m_parts.session;
+    connect(&page, &EndPage::againPressed, &session, [&session] {
+        if (session.isSpellingPractice())
+            session.startSpelling();
+        else
+            session.start(0);
+    });
+    connect(&page, &EndPage::morePressed, &session, [&session] { session.start(5); });
+    connect(&page, &EndPage::closePressed, this, &ReviewView::closed);
+}
+
+void ReviewView::setPage(QWidget *page)
+{
+    takeFocus(); // or it would go to any button of the new page
+    if (m_page) {
+        layout()->removeWidget(m_page);
+        m_page->hide();
+        m_page->deleteLater(); // it may hold what was pressed
+    }
+    m_page = page;
+    if (!page)
+        return;
+    layout()->addWidget(page);
+    page->show(); // now, not when the layout gets to it
+}
+
+void ReviewView::takeFocus()
+{
+    if (focusWidget() && focusWidget() != this)
+        setFocus(Qt::OtherFocusReason);
+}
+
+QWidget *ReviewView::makeQuestionPage()
+{
+    const Theme &theme = m_parts.theme;
+    auto *page = new QWidget;
+    auto *rows = bareLayout<QVBoxLayout>(page, 0);
+    rows->addWidget(makeTopBar());
+    rows->addWidget(makeHeader());
+    rows->addSpacing(theme.points(14));
+    if (m_parts.session.current()->isSpelling())
+        m_body = new SpellBody(m_parts, width());
+    else
+        m_body = new RecognitionBody(m_parts, width());
+    rows->addWidget(m_body, 1);
+    return page;
+}
+
+QWidget *ReviewView::makeTopBar()
+{
+    const Theme &theme = m_parts.theme;
+    auto *bar = new QWidget;
+    auto *row = new QHBoxLayout(bar);
+    row->setContentsMargins(theme.points(reviewMargin), theme.points(20), theme.points(reviewMargin), 0);
+    row->setSpacing(theme.points(14));
+    m_progress = new ProgressLine(theme);
+    row->addWidget(m_progress, 1);
+    m_progressText = makeLabel(theme, {}, TextType::small, Tone::ink2);
+    m_progressText->setObjectName(u"progressText"_s);
+    row->addWidget(m_progressText);
+    return bar;
+}
+
+QWidget *ReviewView::makeHeader()
+{
+    const Theme &theme = m_parts.theme;
+    const ReviewQuestion &question = *m_parts.session.current();
+    auto *header = new QWidget;
+    auto *row = new QHBoxLayout(header);
+    row->setContentsMargins(theme.points(reviewMargin), theme.points(20), theme.points(reviewMargin), 0);
+    row->setSpacing(theme.points(10));
+    auto *seal = makeLabel(theme, ReviewScreen::badge(question), TextType::text, Tone::onLeaf, QFont::Bold);
+    seal->setObjectName(u"badge"_s);
+    seal->setProperty("kind", u"seal"_s);
+    seal->setAlignment(Qt::AlignCenter);
+    seal->setFixedSize(theme.points(24), theme.points(24));
+    row->addWidget(seal, 0, Qt::AlignTop);
+    auto *prompt = new ReadText(theme, {TextType::text, Tone::ink2, std::nullopt, 24});
+    prompt->setObjectName(u"prompt"_s);
+    prompt->setAccessibleName(u"题目"_s);
+    prompt->setPlain(ReviewScreen::prompt(question));
+    row->addWidget(prompt, 1);
+    return header;
+}
+
+void ReviewView::keyPressEvent(QKeyEvent *event)
+{
+    ReviewSession &session = m_parts.session;
+    const auto foot = ReviewScreen::foot(session);
+    const int key = event->key();
+    const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
+    if (key == Qt::Key_R && event->modifiers() == Qt::ControlModifier) {
+        if (auto *spelling = qobject_cast<SpellBody *>(m_body))
+            spelling->speakAgain();
+        return;
+    }
+    if (!foot || !isPlain)
+        return QWidget::keyPressEvent(event);
+    if (event->isAutoRepeat())
+        return; // a key held down must not answer what comes next
+    using enum ReviewScreen::Foot;
+    const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (*foot == reveal && key == Qt::Key_Space)
+        session.reveal();
+    else if (*foot == rate && key >= Qt::Key_1 && key <= Qt::Key_4)
+        session.rate(*ratingFromRaw(key - Qt::Key_1 + 1));
+    else if ((*foot == next || *foot == proceed) && isReturn)
+        session.next();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+} // namespace nimbrelle

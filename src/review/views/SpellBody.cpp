@@ -1,0 +1,342 @@
+#include "review/views/SpellBody.h"
+
+#include "card/views/WordLines.h"
+#include "frame/Clock.h"
+#include "platform/Speaker.h"
+#include "review/views/AnswerField.h"
+#include "review/views/AnswerLines.h"
+#include "review/views/KeyButton.h"
+#include "review/views/SlotsView.h"
+#include "shell/views/Controls.h"
+#include "shell/views/FocusSoon.h"
+
+#include <QHBoxLayout>
+#include <QPointer>
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double aboveField = 10;
+constexpr double belowField = 8;
+
+} // namespace
+
+SpellBody::SpellBody(const ReviewParts &parts, int width) : QuestionBody(parts, width)
+{
+    refresh();
+    if (mode() == SpellMode::copy)
+        hideWordLater(m_peek.renew());
+}
+
+SpellMode SpellBody::mode() const
+{
+    return question().mode().value_or(SpellMode::copy);
+}
+
+void SpellBody::fillContent(QVBoxLayout &rows, const WordEntry &live)
+{
+    m_word = nullptr;
+    if (foot() == ReviewScreen::Foot::type)
+        fillHint(rows, live);
+    else
+        fillResult(rows, live);
+}
+
+void SpellBody::fillHint(QVBoxLayout &rows, const WordEntry &live)
+{
+    const auto addMeaning = [&] {
+        add(rows,
+            makeReadText(parts().theme, u"meaning"_s, u"意思"_s, live.meaningZh,
+                {TextType::heading, Tone::ink, QFont::Medium, 30}),
+            6);
+    };
+    switch (mode()) {
+    case SpellMode::copy:
+        m_word = makeLarge(u"word"_s, {}, Tone::ink);
+        showTheWord();
+        add(rows, m_word, 6);
+        return addMeaning();
+    case SpellMode::fill:
+    case SpellMode::chunks:
+        add(rows,
+            makeLarge(u"scaffold"_s, question().scaffold.value_or(QString()),
+                mode() == SpellMode::chunks ? Tone::ink2 : Tone::ink),
+            6);
+        return addMeaning();
+    case SpellMode::full:
+        return fillFullHint(rows, live);
+    case SpellMode::dictation:
+        return add(rows, makeSpeakAgain(), 6);
+    }
+}
+
+void SpellBody::fillFullHint(QVBoxLayout &rows, const WordEntry &live) const
+{
+    const Theme &theme = parts().theme;
+    if (question().clozeSentence)
+        add(rows,
+            makeReadText(theme, u"cloze"_s, u"填空"_s, *question().clozeSentence,
+                {TextType::meaning, Tone::ink, QFont::Normal, 25}),
+            6);
+    add(rows,
+        makeReadText(theme, u"initial"_s, u"提示"_s, ReviewScreen::initialLine(question()),
+            {TextType::text, Tone::ink2}),
+        8);
+    add(rows,
+        makeReadText(theme, u"meaning"_s, u"意思"_s, live.meaningZh,
+            {TextType::heading, Tone::ink, QFont::Medium, 30}),
+        2);
+    if (const auto form = ReviewScreen::formLine(question()))
+        add(rows, makeReadText(theme, u"formHint"_s, u"词形"_s, *form, {TextType::small, Tone::orangeText}),
+            2);
+}
+
+ReadText *SpellBody::makeLarge(const QString &name, const QString &text, Tone tone) const
+{
+    auto *large = makeReadText(parts().theme, name, u"要拼的词"_s, {}, {TextType::scaffold, tone});
+    large->setRuns({{text, {.code = true}}});
+    return large;
+}
+
+/// Dots in its place are as wide as its letters.
+void SpellBody::showTheWord()
+{
+    const QString &word = question().answer;
+    if (m_word)
+        m_word->setRuns({{m_showWord ? word : ReviewScreen::hiddenWord(word), {.code = true}}});
+}
+
+QCoro::Task<> SpellBody::hideWordLater(std::stop_token stop)
+{
+    co_await parts().clock.sleep(copyPeek, stop);
+    if (!stop.stop_requested())
+        hideWord();
+}
+
+void SpellBody::hideWord()
+{
+    if (!std::exchange(m_showWord, false))
+        return;
+    m_peek.cancel();
+    showTheWord();
+}
+
+QWidget *SpellBody::makeSpeakAgain()
+{
+    const Theme &theme = parts().theme;
+    auto *holder = new QWidget;
+    auto *row = bareLayout<QHBoxLayout>(holder, theme.points(10));
+    auto *button = makeButton(
+        theme, u"speakAgain"_s, u"再听一遍"_s, {ButtonKind::outlined, Icon::speaker, TextType::text});
+    button->setFixedHeight(theme.points(40));
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setAccessibleDescription(u"Ctrl+R"_s);
+    connect(button, &QPushButton::clicked, this, &SpellBody::speakAgain);
+    row->addWidget(button);
+    auto *key = makeLabel(theme, u"Ctrl+R"_s, TextType::tiny, Tone::ink3);
+    key->setObjectName(u"speakAgainKey"_s);
+    row->addWidget(key);
+    row->addStretch();
+    return holder;
+}
+
+void SpellBody::speakAgain()
+{
+    if (mode() == SpellMode::dictation && foot() == ReviewScreen::Foot::type)
+        parts().speaker.speak(question().answer);
+}
+
+void SpellBody::fillResult(QVBoxLayout &rows, const WordEntry &live) const
+{
+    const Theme &theme = parts().theme;
+    if (const auto *revealed = std::get_if<ReviewSession::Revealed>(&parts().session.phase()))
+        add(rows, makeVerdict(theme, *revealed), 0);
+    add(rows, makeHeadRow(live), 8);
+    add(rows, makeMeaningRow(theme, live, {TextType::meaning}, room()), 0);
+    add(rows, makeDefinition(theme, live, TextType::small), 2);
+    add(rows, makeBaseRow(theme, question()), 2);
+    add(rows, makeSentence(live), 10);
+    add(rows, makeMnemonic(theme, live), 10);
+}
+
+QWidget *SpellBody::makeHeadRow(const WordEntry &live) const
+{
+    const Theme &theme = parts().theme;
+    const int gap = theme.points(8);
+    auto *holder = new QWidget;
+    auto *row = bareLayout<QHBoxLayout>(holder, gap);
+    auto *speak = makeIconButton(theme, u"speakWord"_s, u"朗读"_s, Icon::speaker, 18);
+    speak->setFocusPolicy(Qt::TabFocus);
+    connect(
+        speak, &QPushButton::clicked, this, [this, said = live.headword] { parts().speaker.speak(said); });
+    int left = room() - speak->maximumWidth() - gap;
+    auto *word = makeReadText(theme, u"headword"_s, u"单词"_s, live.headword, {TextType::headword});
+    word->setFixedWidth(std::min(word->naturalWidth(), left));
+    left -= word->maximumWidth() + gap;
+    row->addWidget(word);
+    auto *phonetic = makeReadText(
+        theme, u"phonetic"_s, u"音标"_s, live.phonetic, {TextType::small, Tone::ink2, std::nullopt, 28});
+    if (!live.phonetic.isEmpty() && phonetic->naturalWidth() <= left) {
+        phonetic->setFixedWidth(phonetic->naturalWidth());
+        row->addWidget(phonetic);
+    } else {
+        delete phonetic;
+    }
+    row->addWidget(speak);
+    row->addStretch();
+    return holder;
+}
+
+QWidget *SpellBody::makeSentence(const WordEntry &live) const
+{
+    const Theme &theme = parts().theme;
+    if (!question().sentence)
+        return nullptr;
+    auto *quote = makeQuote(theme, *question().sentence, ReviewScreen::formsOf(live), {});
+    if (QWidget *translation = makeTranslation(theme, question(), TextType::small)) {
+        auto *holder = new QWidget;
+        auto *row = bareLayout<QHBoxLayout>(holder, theme.points(12));
+        QFrame *rule = makeArea(u"rule"_s);
+        rule->setFixedWidth(theme.points(2));
+        row->addWidget(rule);
+        row->addWidget(translation, 1);
+        auto *both = new QWidget;
+        auto *rows = bareLayout<QVBoxLayout>(both, 0);
+        rows->addWidget(quote);
+        rows->addWidget(holder);
+        return both;
+    }
+    return quote;
+}
+
+QWidget *SpellBody::makeFoot(ReviewScreen::Foot foot)
+{
+    m_field = nullptr;
+    m_slots = nullptr;
+    if (foot == ReviewScreen::Foot::type)
+        return makeTyping();
+    return foot == ReviewScreen::Foot::copy ? makeCopying() : makeProceeding();
+}
+
+void SpellBody::addSlots(QBoxLayout &rows)
+{
+    m_slots = new SlotsView(parts().theme, question().answer);
+    m_slots->setRoom(room());
+    rows.addWidget(m_slots);
+    rows.addSpacing(parts().theme.points(aboveField));
+}
+
+QWidget *SpellBody::makeTyping()
+{
+    const Theme &theme = parts().theme;
+    auto *holder = new QWidget;
+    auto *rows = bareLayout<QVBoxLayout>(holder, 0);
+    addSlots(*rows);
+    m_field = makeTypingField();
+    auto *line = bareLayout<QHBoxLayout>(nullptr, theme.points(8));
+    line->addWidget(m_field, 1);
+    auto *giveUp =
+        makeButton(theme, u"giveUp"_s, u"不会"_s, {ButtonKind::soft, std::nullopt, TextType::text});
+    giveUp->setToolTip(u"直接看答案"_s);
+    giveUp->setFixedSize(theme.points(64), m_field->maximumHeight());
+    giveUp->setFocusPolicy(Qt::TabFocus);
+    connect(giveUp, &QPushButton::clicked, &parts().session, [&session = parts().session] {
+        session.setInput({});
+        session.submit();
+    });
+    line->addWidget(giveUp);
+    rows->addLayout(line);
+    rows->addSpacing(theme.points(belowField));
+    auto *keys =
+        makeLabel(theme, u"回车提交 · Tab 送一个字母 · 空着提交 = 不会"_s, TextType::small, Tone::ink2);
+    keys->setObjectName(u"keys"_s);
+    rows->addWidget(keys);
+    focusField();
+    return holder;
+}
+
+AnswerField *SpellBody::makeTypingField()
+{
+    ReviewSession &session = parts().session;
+    auto *field = new AnswerField(
+        parts().theme, u"answerField"_s, u"拼写"_s, u"在这里输入"_s, AnswerField::Tab::givesLetter);
+    connect(field, &QLineEdit::textEdited, &session, &ReviewSession::setInput);
+    connect(field, &AnswerField::submitted, &session, &ReviewSession::submit);
+    connect(field, &AnswerField::letterWanted, &session, &ReviewSession::giveLetter);
+    return field;
+}
+
+/// As makeTyping(), with an invitation above and nothing below.
+QWidget *SpellBody::makeCopying()
+{
+    const Theme &theme = parts().theme;
+    auto *holder = new QWidget;
+    auto *rows = bareLayout<QVBoxLayout>(holder, 0);
+    auto *invitation = makeReadText(theme, u"invitation"_s, u"照着打一遍"_s, {}, {TextType::text});
+    invitation->setRuns(
+        {{u"照着打一遍 "_s, {}}, {question().answer, {.bold = true}}, {u"（可以跳过）"_s, {}}});
+    rows->addWidget(invitation);
+    rows->addSpacing(theme.points(belowField));
+    addSlots(*rows);
+    m_field = makeCopyField();
+    rows->addWidget(m_field);
+    rows->addSpacing(theme.points(belowField) + theme.points(Theme::pitch(TextType::small)));
+    focusField();
+    return holder;
+}
+
+AnswerField *SpellBody::makeCopyField()
+{
+    ReviewSession &session = parts().session;
+    auto *field =
+        new AnswerField(parts().theme, u"copyField"_s, u"照着打一遍"_s, {}, AnswerField::Tab::movesOn);
+    connect(field, &QLineEdit::textEdited, &session, &ReviewSession::setCopyInput);
+    connect(field, &AnswerField::submitted, &session, &ReviewSession::next);
+    return field;
+}
+
+QWidget *SpellBody::makeProceeding()
+{
+    m_focus.cancel();
+    auto *button = new KeyButton(parts().theme, u"proceed"_s, u"按回车继续"_s, {});
+    connect(button, &QPushButton::clicked, &parts().session, &ReviewSession::next);
+    return button;
+}
+
+void SpellBody::focusField()
+{
+    const QPointer<AnswerField> field = m_field;
+    focusSoon(
+        parts().clock,
+        [field] {
+            if (field)
+                field->setFocus(Qt::OtherFocusReason);
+        },
+        [field] { return !field || field->hasFocus(); }, m_focus.renew());
+}
+
+void SpellBody::refreshInputs()
+{
+    if (!m_field)
+        return;
+    const bool isCopying = foot() == ReviewScreen::Foot::copy;
+    const QString &text = isCopying ? parts().session.copyInput() : parts().session.input();
+    if (m_field->text() != text)
+        m_field->setText(text);
+    m_slots->setTyped(text);
+    if (!isCopying && !text.isEmpty())
+        hideWord();
+}
+
+void SpellBody::roomChanged()
+{
+    if (m_slots)
+        m_slots->setRoom(room());
+}
+
+} // namespace nimbrelle
