@@ -112,7 +112,7 @@ void AddWordView::addFields()
     rows->setSpacing(m_theme.points(10));
     m_word = makeField(
         m_theme, u"word"_s, u"查词"_s, u"输入英文或中文，比如 reluctant、放弃、Bohemian Rhapsody"_s);
-    m_word->setProperty("size", u"large"_s);
+    m_word->setProperty("shape", u"large"_s);
     m_word->setFont(m_theme.font(TextType::reading));
     m_word->setFixedHeight(m_theme.points(40));
     m_sentence =
@@ -267,8 +267,10 @@ QWidget *AddWordView::makeAlternatives(const QList<LookupResult::Alternative> &a
         auto *row = new QHBoxLayout;
         row->setSpacing(m_theme.points(10));
         auto *words = new QWidget;
-        auto *flow = new FlowLayout(m_theme.points(10), 0, words);
-        flow->setContentsMargins(0, m_theme.points(5), 0, m_theme.points(3)); // as high as the button
+        auto *column = new QVBoxLayout(words);
+        column->setContentsMargins(0, m_theme.points(5), 0, m_theme.points(3)); // as high as the button
+        auto *flow = new FlowLayout(m_theme.points(10), 0);
+        column->addLayout(flow);
         flow->addWidget(makeReadText(
             m_theme, u"alternative"_s, u"其他说法"_s, text, {TextType::text, Tone::ink, QFont::Medium}));
         flow->addWidget(makeReadText(m_theme, u"alternativeMeaning"_s, u"区别"_s, meaning,
