@@ -52,6 +52,15 @@ QString shownCount(const ListRow &row)
     return row.count ? QString::number(*row.count) : QString();
 }
 
+/// Up to the list's own edge, below a scroll bar too, so that a list that scrolls looks no different.
+QRect wholeRow(const QStyleOptionViewItem &option)
+{
+    QRect row = option.rect;
+    if (option.widget)
+        row.setRight(option.widget->rect().right());
+    return row;
+}
+
 } // namespace
 
 RowPainter::RowPainter(const Theme &theme, double rowHeight, const WordListModel &model, QObject *parent)
@@ -103,11 +112,11 @@ void RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option, co
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     if (row.isHeading()) {
-        paintHeading(*painter, option.rect, row.title);
+        paintHeading(*painter, wholeRow(option), row.title);
     } else {
         paintGround(*painter, option);
-        paintTexts(*painter, option, row, textRoom(row, option.rect));
-        for (const Mark &mark : placed(row, option.rect))
+        paintTexts(*painter, option, row, textRoom(row, wholeRow(option)));
+        for (const Mark &mark : placed(row, wholeRow(option)))
             paintMark(*painter, mark);
     }
     painter->restore();
@@ -116,7 +125,7 @@ void RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option, co
 void RowPainter::paintGround(QPainter &painter, const QStyleOptionViewItem &option) const
 {
     const int edge = m_theme.points(side);
-    QRectF ground = QRectF(option.rect).adjusted(edge, 0, -edge, 0);
+    QRectF ground = QRectF(wholeRow(option)).adjusted(edge, 0, -edge, 0);
     const double radius = m_theme.points(7);
     painter.setPen(Qt::NoPen);
     if (option.state & QStyle::State_Selected)
@@ -165,8 +174,8 @@ void RowPainter::paintTexts(
     }
     if (!row.count)
         return;
-    QRect place = option.rect;
-    place.setRight(option.rect.right() - m_theme.points(inset + markStep));
+    QRect place = wholeRow(option);
+    place.setRight(wholeRow(option).right() - m_theme.points(inset + markStep));
     place.setLeft(place.right() - m_theme.points(24));
     draw(m_theme.font(TextType::small), Tone::ink2, place, shownCount(row), Qt::AlignRight);
 }
@@ -194,11 +203,11 @@ bool RowPainter::helpEvent(
         return false;
     const ListRow &row = m_model.rows()[index.row()];
     QString tip;
-    for (const Mark &mark : placed(row, option.rect))
+    for (const Mark &mark : placed(row, wholeRow(option)))
         if (mark.place.adjusted(-4, -4, 4, 4).contains(event->pos()))
             tip = label(mark.mark);
     const QFontMetrics metrics(titleFont(option.state & QStyle::State_Selected));
-    if (tip.isEmpty() && metrics.horizontalAdvance(row.title) > textRoom(row, option.rect).width())
+    if (tip.isEmpty() && metrics.horizontalAdvance(row.title) > textRoom(row, wholeRow(option)).width())
         tip = row.title;
     QToolTip::showText(event->globalPos(), tip.toHtmlEscaped(), view);
     return true;

@@ -250,6 +250,7 @@ QWidget *WordListView::makeDetailPane()
     m_detail->setWidgetResizable(true);
     m_detail->setFocusPolicy(Qt::NoFocus);
     m_detail->viewport()->setAutoFillBackground(false);
+    connect(m_detail->verticalScrollBar(), &QScrollBar::rangeChanged, this, &WordListView::setDetailMargins);
     notebook::makeColumn(pane)->addWidget(m_detail);
     return pane;
 }
@@ -353,6 +354,7 @@ void WordListView::showDetail(QWidget *pane, int stand)
         old->deleteLater();
     }
     m_detail->setWidget(pane);
+    setDetailMargins();
     pane->show();
     pane->layout()->activate();
     m_detail->verticalScrollBar()->setValue(stand);
@@ -378,9 +380,18 @@ QWidget *WordListView::makeDetail(const DetailFacts &facts)
     } else {
         return notebook::makeEmptyText(m_theme, u"nothingChosen"_s, nothingChosenText(m_tab));
     }
-    const int side = m_theme.points(28);
-    detail->layout()->setContentsMargins(side, m_theme.points(20), side, side);
     return detail;
+}
+
+/// A scroll bar takes its breadth from the margin, so that lines keep their length.
+void WordListView::setDetailMargins()
+{
+    if (!m_detail->widget() || std::holds_alternative<std::monostate>(m_shown))
+        return;
+    const int side = m_theme.points(28);
+    const bool scrolls = m_detail->verticalScrollBar()->maximum() > 0;
+    m_detail->widget()->layout()->setContentsMargins(
+        side, m_theme.points(20), side - (scrolls ? m_theme.points(8) : 0), side);
 }
 
 void WordListView::setTab(Tab tab)

@@ -56,6 +56,7 @@ private:
     bool isFiltered() const;
     void refreshDetail();
     void showDetail(QWidget *pane, int stand);
+    void setDetailMargins();
     DetailFacts factsOfChosen() const;
     QWidget *makeDetail(const DetailFacts &facts);
 

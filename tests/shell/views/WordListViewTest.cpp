@@ -4,6 +4,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QToolTip>
 
 #include <gmock/gmock.h>
 
@@ -222,6 +223,33 @@ TEST_F(WordListViewTest, NotesAreSearchedReadAndDeleted)
     hand.key(Qt::Key_Right);
     EXPECT_TRUE(hand.shows("grammarRows"));
     EXPECT_TRUE(hand.find("tab1")->hasFocus());
+}
+
+TEST_F(WordListViewTest, ANewColourSchemeChangesNothingElse)
+{
+    hand.type("search", u"regress"_s);
+    click("wordRows", u"regression"_s);
+    theme.setScheme(Theme::Scheme::dark);
+    hand.settle();
+    EXPECT_EQ(hand.text("search"), u"regress"_s);
+    EXPECT_EQ(chosen("wordRows"), u"regression"_s);
+    EXPECT_EQ(hand.text("headword"), u"regression"_s);
+    EXPECT_EQ(rows("wordRows").size(), 2);
+}
+
+TEST_F(WordListViewTest, MarksAndCutWordsSayWhatTheyAre)
+{
+    const auto tipAt = [this](const QString &word, int fromRight) {
+        const QRect place = list("wordRows").visualRect(row("wordRows", word));
+        const QPoint at(list("wordRows").width() - fromRight, place.center().y());
+        QHelpEvent help(QEvent::ToolTip, at, list("wordRows").viewport()->mapToGlobal(at));
+        QCoreApplication::sendEvent(list("wordRows").viewport(), &help);
+        return QToolTip::text();
+    };
+    EXPECT_EQ(tipAt(u"regression"_s, 26), u"在学"_s);
+    EXPECT_EQ(tipAt(u"regression"_s, 70), u"常拼"_s);
+    EXPECT_EQ(tipAt(u"take it with a grain of salt and then some more"_s, 150),
+        u"take it with a grain of salt and then some more"_s);
 }
 
 TEST(WordListView, AnEmptyNotebookSaysHowToBegin)
