@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double originWidth = 400;
+constexpr double originWidth = 220; // fits beside the buttons of the narrowest window
 constexpr double emptyTextWidth = 300;
 
 } // namespace
@@ -89,7 +89,7 @@ QWidget *makeRecord(const Theme &theme, QWidget *content, const QList<QPushButto
 
 QWidget *makeOrigin(const Theme &theme, const QString &lead, const PageSource &source)
 {
-    QWidget *place = makeSourceLabel(theme, source, true, theme.points(originWidth));
+    QWidget *place = makeSourceLabel(theme, source, false, theme.points(originWidth));
     if (lead.isEmpty() && !place)
         return nullptr;
     auto *holder = new QWidget;

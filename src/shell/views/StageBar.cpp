@@ -78,30 +78,29 @@ QWidget *StageBar::makeState(const WordFacts &facts) const
     const Theme &theme = m_parts.theme;
     auto *state = new QWidget;
     auto *flow = new FlowLayout(theme.points(8), 0, state);
-    const double line = 26; // as high as the button beside it
-    const auto centred = [&](QWidget *widget) {
+    const auto put = [&](QWidget *widget, double height) { // in the middle of the button beside it
         auto *holder = new QWidget;
-        holder->setFixedHeight(theme.points(line));
-        auto *row = new QHBoxLayout(holder);
-        row->setContentsMargins(0, 0, 0, 0);
-        row->addWidget(widget, 0, Qt::AlignVCenter);
+        auto *column = notebook::makeColumn(holder);
+        const int rest = theme.points(26 - height);
+        column->setContentsMargins(0, rest / 2, 0, rest - rest / 2);
+        column->addWidget(widget);
         flow->addWidget(holder);
     };
     if (const auto icon = iconOfStage(facts.stage))
-        centred(makeIconLabel(theme, *icon, 16,
-            theme.colour(facts.stage == DisplayStage::learning ? Tone::accentLine : Tone::ink2)));
-    QLabel *stage = makeLabel(theme, label(facts.stage), TextType::small, Tone::ink, QFont::Medium);
-    stage->setObjectName(u"stage"_s);
-    centred(stage);
-    if (!facts.reviews.isEmpty()) {
-        QLabel *reviews = makeLabel(theme, facts.reviews, TextType::small, Tone::ink2);
-        reviews->setObjectName(u"reviews"_s);
-        centred(reviews);
-    }
+        put(makeIconLabel(theme, *icon, 16,
+                theme.colour(facts.stage == DisplayStage::learning ? Tone::accentLine : Tone::ink2)),
+            16);
+    const double pitch = Theme::pitch(TextType::small);
+    put(makeReadText(
+            theme, u"stage"_s, u"阶段"_s, label(facts.stage), {TextType::small, Tone::ink, QFont::Medium}),
+        pitch);
+    if (!facts.reviews.isEmpty())
+        put(makeReadText(theme, u"reviews"_s, u"复习"_s, facts.reviews, {TextType::small, Tone::ink2}),
+            pitch);
     if (facts.isLeech) {
         QLabel *leech = makeCapsule(theme, u"难啃"_s, Tint::orange);
         leech->setObjectName(u"leech"_s);
-        centred(leech);
+        put(leech, 20);
     }
     return state;
 }

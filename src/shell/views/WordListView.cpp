@@ -109,7 +109,7 @@ void WordListView::build()
     line->setFixedWidth(1);
     row->addWidget(line);
     row->addWidget(makeDetailPane(), 1);
-    setMinimumSize(m_theme.points(600), m_theme.points(360));
+    setMinimumSize(m_theme.points(680), m_theme.points(360));
     m_shown = {};
     refresh();
 }

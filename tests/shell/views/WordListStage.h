@@ -113,6 +113,7 @@ inline WordEntry sampleRegression(Timestamp now)
     Example made = exampleOf(u"The update caused a regression."_s, Origin::generated);
     made.sourceApp = u"Firefox"_s;
     made.sourceURL = u"https://news.ycombinator.com/item?id=1"_s;
+    made.sourceTitle = u"Show HN: A notebook for those who read more than they can keep in mind"_s;
     word.examples = {met, made};
     word.notes = QList<AINote>{{.id = QUuid::createUuid(),
         .question = u"为什么这么用？"_s,

@@ -106,6 +106,20 @@ TEST_F(WordListViewTest, TheKeyboardGoesThroughTheWords)
     EXPECT_EQ(notebook.store.entries().size(), 9);
 }
 
+TEST_F(WordListViewTest, TabGoesThroughItInReadingOrder)
+{
+    click("wordRows", u"regression"_s);
+    hand.find("tab0")->setFocus();
+    QStringList passed;
+    for (int i = 0; i < 9; ++i) {
+        hand.key(Qt::Key_Tab);
+        passed.append(view.window()->focusWidget()->objectName());
+    }
+    EXPECT_THAT(passed,
+        ElementsAre(u"addWord"_s, u"search"_s, u"stageFilter"_s, u"wordRows"_s, u"speakWord"_s, u"adjust"_s,
+            u"actionRest"_s, u"actionSpell"_s, u"relative"_s));
+}
+
 TEST_F(WordListViewTest, TheMenuOfARowDeletesThatRow)
 {
     click("wordRows", u"regression"_s);
@@ -289,6 +303,10 @@ TEST_P(WordListLook, NoStateCutsAnythingOff)
     auto *detail = stage.hand.find<QScrollArea>("detail");
     detail->verticalScrollBar()->setValue(detail->verticalScrollBar()->maximum());
     keep(u"word-end"_s);
+    stage.view.resize(stage.view.minimumSize());
+    keep(u"narrow"_s);
+    EXPECT_LE(detail->widget()->width(), detail->viewport()->width());
+    stage.view.resize(stage.view.sizeHint());
     stage.click("wordRows", u"ngl"_s);
     keep(u"bare"_s);
     stage.hand.press("tab1");
