@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <QTextDocument>
 
 #include <array>
@@ -66,6 +67,16 @@ QPushButton *makeButton(const Theme &theme, const QString &name, const QString &
         button->setIconSize({size, size});
     }
     return button;
+}
+
+void setButtonKind(QPushButton &button, ButtonKind kind)
+{
+    const QString name = QString::fromLatin1(kinds.at(static_cast<std::size_t>(kind)).name);
+    if (button.property("kind") == name)
+        return;
+    button.setProperty("kind", name);
+    button.style()->unpolish(&button); // the sheet looks at properties only when it polishes
+    button.style()->polish(&button);
 }
 
 QPushButton *makeIconButton(

@@ -4,6 +4,7 @@
 #include "shell/views/sheets/StatusSheet.h"
 #include "shell/views/sheets/ReviewSheet.h"
 #include "shell/views/sheets/TalkSheet.h"
+#include "shell/views/sheets/NotebookSheet.h"
 
 #include <QApplication>
 #include <QFontInfo>
@@ -104,6 +105,7 @@ constexpr std::array sheets{
     statusSheet,
     reviewSheet,
     talkSheet,
+    notebookSheet,
 };
 
 } // namespace
