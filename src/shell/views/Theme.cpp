@@ -1,6 +1,7 @@
 #include "shell/views/Theme.h"
 
 #include "shell/views/sheets/ControlsSheet.h"
+#include "shell/views/sheets/SettingsSheet.h"
 
 #include <QApplication>
 #include <QFontInfo>
@@ -94,6 +95,7 @@ QString css(const QColor &colour)
 // One for each room that has rules of its own.
 constexpr std::array sheets{
     controlsSheet,
+    settingsSheet,
 };
 
 } // namespace
