@@ -20,6 +20,7 @@ namespace {
 constexpr double dialogWidth = 380;
 constexpr double dialogHeight = 420;
 constexpr double iconSize = 22;
+constexpr double rowHeight = 34;
 constexpr int bundleRole = Qt::UserRole;
 
 QIcon iconNamed(const QString &name)
@@ -30,13 +31,15 @@ QIcon iconNamed(const QString &name)
     return name.startsWith(u'/') ? QIcon(name) : QIcon::fromTheme(name, plain);
 }
 
-QStandardItemModel *makeModel(const QList<InstalledApplication> &applications, QObject *parent)
+QStandardItemModel *makeModel(
+    const Theme &theme, const QList<InstalledApplication> &applications, QObject *parent)
 {
     auto *model = new QStandardItemModel(parent);
     for (const InstalledApplication &application : applications) {
         auto *item = new QStandardItem(iconNamed(application.icon), application.name);
         item->setData(application.bundleID, bundleRole);
         item->setToolTip(application.bundleID);
+        item->setSizeHint({1, theme.points(rowHeight)});
         item->setEditable(false);
         model->appendRow(item);
     }
@@ -51,11 +54,12 @@ ApplicationChooser::ApplicationChooser(
     , m_shown(new QSortFilterProxyModel(this))
     , m_search(makeField(theme, u"searchApplications"_s, u"搜索应用"_s, u"搜索应用"_s))
     , m_list(new QListView)
+    , m_none(makeLabel(theme, u"没有找到应用"_s, TextType::text, Tone::ink2))
     , m_choose(makeButton(theme, u"chooseApplication"_s, u"添加"_s, {ButtonKind::primary}))
 {
     setObjectName(u"applicationChooser"_s);
     setWindowTitle(u"选择应用"_s);
-    m_shown->setSourceModel(makeModel(applications, m_shown));
+    m_shown->setSourceModel(makeModel(theme, applications, m_shown));
     m_shown->setFilterCaseSensitivity(Qt::CaseInsensitive);
     m_list->setObjectName(u"applications"_s);
     m_list->setAccessibleName(u"已安装的应用"_s);
@@ -74,6 +78,9 @@ ApplicationChooser::ApplicationChooser(
     column->setSpacing(theme.points(10));
     column->addWidget(m_search);
     column->addWidget(m_list, 1);
+    m_none->setAlignment(Qt::AlignCenter);
+    m_none->setMaximumHeight(QWIDGETSIZE_MAX);
+    column->addWidget(m_none, 1);
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(theme.points(8));
     buttons->addStretch();
@@ -96,7 +103,10 @@ void ApplicationChooser::filter(const QString &text)
 {
     m_shown->setFilterFixedString(text.trimmed());
     m_list->setCurrentIndex(m_shown->index(0, 0));
-    m_choose->setEnabled(m_shown->rowCount() > 0);
+    const bool isEmpty = m_shown->rowCount() == 0;
+    m_choose->setEnabled(!isEmpty);
+    m_list->setVisible(!isEmpty);
+    m_none->setVisible(isEmpty);
 }
 
 /// Up and down move through the list while the search has the focus.

@@ -4,6 +4,7 @@
 
 #include <QDialog>
 
+class QLabel;
 class QLineEdit;
 class QListView;
 class QPushButton;
@@ -34,6 +35,7 @@ private:
     QSortFilterProxyModel *m_shown;
     QLineEdit *m_search;
     QListView *m_list;
+    QLabel *m_none;
     QPushButton *m_choose;
 };
 

@@ -17,7 +17,7 @@ namespace {
 
 constexpr double groupMargin = 14;
 constexpr double rowMargin = 10;
-constexpr double noteGap = 4;
+constexpr double noteGap = 2;
 constexpr double columnGap = 10;
 constexpr double headingGap = 8;
 constexpr double messageIcon = 15;
@@ -138,6 +138,7 @@ Fold::Fold(const Theme &theme, const QString &name, const QString &title, QWidge
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(theme.points(columnGap));
+    m_title->setProperty("fold", true);
     m_title->setFont(theme.font(TextType::text));
     m_title->setIconSize(QSize(1, 1) * theme.points(chevronSize));
     column->addWidget(m_title, 0, Qt::AlignLeft);

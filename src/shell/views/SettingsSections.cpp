@@ -224,6 +224,7 @@ StartSection::StartSection(const SettingsParts &parts) : m_parts(parts)
     auto *version = makeLabel(
         theme, SettingsText::versionLine(Version::number(), Version::build()), TextType::text, Tone::ink2);
     version->setObjectName(u"version"_s);
+    version->setFixedHeight(theme.points(24)); // as high as its label
     version->setTextInteractionFlags(Qt::TextSelectableByMouse);
     group->add(new FormRow(theme, u"版本"_s, version));
     bareColumn(this, 0)->addWidget(makeSection(theme, u"启动"_s, group));

@@ -56,6 +56,16 @@ struct SettingsStage {
         settle();
     }
 
+    static FakeInstalledApplications someApplications()
+    {
+        FakeInstalledApplications some;
+        some.applications = {{QStringLiteral("files"), QStringLiteral("Thunar 文件管理器"), {}},
+            {QStringLiteral("FeatherPad"), QStringLiteral("FeatherPad"), {}},
+            {QStringLiteral("Mousepad"), QStringLiteral("Mousepad"), {}},
+            {QStringLiteral("XTerm"), QStringLiteral("XTerm"), {}}};
+        return some;
+    }
+
     template <class Widget = QWidget> Widget *find(const char *name) const
     {
         return view.findChild<Widget *>(QString::fromLatin1(name));
@@ -92,7 +102,7 @@ struct SettingsStage {
     FakeAI ai;
     FakePermissions permissions;
     FakeLaunchAtLogin launch;
-    FakeInstalledApplications installed;
+    FakeInstalledApplications installed = someApplications();
     FakeNetwork network;
     QStringList copied, started, logged;
     Theme theme;
