@@ -17,7 +17,8 @@ namespace {
 
 constexpr double groupMargin = 14;
 constexpr double rowMargin = 10;
-constexpr double noteGap = 2;
+constexpr double firstNoteGap = 2;
+constexpr double noteGap = 6;
 constexpr double columnGap = 10;
 constexpr double headingGap = 8;
 constexpr double messageIcon = 15;
@@ -73,7 +74,8 @@ void FormRow::setLabel(const QString &label)
 
 void FormRow::add(QWidget *widget)
 {
-    m_column->addSpacing(m_theme.points(noteGap));
+    const bool isFirst = m_column->indexOf(m_line) == m_column->count() - 1;
+    m_column->addSpacing(m_theme.points(isFirst ? firstNoteGap : noteGap));
     m_column->addWidget(widget);
 }
 

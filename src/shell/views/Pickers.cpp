@@ -5,6 +5,8 @@
 
 #include <QPainter>
 #include <QSignalBlocker>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -17,6 +19,8 @@ constexpr double pickerHeight = 28;
 constexpr double chevronSize = 12;
 constexpr double sliderWidth = 160;
 constexpr double sliderHeight = 24;
+constexpr double grooveHeight = 4;
+constexpr double handleSize = 16;
 
 } // namespace
 
@@ -50,7 +54,7 @@ void Picker::wheelEvent(QWheelEvent *event)
 
 StepSlider::StepSlider(
     const Theme &theme, const QString &name, const QString &what, Range range, QWidget *parent)
-    : QSlider(Qt::Horizontal, parent), m_range(range)
+    : QSlider(Qt::Horizontal, parent), m_theme(theme), m_range(range)
 {
     setObjectName(name);
     setAccessibleName(what);
@@ -66,6 +70,29 @@ void StepSlider::showValue(double value)
 {
     const QSignalBlocker silence(this);
     setValue(static_cast<int>(std::lround((value - m_range.from) / m_range.step)));
+}
+
+/// By hand, since a style sheet's rounding gives up where sizes are not to its liking.
+void StepSlider::paintEvent(QPaintEvent *)
+{
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    const QPointF knob =
+        QRectF(style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this)).center();
+    const double groove = m_theme.points(grooveHeight);
+    const double middle = height() / 2.0;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_theme.colour(Tone::border));
+    painter.drawRoundedRect(QRectF(0, middle - groove / 2, width(), groove), groove / 2, groove / 2);
+    painter.setBrush(m_theme.colour(Tone::accentLine));
+    painter.drawRoundedRect(QRectF(0, middle - groove / 2, knob.x(), groove), groove / 2, groove / 2);
+    const double line = hasFocus() ? m_theme.points(2) : 1;
+    const double radius = (m_theme.points(handleSize) - line) / 2;
+    painter.setPen(QPen(m_theme.colour(hasFocus() ? Tone::accentLine : Tone::borderStrong), line));
+    painter.setBrush(m_theme.colour(Tone::surface));
+    painter.drawEllipse(QPointF(knob.x(), middle), radius, radius);
 }
 
 void StepSlider::wheelEvent(QWheelEvent *event)

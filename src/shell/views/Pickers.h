@@ -45,9 +45,11 @@ signals:
     void chosen(double value); ///< by the user
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
 private:
+    const Theme &m_theme;
     const Range m_range;
 };
 

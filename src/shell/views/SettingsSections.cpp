@@ -103,11 +103,13 @@ FormRow *PermissionSection::makeRow(int index, bool isFirstMissing) const
     auto *row = new FormRow(theme, permission.title, nullptr);
     row->setObjectName(u"permission"_s + nameOf(permission.grant));
     if (permission.granted) {
-        row->line()->addWidget(makeIconLabel(theme, Icon::checkCircleFill, 14, theme.colour(Tone::good)));
+        auto *state = new QHBoxLayout;
+        state->setSpacing(theme.points(5));
+        state->addWidget(makeIconLabel(theme, Icon::checkCircleFill, 14, theme.colour(Tone::good)));
         auto *granted = makeLabel(theme, u"已开启"_s, TextType::small, Tone::good);
         granted->setObjectName(u"granted"_s + nameOf(permission.grant));
-        row->line()->addSpacing(-theme.points(4));
-        row->line()->addWidget(granted);
+        state->addWidget(granted);
+        row->line()->addLayout(state);
     } else {
         auto *button = makeButton(theme, u"grant"_s + nameOf(permission.grant), u"去开启"_s,
             {isFirstMissing ? ButtonKind::primary : ButtonKind::outlined});
@@ -124,8 +126,9 @@ FormRow *PermissionSection::makeRelaunchRow() const
 {
     const Theme &theme = m_parts.theme;
     auto *row = new FormRow(theme);
-    row->line()->addWidget(
-        makeNote(theme, u"relaunchNote"_s, u"在系统设置里打开「屏幕录制」后，需要重启本应用才能生效。"_s));
+    ReadText *note =
+        makeNote(theme, u"relaunchNote"_s, u"在系统设置里打开「屏幕录制」后，需要重启本应用才能生效。"_s);
+    row->line()->addWidget(note, 1, Qt::AlignVCenter);
     auto *button = makeButton(theme, u"relaunch"_s, u"重启应用"_s, {});
     QObject::connect(button, &QPushButton::clicked, button,
         [&parts = m_parts] { parts.permissions.relaunch(QCoreApplication::applicationFilePath()); });

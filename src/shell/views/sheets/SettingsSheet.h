@@ -26,11 +26,8 @@ QComboBox QAbstractItemView { color: $ink; background: $surface; border: 1px sol
     selection-background-color: $select; selection-color: $ink; outline: 0; }
 QComboBox QAbstractItemView::item { min-height: $28; padding: 0 $10; }
 
-QSlider::groove:horizontal { background: $border; height: $4; border-radius: $2; }
-QSlider::sub-page:horizontal { background: $accentLine; height: $4; border-radius: $2; }
-QSlider::handle:horizontal { background: $surface; border: 1px solid $borderStrong; width: $14;
-    margin: -$6 0; border-radius: $8; }
-QSlider::handle:horizontal:focus { border: 2px solid $accentLine; }
+QSlider::groove:horizontal { background: transparent; height: $4; }
+QSlider::handle:horizontal { background: transparent; width: $16; margin: -$6 0; }
 
 QListView[kind="choices"] { color: $ink; background: $surface; border: 1px solid $borderStrong;
     border-radius: $8; outline: 0; padding: $4; }
