@@ -5,6 +5,7 @@
 #include "shell/views/sheets/ReviewSheet.h"
 #include "shell/views/sheets/TalkSheet.h"
 #include "shell/views/sheets/NotebookSheet.h"
+#include "shell/views/sheets/SettingsSheet.h"
 
 #include <QApplication>
 #include <QFontInfo>
@@ -106,6 +107,7 @@ constexpr std::array sheets{
     reviewSheet,
     talkSheet,
     notebookSheet,
+    settingsSheet,
 };
 
 } // namespace
