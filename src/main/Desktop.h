@@ -1,41 +1,67 @@
 #pragma once
 
-#include "card/CardController.h"
-#include "card/views/CardPanelWindow.h"
-#include "card/views/CardView.h"
+#include "card/AskSession.h"
+#include "coach/CoachFacts.h"
+#include "coach/CoachSession.h"
+#include "main/CardRoad.h"
 #include "main/Services.h"
+#include "platform/linux/DesktopFileApplications.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "screen/RegionSelector.h"
-#include "screen/ScreenOCR.h"
-#include "screen/SelectionReader.h"
-#include "screen/SourceInfo.h"
-#include "screen/TriggerController.h"
-#include "screen/views/RegionOverlayWindow.h"
+#include "platform/linux/LinuxStatusItem.h"
+#include "review/ReviewSession.h"
+#include "screen/PermissionModel.h"
+#include "shell/AddWordModel.h"
+#include "shell/AppDelegate.h"
+#include "shell/ExcludedApplications.h"
+#include "shell/KeyTest.h"
+#include "shell/views/DesktopWindows.h"
+#include "shell/views/StatusPopup.h"
 #include "shell/views/Theme.h"
+#include "sync/SyncConnection.h"
 
 namespace nimbrelle {
 
-/// The program as it runs in a session: the desktop's services, the road from the mouse to the card, and what
-/// the card leads to, tied together. Made once the application object stands, and dies before it.
+/// The program as it runs in a session: the desktop's services, the sessions behind the windows, the windows
+/// and the delegate that leads them, tied together. Made once the application object stands, and dies before
+/// it.
 class Desktop {
 public:
     explicit Desktop(Services &services);
+    /// Keeps what is there of an answer that still comes.
+    ~Desktop();
 
-    /// Watches from now on.
-    void start();
+    AppDelegate &delegate() { return m_delegate; }
 
 private:
+    DesktopWindows::Contents windowContents();
+    QWidget *makeSettings();
+    QWidget *makeWords();
+    QWidget *makeReview();
+    QWidget *makeCoach();
+    AppDelegate::World delegateWorld();
+    CoachSession &coach();
+    void tie();
+
+    Services &m_services;
     LinuxPlatform m_platform;
-    Theme m_theme{Theme::desktopScale()};
-    SourceInfo m_source{m_platform.frontApplication, m_platform.accessibility};
-    SelectionReader m_selection;
-    ScreenOCR m_ocr{m_platform.screens, m_platform.capture, m_platform.recogniser};
-    RegionOverlayWindow m_overlay;
-    RegionSelector m_region{m_platform.screens, m_platform.pointer, m_platform.frontApplication, m_overlay};
-    CardPanelWindow m_panel;
-    CardController m_card;
-    CardView m_cardView;
-    TriggerController m_trigger;
+    Theme m_theme;
+    CardRoad m_road;
+
+    ReviewSession m_review;
+    AskSession m_ask;
+    CoachFacts m_facts;
+    std::unique_ptr<CoachSession> m_coach;
+    PermissionModel m_permissions;
+    KeyTest m_keyTest;
+    DesktopFileApplications m_installed;
+    ExcludedApplications m_excluded;
+    SyncConnection m_connection;
+    AddWordModel m_addWord;
+
+    StatusPopup m_popup;
+    LinuxStatusItem m_statusItem;
+    DesktopWindows m_windows;
+    AppDelegate m_delegate;
 };
 
 } // namespace nimbrelle

@@ -2,6 +2,7 @@
 #include "main/Desktop.h"
 #include "main/Services.h"
 #include "main/TerminationSignals.h"
+#include "platform/linux/LinuxSingleInstance.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -91,9 +92,14 @@ int runDesktop(int argc, char **argv)
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Nimbrelle"));
     QGuiApplication::setDesktopFileName(QStringLiteral("nimbrelle"));
     speakChinese(application);
+    LinuxSingleInstance instance(Services::shared().paths().supportDir);
+    if (!instance.claim())
+        return 0;
     const TerminationSignals termination([] { QCoreApplication::quit(); });
     Desktop desktop(Services::shared());
-    desktop.start();
+    QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
+        &AppDelegate::applicationShouldHandleReopen);
+    QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
     return QCoreApplication::exec();
 }
 

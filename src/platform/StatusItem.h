@@ -60,6 +60,9 @@ public:
     /// `text` may be of several lines and hold markup of the kind `<b>`; everything else in it is escaped.
     virtual void setToolTip(const QString &title, const QString &text) = 0;
 
+    /// Whether a bar shows it now, as far as one can know.
+    virtual bool isSeen() const = 0;
+
 signals:
     void chosen(const nimbrelle::MenuEntry &entry);
 };

@@ -12,6 +12,7 @@ class FakeStatusItem final : public StatusItem {
 public:
     void show(MenuSource menu) override { source = std::move(menu); }
     void setTitle(const QString &text) override { title = text; }
+    bool isSeen() const override { return true; }
     void setToolTip(const QString &text, const QString &) override { toolTip = text; }
 
     QStringList openMenu()

@@ -24,6 +24,7 @@ public:
     void show(MenuSource menu) override;
     void setTitle(const QString &title) override;
     void setToolTip(const QString &title, const QString &text) override;
+    bool isSeen() const override { return m_tray ? m_tray->isSeen() : m_notifier.isSeen(); }
 
 private:
     void follow();

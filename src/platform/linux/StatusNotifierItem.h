@@ -40,6 +40,8 @@ public:
     void setTitle(const QString &title) override;
     void setToolTip(const QString &title, const QString &text) override;
 
+    bool isSeen() const override { return m_hosting == Hosting::present; }
+
     Hosting hosting() const { return m_hosting; }
 
 signals:

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace nimbrelle {
 
 class Clock;
@@ -26,6 +28,8 @@ struct SettingsParts {
     SyncConnection &connection;
     const SyncService &sync;
     Clock &clock;
+    std::function<bool()>
+        hasStatusItem; ///< whether a bar shows it; if not, the windows are reached from here
     QString configPath; ///< of the file that the settings are kept in
 
     template <class Change> void change(Change change) const

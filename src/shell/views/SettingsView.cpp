@@ -68,6 +68,7 @@ void SettingsView::look()
 {
     m_permissions->refresh();
     m_start->refresh();
+    setOffersWindows(!m_parts.hasStatusItem());
 }
 
 /// In new colours; the user stays at the same place.

@@ -1,11 +1,11 @@
 #include "shell/views/Theme.h"
 
 #include "shell/views/sheets/ControlsSheet.h"
-#include "shell/views/sheets/StatusSheet.h"
-#include "shell/views/sheets/ReviewSheet.h"
-#include "shell/views/sheets/TalkSheet.h"
 #include "shell/views/sheets/NotebookSheet.h"
+#include "shell/views/sheets/ReviewSheet.h"
 #include "shell/views/sheets/SettingsSheet.h"
+#include "shell/views/sheets/StatusSheet.h"
+#include "shell/views/sheets/TalkSheet.h"
 
 #include <QApplication>
 #include <QFontInfo>

@@ -18,6 +18,8 @@ public:
     void setTitle(const QString &) override { } ///< such a tray shows no text
     void setToolTip(const QString &title, const QString &text) override;
 
+    bool isSeen() const override { return QSystemTrayIcon::isSystemTrayAvailable(); }
+
     StatusPopup &menu() { return m_popup; }
 
 private:

@@ -114,8 +114,10 @@ struct SettingsStage {
     SyncService sync{notebook.store, notebook.config, notebook.paths, notebook.clock, network.connect()};
     SyncConnection connection{notebook.config, sync, notebook.clock, network.connect(),
         [this](const QString &text) { copied.append(text); }};
+    bool hasStatusItem = true;
     SettingsView view{{theme, notebook.config, notebook.store, permissionModel, keyTest, excluded, connection,
-        sync, notebook.clock, QStringLiteral("/home/li/.local/share/Nimbrelle/config.json")}};
+        sync, notebook.clock, [this] { return hasStatusItem; },
+        QStringLiteral("/home/li/.local/share/Nimbrelle/config.json")}};
 };
 
 } // namespace nimbrelle

@@ -170,6 +170,7 @@ struct FakeTray final : StatusItem {
     ~FakeTray() override { --m_count; }
     void show(MenuSource) override { }
     void setTitle(const QString &) override { }
+    bool isSeen() const override { return true; }
     void setToolTip(const QString &title, const QString &) override { m_toolTip = title; }
 
     int &m_count;
