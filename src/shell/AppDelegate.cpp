@@ -223,44 +223,44 @@ QList<MenuEntry> AppDelegate::menuEntries() const
 
 void AppDelegate::choose(const MenuEntry &entry)
 {
-    using enum StatusMenu::Action;
+    using Action = StatusMenu::Action;
     switch (StatusMenu::actionOf(entry)) {
-    case none:
+    case Action::none:
         return;
-    case speakMenuBarWord:
-        return this->speakMenuBarWord();
-    case nextMenuBarWord:
-        return this->nextMenuBarWord();
-    case showReview:
-        return this->showReview();
-    case showWords:
-        return this->showWords();
-    case showSpelling:
-        return this->showSpelling();
-    case showCoach:
-        return this->showCoach();
-    case showAddWord:
-        return this->showAddWord();
-    case showJourney:
-        return this->showJourney();
-    case toggleAutoPopup:
-        return this->toggleAutoPopup();
-    case toggleDwell:
-        return this->toggleDwell();
-    case toggleHover:
-        return this->toggleHover();
-    case toggleRegion:
-        return this->toggleRegion();
-    case toggleMenuBarWord:
-        return this->toggleMenuBarWord();
-    case toggleExcluded:
-        return this->toggleExcluded(entry.payload);
-    case showSettings:
-        return this->showSettings();
-    case toggleLaunchAtLogin:
-        return this->toggleLaunchAtLogin();
-    case quit:
-        return this->quit();
+    case Action::speakMenuBarWord:
+        return speakMenuBarWord();
+    case Action::nextMenuBarWord:
+        return nextMenuBarWord();
+    case Action::showReview:
+        return showReview();
+    case Action::showWords:
+        return showWords();
+    case Action::showSpelling:
+        return showSpelling();
+    case Action::showCoach:
+        return showCoach();
+    case Action::showAddWord:
+        return showAddWord();
+    case Action::showJourney:
+        return showJourney();
+    case Action::toggleAutoPopup:
+        return toggleAutoPopup();
+    case Action::toggleDwell:
+        return toggleDwell();
+    case Action::toggleHover:
+        return toggleHover();
+    case Action::toggleRegion:
+        return toggleRegion();
+    case Action::toggleMenuBarWord:
+        return toggleMenuBarWord();
+    case Action::toggleExcluded:
+        return toggleExcluded(entry.payload);
+    case Action::showSettings:
+        return showSettings();
+    case Action::toggleLaunchAtLogin:
+        return toggleLaunchAtLogin();
+    case Action::quit:
+        return quit();
     }
 }
 

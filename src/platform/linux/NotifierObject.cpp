@@ -44,6 +44,8 @@ void NotifierObject::setLabel(const QString &label)
 
 void NotifierObject::setToolTip(const QString &title, const QString &text)
 {
+    if (title == m_toolTipTitle && text == m_toolTipText)
+        return;
     m_toolTipTitle = title;
     m_toolTipText = text;
     emit NewToolTip();

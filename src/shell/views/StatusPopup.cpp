@@ -3,9 +3,14 @@
 #include "shell/views/StatusPictures.h"
 #include "shell/views/Theme.h"
 
+#include <QCursor>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QWidgetAction>
+
+#include <cmath>
 
 namespace nimbrelle {
 
@@ -112,13 +117,18 @@ StatusPopup::StatusPopup(const Theme &theme, QWidget *parent) : QMenu(parent), m
     setToolTipsVisible(true);
 }
 
-void StatusPopup::popUp(const QList<MenuEntry> &entries, QPoint at)
+void StatusPopup::popUp(const QList<MenuEntry> &entries, const QRect &clicked)
 {
     clear();
     m_keys.clear();
     for (const MenuEntry &entry : entries)
         add(entry);
-    popup(at);
+    ensurePolished();
+    const QRect place = clicked.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : clicked;
+    const QScreen *screen = QGuiApplication::screenAt(place.center());
+    const bool isAtBottom = screen && place.center().y() > screen->geometry().center().y();
+    const QPoint above(0, sizeHint().height());
+    popup(isAtBottom ? place.topLeft() - above : place.bottomLeft() + QPoint(0, 1));
 }
 
 void StatusPopup::add(const MenuEntry &entry)

@@ -15,8 +15,9 @@ class StatusPopup : public QMenu {
 public:
     explicit StatusPopup(const Theme &theme, QWidget *parent = nullptr);
 
-    /// `at` is in pixels of the screen; the menu stays inside that screen.
-    void popUp(const QList<MenuEntry> &entries, QPoint at);
+    /// Beside what was clicked, in pixels of the screen, on the side where there is room, so that a second
+    /// click meets no line; where that is not known (an empty rectangle), at the pointer.
+    void popUp(const QList<MenuEntry> &entries, const QRect &clicked);
 
 signals:
     void chosen(const nimbrelle::MenuEntry &entry);

@@ -2,8 +2,6 @@
 
 #include "shell/views/StatusPictures.h"
 
-#include <QCursor>
-
 namespace nimbrelle {
 
 namespace {
@@ -40,7 +38,7 @@ void TrayIcon::setToolTip(const QString &title, const QString &text)
 void TrayIcon::open(QSystemTrayIcon::ActivationReason reason)
 {
     if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context)
-        m_popup.popUp(m_source(MenuUse::opening), QCursor::pos());
+        m_popup.popUp(m_source(MenuUse::opening), m_icon.geometry());
 }
 
 } // namespace nimbrelle

@@ -7,6 +7,7 @@
 #include "support/Words.h"
 
 #include <QDir>
+#include <QScreen>
 #include <QTest>
 #include <QWidgetAction>
 
@@ -36,6 +37,8 @@ StatusMenu::State fullState()
     return state;
 }
 
+const QRect clicked(10, 10, 22, 22);
+
 class Popup : public testing::Test {
 protected:
     Popup()
@@ -48,7 +51,7 @@ protected:
 
     void open(const StatusMenu::State &state = fullState())
     {
-        popup.popUp(StatusMenu::entries(state), {10, 10});
+        popup.popUp(StatusMenu::entries(state), clicked);
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&popup));
     }
     QAction *line(const QString &start)
@@ -99,6 +102,19 @@ TEST_F(Popup, ArrowsAndReturnWalkTheLines)
     EXPECT_THAT(chosen, ElementsAre(u"换一个"_s));
 }
 
+TEST_F(Popup, StandsBesideWhatWasClicked)
+{
+    open();
+    EXPECT_EQ(popup.pos(), QPoint(10, 32));
+    popup.close();
+    const QSize screen = popup.screen()->size();
+    const QRect atBottom(10, screen.height() - 30, 22, 22);
+    StatusMenu::State state = fullState();
+    state.word.reset();
+    popup.popUp(StatusMenu::entries(state), atBottom);
+    EXPECT_LE(popup.geometry().bottom(), atBottom.top());
+}
+
 TEST_F(Popup, EachSymbolOfTheMenuHasAPicture)
 {
     StatusMenu::State idle = fullState();
@@ -119,7 +135,7 @@ TEST_F(Popup, CutsNothingOff)
             look.setScheme(scheme);
             look.applyToApplication();
             StatusPopup menu(look);
-            menu.popUp(StatusMenu::entries(fullState()), {10, 10});
+            menu.popUp(StatusMenu::entries(fullState()), clicked);
             ASSERT_TRUE(QTest::qWaitForWindowExposed(&menu));
             menu.setActiveAction(menu.actions()[3]);
             for (const QAction *action : menu.actions()) {
