@@ -30,7 +30,6 @@ QuestionBody::QuestionBody(const ReviewParts &parts, int width)
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setWidgetResizable(true);
     m_scroll->viewport()->setAutoFillBackground(false);
-    m_bannerPlace->setContentsMargins(side, 0, side, 0);
     m_footPlace->setContentsMargins(side, parts.theme.points(8), side, 0);
     rows->addWidget(m_scroll, 1);
     rows->addLayout(m_bannerPlace);
@@ -62,8 +61,11 @@ void QuestionBody::refresh()
     const bool isFirst = !m_foot;
     if (isFirst || before.live != m_shown.live || before.phase != m_shown.phase)
         rebuildContent();
-    if (isFirst || before.banner != m_shown.banner)
+    if (isFirst || before.banner != m_shown.banner) {
         replace(*m_bannerPlace, m_banner, makeBanner(m_parts, m_shown.banner));
+        const int side = m_parts.theme.points(reviewMargin);
+        m_bannerPlace->setContentsMargins(side, m_banner ? m_parts.theme.points(8) : 0, side, 0);
+    }
     if (isFirst || before.foot != m_shown.foot)
         replace(*m_footPlace, m_foot, makeFoot(m_shown.foot));
     refreshInputs();
@@ -81,6 +83,7 @@ void QuestionBody::rebuildContent()
     rows->setSpacing(0);
     fillContent(*rows, m_shown.live);
     rows->addStretch(1);
+    leave(m_scroll->widget());
     if (QWidget *old = m_scroll->takeWidget())
         old->deleteLater(); // it may hold what was pressed
     m_scroll->setWidget(content);
@@ -89,9 +92,17 @@ void QuestionBody::rebuildContent()
     m_scroll->verticalScrollBar()->setValue(scrolled);
 }
 
+/// Else the focus would go from what is taken away to whatever button comes next.
+void QuestionBody::leave(const QWidget *old)
+{
+    if (old && focusWidget() && old->isAncestorOf(focusWidget()))
+        setFocus(Qt::OtherFocusReason);
+}
+
 void QuestionBody::replace(QVBoxLayout &place, QWidget *&widget, QWidget *next)
 {
     if (widget) {
+        leave(widget);
         place.removeWidget(widget);
         widget->hide();
         widget->deleteLater(); // it may hold what was pressed

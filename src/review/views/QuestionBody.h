@@ -51,7 +51,8 @@ private:
     };
 
     void rebuildContent();
-    static void replace(QVBoxLayout &place, QWidget *&widget, QWidget *next);
+    void leave(const QWidget *old);
+    void replace(QVBoxLayout &place, QWidget *&widget, QWidget *next);
 
     const ReviewParts m_parts;
     const ReviewQuestion m_question;
