@@ -253,14 +253,15 @@ void CardController::refreshLayout()
 
 void CardController::relayout()
 {
-    const QSizeF size = m_panel.fittingSize();
-    if (size.width() <= 0 || size.height() <= 0)
-        return;
     const QList<Screen> screens = m_screens.all();
     auto screen = screenHolding(screens, m_anchor);
     if (!screen && !screens.isEmpty())
         screen = screens.first();
-    m_panel.place(placedCard(m_anchor, size, screen ? screen->workArea : QRectF()));
+    const QRectF free = screen ? screen->workArea : QRectF();
+    const QSizeF size = m_panel.fittingSize(free.size());
+    if (size.width() <= 0 || size.height() <= 0)
+        return;
+    m_panel.place(placedCard(m_anchor, size, free));
 }
 
 } // namespace nimbrelle

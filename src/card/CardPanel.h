@@ -11,8 +11,8 @@ class CardPanel {
 public:
     virtual ~CardPanel() = default;
 
-    /// The size that the present content needs, once laid out.
-    virtual QSizeF fittingSize() = 0;
+    /// The size that the present content needs on a screen with `room` free for windows.
+    virtual QSizeF fittingSize(QSizeF room) = 0;
 
     virtual void place(const QRectF &frame) = 0;
 

@@ -17,6 +17,21 @@ QString label(ModifierKey key)
     return {};
 }
 
+QString keyboardLabel(ModifierKey key)
+{
+    switch (key) {
+    case ModifierKey::option:
+        return label(key) + QStringLiteral("（Alt）");
+    case ModifierKey::command:
+        return label(key) + QStringLiteral("（Super）");
+    case ModifierKey::control:
+        return label(key) + QStringLiteral("（Ctrl）");
+    case ModifierKey::shift:
+        return label(key);
+    }
+    return {};
+}
+
 std::array<qint64, 7> StudySettings::order() const
 {
     return {learningSlots, dailyNewLimit, sessionSize, graduateDays, leechThreshold, dormantDays,

@@ -17,6 +17,9 @@ template <> inline constexpr auto caseNames<ModifierKey> = cases("option", "comm
 /// As screens show it, such as "⌥ Option".
 QString label(ModifierKey key);
 
+/// The same with the name on this keyboard behind it, such as "⌥ Option（Alt）", where that is another one.
+QString keyboardLabel(ModifierKey key);
+
 /// The settings that travel between devices, with the time of their last change.
 struct StudySettings {
     qint64 learningSlots = 0;

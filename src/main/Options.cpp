@@ -1,6 +1,7 @@
 #include "ai/AIClient.h"
 #include "coach/CoachFacts.h"
 #include "frame/DayKey.h"
+#include "frame/Failure.h"
 #include "main/CommandLine.h"
 #include "main/OcrSheet.h"
 #include "main/SelfTest.h"
@@ -13,6 +14,7 @@
 #include "main/Services.h"
 #include "main/SyncCommands.h"
 #include "platform/linux/TesseractRecogniser.h"
+#include "shell/views/IconArt.h"
 #include "sync/PinnedTransport.h"
 #include "sync/SyncService.h"
 
@@ -41,12 +43,15 @@ Option::Routine printing(void (*routine)(QTextStream &))
     };
 }
 
-Option::Routine later(const QString &what)
+QCoro::Task<int> renderIcon(const OptionRun &run)
 {
-    return [what](const OptionRun &run) {
-        run.out << what << QStringLiteral("还没有做好，以后的版本里会有。") << Qt::endl;
+    try {
+        renderIconset(run.value);
+    } catch (const Failure &failure) {
+        run.out << QStringLiteral("生成图标失败：") << failure.text() << Qt::endl;
         return finished(1);
-    };
+    }
+    return finished(0);
 }
 
 QCoro::Task<int> studyStamp(const OptionRun &run)
@@ -135,7 +140,7 @@ QCoro::Task<int> coachAI(OptionRun run)
 std::vector<Option> makeTable()
 {
     return {
-        {QStringLiteral("--render-icon"), Form::value, later(QStringLiteral("画图标"))},
+        {QStringLiteral("--render-icon"), Form::value, renderIcon, Option::Needs::drawing},
         {QStringLiteral("--selftest-ocr"), Form::flag, ocr, Option::Needs::drawing},
         {QStringLiteral("--selftest-review"), Form::flag, review},
         {QStringLiteral("--selftest-spelling"), Form::flag, printing(SelfTest::runSpelling)},

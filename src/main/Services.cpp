@@ -37,7 +37,13 @@ SyncService &Services::sync()
 
 std::unique_ptr<AIClient> Services::makeAI()
 {
-    return std::make_unique<DeepSeekClient>(config().config(), network());
+    return newAI()(config().config());
+}
+
+AIClientFactory Services::newAI()
+{
+    return [&network = network()](
+               const AppConfig &config) { return std::make_unique<DeepSeekClient>(config, network); };
 }
 
 } // namespace nimbrelle

@@ -29,6 +29,8 @@ public:
     SyncService &sync();
     /// A client made from the settings of this moment.
     std::unique_ptr<AIClient> makeAI();
+    /// For whoever asks the AI again and again.
+    AIClientFactory newAI();
 
 private:
     Services() = default;

@@ -1,9 +1,14 @@
 #include "main/CommandLine.h"
+#include "main/Desktop.h"
 #include "main/Services.h"
+#include "main/TerminationSignals.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QTextStream>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cstdio>
 #include <memory>
@@ -51,12 +56,52 @@ int runOption(const ChosenOption &chosen, int argc, char **argv)
     return QCoreApplication::exec();
 }
 
+bool canShowWindows()
+{
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        return true;
+    if (xcb_connection_t *display = xcb_connect(nullptr, nullptr)) {
+        const bool isThere = xcb_connection_has_error(display) == 0;
+        xcb_disconnect(display);
+        if (isThere) {
+            qputenv("QT_QPA_PLATFORM", "xcb"); // in a Wayland session too: only there a card can be placed
+            return true;
+        }
+    }
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+/// The words of the toolkit's own menus.
+void speakChinese(QApplication &application)
+{
+    QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::SimplifiedChineseScript, QLocale::China));
+    auto *words = new QTranslator(&application);
+    if (words->load(QStringLiteral("qtbase_zh_CN"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(words);
+}
+
+int runDesktop(int argc, char **argv)
+{
+    if (!canShowWindows()) {
+        std::fputs("没有可用的图形会话：请在桌面里启动，或者设置 DISPLAY。\n", stderr);
+        return 1;
+    }
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Nimbrelle"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("nimbrelle"));
+    speakChinese(application);
+    const TerminationSignals termination([] { QCoreApplication::quit(); });
+    Desktop desktop(Services::shared());
+    desktop.start();
+    return QCoreApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     if (const auto chosen = chooseOption(optionTable(), rawArguments(argc, argv)))
         return runOption(*chosen, argc, argv);
-    std::fputs("桌面部分还没有做好；现在可以用命令行选项，比如 --add-spelling \"reluctant\"。\n", stdout);
-    return 0;
+    return runDesktop(argc, argv);
 }

@@ -20,7 +20,7 @@ namespace {
 
 class FakePanel final : public CardPanel {
 public:
-    QSizeF fittingSize() override { return size; }
+    QSizeF fittingSize(QSizeF) override { return size; }
     void place(const QRectF &frame) override { placed = frame; }
     void bringToFront() override { visible = true; }
     void orderOut() override { visible = false; }

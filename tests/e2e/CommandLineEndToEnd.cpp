@@ -64,6 +64,21 @@ TEST_F(CommandLine, PrintsTheSameNumbersInEveryLocale)
                        "hard→2.6天(S=2.6,D=7.5,L1) hard→3.5天(S=3.5,D=7.9,L1)"));
 }
 
+TEST_F(CommandLine, DrawsItsIconsWithoutADisplay)
+{
+    const QString folder = device.path(QStringLiteral("icons"));
+    const Ended drawn = device({QStringLiteral("--render-icon"), folder});
+    EXPECT_EQ(drawn.code, 0);
+    EXPECT_EQ(drawn.output + drawn.errors, QString());
+    EXPECT_EQ(QDir(folder).entryList({QStringLiteral("*.png")}).size(), 11);
+
+    const QString blocked = folder + QStringLiteral("/menubar-preview.png");
+    const Ended failed = device({QStringLiteral("--render-icon"), blocked});
+    EXPECT_EQ(failed.code, 1);
+    EXPECT_EQ(failed.errors, QString());
+    EXPECT_TRUE(failed.output.startsWith(QStringLiteral("生成图标失败：") + blocked));
+}
+
 TEST_F(CommandLine, AddsWordsThroughTheProvider)
 {
     const RunningServer practice(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FrontApplication.h"
+#include "platform/InstalledApplications.h"
 #include "platform/LaunchAtLogin.h"
 #include "platform/Permissions.h"
 #include "platform/Screens.h"
@@ -36,6 +37,13 @@ public:
     std::map<Grant, GrantState> states{
         {Grant::accessibility, {true, {}}}, {Grant::screenCapture, {true, {}}}};
     QList<Grant> requested;
+};
+
+class FakeInstalledApplications final : public InstalledApplications {
+public:
+    QList<InstalledApplication> all() const override { return applications; }
+
+    QList<InstalledApplication> applications;
 };
 
 class FakeLaunchAtLogin final : public LaunchAtLogin {

@@ -40,13 +40,13 @@ QPainterPath rounded(const QRectF &area, double radius)
 
 } // namespace
 
-CardPanelWindow::CardPanelWindow(const Theme &theme, std::function<bool()> hasCompositor)
+CardPanelWindow::CardPanelWindow(const Theme &theme, WindowSystem system)
     // A tool tip is the one kind of window that never takes the focus, is on all desktops and above
     // full-screen windows.
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_theme(theme)
-    , m_hasCompositor(std::move(hasCompositor))
-    , m_isComposited(m_hasCompositor())
+    , m_system(std::move(system))
+    , m_isComposited(m_system.hasCompositor())
     , m_fade(this, "windowOpacity")
 {
     setObjectName(u"cardPanel"_s);
@@ -72,12 +72,12 @@ int CardPanelWindow::margin() const
     return m_isComposited ? m_theme.points(shadowMargin) : 0;
 }
 
-QSizeF CardPanelWindow::fittingSize()
+QSizeF CardPanelWindow::fittingSize(QSizeF room)
 {
     if (!m_view)
         return {};
-    const QSize free = screen()->availableSize();
-    m_view->setLimits({free.width() - m_theme.points(screenMargin), qRound(free.height() * screenShare)});
+    m_view->setLimits(
+        {qRound(room.width()) - m_theme.points(screenMargin), qRound(room.height() * screenShare)});
     return m_view->fittingSize();
 }
 
@@ -106,7 +106,7 @@ void CardPanelWindow::arrange()
 void CardPanelWindow::bringToFront()
 {
     const bool isNew = !isVisible();
-    if (isNew && m_isComposited != m_hasCompositor()) {
+    if (isNew && m_isComposited != m_system.hasCompositor()) {
         m_isComposited = !m_isComposited;
         hide();
         setAttribute(Qt::WA_TranslucentBackground, m_isComposited);
@@ -117,7 +117,11 @@ void CardPanelWindow::bringToFront()
         fadeIn();
     show();
     raise();
+    // The toolkit draws nothing before the window system has told it that the window is exposed, which it
+    // hears only from the event loop. An override-redirect window is mapped in the order of the requests.
+    setAttribute(Qt::WA_Mapped);
     repaint();
+    m_system.flush();
 }
 
 void CardPanelWindow::fadeIn()

@@ -19,13 +19,18 @@ class CardPanelWindow : public QWidget, public CardPanel {
     Q_OBJECT
 
 public:
-    /// `hasCompositor` is asked before each showing.
-    CardPanelWindow(const Theme &theme, std::function<bool()> hasCompositor);
+    /// What it asks of the window system beyond the toolkit.
+    struct WindowSystem {
+        std::function<bool()> hasCompositor; ///< asked before each showing
+        std::function<void()> flush; ///< sends what was drawn, which else waits for the event loop
+    };
+
+    CardPanelWindow(const Theme &theme, WindowSystem system);
 
     /// The view becomes a child of the window.
     void setView(CardView &view);
 
-    QSizeF fittingSize() override;
+    QSizeF fittingSize(QSizeF room) override;
     void place(const QRectF &frame) override;
     void bringToFront() override;
     void orderOut() override;
@@ -42,7 +47,7 @@ private:
     void paintShadow(QPainter &painter, const QRectF &card) const;
 
     const Theme &m_theme;
-    const std::function<bool()> m_hasCompositor;
+    const WindowSystem m_system;
     bool m_isComposited = false;
     QPointer<CardView> m_view;
     QRectF m_frame;

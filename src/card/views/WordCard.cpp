@@ -15,6 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr double soundRowPitch = 22;
+
 QHBoxLayout *rowOf(QWidget *holder, int spacing)
 {
     auto *row = new QHBoxLayout(holder);
@@ -89,41 +91,45 @@ void WordCard::addHead()
 {
     const QString headword = m_data.explanation.headword;
     auto *word = makeReadText(m_theme, u"headword"_s, u"单词"_s, headword, {TextType::headword});
-    QWidget *sound = makeSound();
+    QWidget *sound = makeSound(Theme::pitch(TextType::headword)); // on the word's own line
     QWidget *corner = makeCorner();
     const int gap = m_theme.points(8);
-    const int needed =
-        word->naturalWidth() + gap + sound->sizeHint().width() + gap + corner->sizeHint().width();
+    const int needed = word->naturalWidth() + gap + sound->sizeHint().width() + corner->sizeHint().width();
 
     auto *first = new QWidget;
-    auto *top = rowOf(first, gap);
+    auto *top = rowOf(first, 0);
     top->addWidget(word, 1, Qt::AlignTop);
     if (needed <= m_room) {
         word->setFixedWidth(word->naturalWidth());
         top->setStretchFactor(word, 0);
+        top->addSpacing(gap);
         top->addWidget(sound, 0, Qt::AlignTop);
         top->addStretch(1);
+    } else {
+        top->addSpacing(gap);
     }
     top->addWidget(corner, 0, Qt::AlignTop);
     m_rows->addWidget(first);
-    if (needed > m_room)
-        add(sound, 0);
+    if (needed > m_room) {
+        delete sound;
+        add(makeSound(soundRowPitch), 0);
+    }
 }
 
 /// How the word is said, and the button that says it.
-QWidget *WordCard::makeSound()
+QWidget *WordCard::makeSound(double pitch)
 {
     auto *holder = new QWidget;
-    auto *row = rowOf(holder, m_theme.points(4));
+    auto *row = rowOf(holder, m_theme.points(2)); // the button brings air of its own
     const QString phonetic = m_data.explanation.phonetic.value_or(QString());
     auto *speak = makeSpeakButton(m_theme, m_parts.speaker, u"speakWord"_s, m_data.explanation.headword);
     if (!phonetic.isEmpty()) {
         auto *text = makeReadText(
-            m_theme, u"phonetic"_s, u"音标"_s, phonetic, {TextType::small, Tone::ink2, std::nullopt, 28});
+            m_theme, u"phonetic"_s, u"音标"_s, phonetic, {TextType::small, Tone::ink2, std::nullopt, pitch});
         text->setFixedWidth(std::min(text->naturalWidth(), m_room - speak->maximumWidth() - row->spacing()));
-        row->addWidget(text);
+        row->addWidget(text, 0, Qt::AlignVCenter);
     }
-    row->addWidget(speak);
+    row->addWidget(speak, 0, Qt::AlignVCenter);
     row->addStretch();
     return holder;
 }
@@ -199,8 +205,9 @@ QWidget *WordCard::makeCoveredSlip()
     slip->setObjectName(u"recallPrompt"_s);
     auto *row = slipRow(m_theme, slip);
     row->addWidget(makeReadText(m_theme, u"recallQuestion"_s, u"先想一想"_s,
-        u"你查过 %1 次了，先想一想它在这里的意思？"_s.arg(m_data.savedLookupCount.value_or(0)),
-        {TextType::small, Tone::ink2}));
+                       u"你查过 %1 次了，先想一想它在这里的意思？"_s.arg(m_data.savedLookupCount.value_or(0)),
+                       {TextType::small, Tone::ink2}),
+        0, Qt::AlignVCenter);
     auto *reveal = makeButton(m_theme, u"reveal"_s, u"看答案"_s, {});
     connect(reveal, &QPushButton::clicked, this, [this] { m_parts.controller.revealRecall(); });
     row->addWidget(reveal);
@@ -212,8 +219,9 @@ QWidget *WordCard::makeRatingSlip()
     QFrame *slip = makeArea(u"slip"_s);
     slip->setObjectName(u"recallRating"_s);
     auto *row = slipRow(m_theme, slip);
-    row->addWidget(makeReadText(
-        m_theme, u"recallQuestion"_s, u"想起来了吗"_s, u"刚才想起来了吗？"_s, {TextType::small, Tone::ink2}));
+    row->addWidget(makeReadText(m_theme, u"recallQuestion"_s, u"想起来了吗"_s, u"刚才想起来了吗？"_s,
+                       {TextType::small, Tone::ink2}),
+        0, Qt::AlignVCenter);
     auto *yes = makeButton(m_theme, u"remembered"_s, u"想起来了"_s, {});
     auto *no = makeButton(m_theme, u"forgotten"_s, u"没想起来"_s, {});
     connect(yes, &QPushButton::clicked, this, [this] { m_parts.controller.rateRecall(true); });

@@ -31,7 +31,7 @@ signals:
 
 private:
     void addHead();
-    QWidget *makeSound();
+    QWidget *makeSound(double pitch);
     QWidget *makeCorner();
     QWidget *makeSaveControl();
     void addMeaning();

@@ -39,6 +39,23 @@ QString execArgument(QString argument)
     return u'"' + argument + u'"';
 }
 
+/// The file name of the first word of an Exec key.
+QString programOf(const QString &exec)
+{
+    QString first = exec.section(u' ', 0, 0, QString::SectionSkipEmpty);
+    if (exec.startsWith(u'"'))
+        first = exec.section(u'"', 1, 1);
+    return first.section(u'/', -1);
+}
+
+bool isListed(const QHash<QString, QString> &values)
+{
+    const QString type = values.value(QStringLiteral("Type"), QStringLiteral("Application"));
+    return type == u"Application" && values.value(QStringLiteral("NoDisplay")) != u"true";
+}
+
+} // namespace
+
 QStringList sessionLanguages()
 {
     QStringList languages;
@@ -51,14 +68,14 @@ QStringList sessionLanguages()
     return languages;
 }
 
-} // namespace
-
 std::optional<DesktopEntry> desktopEntryOf(const QByteArray &file, const QStringList &languages)
 {
     const QHash<QString, QString> values = mainGroup(file);
     DesktopEntry entry{values.value(QStringLiteral("Name")), values.value(QStringLiteral("StartupWMClass")),
         values.value(QStringLiteral("Hidden")) == u"true"
-            || values.value(QStringLiteral("X-GNOME-Autostart-enabled")) == u"false"};
+            || values.value(QStringLiteral("X-GNOME-Autostart-enabled")) == u"false",
+        isListed(values), programOf(values.value(QStringLiteral("Exec"))),
+        values.value(QStringLiteral("Icon"))};
     if (entry.name.isEmpty())
         return std::nullopt;
     for (const QString &language : languages) {

@@ -2,6 +2,7 @@
 
 #include "platform/linux/AtSpiReader.h"
 #include "platform/linux/AutostartFile.h"
+#include "platform/linux/DesktopFileApplications.h"
 #include "platform/linux/LinuxPermissions.h"
 #include "platform/linux/SpeechProcess.h"
 #include "platform/linux/TesseractRecogniser.h"
@@ -29,6 +30,7 @@ struct LinuxPlatform {
     XScreenCapture capture{x, screens};
     TesseractRecogniser recogniser;
     SpeechProcess speaker;
+    DesktopFileApplications installed{x};
     AutostartFile launchAtLogin = AutostartFile::ofThisProgram();
     LinuxPermissions permissions{input, capture, accessibility};
 };

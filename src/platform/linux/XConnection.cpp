@@ -36,11 +36,10 @@ xcb_connection_t *toolkitConnection()
 
 XConnection::XConnection()
 {
-    int number = 0;
-    m_connection = xcb_connect(nullptr, &number);
+    m_connection = xcb_connect(nullptr, &m_screenNumber);
     if (!isOpen())
         return;
-    m_screen = screenOf(m_connection, number);
+    m_screen = screenOf(m_connection, m_screenNumber);
     m_notifier =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &XConnection::dispatch);
@@ -110,6 +109,12 @@ std::vector<quint32> XConnection::values(xcb_window_t window, xcb_atom_t name) c
     if (!read.empty())
         std::memcpy(read.data(), bytes.constData(), read.size() * sizeof(quint32));
     return read;
+}
+
+void XConnection::flushToolkit()
+{
+    if (xcb_connection_t *toolkit = toolkitConnection())
+        xcb_flush(toolkit);
 }
 
 bool XConnection::isOwn(xcb_window_t window) const

@@ -37,6 +37,7 @@ public:
 
     xcb_connection_t *get() const { return m_connection; }
     const xcb_screen_t &screen() const { return *m_screen; }
+    int screenNumber() const { return m_screenNumber; }
     xcb_window_t root() const { return m_screen->root; }
     xcb_atom_t atom(const QByteArray &name);
     QByteArray nameOf(xcb_atom_t atom);
@@ -55,6 +56,9 @@ public:
     QByteArray property(xcb_window_t window, xcb_atom_t name, quint32 limit = 1U << 20U) const;
     /// The same as 32-bit values.
     std::vector<quint32> values(xcb_window_t window, xcb_atom_t name) const;
+
+    /// Sends the requests that the toolkit has collected on its own connection.
+    static void flushToolkit();
 
     /// Whether a window was made by this process, here or by the toolkit.
     bool isOwn(xcb_window_t window) const;
@@ -75,6 +79,7 @@ private:
     void hearAll(const xcb_generic_event_t &event);
 
     xcb_connection_t *m_connection = nullptr;
+    int m_screenNumber = 0;
     const xcb_screen_t *m_screen = nullptr;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QHash<QByteArray, xcb_atom_t> m_atoms;

@@ -68,6 +68,16 @@ void XScreens::hear(const xcb_generic_event_t &event)
         m_layout.reset();
 }
 
+bool XScreens::isComposited() const
+{
+    if (!m_x.isOpen())
+        return false;
+    const auto owner = m_x.reply(xcb_get_selection_owner_reply,
+        xcb_get_selection_owner(
+            m_x.get(), m_x.atom("_NET_WM_CM_S" + QByteArray::number(m_x.screenNumber()))));
+    return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
 QList<Monitor> XScreens::readMonitors() const
 {
     if (!m_x.isOpen())

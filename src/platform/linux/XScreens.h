@@ -18,6 +18,9 @@ public:
 
     const ScreenLayout &layout() const;
 
+    /// Whether somebody blends windows, so that one may be translucent.
+    bool isComposited() const;
+
 private:
     void hear(const xcb_generic_event_t &event);
     QList<Monitor> readMonitors() const;

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <QTextDocument>
 
 #include <array>
@@ -68,6 +69,16 @@ QPushButton *makeButton(const Theme &theme, const QString &name, const QString &
     return button;
 }
 
+void setButtonKind(QPushButton &button, ButtonKind kind)
+{
+    const QString name = QString::fromLatin1(kinds.at(static_cast<std::size_t>(kind)).name);
+    if (button.property("kind") == name)
+        return;
+    button.setProperty("kind", name);
+    button.style()->unpolish(&button); // the sheet looks at properties only when it polishes
+    button.style()->polish(&button);
+}
+
 QPushButton *makeIconButton(
     const Theme &theme, const QString &name, const QString &what, Icon icon, double size)
 {
@@ -120,6 +131,7 @@ QLabel *makeCapsule(const Theme &theme, const QString &text, Tint tint)
     static constexpr std::array names{"blue", "green", "orange", "purple"};
     auto *label = makeLabel(theme, text, TextType::tiny, Tone::ink, QFont::Medium);
     label->setProperty("tint", QString::fromLatin1(names.at(static_cast<std::size_t>(tint))));
+    label->setIndent(0); // the sheet pads it
     label->setFixedHeight(theme.points(20));
     label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     return label;

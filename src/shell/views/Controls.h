@@ -25,6 +25,8 @@ struct ButtonLook {
 
 /// `name` is the object name. A button without a text needs setAccessibleName.
 QPushButton *makeButton(const Theme &theme, const QString &name, const QString &text, const ButtonLook &look);
+/// For a button without an icon; its height stays.
+void setButtonKind(QPushButton &button, ButtonKind kind);
 /// A round one with nothing but an icon; `what` is said by its tip and to a screen reader.
 QPushButton *makeIconButton(
     const Theme &theme, const QString &name, const QString &what, Icon icon, double size);

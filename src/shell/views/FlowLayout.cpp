@@ -40,7 +40,12 @@ std::vector<QRect> FlowLayout::placed(int width) const
     int y = 0;
     int rowHeight = 0;
     for (const auto &item : m_items) {
-        const QSize size = item->sizeHint();
+        QSize size = item->sizeHint();
+        if (size.width() > width) {
+            size.setWidth(width);
+            if (item->hasHeightForWidth())
+                size.setHeight(item->heightForWidth(width));
+        }
         if (x > 0 && x + size.width() > width) { // x already holds the spacing
             x = 0;
             y += rowHeight + m_vertical;

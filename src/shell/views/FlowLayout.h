@@ -9,7 +9,7 @@
 namespace nimbrelle {
 
 /// Widgets from left to right at the sizes they would like, in as many rows as the width asks for. A widget
-/// wider than the whole stands alone in its row.
+/// wider than the whole is narrowed to it and stands alone in its row.
 class FlowLayout : public QLayout {
 public:
     FlowLayout(int horizontal, int vertical, QWidget *parent = nullptr);

@@ -1,8 +1,11 @@
 #include "shell/views/Theme.h"
 
 #include "shell/views/sheets/ControlsSheet.h"
+#include "shell/views/sheets/StatusSheet.h"
 #include "shell/views/sheets/ReviewSheet.h"
 #include "shell/views/sheets/TalkSheet.h"
+#include "shell/views/sheets/NotebookSheet.h"
+#include "shell/views/sheets/SettingsSheet.h"
 
 #include <QApplication>
 #include <QFontInfo>
@@ -100,8 +103,11 @@ QString css(const QColor &colour)
 // One for each room that has rules of its own.
 constexpr std::array sheets{
     controlsSheet,
+    statusSheet,
     reviewSheet,
     talkSheet,
+    notebookSheet,
+    settingsSheet,
 };
 
 } // namespace

@@ -76,7 +76,7 @@ struct CardStage {
     bool hasCompositor = true;
     Theme theme;
     PageSource source = Notebook::page("https://www.example.org/a");
-    CardPanelWindow panel{theme, [this] { return hasCompositor; }};
+    CardPanelWindow panel{theme, {[this] { return hasCompositor; }, [] {}}};
     CardController controller{notebook.clock, notebook.config, notebook.store, ai.factory(), screens, panel,
         [this] { return source; }};
     CardView view{{theme, controller, notebook.store, speaker}};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/LinuxPlatform.h"
+#include "support/Stranger.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -10,60 +11,6 @@
 #include <gtest/gtest.h>
 
 namespace nimbrelle {
-
-/// Another client of the same X server: moves the mouse and types as a person would, and owns selections as
-/// another program would.
-class Stranger {
-public:
-    void moveTo(QPoint pixel)
-    {
-        // Ending in a small step of its own, since a warped pointer is no motion.
-        post(XCB_MOTION_NOTIFY, 0, pixel - QPoint(2, 0));
-        post(XCB_MOTION_NOTIFY, 0, pixel);
-    }
-    void button(quint8 number, bool isPress)
-    {
-        post(isPress ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, number);
-    }
-    void click(int times = 1)
-    {
-        for (; times > 0; --times) {
-            button(1, true);
-            button(1, false);
-        }
-    }
-    void drag(QPoint from, QPoint to)
-    {
-        moveTo(from);
-        button(1, true);
-        QTest::qWait(20); // nobody's hand is faster, and places are asked for when an event is heard
-        moveTo((from + to) / 2);
-        moveTo(to);
-        QTest::qWait(20);
-        button(1, false);
-    }
-    void key(quint32 keysym, bool isPress)
-    {
-        post(isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keyboard.keyFor(keysym).value());
-    }
-    void tap(quint32 keysym)
-    {
-        key(keysym, true);
-        key(keysym, false);
-    }
-
-    XConnection x;
-    XKeyboard keyboard{x};
-    XClipboard clipboard{x};
-
-private:
-    void post(quint8 type, quint8 detail, QPoint at = {})
-    {
-        xcb_test_fake_input(x.get(), type, detail, XCB_CURRENT_TIME, x.root(), static_cast<qint16>(at.x()),
-            static_cast<qint16>(at.y()), 0);
-        xcb_flush(x.get());
-    }
-};
 
 /// What the monitor told, in words, in order.
 class Heard : public QObject {

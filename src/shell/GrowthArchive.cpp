@@ -1,0 +1,63 @@
+#include "shell/GrowthArchive.h"
+
+#include "frame/AppPaths.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace nimbrelle {
+
+namespace {
+
+QString folderBeside(const QString &supportDir)
+{
+    const QDir parent = QFileInfo(QDir::cleanPath(supportDir)).absoluteDir();
+    return parent.filePath(QStringLiteral("Nimbrelle 成长档案"));
+}
+
+} // namespace
+
+GrowthArchive::GrowthArchive(const AppPaths &paths, QObject *parent)
+    : QObject(parent), m_folder(folderBeside(paths.supportDir))
+{
+    m_generator.setStandardInputFile(QProcess::nullDevice());
+    m_generator.setStandardOutputFile(QProcess::nullDevice());
+    m_generator.setStandardErrorFile(QProcess::nullDevice());
+    connect(&m_generator, &QProcess::finished, this, &GrowthArchive::updated);
+    connect(&m_generator, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) // it then never finishes
+            emit updated();
+    });
+}
+
+GrowthArchive::~GrowthArchive()
+{
+    m_generator.disconnect(this);
+}
+
+QString GrowthArchive::script() const
+{
+    return m_folder + QStringLiteral("/程序/journey.py");
+}
+
+QString GrowthArchive::report() const
+{
+    return m_folder + QStringLiteral("/成长档案.html");
+}
+
+bool GrowthArchive::isInstalled() const
+{
+    return QFileInfo::exists(script());
+}
+
+void GrowthArchive::update()
+{
+    if (m_generator.state() != QProcess::NotRunning)
+        return;
+    if (isInstalled())
+        m_generator.start(QStringLiteral("/usr/bin/python3"), {script()});
+    else
+        emit updated();
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QObject>
+#include <QProcess>
+
+namespace nimbrelle {
+
+class AppPaths;
+
+/// The report on the learner's growth, written by a generator that is no part of this program and may be
+/// missing. It stands in a folder beside that of the data files.
+class GrowthArchive : public QObject {
+    Q_OBJECT
+
+public:
+    explicit GrowthArchive(const AppPaths &paths, QObject *parent = nullptr);
+    /// Ends a generator that still runs.
+    ~GrowthArchive() override;
+
+    QString folder() const { return m_folder; }
+    QString script() const;
+    QString report() const;
+
+    /// Whether there is a generator.
+    bool isInstalled() const;
+
+    /// Runs the generator, if there is one, as a process of its own; updated() follows. While it runs, a
+    /// further call does nothing.
+    void update();
+
+signals:
+    /// It has ended, well or not, or there was none to run.
+    void updated();
+
+private:
+    const QString m_folder;
+    QProcess m_generator;
+};
+
+} // namespace nimbrelle

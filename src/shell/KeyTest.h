@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ai/AIClient.h"
+#include "frame/TaskSlot.h"
+
+#include <QObject>
+
+namespace nimbrelle {
+
+class ConfigStore;
+
+/// Asks the provider for one word, to show whether the key and the address are good. Changes no setting.
+/// Main thread only.
+class KeyTest : public QObject {
+    Q_OBJECT
+
+public:
+    struct Result {
+        bool isGood = false;
+        QString text;
+
+        bool operator==(const Result &) const = default;
+    };
+
+    KeyTest(const ConfigStore &config, AIClientFactory makeClient);
+
+    bool isRunning() const { return m_isRunning; }
+    /// False while a test runs or without a key; start() does nothing then.
+    bool canStart() const;
+    void start();
+    /// Of the last test; absent before the first and while one runs.
+    const std::optional<Result> &result() const { return m_result; }
+
+signals:
+    void changed();
+
+private:
+    QCoro::Task<> run(std::unique_ptr<AIClient> client, std::stop_token stop);
+
+    const ConfigStore &m_config;
+    const AIClientFactory m_makeClient;
+    bool m_isRunning = false;
+    std::optional<Result> m_result;
+    TaskSlot m_task;
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "frame/AppConfig.h"
+
+#include <QStringList>
+
+/// What the settings say that depends on the settings or on this machine.
+namespace nimbrelle::SettingsText {
+
+/// Where the key is kept; the home folder is written as "~".
+QString keyNote(const QString &configPath, const QString &home);
+
+/// The short version and the build in brackets, "?" for a missing one.
+QString versionLine(const QString &version, const QString &build);
+
+/// How long the pointer must rest: "1.0 秒".
+QString dwellLabel(double seconds);
+
+QString wordCount(qsizetype words);
+
+/// The chosen key is already another program's.
+bool isKeyTakenElsewhere(const AppConfig &config);
+/// Both features of a held or tapped key listen to the same one.
+bool isKeyUsedTwice(const AppConfig &config);
+
+} // namespace nimbrelle::SettingsText

@@ -1,0 +1,125 @@
+#include "shell/views/NotebookList.h"
+
+#include "shell/views/Controls.h"
+#include "shell/views/RowPainter.h"
+
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isRecord(const RowKey &key)
+{
+    return std::holds_alternative<QUuid>(key);
+}
+
+} // namespace
+
+NotebookList::NotebookList(const Theme &theme, const QString &name, const QString &what, Look look)
+    : m_painter(new RowPainter(theme, look.rowHeight, m_model, this))
+{
+    setObjectName(name);
+    setAccessibleName(what);
+    setProperty("kind", u"notebook"_s);
+    setFrameShape(QFrame::NoFrame);
+    viewport()->setAutoFillBackground(false);
+    setModel(&m_model);
+    setItemDelegate(m_painter);
+    setUniformItemSizes(!look.hasHeadings);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setMouseTracking(true); // rows under the pointer are tinted
+    verticalScrollBar()->setSingleStep(theme.points(look.rowHeight));
+}
+
+void NotebookList::setRows(const QList<ListRow> &rows, const RowKey &chosen)
+{
+    const QScopedValueRollback changing(m_isChanging, true);
+    QScrollBar *bar = verticalScrollBar();
+    const int stand = bar->value();
+    const QModelIndex top = stand > 0 ? indexAt({0, 0}) : QModelIndex();
+    const RowKey anchor = keyAt(top);
+    const int offset = top.isValid() ? visualRect(top).top() : 0;
+    setAutoScroll(false);
+    m_model.setRows(rows);
+    select(chosen);
+    executeDelayedItemsLayout();
+    bar->setValue(stand);
+    if (const auto row = m_model.rowOf(anchor)) // what was at the top stays there
+        bar->setValue(bar->value() + visualRect(m_model.index(*row)).top() - offset);
+    setAutoScroll(true);
+}
+
+void NotebookList::select(const RowKey &key)
+{
+    const auto row = m_model.rowOf(key);
+    const QModelIndex index = row ? m_model.index(*row) : QModelIndex();
+    if (index == currentIndex() && (!index.isValid() || selectionModel()->isSelected(index)))
+        return;
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+}
+
+void NotebookList::reveal(const RowKey &key)
+{
+    if (const auto row = m_model.rowOf(key))
+        scrollTo(m_model.index(*row));
+}
+
+RowKey NotebookList::neighbourOf(const RowKey &key) const
+{
+    const auto row = m_model.rowOf(key);
+    if (!row)
+        return {};
+    const QModelIndex below = m_model.index(*row + 1);
+    return keyAt(below.isValid() ? below : m_model.index(*row - 1));
+}
+
+RowKey NotebookList::keyAt(const QModelIndex &index) const
+{
+    return index.isValid() ? m_model.rows()[index.row()].key : RowKey();
+}
+
+void NotebookList::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QListView::selectionChanged(selected, deselected);
+    if (!m_isChanging && !selected.isEmpty())
+        emit chosen(keyAt(selected.indexes().first()));
+}
+
+void NotebookList::keyPressEvent(QKeyEvent *event)
+{
+    const bool moves = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
+    if (moves && currentIndex().isValid() && selectedIndexes().isEmpty()) { // it came here by Tab
+        selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
+        return;
+    }
+    const bool deletes = event->matches(QKeySequence::Delete) && isRecord(keyAt(currentIndex()));
+    if (!deletes)
+        return QListView::keyPressEvent(event);
+    if (!event->isAutoRepeat()) // a key that is held must not empty the notebook
+        emit deleteRequested(keyAt(currentIndex()));
+}
+
+void NotebookList::contextMenuEvent(QContextMenuEvent *event)
+{
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
+    const RowKey key = keyAt(index);
+    if (!isRecord(key))
+        return;
+    auto *menu = new QMenu(this);
+    menu->setObjectName(u"rowMenu"_s);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(u"删除"_s, this, [this, key] { emit deleteRequested(key); });
+    menu->popup(isByKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
+}
+
+} // namespace nimbrelle

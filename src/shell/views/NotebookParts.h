@@ -1,0 +1,53 @@
+#pragma once
+
+#include "shell/views/ReadText.h"
+
+class QHBoxLayout;
+class QPushButton;
+class QVBoxLayout;
+class QWidget;
+
+namespace nimbrelle {
+
+class Clock;
+class ConfigStore;
+class Speaker;
+class WordStore;
+struct PageSource;
+
+/// What the notebook's views are made with; all of it outlives them.
+struct NotebookParts {
+    const Theme &theme;
+    const Clock &clock;
+    const ConfigStore &config;
+    WordStore &words;
+    Speaker &speaker;
+};
+
+/// Small things that its panes share.
+namespace notebook {
+
+/// A column without margins or gaps.
+QVBoxLayout *makeColumn(QWidget *holder, int spacing = 0);
+QHBoxLayout *makeRow(int spacing);
+void add(QVBoxLayout *column, int gap, QWidget *widget);
+
+/// Above a part of a pane; `note` may be empty.
+QWidget *makeSectionTitle(const Theme &theme, const QString &title, const QString &note = {});
+
+/// An English sentence with the word marked in it, its translation below; either may be empty.
+QWidget *makeSentence(
+    const Theme &theme, const QString &sentence, const QStringList &terms, const QString &translation);
+
+/// What stands left, and at its upper right the buttons that belong to it.
+QWidget *makeRecord(const Theme &theme, QWidget *content, const QList<QPushButton *> &buttons);
+
+/// `lead` and then where it was met, in small letters; null when there is nothing to say.
+QWidget *makeOrigin(const Theme &theme, const QString &lead, const PageSource &source);
+
+/// Centred in its pane.
+QWidget *makeEmptyText(const Theme &theme, const QString &name, const QString &text);
+
+} // namespace notebook
+
+} // namespace nimbrelle

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "screen/PermissionModel.h"
+#include "shell/views/Form.h"
+#include "shell/views/SettingsParts.h"
+
+/// The parts of the settings, from top to bottom. Each keeps itself up to date with what it shows.
+namespace nimbrelle {
+
+class Switch;
+
+/// The grants; looked at again by refresh().
+class PermissionSection : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PermissionSection(const SettingsParts &parts);
+
+    void refresh();
+
+private:
+    void rebuild();
+    FormRow *makeRow(int index, bool isFirstMissing) const;
+    FormRow *makeRelaunchRow() const;
+
+    const SettingsParts &m_parts;
+    FormGroup *m_group;
+    QList<PermissionRow> m_rows;
+};
+
+/// `isAdvancedOpen` is kept by the caller, and changed by the user.
+QWidget *makeKeySection(const SettingsParts &parts, bool &isAdvancedOpen);
+QWidget *makeLookupSection(const SettingsParts &parts);
+QWidget *makeStudySection(const SettingsParts &parts);
+
+/// Launch at login, which others can switch too; looked at again by refresh().
+class StartSection : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit StartSection(const SettingsParts &parts);
+
+    void refresh();
+
+private:
+    const SettingsParts &m_parts;
+    Switch *m_switch;
+};
+
+class ExclusionSection : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ExclusionSection(const SettingsParts &parts);
+
+private:
+    void rebuild();
+    void rebuildIfChanged();
+    void choose();
+    FormRow *makeAddRow();
+
+    const SettingsParts &m_parts;
+    FormGroup *m_group;
+    QStringList m_shown;
+};
+
+/// A row with a switch that is bound to a setting.
+FormRow *makeSwitchRow(
+    const SettingsParts &parts, const QString &name, const QString &label, bool AppConfig::*value);
+
+} // namespace nimbrelle

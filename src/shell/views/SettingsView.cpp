@@ -1,0 +1,157 @@
+#include "shell/views/SettingsView.h"
+
+#include "notebook/WordStore.h"
+#include "shell/SettingsText.h"
+#include "shell/views/SettingsSections.h"
+#include "sync/views/SyncSection.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double sideMargin = 24;
+constexpr double topMargin = 20;
+constexpr double footMargin = 28;
+constexpr double sectionGap = 20;
+constexpr double widestColumn = 640;
+constexpr std::chrono::milliseconds lookEvery{1500};
+
+} // namespace
+
+SettingsView::SettingsView(const SettingsParts &parts, QWidget *parent)
+    : QWidget(parent)
+    , m_parts(parts)
+    , m_scroll(new QScrollArea)
+    , m_sync(new SyncSection(
+          {m_parts.theme, m_parts.config, m_parts.connection, m_parts.sync, m_parts.clock}, this))
+    , m_recheck(parts.clock, lookEvery)
+{
+    setObjectName(u"settings"_s);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(m_scroll);
+    connect(&parts.theme, &Theme::changed, this, &SettingsView::rebuild);
+    connect(&m_recheck, &Recheck::due, this, &SettingsView::look);
+    rebuild();
+}
+
+void SettingsView::setOffersWindows(bool offers)
+{
+    m_offersWindows = offers;
+    m_offers->setVisible(offers);
+}
+
+void SettingsView::showEvent(QShowEvent *)
+{
+    look();
+    m_recheck.start();
+}
+
+void SettingsView::hideEvent(QHideEvent *)
+{
+    m_recheck.stop();
+}
+
+void SettingsView::look()
+{
+    m_permissions->refresh();
+    m_start->refresh();
+}
+
+/// In new colours; the user stays at the same place.
+void SettingsView::rebuild()
+{
+    const int place = m_scroll->verticalScrollBar()->value();
+    const QWidget *focus = focusWidget();
+    const QString focused = focus && focus->hasFocus() ? focus->objectName() : QString();
+    m_sync->setParent(nullptr);
+    delete m_scroll->takeWidget();
+    m_scroll->setWidget(makePage());
+    m_sync->show();
+    m_scroll->viewport()->setAutoFillBackground(false);
+    m_scroll->widget()->setAutoFillBackground(false);
+    setOffersWindows(m_offersWindows);
+    m_scroll->verticalScrollBar()->setValue(place);
+    if (QWidget *next = focused.isEmpty() ? nullptr : findChild<QWidget *>(focused))
+        next->setFocus(Qt::OtherFocusReason);
+}
+
+QWidget *SettingsView::makePage()
+{
+    const Theme &theme = m_parts.theme;
+    auto *page = new QWidget;
+    page->setProperty("kind", u"scrolled"_s);
+    auto *sides = new QHBoxLayout(page);
+    const int side = theme.points(sideMargin);
+    sides->setContentsMargins(side, theme.points(topMargin), side, theme.points(footMargin));
+    auto *middle = new QWidget;
+    middle->setMaximumWidth(theme.points(widestColumn));
+    sides->addWidget(middle, 1);
+    auto *column = new QVBoxLayout(middle);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(theme.points(sectionGap));
+
+    m_offers = makeOffers();
+    m_permissions = new PermissionSection(m_parts);
+    m_start = new StartSection(m_parts);
+    for (QWidget *section : {m_offers, static_cast<QWidget *>(m_permissions),
+             makeKeySection(m_parts, m_isAdvancedOpen), static_cast<QWidget *>(m_start),
+             makeLookupSection(m_parts), makeStudySection(m_parts), makeNotebookSection(),
+             makeSection(theme, u"同步"_s, m_sync), static_cast<QWidget *>(new ExclusionSection(m_parts))})
+        column->addWidget(section);
+    column->addStretch();
+    return page;
+}
+
+QWidget *SettingsView::makeOffers()
+{
+    const Theme &theme = m_parts.theme;
+    auto *offers = new QWidget;
+    auto *row = new QHBoxLayout(offers);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(theme.points(8));
+    const auto offer = [&](const QString &name, const QString &text, void (SettingsView::*asked)()) {
+        auto *button = makeButton(theme, name, text, {});
+        connect(button, &QPushButton::clicked, this, asked);
+        row->addWidget(button);
+    };
+    offer(u"offerReview"_s, u"复习"_s, &SettingsView::reviewRequested);
+    offer(u"offerWords"_s, u"生词本"_s, &SettingsView::wordsRequested);
+    offer(u"offerAddWord"_s, u"查词"_s, &SettingsView::addWordRequested);
+    offer(u"offerCoach"_s, u"AI 教练"_s, &SettingsView::coachRequested);
+    row->addStretch();
+    return offers;
+}
+
+QWidget *SettingsView::makeNotebookSection()
+{
+    const Theme &theme = m_parts.theme;
+    auto *add = makeButton(theme, u"addWord"_s, u"手动添加"_s, {});
+    auto *open = makeButton(theme, u"openWords"_s, u"打开生词本"_s, {});
+    connect(add, &QPushButton::clicked, this, &SettingsView::addWordRequested);
+    connect(open, &QPushButton::clicked, this, &SettingsView::wordsRequested);
+    auto *row = new FormRow(theme, {}, add);
+    row->label()->setObjectName(u"wordCount"_s);
+    row->line()->addWidget(open, 0, Qt::AlignTop);
+    const auto show = [this, row] { row->setLabel(SettingsText::wordCount(m_parts.words.entries().size())); };
+    // Queued, for the store is in the middle of a change.
+    connect(&m_parts.words, &WordStore::changing, row, show, Qt::QueuedConnection);
+    show();
+    auto *group = new FormGroup(theme);
+    group->add(row);
+    return makeSection(theme, u"生词本"_s, group);
+}
+
+} // namespace nimbrelle

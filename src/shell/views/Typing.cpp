@@ -1,0 +1,23 @@
+#include "shell/views/Typing.h"
+
+#include <QInputMethodEvent>
+#include <QLineEdit>
+
+namespace nimbrelle {
+
+ComposingGuard::ComposingGuard(QLineEdit &field) : QObject(&field)
+{
+    field.installEventFilter(this);
+}
+
+bool ComposingGuard::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() == QEvent::InputMethod)
+        m_isComposing = !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty();
+    if (event->type() != QEvent::KeyPress || !m_isComposing)
+        return false;
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+} // namespace nimbrelle

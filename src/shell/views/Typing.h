@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+
+class QLineEdit;
+
+namespace nimbrelle {
+
+/// Keeps Return from a field while an input method composes in it: the key then belongs to the composing, and
+/// without this the field would take the half-made text for entered.
+class ComposingGuard : public QObject {
+    Q_OBJECT
+
+public:
+    /// Lives as long as the field.
+    explicit ComposingGuard(QLineEdit &field);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    bool m_isComposing = false;
+};
+
+} // namespace nimbrelle

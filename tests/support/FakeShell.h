@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/Speaker.h"
+#include "platform/StatusItem.h"
+#include "shell/AppWindows.h"
+
+#include <QStringList>
+
+namespace nimbrelle {
+
+class FakeStatusItem final : public StatusItem {
+public:
+    void show(MenuSource menu) override { source = std::move(menu); }
+    void setTitle(const QString &text) override { title = text; }
+    void setToolTip(const QString &text, const QString &) override { toolTip = text; }
+
+    QStringList openMenu()
+    {
+        QStringList titles;
+        shown = source(MenuUse::opening);
+        for (const MenuEntry &entry : std::as_const(shown))
+            titles.append(entry.title);
+        return titles;
+    }
+    /// False when no line of the menu begins so.
+    bool click(const QString &start)
+    {
+        openMenu();
+        for (const MenuEntry &entry : std::as_const(shown)) {
+            if (!entry.title.startsWith(start))
+                continue;
+            emit chosen(entry);
+            return true;
+        }
+        return false;
+    }
+
+    MenuSource source;
+    QList<MenuEntry> shown;
+    QString title = QStringLiteral("never set");
+    QString toolTip;
+};
+
+/// Writes down what is asked of it.
+class FakeAppWindows final : public AppWindows {
+public:
+    void showSettings() override { note("settings"); }
+    void showWords() override { note("words"); }
+    void showAddWord() override { note("add word"); }
+    void showReview() override { note("review"); }
+    void showSpelling() override { note("spelling"); }
+    void showCoach() override { note("coach"); }
+    void showAsk() override { note("ask"); }
+    void showAlert(const QString &title, const QString &text) override { calls.append(title + u'|' + text); }
+    void openFile(const QString &path) override { calls.append(path); }
+
+    QStringList take() { return std::exchange(calls, {}); }
+
+    QStringList calls;
+
+private:
+    void note(const char *window) { calls.append(QString::fromLatin1(window)); }
+};
+
+class FakeSpeaker final : public Speaker {
+public:
+    void speak(const QString &text) override { said.append(text); }
+
+    QStringList said;
+};
+
+} // namespace nimbrelle
