@@ -110,6 +110,13 @@ TEST_P(ReviewLook, OutcomesCutNothingOff)
     stage.keep("restLink");
     stage.session->rate(Rating::easy);
     stage.keep("graduated");
+    stage.session->next();
+    answer(stage, "walk");
+    stage.session->next();
+    stage.session->reveal();
+    stage.session->rate(Rating::hard);
+    stage.session->next();
+    stage.keep("finishedWell");
 }
 
 TEST_P(ReviewLook, SpellingCutsNothingOff)
