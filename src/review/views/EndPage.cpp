@@ -21,6 +21,7 @@ namespace {
 constexpr double ringSize = 112;
 constexpr double iconSize = 34;
 constexpr double widestLine = 400;
+constexpr double widerButton = 16; // than its label asks for
 
 /// The brush ring with the screen's icon in its middle.
 class RingPicture : public QWidget {
@@ -38,7 +39,7 @@ protected:
         painter.setRenderHint(QPainter::Antialiasing);
         painter.save();
         painter.translate(rect().toRectF().center());
-        const double scale = width() / 0.8; // the shapes fill the middle of their square, with y upward
+        const double scale = width() / 0.7; // the shapes fill the middle of their square, with y upward
         painter.scale(scale, -scale);
         painter.translate(-0.5, -0.5);
         painter.fillPath(ensoPath(1), m_theme.colour(Tone::ink, 0.88));
@@ -96,7 +97,8 @@ EndPage::EndPage(const Theme &theme, const ReviewScreen::Summary &summary) : End
                                void (EndPage::*pressed)()) {
         auto *button = makeButton(theme, name, text, {kind, std::nullopt, TextType::reading});
         button->setFixedHeight(theme.points(40));
-        button->setMinimumWidth(theme.points(82));
+        button->setMinimumWidth(
+            std::max(theme.points(82), button->sizeHint().width() + theme.points(widerButton)));
         button->setProperty("large", true);
         connect(button, &QPushButton::clicked, this, pressed);
         row->addWidget(button);
@@ -127,6 +129,7 @@ EndPage::EndPage(const Theme &theme, const ReviewScreen::EmptyRound &empty) : En
         auto *more = makeButton(theme, u"more"_s, u"想多学？再加 5 个新词"_s,
             {ButtonKind::outlined, std::nullopt, TextType::reading});
         more->setFixedHeight(theme.points(40));
+        more->setMinimumWidth(more->sizeHint().width() + theme.points(widerButton));
         more->setProperty("large", true);
         connect(more, &QPushButton::clicked, this, &EndPage::morePressed);
         m_rows->addSpacing(theme.points(20));

@@ -8,6 +8,8 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
@@ -30,7 +32,7 @@ QuestionBody::QuestionBody(const ReviewParts &parts, int width)
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setWidgetResizable(true);
     m_scroll->viewport()->setAutoFillBackground(false);
-    m_bannerPlace->setContentsMargins(side, 0, side, 0);
+    m_scroll->viewport()->installEventFilter(this);
     m_footPlace->setContentsMargins(side, parts.theme.points(8), side, 0);
     rows->addWidget(m_scroll, 1);
     rows->addLayout(m_bannerPlace);
@@ -62,8 +64,11 @@ void QuestionBody::refresh()
     const bool isFirst = !m_foot;
     if (isFirst || before.live != m_shown.live || before.phase != m_shown.phase)
         rebuildContent();
-    if (isFirst || before.banner != m_shown.banner)
+    if (isFirst || before.banner != m_shown.banner) {
         replace(*m_bannerPlace, m_banner, makeBanner(m_parts, m_shown.banner));
+        const int side = m_parts.theme.points(reviewMargin);
+        m_bannerPlace->setContentsMargins(side, m_banner ? m_parts.theme.points(8) : 0, side, 0);
+    }
     if (isFirst || before.foot != m_shown.foot)
         replace(*m_footPlace, m_foot, makeFoot(m_shown.foot));
     refreshInputs();
@@ -76,22 +81,45 @@ void QuestionBody::rebuildContent()
     auto *content = new QWidget;
     content->setProperty("kind", u"scrolled"_s);
     auto *rows = new QVBoxLayout(content);
-    const int side = m_parts.theme.points(reviewMargin);
-    rows->setContentsMargins(side, 0, side, 0);
     rows->setSpacing(0);
     fillContent(*rows, m_shown.live);
     rows->addStretch(1);
+    leave(m_scroll->widget());
     if (QWidget *old = m_scroll->takeWidget())
         old->deleteLater(); // it may hold what was pressed
+    setSideMargins(*content);
     m_scroll->setWidget(content);
     content->setAutoFillBackground(false);
     content->show();
     m_scroll->verticalScrollBar()->setValue(scrolled);
 }
 
+/// A scroll bar takes its breadth from the margin, so that its coming wraps nothing anew.
+void QuestionBody::setSideMargins(const QWidget &content) const
+{
+    const int side = m_parts.theme.points(reviewMargin);
+    const int bar = std::max(0, m_scroll->width() - m_scroll->viewport()->width());
+    content.layout()->setContentsMargins(side, 0, side - std::min(side, bar), 0);
+}
+
+bool QuestionBody::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize && watched == m_scroll->viewport() && m_scroll->widget())
+        setSideMargins(*m_scroll->widget());
+    return QWidget::eventFilter(watched, event);
+}
+
+/// Else the focus would go from what is taken away to whatever button comes next.
+void QuestionBody::leave(const QWidget *old)
+{
+    if (old && focusWidget() && old->isAncestorOf(focusWidget()))
+        setFocus(Qt::OtherFocusReason);
+}
+
 void QuestionBody::replace(QVBoxLayout &place, QWidget *&widget, QWidget *next)
 {
     if (widget) {
+        leave(widget);
         place.removeWidget(widget);
         widget->hide();
         widget->deleteLater(); // it may hold what was pressed

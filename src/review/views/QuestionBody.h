@@ -31,6 +31,7 @@ protected:
     virtual void roomChanged() { }
 
     void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
     const ReviewParts &parts() const { return m_parts; }
     const ReviewQuestion &question() const { return m_question; }
@@ -51,7 +52,9 @@ private:
     };
 
     void rebuildContent();
-    static void replace(QVBoxLayout &place, QWidget *&widget, QWidget *next);
+    void setSideMargins(const QWidget &content) const;
+    void leave(const QWidget *old);
+    void replace(QVBoxLayout &place, QWidget *&widget, QWidget *next);
 
     const ReviewParts m_parts;
     const ReviewQuestion m_question;

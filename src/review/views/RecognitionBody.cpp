@@ -144,6 +144,7 @@ QWidget *RecognitionBody::makeRatings()
         const qint64 key = rawValue(rating);
         auto *button = new KeyButton(parts().theme, u"rate%1"_s.arg(key), ReviewScreen::ratingLabel(rating),
             QString::number(key), KeyButton::Kind::outlined, KeyButton::Cap::below);
+        button->setMinimumWidth(1); // the window may be narrower than four of them
         connect(button, &QPushButton::clicked, &parts().session,
             [&session = parts().session, rating] { session.rate(rating); });
         m_ratings->addWidget(button, 0, static_cast<int>(key) - 1);

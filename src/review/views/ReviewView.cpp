@@ -147,8 +147,7 @@ void ReviewView::setPage(QWidget *page)
 
 void ReviewView::takeFocus()
 {
-    if (focusWidget() && focusWidget() != this)
-        setFocus(Qt::OtherFocusReason);
+    setFocus(Qt::OtherFocusReason);
 }
 
 QWidget *ReviewView::makeQuestionPage()

@@ -63,10 +63,7 @@ void SpellBody::fillHint(QVBoxLayout &rows, const WordEntry &live)
         return addMeaning();
     case SpellMode::fill:
     case SpellMode::chunks:
-        add(rows,
-            makeLarge(u"scaffold"_s, question().scaffold.value_or(QString()),
-                mode() == SpellMode::chunks ? Tone::ink2 : Tone::ink),
-            6);
+        add(rows, makeScaffold(), 6);
         return addMeaning();
     case SpellMode::full:
         return fillFullHint(rows, live);
@@ -101,6 +98,19 @@ ReadText *SpellBody::makeLarge(const QString &name, const QString &text, Tone to
     auto *large = makeReadText(parts().theme, name, u"要拼的词"_s, {}, {TextType::scaffold, tone});
     large->setRuns({{text, {.code = true}}});
     return large;
+}
+
+/// In chunks, what is given is grey, and the gap stands out.
+QWidget *SpellBody::makeScaffold() const
+{
+    const QString text = question().scaffold.value_or(QString());
+    if (mode() != SpellMode::chunks)
+        return makeLarge(u"scaffold"_s, text, Tone::ink);
+    auto *scaffold = makeLarge(u"scaffold"_s, text, Tone::ink2);
+    const qsizetype gap = text.indexOf(u'_');
+    if (gap >= 0)
+        scaffold->mark(gap, text.lastIndexOf(u'_') + 1 - gap);
+    return scaffold;
 }
 
 /// Dots in its place are as wide as its letters.

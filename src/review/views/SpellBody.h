@@ -43,6 +43,7 @@ private:
     QWidget *makeSentence(const WordEntry &live) const;
     QWidget *makeSpeakAgain();
     ReadText *makeLarge(const QString &name, const QString &text, Tone tone) const;
+    QWidget *makeScaffold() const;
     QWidget *makeTyping();
     QWidget *makeCopying();
     QWidget *makeProceeding();

@@ -47,13 +47,15 @@ LearnerRow::LearnerRow(const Theme &theme)
 
 void LearnerRow::setText(const QString &text)
 {
+    if (m_natural && text == m_text->toPlainText())
+        return;
     m_text->setPlain(text);
+    m_natural = m_text->naturalWidth() + 2 * m_theme.points(bubbleMargin);
 }
 
 int LearnerRow::bubbleWidth(int width) const
 {
-    const int natural = m_text->naturalWidth() + 2 * m_theme.points(bubbleMargin);
-    return std::max(0, std::min(natural, width - m_theme.points(besideBubble)));
+    return std::max(0, std::min(m_natural, width - m_theme.points(besideBubble)));
 }
 
 int LearnerRow::heightFor(int width) const

@@ -44,6 +44,7 @@ private:
     const Theme &m_theme;
     QFrame *m_bubble;
     ReadText *m_text;
+    int m_natural = 0; // the bubble's width in one line
 };
 
 /// What the AI said, across the column. Without a text it tells that one is waited for.

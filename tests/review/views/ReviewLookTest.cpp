@@ -48,7 +48,7 @@ struct LookStage : ReviewStage {
         word.phonetic = u"/ˈdeprəkeɪt/"_s;
         word.pos = u"v."_s;
         word.register_ = Register::technical;
-        word.inflections = QMap<QString, QString>{{u"past_participle"_s, u"deprecated"_s}};
+        word.inflections = QMap<QString, QString>{{u"pastParticiple"_s, u"deprecated"_s}};
         tell(word, "弃用，不再推荐使用", "to say that something should no longer be used",
             "This method was deprecated in 3.2 and will be removed in the next major release.",
             "这个方法在 3.2 版被弃用，下一个大版本会删掉。");
@@ -110,6 +110,13 @@ TEST_P(ReviewLook, OutcomesCutNothingOff)
     stage.keep("restLink");
     stage.session->rate(Rating::easy);
     stage.keep("graduated");
+    stage.session->next();
+    answer(stage, "walk");
+    stage.session->next();
+    stage.session->reveal();
+    stage.session->rate(Rating::hard);
+    stage.session->next();
+    stage.keep("finishedWell");
 }
 
 TEST_P(ReviewLook, SpellingCutsNothingOff)

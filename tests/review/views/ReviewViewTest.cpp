@@ -259,4 +259,19 @@ TEST_F(ReviewViewTest, ASpellingRoundCanBeginAgain)
     EXPECT_EQ(text("prompt"), u"补字母 · 把空着的字母补上（打完整个词）"_s);
 }
 
+TEST_F(ReviewViewTest, FourRatingsStandTwoByTwoWhereTheyDoNotFit)
+{
+    open({due("walk")});
+    session->start(0);
+    user().press("reveal");
+    EXPECT_EQ(place("rate1").top(), place("rate4").top());
+    view->resize(theme.points(300), theme.points(480));
+    settle();
+    EXPECT_EQ(view->width(), theme.points(300));
+    EXPECT_EQ(place("rate1").top(), place("rate2").top());
+    EXPECT_GT(place("rate3").top(), place("rate1").bottom());
+    EXPECT_EQ(place("rate3").left(), place("rate1").left());
+    EXPECT_LE(place("rate4").right(), view->width());
+}
+
 } // namespace nimbrelle
