@@ -73,6 +73,8 @@ WordListView::WordListView(const NotebookParts &parts) : m_parts(parts), m_theme
 {
     setObjectName(u"wordList"_s);
     notebook::makeColumn(this);
+    m_detailSoon.setSingleShot(true);
+    connect(&m_detailSoon, &QTimer::timeout, this, &WordListView::refreshDetail);
     connect(&parts.theme, &Theme::changed, this, &WordListView::build);
     connect(&parts.words, &WordStore::changing, this, &WordListView::refreshSoon);
     connect(&parts.config, &ConfigStore::configChanged, this, &WordListView::refreshSoon);
@@ -335,6 +337,7 @@ WordListView::DetailFacts WordListView::factsOfChosen() const
 /// Leaves the pane alone, with what is selected in it, when it would come out the same.
 void WordListView::refreshDetail()
 {
+    m_detailSoon.stop();
     DetailFacts facts = factsOfChosen();
     if (facts == m_shown && m_shownTab == m_tab && m_detail->widget())
         return;
@@ -443,7 +446,7 @@ void WordListView::choose(const RowKey &key)
     else
         take(m_noteSelection);
     m_shown = {}; // another one begins at its top
-    refreshDetail();
+    m_detailSoon.start();
 }
 
 void WordListView::goToWord(const QUuid &id)
