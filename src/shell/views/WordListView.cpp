@@ -100,6 +100,7 @@ void WordListView::showEvent(QShowEvent *)
 
 void WordListView::build()
 {
+    const FocusPlace focus = m_content ? FocusPlace::in(*m_content) : FocusPlace();
     delete std::exchange(m_content, new QWidget);
     layout()->addWidget(m_content);
     m_content->show();
@@ -114,6 +115,9 @@ void WordListView::build()
     setMinimumSize(m_theme.points(680), m_theme.points(360));
     m_shown = {};
     refresh();
+    list(m_tab).reveal(chosen());
+    if (QWidget *focused = focus.number < 0 ? nullptr : focus.find(*m_content))
+        focused->setFocus();
 }
 
 QWidget *WordListView::makeSide()
