@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int menuSymbolPixels = 16;
+constexpr double menuSymbolSize = 16;
 
 PermissionModel::Exits exits()
 {
@@ -48,7 +48,8 @@ void copySecret(const QString &text)
 StatusArt statusArt(const Theme &theme)
 {
     return {StatusNotifierItem::installedIcon(), statusIcons(), [&theme](const QString &symbol) {
-                return menuSymbol(symbol, menuSymbolPixels, theme.colour(Tone::ink2));
+                return menuSymbol(
+                    symbol, qCeil(menuSymbolSize * qApp->devicePixelRatio()), theme.colour(Tone::ink2));
             }};
 }
 
@@ -70,7 +71,9 @@ Desktop::Desktop(Services &services)
     , m_popup(m_theme)
     , m_statusItem(QDBusConnection::sessionBus(), statusArt(m_theme),
           {[this] { return std::make_unique<TrayIcon>(m_theme); },
-              [this](const QList<MenuEntry> &entries, QPoint at) { m_popup.popUp(entries, at); }})
+              [this](const QList<MenuEntry> &entries, QPoint at) {
+                  m_popup.popUp(entries, QRect(at, QSize(1, 1)));
+              }})
     , m_windows(m_theme, windowContents(),
           [this](WId window) { m_platform.frontApplication.activate({.window = window}); })
     , m_delegate(delegateWorld())

@@ -3,6 +3,7 @@
 #include "main/Services.h"
 #include "main/TerminationSignals.h"
 #include "platform/linux/LinuxSingleInstance.h"
+#include "shell/views/IconArt.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -81,6 +82,14 @@ void speakChinese(QApplication &application)
         QCoreApplication::installTranslator(words);
 }
 
+QIcon windowIcon()
+{
+    QIcon icon;
+    for (const int pixels : {16, 32, 48, 128})
+        icon.addPixmap(QPixmap::fromImage(appIcon(pixels)));
+    return icon;
+}
+
 int runDesktop(int argc, char **argv)
 {
     if (!canShowWindows()) {
@@ -89,7 +98,7 @@ int runDesktop(int argc, char **argv)
     }
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Nimbrelle"));
+    QGuiApplication::setWindowIcon(windowIcon());
     QGuiApplication::setDesktopFileName(QStringLiteral("nimbrelle"));
     speakChinese(application);
     LinuxSingleInstance instance(Services::shared().paths().supportDir);

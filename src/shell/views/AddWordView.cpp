@@ -2,10 +2,11 @@
 
 #include "card/views/WordLines.h"
 #include "shell/AddWordModel.h"
+#include "shell/views/AddWordPreview.h"
 #include "shell/views/Controls.h"
+#include "shell/views/NotebookParts.h"
 #include "shell/views/Spinner.h"
 #include "shell/views/Typing.h"
-#include "shell/views/WordHead.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -49,29 +50,6 @@ void takeAway(QWidget *widget) // later, since the button that was pressed may b
     widget->hide();
     widget->setParent(nullptr);
     widget->deleteLater();
-}
-
-QWidget *makeMarkedText(
-    const Theme &theme, Icon icon, Tone iconTone, const QString &name, const QString &text, Tone tone)
-{
-    auto *holder = new QWidget;
-    auto *row = new QHBoxLayout(holder);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme.points(6));
-    auto *beside = new QVBoxLayout; // the icon stands in the middle of the first line
-    beside->addSpacing(theme.points(2));
-    beside->addWidget(makeIconLabel(theme, icon, 15, theme.colour(iconTone)));
-    beside->addStretch();
-    row->addLayout(beside);
-    row->addWidget(makeReadText(theme, name, text, text, {TextType::small, tone}), 1);
-    return holder;
-}
-
-WordHead headOf(const Explanation &explanation)
-{
-    return {explanation.headword, explanation.phonetic.value_or(QString()),
-        explanation.pos.value_or(QString()), registerFrom(explanation.register_), explanation.meaningZh,
-        explanation.definitionEn.value_or(QString())};
 }
 
 } // namespace
@@ -188,8 +166,9 @@ void AddWordView::refreshStatus()
         line->show(); // at once, since what is hidden has no height
     };
     if (!m_model.lastSaved().isEmpty())
-        add(makeMarkedText(
-            m_theme, Icon::checkCircleFill, Tone::good, u"lastSaved"_s, m_model.lastSaved(), Tone::good));
+        add(notebook::makeMarked(m_theme, Icon::checkCircleFill, Tone::good,
+            makeReadText(
+                m_theme, u"lastSaved"_s, u"已保存"_s, m_model.lastSaved(), {TextType::small, Tone::good})));
     if (!m_model.error().isEmpty())
         add(makeReadText(m_theme, u"error"_s, u"没有查到"_s, m_model.error(), {TextType::small, Tone::bad}));
 }
@@ -217,72 +196,13 @@ void AddWordView::refreshResult()
     m_preview->setFocusPolicy(Qt::NoFocus);
     m_preview->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_preview->setWidgetResizable(true);
-    m_preview->setWidget(makePreview());
+    m_preview->setWidget(new AddWordPreview(m_theme, m_model, m_speaker));
     m_preview->viewport()->setAutoFillBackground(false);
     m_preview->widget()->setAutoFillBackground(false);
     m_actions = makeActions();
     m_actions->setParent(this);
     m_preview->show();
     m_actions->show();
-}
-
-QWidget *AddWordView::makePreview()
-{
-    const LookupResult &result = *m_model.result();
-    auto *preview = new QWidget;
-    preview->setProperty("kind", u"scrolled"_s);
-    auto *rows = new QVBoxLayout(preview);
-    const int side = m_theme.points(margin);
-    rows->setContentsMargins(side, m_theme.points(14), side, m_theme.points(14));
-    rows->setSpacing(0);
-    rows->addWidget(makeLine());
-    const auto add = [&](QWidget *line, double gap) {
-        rows->addSpacing(m_theme.points(gap));
-        rows->addWidget(line);
-    };
-    if (!m_model.correction().isEmpty())
-        add(makeMarkedText(
-                m_theme, Icon::pencil, Tone::ink2, u"correction"_s, m_model.correction(), Tone::ink),
-            12);
-    if (!result.aboutZh.value_or(QString()).isEmpty())
-        add(makeReadText(m_theme, u"about"_s, u"说明"_s, *result.aboutZh, {TextType::small, Tone::ink2}), 12);
-    const WordHead head = headOf(result.explanation);
-    add(makeHeadLine(m_theme, m_speaker, head, TextType::headword), 10);
-    add(makeMeaningLines(m_theme, head), 6);
-    const auto alternatives = result.alternatives.value_or(QList<LookupResult::Alternative>());
-    if (!alternatives.isEmpty())
-        add(makeAlternatives(alternatives), 14);
-    rows->addStretch();
-    return preview;
-}
-
-QWidget *AddWordView::makeAlternatives(const QList<LookupResult::Alternative> &alternatives)
-{
-    auto *holder = new QWidget;
-    auto *rows = new QVBoxLayout(holder);
-    rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(m_theme.points(10));
-    rows->addWidget(makeLabel(m_theme, u"其他说法"_s, TextType::small, Tone::ink2, QFont::DemiBold));
-    for (const auto &[text, meaning] : alternatives) {
-        auto *row = new QHBoxLayout;
-        row->setSpacing(m_theme.points(10));
-        auto *words = new QWidget;
-        auto *column = new QVBoxLayout(words);
-        column->setContentsMargins(0, m_theme.points(5), 0, m_theme.points(3)); // as high as the button
-        auto *flow = new FlowLayout(m_theme.points(10), 0);
-        column->addLayout(flow);
-        flow->addWidget(makeReadText(
-            m_theme, u"alternative"_s, u"其他说法"_s, text, {TextType::text, Tone::ink, QFont::Medium}));
-        flow->addWidget(makeReadText(m_theme, u"alternativeMeaning"_s, u"区别"_s, meaning,
-            {TextType::small, Tone::ink2, std::nullopt, 20}));
-        row->addWidget(words, 1);
-        auto *look = makeButton(m_theme, u"lookupAlternative"_s, u"查这个说法"_s, {ButtonKind::soft});
-        look->setAccessibleDescription(text);
-        connect(look, &QPushButton::clicked, &m_model, [this, text] { m_model.lookupAlternative(text); });
-        row->addWidget(look, 0, Qt::AlignTop);
-        rows->addLayout(row);
-    }
-    return holder;
 }
 
 QWidget *AddWordView::makeActions()

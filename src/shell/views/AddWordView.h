@@ -54,8 +54,6 @@ private:
     void refresh();
     void refreshStatus();
     void refreshResult();
-    QWidget *makePreview();
-    QWidget *makeAlternatives(const QList<LookupResult::Alternative> &alternatives);
     QWidget *makeActions();
     QPushButton *makeSaveButton();
     QPushButton *makeSpellingButton();

@@ -4,8 +4,8 @@
 #include "shell/WordFacts.h"
 #include "shell/views/Controls.h"
 
-#include <QHBoxLayout>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace nimbrelle {
 
@@ -18,16 +18,8 @@ NoteView::NoteView(
     const Theme &theme = parts.theme;
     auto *remove = makeIconButton(theme, u"deleteNote"_s, u"删除这条解释"_s, Icon::trash, 15);
     connect(remove, &QPushButton::clicked, this, [onDelete = std::move(onDelete)] { onDelete(); });
-    auto *content = new QWidget;
-    auto *row = new QHBoxLayout(content);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme.points(8));
-    auto *beside = new QVBoxLayout; // the icon stands in the middle of the first line
-    beside->addSpacing(theme.points(2));
-    beside->addWidget(makeIconLabel(theme, Icon::sparkles, 15, theme.colour(Tone::accent)));
-    beside->addStretch();
-    row->addLayout(beside);
-    row->addWidget(makeNote(theme, note, showOriginal), 1);
+    QWidget *content =
+        notebook::makeMarked(theme, Icon::sparkles, Tone::accent, makeNote(theme, note, showOriginal));
     notebook::makeColumn(this)->addWidget(notebook::makeRecord(theme, content, {remove}));
 }
 

@@ -74,6 +74,21 @@ QWidget *makeSentence(
     return holder;
 }
 
+QWidget *makeMarked(const Theme &theme, Icon icon, Tone tone, QWidget *text)
+{
+    auto *holder = new QWidget;
+    auto *row = new QHBoxLayout(holder);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(theme.points(7));
+    auto *beside = new QVBoxLayout;
+    beside->addSpacing(theme.points(2));
+    beside->addWidget(makeIconLabel(theme, icon, 15, theme.colour(tone)));
+    beside->addStretch();
+    row->addLayout(beside);
+    row->addWidget(text, 1);
+    return holder;
+}
+
 QWidget *makeRecord(const Theme &theme, QWidget *content, const QList<QPushButton *> &buttons)
 {
     auto *holder = new QWidget;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shell/views/IconTable.h"
 #include "shell/views/ReadText.h"
 
 class QHBoxLayout;
@@ -38,6 +39,9 @@ QWidget *makeSectionTitle(const Theme &theme, const QString &title, const QStrin
 /// An English sentence with the word marked in it, its translation below; either may be empty.
 QWidget *makeSentence(
     const Theme &theme, const QString &sentence, const QStringList &terms, const QString &translation);
+
+/// The icon in the middle of the first small line, and the text beside it.
+QWidget *makeMarked(const Theme &theme, Icon icon, Tone tone, QWidget *text);
 
 /// What stands left, and at its upper right the buttons that belong to it.
 QWidget *makeRecord(const Theme &theme, QWidget *content, const QList<QPushButton *> &buttons);

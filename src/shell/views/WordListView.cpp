@@ -73,6 +73,8 @@ WordListView::WordListView(const NotebookParts &parts) : m_parts(parts), m_theme
 {
     setObjectName(u"wordList"_s);
     notebook::makeColumn(this);
+    m_detailSoon.setSingleShot(true);
+    connect(&m_detailSoon, &QTimer::timeout, this, &WordListView::refreshDetail);
     connect(&parts.theme, &Theme::changed, this, &WordListView::build);
     connect(&parts.words, &WordStore::changing, this, &WordListView::refreshSoon);
     connect(&parts.config, &ConfigStore::configChanged, this, &WordListView::refreshSoon);
@@ -98,6 +100,7 @@ void WordListView::showEvent(QShowEvent *)
 
 void WordListView::build()
 {
+    const FocusPlace focus = m_content ? FocusPlace::in(*m_content) : FocusPlace();
     delete std::exchange(m_content, new QWidget);
     layout()->addWidget(m_content);
     m_content->show();
@@ -112,6 +115,9 @@ void WordListView::build()
     setMinimumSize(m_theme.points(680), m_theme.points(360));
     m_shown = {};
     refresh();
+    list(m_tab).reveal(chosen());
+    if (QWidget *focused = focus.number < 0 ? nullptr : focus.find(*m_content))
+        focused->setFocus();
 }
 
 QWidget *WordListView::makeSide()
@@ -335,6 +341,7 @@ WordListView::DetailFacts WordListView::factsOfChosen() const
 /// Leaves the pane alone, with what is selected in it, when it would come out the same.
 void WordListView::refreshDetail()
 {
+    m_detailSoon.stop();
     DetailFacts facts = factsOfChosen();
     if (facts == m_shown && m_shownTab == m_tab && m_detail->widget())
         return;
@@ -443,7 +450,7 @@ void WordListView::choose(const RowKey &key)
     else
         take(m_noteSelection);
     m_shown = {}; // another one begins at its top
-    refreshDetail();
+    m_detailSoon.start();
 }
 
 void WordListView::goToWord(const QUuid &id)

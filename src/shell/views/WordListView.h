@@ -4,6 +4,7 @@
 #include "shell/WordList.h"
 #include "shell/views/NotebookParts.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <array>
@@ -94,6 +95,7 @@ private:
     DetailFacts m_shown; // what the detail pane was made from, and
     Tab m_shownTab = Tab::words; // for which tab
     bool m_isRefreshDue = false;
+    QTimer m_detailSoon; // when no more input waits, so that a key that is held runs freely
 };
 
 } // namespace nimbrelle

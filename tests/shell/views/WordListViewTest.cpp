@@ -249,6 +249,7 @@ TEST_F(WordListViewTest, ANewColourSchemeChangesNothingElse)
     EXPECT_EQ(chosen("wordRows"), u"regression"_s);
     EXPECT_EQ(hand.text("headword"), u"regression"_s);
     EXPECT_EQ(rows("wordRows").size(), 2);
+    EXPECT_TRUE(list("wordRows").hasFocus());
 }
 
 TEST_F(WordListViewTest, MarksAndCutWordsSayWhatTheyAre)
