@@ -4,6 +4,7 @@
 #include "platform/linux/AutostartFile.h"
 #include "platform/linux/DesktopFileApplications.h"
 #include "platform/linux/LinuxPermissions.h"
+#include "platform/linux/PortalAppearance.h"
 #include "platform/linux/SpeechProcess.h"
 #include "platform/linux/TesseractRecogniser.h"
 #include "platform/linux/XClipboard.h"
@@ -31,6 +32,7 @@ struct LinuxPlatform {
     TesseractRecogniser recogniser;
     SpeechProcess speaker;
     DesktopFileApplications installed{x};
+    PortalAppearance appearance;
     AutostartFile launchAtLogin = AutostartFile::ofThisProgram();
     LinuxPermissions permissions{input, capture, accessibility};
 };
