@@ -12,6 +12,7 @@
 #include "platform/linux/XInput.h"
 #include "platform/linux/XScreenCapture.h"
 #include "platform/linux/XScreens.h"
+#include "platform/linux/XSettings.h"
 
 namespace nimbrelle {
 
@@ -32,7 +33,8 @@ struct LinuxPlatform {
     TesseractRecogniser recogniser;
     SpeechProcess speaker;
     DesktopFileApplications installed{x};
-    PortalAppearance appearance;
+    XSettings settings{x};
+    PortalAppearance appearance{QDBusConnection::sessionBus(), PortalAppearance::guessOfToolkit(), &settings};
     AutostartFile launchAtLogin = AutostartFile::ofThisProgram();
     LinuxPermissions permissions{input, capture, accessibility};
 };

@@ -1,5 +1,7 @@
 #include "platform/linux/PortalAppearance.h"
 
+#include "platform/linux/XSettings.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -21,12 +23,6 @@ const QString common = QStringLiteral("org.freedesktop.appearance");
 const QString gnome = QStringLiteral("org.gnome.desktop.interface");
 const QString kde = QStringLiteral("org.kde.kdeglobals.KDE");
 
-bool isDarkTheme(const QString &name)
-{
-    return name.endsWith(QStringLiteral("-dark"), Qt::CaseInsensitive)
-        || name.endsWith(QStringLiteral(":dark"), Qt::CaseInsensitive);
-}
-
 std::optional<bool> isDark(const PortalSettings &settings)
 {
     switch (settings.value(common).value(QStringLiteral("color-scheme")).toUInt()) {
@@ -35,7 +31,7 @@ std::optional<bool> isDark(const PortalSettings &settings)
     case 2:
         return false;
     default: // no preference: older desktops have only a theme
-        if (isDarkTheme(settings.value(gnome).value(QStringLiteral("gtk-theme")).toString()))
+        if (isDarkThemeName(settings.value(gnome).value(QStringLiteral("gtk-theme")).toString()))
             return true;
         return std::nullopt;
     }
@@ -56,14 +52,24 @@ std::optional<bool> isStill(const PortalSettings &settings)
 
 } // namespace
 
+bool isDarkThemeName(const QString &name)
+{
+    return name.endsWith(QStringLiteral("-dark"), Qt::CaseInsensitive)
+        || name.endsWith(QStringLiteral(":dark"), Qt::CaseInsensitive);
+}
+
 Appearance appearanceOf(const PortalSettings &settings, Appearance guess)
 {
     return {isDark(settings).value_or(guess.isDark), isStill(settings).value_or(guess.isStill)};
 }
 
-PortalAppearance::PortalAppearance(QDBusConnection bus, Appearance guess)
-    : m_bus(std::move(bus)), m_guess(guess), m_current(guess)
+PortalAppearance::PortalAppearance(QDBusConnection bus, Appearance guess, const XSettings *settings)
+    : m_bus(std::move(bus)), m_guess(guess), m_shared(settings), m_current(guess)
 {
+    if (m_shared) {
+        connect(m_shared, &XSettings::changed, this, &PortalAppearance::update);
+        update();
+    }
     if (!m_bus.isConnected())
         return;
     qRegisterMetaType<QDBusVariant>(); // the bus looks for it by name, and may not have met it yet
@@ -77,7 +83,7 @@ PortalAppearance::PortalAppearance(QDBusConnection bus, Appearance guess)
 Appearance PortalAppearance::guessOfToolkit()
 {
     Appearance guess;
-    guess.isDark = isDarkTheme(qEnvironmentVariable("GTK_THEME"));
+    guess.isDark = isDarkThemeName(qEnvironmentVariable("GTK_THEME"));
     if (qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
         const QPalette palette = QGuiApplication::palette();
         guess.isDark |=
@@ -110,7 +116,7 @@ void PortalAppearance::take(const QString &group, const QString &key, const QDBu
 
 void PortalAppearance::update()
 {
-    const Appearance next = appearanceOf(m_settings, m_guess);
+    const Appearance next = appearanceOf(m_settings, m_shared ? m_shared->refined(m_guess) : m_guess);
     if (next == m_current)
         return;
     m_current = next;
