@@ -4,6 +4,7 @@
 #include "platform/linux/AutostartFile.h"
 #include "platform/linux/DesktopFileApplications.h"
 #include "platform/linux/LinuxPermissions.h"
+#include "platform/linux/PortalAppearance.h"
 #include "platform/linux/SpeechProcess.h"
 #include "platform/linux/TesseractRecogniser.h"
 #include "platform/linux/XClipboard.h"
@@ -11,6 +12,7 @@
 #include "platform/linux/XInput.h"
 #include "platform/linux/XScreenCapture.h"
 #include "platform/linux/XScreens.h"
+#include "platform/linux/XSettings.h"
 
 namespace nimbrelle {
 
@@ -31,6 +33,8 @@ struct LinuxPlatform {
     TesseractRecogniser recogniser;
     SpeechProcess speaker;
     DesktopFileApplications installed{x};
+    XSettings settings{x};
+    PortalAppearance appearance{QDBusConnection::sessionBus(), PortalAppearance::guessOfToolkit(), &settings};
     AutostartFile launchAtLogin = AutostartFile::ofThisProgram();
     LinuxPermissions permissions{input, capture, accessibility};
 };
