@@ -4,16 +4,16 @@
 #include "coach/views/CoachView.h"
 #include "review/views/ReviewView.h"
 #include "shell/views/AddWordView.h"
+#include "shell/views/FollowDesktop.h"
 #include "shell/views/SettingsView.h"
 #include "shell/views/StatusPictures.h"
 #include "shell/views/TrayIcon.h"
 #include "shell/views/WordListView.h"
 #include "sync/PinnedTransport.h"
+#include "sync/views/CopySecret.h"
 
-#include <QClipboard>
 #include <QDesktopServices>
 #include <QGuiApplication>
-#include <QMimeData>
 #include <QProcess>
 
 #include <syslog.h>
@@ -36,15 +36,6 @@ PermissionModel::Exits exits()
         [] { QCoreApplication::quit(); }};
 }
 
-/// Clipboard managers are asked to keep no copy of it.
-void copySecret(const QString &text)
-{
-    auto *content = new QMimeData;
-    content->setText(text);
-    content->setData(u"x-kde-passwordManagerHint"_s, "secret");
-    QGuiApplication::clipboard()->setMimeData(content);
-}
-
 StatusArt statusArt(const Theme &theme)
 {
     return {StatusNotifierItem::installedIcon(), statusIcons(), [&theme](const QString &symbol) {
@@ -64,8 +55,7 @@ Desktop::Desktop(Services &services)
     , m_facts(services.words(), services.config(), services.log())
     , m_permissions(m_platform.permissions, m_platform.launchAtLogin, exits())
     , m_keyTest(services.config(), services.newAI())
-    , m_installed(m_platform.x)
-    , m_excluded(services.config(), m_installed)
+    , m_excluded(services.config(), m_platform.installed)
     , m_connection(services.config(), services.sync(), services.clock(), &PinnedTransport::open, &copySecret)
     , m_addWord(services.config(), services.words(), services.newAI())
     , m_popup(m_theme)
@@ -78,6 +68,7 @@ Desktop::Desktop(Services &services)
           [this](WId window) { m_platform.frontApplication.activate({.window = window}); })
     , m_delegate(delegateWorld())
 {
+    followDesktop(m_theme, m_platform.appearance);
     m_theme.applyToApplication();
     tie();
 }

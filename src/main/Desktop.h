@@ -5,7 +5,6 @@
 #include "coach/CoachSession.h"
 #include "main/CardRoad.h"
 #include "main/Services.h"
-#include "platform/linux/DesktopFileApplications.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/LinuxStatusItem.h"
 #include "review/ReviewSession.h"
@@ -53,7 +52,6 @@ private:
     std::unique_ptr<CoachSession> m_coach;
     PermissionModel m_permissions;
     KeyTest m_keyTest;
-    DesktopFileApplications m_installed;
     ExcludedApplications m_excluded;
     SyncConnection m_connection;
     AddWordModel m_addWord;

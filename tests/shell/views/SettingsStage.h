@@ -11,6 +11,7 @@
 #include "sync/FakeNetwork.h"
 #include "sync/SyncConnection.h"
 #include "sync/SyncService.h"
+#include "sync/views/CopySecret.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -112,8 +113,11 @@ struct SettingsStage {
     KeyTest keyTest{notebook.config, ai.factory()};
     ExcludedApplications excluded{notebook.config, installed};
     SyncService sync{notebook.store, notebook.config, notebook.paths, notebook.clock, network.connect()};
-    SyncConnection connection{notebook.config, sync, notebook.clock, network.connect(),
-        [this](const QString &text) { copied.append(text); }};
+    SyncConnection connection{
+        notebook.config, sync, notebook.clock, network.connect(), [this](const QString &text) {
+            copied.append(text);
+            copySecret(text);
+        }};
     bool hasStatusItem = true;
     SettingsView view{{theme, notebook.config, notebook.store, permissionModel, keyTest, excluded, connection,
         sync, notebook.clock, [this] { return hasStatusItem; },

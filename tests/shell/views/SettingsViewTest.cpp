@@ -4,9 +4,11 @@
 #include "shell/views/SettingsStage.h"
 #include "support/Printers.h"
 
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListView>
+#include <QMimeData>
 #include <QScrollArea>
 #include <QSignalSpy>
 #include <QSlider>
@@ -214,6 +216,8 @@ TEST_F(SettingsViewTest, TheShownQrCodeIsTheSyncCode)
     EXPECT_FALSE(shows("qr"));
     press("copyCode");
     EXPECT_EQ(text("copyCode"), u"已复制"_s);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), connection.link()->text());
+    EXPECT_TRUE(QGuiApplication::clipboard()->mimeData()->hasFormat(u"x-kde-passwordManagerHint"_s));
     for (const auto scheme : {Theme::Scheme::light, Theme::Scheme::dark}) {
         theme.setScheme(scheme);
         settle();
