@@ -25,8 +25,8 @@ struct LetterSlots {
 
     /// As many as the longer of the two texts has characters.
     QList<Box> boxes() const;
-    /// The same in rows of at most `widest`, broken after a blank of the answer where one is in reach. What is
-    /// typed changes no break within the answer.
+    /// The same in rows of at most `widest`, broken after a blank of the answer where one is in reach. What
+    /// is typed changes no break within the answer.
     QList<QList<Box>> rows(qsizetype widest) const;
 };
 

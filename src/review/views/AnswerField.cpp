@@ -19,7 +19,6 @@ AnswerField::AnswerField(
     setFont(theme.font(TextType::meaning, QFont::Normal));
     setFixedHeight(theme.points(40));
     setInputMethodHints(Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase | Qt::ImhPreferLatin);
-    setContextMenuPolicy(Qt::NoContextMenu); // it would speak the toolkit's language
 }
 
 bool AnswerField::event(QEvent *event)

@@ -186,8 +186,10 @@ void TalkDock::setChips(const QList<QPushButton *> &chips)
 
 void TalkDock::setError(const QString &text, QPushButton *remedy)
 {
-    if (m_remedy)
+    if (m_remedy) {
+        m_remedy->hide();
         m_remedy->deleteLater(); // it may be what was pressed
+    }
     m_remedy = remedy;
     if (remedy)
         m_errorRow->layout()->addWidget(remedy);
