@@ -65,7 +65,7 @@ QWidget *AddWordPreview::makeAlternative(const LookupResult::Alternative &altern
 {
     auto *words = new QWidget;
     auto *column = notebook::makeColumn(words);
-    column->setContentsMargins(0, m_theme.points(5), 0, m_theme.points(3)); // as high as the button
+    column->setContentsMargins(0, m_theme.points(4), 0, m_theme.points(4)); // as high as the button
     auto *flow = new FlowLayout(m_theme.points(10), 0);
     flow->addWidget(makeReadText(m_theme, u"alternative"_s, u"其他说法"_s, alternative.text,
         {TextType::text, Tone::ink, QFont::Medium}));

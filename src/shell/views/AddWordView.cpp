@@ -25,6 +25,7 @@ namespace {
 constexpr double margin = 20;
 constexpr double scrollBar = 8;
 constexpr double openingWidth = 460;
+constexpr double narrowest = 360;
 constexpr double lowest = 220;
 constexpr double highest = 560;
 
@@ -74,6 +75,7 @@ void AddWordView::build()
     m_preview = nullptr;
     m_actions = nullptr;
     m_shown.reset();
+    setMinimumSize(m_theme.points(narrowest), m_theme.points(lowest));
     m_top = new QWidget(this);
     addFields();
     m_top->show();

@@ -188,6 +188,9 @@ TEST_P(AddWordLook, NoStateCutsAnythingOff)
     stage.model.reset();
     stage.look(u"放弃"_s, giveUp());
     keep(u"found"_s);
+    stage.view.resize(stage.view.minimumWidth(), stage.view.height());
+    keep(u"narrow"_s);
+    stage.view.resize(stage.view.sizeHint());
     stage.hand.press("save");
     keep(u"saved"_s);
 
