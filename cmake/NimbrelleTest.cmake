@@ -10,3 +10,17 @@ function(nimbrelle_test)
         LABELS "${arg_LABELS}" TIMEOUT 300
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Asia/Shanghai;LC_ALL=C.UTF-8")
 endfunction()
+
+# nimbrelle_session_test(NAME ... SOURCES ... LIBRARIES ...)
+# The same in a private X session with a window manager and a session bus, one at a time, with the programs as
+# they are shipped. Belongs to the end-to-end stage.
+function(nimbrelle_session_test)
+    cmake_parse_arguments(arg "" "NAME" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${arg_NAME}_tests ${arg_SOURCES})
+    target_link_libraries(${arg_NAME}_tests PRIVATE nimbrelle_test_support ${arg_LIBRARIES})
+    add_test(NAME ${arg_NAME}
+        COMMAND "${CMAKE_SOURCE_DIR}/tests/support/x-session" $<TARGET_FILE:${arg_NAME}_tests>)
+    set_tests_properties(${arg_NAME} PROPERTIES
+        LABELS end-to-end TIMEOUT 600 SKIP_RETURN_CODE 77 RUN_SERIAL ON)
+    set_property(GLOBAL APPEND PROPERTY NIMBRELLE_SESSION_TESTS ${arg_NAME}_tests)
+endfunction()

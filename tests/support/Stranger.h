@@ -50,6 +50,9 @@ public:
         key(keysym, false);
     }
 
+    /// Until the server has carried out all of it.
+    void sync() { x.reply(xcb_get_input_focus_reply, xcb_get_input_focus(x.get())); }
+
     XConnection x;
     XKeyboard keyboard{x};
     XClipboard clipboard{x};
@@ -59,7 +62,7 @@ private:
     {
         xcb_test_fake_input(x.get(), type, detail, XCB_CURRENT_TIME, x.root(), static_cast<qint16>(at.x()),
             static_cast<qint16>(at.y()), 0);
-        xcb_flush(x.get());
+        sync();
     }
 };
 
