@@ -8,6 +8,7 @@
 #include <QStyle>
 #include <QTextDocument>
 
+#include <algorithm>
 #include <array>
 
 namespace nimbrelle {
@@ -77,6 +78,27 @@ void setButtonKind(QPushButton &button, ButtonKind kind)
     button.setProperty("kind", name);
     button.style()->unpolish(&button); // the sheet looks at properties only when it polishes
     button.style()->polish(&button);
+}
+
+void setEnabledKeepingFocus(QWidget &control, bool isEnabled)
+{
+    if (!isEnabled && control.hasFocus()) {
+        control.clearFocus();
+        control.setProperty("awaitsFocus", true);
+    }
+    control.setEnabled(isEnabled);
+    if (!isEnabled || !control.property("awaitsFocus").toBool())
+        return;
+    control.setProperty("awaitsFocus", false);
+    if (!control.window()->focusWidget())
+        control.setFocus(Qt::OtherFocusReason);
+}
+
+bool awaitsFocus(const QWidget &area)
+{
+    const auto controls = area.findChildren<QWidget *>();
+    return std::ranges::any_of(
+        controls, [](const QWidget *control) { return control->property("awaitsFocus").toBool(); });
 }
 
 QPushButton *makeIconButton(

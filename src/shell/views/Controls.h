@@ -27,6 +27,11 @@ struct ButtonLook {
 QPushButton *makeButton(const Theme &theme, const QString &name, const QString &text, const ButtonLook &look);
 /// For a button without an icon; its height stays.
 void setButtonKind(QPushButton &button, ButtonKind kind);
+/// Disables a control while what it began runs, without handing the focus to another in between: it has it
+/// again afterwards, unless the user went elsewhere.
+void setEnabledKeepingFocus(QWidget &control, bool isEnabled);
+/// Whether one in it is disabled so and would have the focus again.
+bool awaitsFocus(const QWidget &area);
 /// A round one with nothing but an icon; `what` is said by its tip and to a screen reader.
 QPushButton *makeIconButton(
     const Theme &theme, const QString &name, const QString &what, Icon icon, double size);

@@ -159,7 +159,7 @@ FormRow *makeKeyRow(const SettingsParts &parts)
         const QString text = parts.keyTest.isRunning() ? u"测试中…"_s : u"测试"_s;
         button->setText(text);
         button->setAccessibleName(text);
-        button->setEnabled(parts.keyTest.canStart());
+        setEnabledKeepingFocus(*button, parts.keyTest.canStart());
         qDeleteAll(result->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
         const auto &outcome = parts.keyTest.result();
         result->setVisible(outcome.has_value());

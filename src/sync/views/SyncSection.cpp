@@ -79,30 +79,26 @@ void SyncSection::rebuildForLink()
 {
     if (m_link == m_parts.connection.link())
         return;
-    const QWidget *focus = focusWidget();
-    const bool hadFocus = focus && focus->hasFocus();
     m_showsQr = false;
     rebuild();
-    if (hadFocus)
-        takeUp();
 }
 
-/// What was in use is gone: its place is taken by the first thing to use in the new face.
-void SyncSection::takeUp()
+/// Takes over what the user was at before it goes, for a focus that is lost jumps to the top of the page.
+void SyncSection::takeFocusFrom(const FormGroup &old)
 {
-    if (auto *next = findChild<QWidget *>(m_link ? u"syncNow"_s : u"syncCode"_s))
-        next->setFocus(Qt::OtherFocusReason);
+    const QWidget *focus = window()->focusWidget();
+    const bool isHere = focus ? old.isAncestorOf(focus) : awaitsFocus(old);
+    if (!isHere)
+        return;
+    auto *same = focus ? m_group->findChild<QWidget *>(focus->objectName()) : nullptr;
+    QWidget *next = same ? same : m_group->findChild<QWidget *>(m_link ? u"copyCode"_s : u"syncCode"_s);
+    next->setFocus(Qt::OtherFocusReason);
 }
 
 void SyncSection::rebuild()
 {
     m_refreshers.clear();
-    if (m_group) { // later, since one of its buttons may have brought this about
-        m_group->hide();
-        m_group->setParent(nullptr);
-        m_group->deleteLater();
-    }
-    m_group = new FormGroup(m_parts.theme);
+    FormGroup *old = std::exchange(m_group, new FormGroup(m_parts.theme));
     layout()->addWidget(m_group);
     m_link = m_parts.connection.link();
     if (m_link)
@@ -111,6 +107,13 @@ void SyncSection::rebuild()
     else
         m_group->add(makeInput());
     refresh();
+    m_group->show();
+    if (!old)
+        return;
+    takeFocusFrom(*old);
+    old->hide();
+    old->setParent(nullptr);
+    old->deleteLater(); // later, since one of its buttons may have brought this about
 }
 
 void SyncSection::whenRefreshed(std::function<void()> show)
@@ -151,7 +154,7 @@ FormRow *SyncSection::makeInput()
     });
     whenRefreshed([&connection, field, button, message] {
         setText(*button, connection.isConnecting() ? u"连接中…"_s : u"连接"_s);
-        button->setEnabled(!connection.isConnecting() && !field->text().isEmpty());
+        setEnabledKeepingFocus(*button, !connection.isConnecting() && !field->text().isEmpty());
         message->setPlain(connection.message().value_or(QString()));
         message->setAccessibleName(connection.message().value_or(QString()));
         message->setVisible(connection.message().has_value());
@@ -172,7 +175,7 @@ FormRow *SyncSection::makeState(const SyncLink &link)
     whenRefreshed([this, button, status] {
         const SyncStatus state = SyncStatus::of(m_parts.service);
         setText(*button, state.isBusy ? u"正在同步…"_s : u"现在同步"_s);
-        button->setEnabled(!state.isBusy);
+        setEnabledKeepingFocus(*button, !state.isBusy);
         const QString text = state.text(m_parts.clock.now());
         if (status->toPlainText() != text)
             status->setPlain(text);

@@ -40,7 +40,7 @@ protected:
 private:
     void rebuild();
     void rebuildForLink();
-    void takeUp();
+    void takeFocusFrom(const FormGroup &old);
     FormRow *makeInput();
     FormRow *makeState(const SyncLink &link);
     FormRow *makeHandingOn(const SyncLink &link);

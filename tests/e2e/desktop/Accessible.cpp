@@ -13,6 +13,7 @@ namespace {
 
 constexpr int patienceMs = 2000;
 constexpr unsigned checkedState = 4;
+constexpr unsigned focusedState = 12;
 constexpr unsigned showingState = 25;
 constexpr unsigned onScreen = 0;
 const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
@@ -134,7 +135,7 @@ void AccessibleDesktop::collect(
     AccessiblePart part{service, object,
         ask(service, object, accessible, QStringLiteral("GetRoleName")).value(0).toString(),
         property(service, object, accessible, QStringLiteral("Name")).toString(), {}, {},
-        has(states, checkedState)};
+        has(states, checkedState), has(states, focusedState)};
     part.text = ask(service, object, textOf, QStringLiteral("GetText"), {0, -1}).value(0).toString();
     part.area = nimbrelle::areaOf(ask(service, object, QStringLiteral("org.a11y.atspi.Component"),
         QStringLiteral("GetExtents"), {onScreen}));

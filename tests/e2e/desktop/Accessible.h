@@ -18,6 +18,7 @@ struct AccessiblePart {
     QString text; ///< of a part that holds text
     QRect area; ///< in pixels of the root window
     bool isChecked = false;
+    bool isFocused = false;
 };
 
 /// The accessibility bus, asked from outside. Every question waits for its answer.

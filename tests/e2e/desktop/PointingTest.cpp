@@ -30,6 +30,21 @@ TEST_F(Pointing, AWordInAPictureIsReadByResting)
     EXPECT_TRUE(disappears(u"意思"_s));
 }
 
+TEST_F(Pointing, TheCardStandsAboveAFullScreenWindow)
+{
+    showPicture(page, u"deprecated"_s);
+    const QPoint inPicture(150, 80);
+    picture.setMinimumSize(0, 0);
+    picture.setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    picture.setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    picture.showFullScreen();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return picture.height() == 800; }));
+    rest(inPicture);
+    ASSERT_TRUE(appears(u"意思"_s, 8000));
+    const QPoint corner = find(u"Nimbrelle"_s)->area.topLeft();
+    EXPECT_EQ(QColor(screenImage().pixel(corner + QPoint(7, 40))).name(), u"#fdfbf6"_s);
+}
+
 TEST_F(Pointing, NothingComesWhileTyping)
 {
     const QRect word = showPicture(page, u"reluctant"_s);

@@ -57,6 +57,14 @@ void Running::signal(int number) const
     ::kill(static_cast<pid_t>(id()), number);
 }
 
+std::optional<int> Running::exitCode()
+{
+    const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(patience);
+    if (!hasEnded || m_process.exitStatus() != QProcess::NormalExit)
+        return std::nullopt;
+    return m_process.exitCode();
+}
+
 Scene::Scene() : provider(QStringLiteral(NIMBRELLE_PRACTICE), {u"--delay-ms"_s, u"5"_s}) { }
 
 void Scene::SetUp()
@@ -73,7 +81,7 @@ void Scene::TearDown()
     shoot(u"end"_s);
 }
 
-AppConfig Scene::practiceConfig() const
+AppConfig Scene::practiceConfig(const RunningServer &provider)
 {
     AppConfig config;
     config.apiKey = u"practice"_s;
@@ -201,6 +209,13 @@ void Scene::tapTwice(quint32 keysym)
         user.key(keysym, false);
         QTest::qWait(60);
     }
+}
+
+void Scene::tapWithControl(char letter)
+{
+    user.key(keysym::control, true);
+    user.tap(static_cast<quint32>(letter));
+    user.key(keysym::control, false);
 }
 
 std::optional<AccessiblePart> Scene::find(const QString &name, const QString &role) const

@@ -19,6 +19,9 @@ namespace nimbrelle {
 namespace keysym {
 inline constexpr quint32 escape = 0xff1b;
 inline constexpr quint32 enter = 0xff0d;
+inline constexpr quint32 tab = 0xff09;
+inline constexpr quint32 down = 0xff54;
+inline constexpr quint32 space = 0x20;
 inline constexpr quint32 alt = 0xffe9;
 inline constexpr quint32 super = 0xffeb;
 inline constexpr quint32 control = 0xffe3;
@@ -33,6 +36,8 @@ public:
         const QMap<QString, QString> &environment = {});
     qint64 id() const { return m_process.processId(); }
     void signal(int number) const;
+    /// Waits until it ends by itself; absent when it does not, or when it crashes.
+    std::optional<int> exitCode();
     QProcess &process() { return m_process; }
 
 private:
@@ -52,7 +57,8 @@ protected:
     void startProgram();
     /// A settings file for the program's next start.
     void writeConfig(const AppConfig &config) const;
-    AppConfig practiceConfig() const;
+    AppConfig practiceConfig() const { return practiceConfig(provider); }
+    static AppConfig practiceConfig(const RunningServer &provider);
     /// The notebook as it is on the disk.
     QList<WordEntry> notebook() const;
 
@@ -71,10 +77,11 @@ protected:
     void rest(QPoint at);
     void type(const QString &text);
     void tapTwice(quint32 keysym);
+    void tapWithControl(char letter);
 
     /// @name What the program shows
     /// @{
-    QList<AccessiblePart> shown() const { return accessible.shownBy(program.id()); }
+    virtual QList<AccessiblePart> shown() const { return accessible.shownBy(program.id()); }
     /// By name and, if given, role; absent while it is not on the screen.
     std::optional<AccessiblePart> find(const QString &name, const QString &role = {}) const;
     QString textOf(const QString &name) const;

@@ -8,7 +8,8 @@ namespace nimbrelle {
 inline constexpr QStringView settingsSheet = uR"(
 QFrame[kind="group"] { background: $surface; border: 1px solid $border; border-radius: $10; }
 
-QPushButton[fold="true"] { color: $ink; }
+QPushButton[fold="true"] { color: $ink; padding: 0 $5 0 0; }
+QPushButton[fold="true"]:focus { padding: 0 $4 0 0; }
 QPushButton[half] { padding: 0; }
 QPushButton[half="left"] { border-top-right-radius: 0; border-bottom-right-radius: 0;
     border-right-color: $border; }
