@@ -69,6 +69,15 @@ protected:
         ASSERT_TRUE(isActive(offer));
     }
 
+    /// A row of the notebook, whatever marks are read out behind its word.
+    std::optional<AccessiblePart> rowOf(const QString &word) const
+    {
+        for (const AccessiblePart &part : shown())
+            if (part.role == u"list item"_s && part.name.startsWith(word))
+                return part;
+        return std::nullopt;
+    }
+
     bool isActive(const QString &title)
     {
         return QTest::qWaitFor(
@@ -116,13 +125,13 @@ protected:
     }
 
     /// The card, once its fade is over, with the lines that it belongs to.
-    void keepCard(const QString &name)
+    void keepCard(const QString &name, int left = 120)
     {
         const QList<AccessiblePart> parts = shown();
         ASSERT_FALSE(parts.isEmpty());
         const QRect card = parts.first().area;
         const QRect page = textArea();
-        keep(name, card.adjusted(-120, -112, 180, 44) & page);
+        keep(name, card.adjusted(-left, -112, 180, 44) & page);
     }
 
     void keep(const QString &name, QRect area) const
@@ -161,7 +170,7 @@ TEST_F(Tour, Reading)
         inEditor(u"is slow."_s).bottomRight() - QPoint(1, 8));
     press(u"翻译选中的文字"_s);
     ASSERT_TRUE(appears(u"译文"_s));
-    keepCard(u"translation"_s);
+    keepCard(u"translation"_s, 420);
 }
 
 TEST_F(Tour, Rounds)
@@ -179,7 +188,8 @@ TEST_F(Tour, Notebook)
     openFromSettings(u"生词本"_s);
     place(activeWindow(), {200, 60, 860, 660});
     ASSERT_TRUE(QTest::qWaitFor([&] { return areaOf(activeWindow()).width() == 860; }));
-    press(u"rewrite"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rowOf(u"rewrite"_s).has_value(); }));
+    click(rowOf(u"rewrite"_s)->area.center());
     ASSERT_TRUE(appears(u"记录"_s));
     keepActive(u"notebook"_s);
 }
