@@ -1,0 +1,77 @@
+#include "main/RunDesktop.h"
+
+#include "main/Desktop.h"
+#include "main/TerminationSignals.h"
+#include "platform/linux/LinuxSingleInstance.h"
+#include "shell/views/IconArt.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTimer>
+#include <QTranslator>
+
+#include <cstdio>
+
+namespace nimbrelle {
+
+namespace {
+
+bool canShowWindows()
+{
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        return true;
+    if (xcb_connection_t *display = xcb_connect(nullptr, nullptr)) {
+        const bool isThere = xcb_connection_has_error(display) == 0;
+        xcb_disconnect(display);
+        if (isThere) {
+            qputenv("QT_QPA_PLATFORM", "xcb"); // in a Wayland session too: only there a card can be placed
+            return true;
+        }
+    }
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+/// The words of the toolkit's own menus.
+void speakChinese(QApplication &application)
+{
+    QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::SimplifiedChineseScript, QLocale::China));
+    auto *words = new QTranslator(&application);
+    if (words->load(QStringLiteral("qtbase_zh_CN"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(words);
+}
+
+QIcon windowIcon()
+{
+    QIcon icon;
+    for (const int pixels : {16, 32, 48, 128})
+        icon.addPixmap(QPixmap::fromImage(appIcon(pixels)));
+    return icon;
+}
+
+} // namespace
+
+int runDesktop(int argc, char **argv)
+{
+    if (!canShowWindows()) {
+        std::fputs("没有可用的图形会话：请在桌面里启动，或者设置 DISPLAY。\n", stderr);
+        return 1;
+    }
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setWindowIcon(windowIcon());
+    QGuiApplication::setDesktopFileName(QStringLiteral("nimbrelle"));
+    speakChinese(application);
+    LinuxSingleInstance instance(Services::shared().paths().supportDir);
+    if (!instance.claim())
+        return 0;
+    const TerminationSignals termination([] { QCoreApplication::quit(); });
+    Desktop desktop(Services::shared());
+    QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
+        &AppDelegate::applicationShouldHandleReopen);
+    QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
+    return QCoreApplication::exec();
+}
+
+} // namespace nimbrelle

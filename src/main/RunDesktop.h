@@ -1,0 +1,9 @@
+#pragma once
+
+namespace nimbrelle {
+
+/// The program in a desktop session, until it is told to end; ends in the exit code. A second start on the
+/// same data directory shows the settings of the first and ends at once, well.
+int runDesktop(int argc, char **argv);
+
+} // namespace nimbrelle
