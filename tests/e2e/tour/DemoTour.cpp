@@ -11,6 +11,19 @@ namespace {
 
 constexpr auto button = "push button"_L1;
 
+/// Everything is twice as large as on an ordinary screen, so that the pictures are sharp on all of them.
+constexpr int scale = 2;
+
+QPoint scaled(int x, int y)
+{
+    return QPoint(x, y) * scale;
+}
+
+QRect scaled(int x, int y, int width, int height)
+{
+    return {x * scale, y * scale, width * scale, height * scale};
+}
+
 /// A reader who goes through the program once and keeps a picture of each stop. A stop that doesn't come
 /// fails the tour.
 class Tour : public Scene {
@@ -18,6 +31,8 @@ protected:
     void SetUp() override
     {
         Scene::SetUp();
+        enlargeText();
+        user.moveTo(scaled(1270, 790));
         DemoNotebook(folder.path(), SystemClock::shared().now()).fill();
         startProgram();
     }
@@ -26,6 +41,15 @@ protected:
         if (HasFailure())
             keep(u"failed-"_s + QLatin1String(testing::UnitTest::GetInstance()->current_test_info()->name()),
                 screen);
+    }
+
+    /// As who has set the text to twice its size.
+    void enlargeText()
+    {
+        const QByteArray resources = "Xft.dpi:\t" + QByteArray::number(96 * scale) + '\n';
+        xcb_change_property(user.x.get(), XCB_PROP_MODE_REPLACE, user.x.root(), XCB_ATOM_RESOURCE_MANAGER,
+            XCB_ATOM_STRING, 8, static_cast<quint32>(resources.size()), resources.constData());
+        xcb_flush(user.x.get());
     }
 
     static QString readingPage()
@@ -38,7 +62,7 @@ protected:
     void read()
     {
         openEditor(readingPage());
-        place(activeWindow(), {0, 20, 1280, 760});
+        place(activeWindow(), scaled(0, 20, 1280, 760));
         QTest::qWait(400); // to be painted in its new size
     }
 
@@ -131,7 +155,7 @@ protected:
         ASSERT_FALSE(parts.isEmpty());
         const QRect card = parts.first().area;
         const QRect page = textArea();
-        keep(name, card.adjusted(-left, -112, 180, 44) & page);
+        keep(name, card.adjusted(-left * scale, -112 * scale, 180 * scale, 44 * scale) & page);
     }
 
     void keep(const QString &name, QRect area) const
@@ -143,13 +167,13 @@ protected:
     }
     void keepActive(const QString &name) { keep(name, areaOf(activeWindow())); }
 
-    static constexpr QRect screen{0, 0, 1280, 800};
+    const QRect screen = scaled(0, 0, 1280, 800);
 };
 
 TEST_F(Tour, Reading)
 {
     read();
-    doubleClick(inEditor(u"reluctant to rewrite"_s).topLeft() + QPoint(20, 8));
+    doubleClick(inEditor(u"reluctant to rewrite"_s).topLeft() + scaled(20, 8));
     ASSERT_TRUE(appears(u"意思"_s));
     keepCard(u"card"_s);
     press(u"更多"_s);
@@ -166,8 +190,8 @@ TEST_F(Tour, Reading)
     ASSERT_TRUE(disappears(u"单词"_s));
 
     click(inEditor(u"TL;DR"_s).center());
-    user.drag(inEditor(u"Honestly"_s).topLeft() + QPoint(1, 8),
-        inEditor(u"is slow."_s).bottomRight() - QPoint(1, 8));
+    user.drag(inEditor(u"Honestly"_s).topLeft() + scaled(1, 8),
+        inEditor(u"is slow."_s).bottomRight() - scaled(1, 8));
     press(u"翻译选中的文字"_s);
     ASSERT_TRUE(appears(u"译文"_s));
     keepCard(u"translation"_s, 420);
@@ -186,8 +210,8 @@ TEST_F(Tour, Rounds)
 TEST_F(Tour, Notebook)
 {
     openFromSettings(u"生词本"_s);
-    place(activeWindow(), {200, 60, 860, 660});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return areaOf(activeWindow()).width() == 860; }));
+    place(activeWindow(), scaled(200, 60, 860, 660));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return areaOf(activeWindow()).width() == 860 * scale; }));
     ASSERT_TRUE(QTest::qWaitFor([&] { return rowOf(u"rewrite"_s).has_value(); }));
     click(rowOf(u"rewrite"_s)->area.center());
     ASSERT_TRUE(appears(u"记录"_s));
@@ -205,8 +229,8 @@ TEST_F(Tour, Coach)
 TEST_F(Tour, Settings)
 {
     openSettings();
-    place(activeWindow(), {300, 40, 560, 700});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return areaOf(activeWindow()).height() == 700; }));
+    place(activeWindow(), scaled(300, 40, 560, 616));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return areaOf(activeWindow()).height() == 616 * scale; }));
     keepActive(u"settings"_s);
 }
 
@@ -237,7 +261,7 @@ protected:
 TEST_F(DarkTour, ReadsAndReviews)
 {
     read();
-    doubleClick(inEditor(u"reluctant to rewrite"_s).topLeft() + QPoint(20, 8));
+    doubleClick(inEditor(u"reluctant to rewrite"_s).topLeft() + scaled(20, 8));
     ASSERT_TRUE(appears(u"意思"_s));
     keepCard(u"card-dark"_s);
     user.tap(keysym::escape);
