@@ -43,6 +43,15 @@ protected:
                 screen);
     }
 
+    /// The program's toolkit tells places in its own units.
+    QList<AccessiblePart> shown() const override
+    {
+        QList<AccessiblePart> parts = Scene::shown();
+        for (AccessiblePart &part : parts)
+            part.area = scaled(part.area.x(), part.area.y(), part.area.width(), part.area.height());
+        return parts;
+    }
+
     /// As who has set the text to twice its size.
     void enlargeText()
     {
