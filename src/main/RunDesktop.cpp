@@ -50,6 +50,16 @@ QIcon windowIcon()
     return icon;
 }
 
+int runUntilToldToEnd(Services &services, SingleInstance &instance)
+{
+    const TerminationSignals termination([] { QCoreApplication::quit(); });
+    Desktop desktop(services);
+    QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
+        &AppDelegate::applicationShouldHandleReopen);
+    QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
+    return QCoreApplication::exec();
+}
+
 } // namespace
 
 int runDesktop(int argc, char **argv)
@@ -59,19 +69,17 @@ int runDesktop(int argc, char **argv)
         return 1;
     }
     QApplication application(argc, argv);
+    Services &services = Services::shared();
+    LinuxSingleInstance instance(services.paths().supportDir);
+    if (!instance.claim())
+        return 0;
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(windowIcon());
     QGuiApplication::setDesktopFileName(QStringLiteral("nimbrelle"));
     speakChinese(application);
-    LinuxSingleInstance instance(Services::shared().paths().supportDir);
-    if (!instance.claim())
-        return 0;
-    const TerminationSignals termination([] { QCoreApplication::quit(); });
-    Desktop desktop(Services::shared());
-    QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
-        &AppDelegate::applicationShouldHandleReopen);
-    QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
-    return QCoreApplication::exec();
+    const int code = runUntilToldToEnd(services, instance);
+    services.end();
+    return code;
 }
 
 } // namespace nimbrelle
