@@ -3,7 +3,7 @@
 #include "main/Services.h"
 #include "main/TerminationSignals.h"
 #include "platform/linux/LinuxSingleInstance.h"
-#include "shell/views/IconArt.h"
+#include "shell/views/WindowIcon.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -80,14 +80,6 @@ void speakChinese(QApplication &application)
     auto *words = new QTranslator(&application);
     if (words->load(QStringLiteral("qtbase_zh_CN"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(words);
-}
-
-QIcon windowIcon()
-{
-    QIcon icon;
-    for (const int pixels : {16, 32, 48, 128})
-        icon.addPixmap(QPixmap::fromImage(appIcon(pixels)));
-    return icon;
 }
 
 int runDesktop(int argc, char **argv)
