@@ -6,6 +6,7 @@
 #include "shell/views/WindowIcon.h"
 
 #include <QApplication>
+#include <QFontInfo>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTextStream>
@@ -82,6 +83,13 @@ void speakChinese(QApplication &application)
         QCoreApplication::installTranslator(words);
 }
 
+/// Looked up once the status item stands, but before the first card needs them.
+void loadFontsSoon(QObject &owner)
+{
+    constexpr std::chrono::seconds soon{1};
+    QTimer::singleShot(soon, &owner, [] { QFontInfo(QGuiApplication::font()).family(); });
+}
+
 int runDesktop(int argc, char **argv)
 {
     if (!canShowWindows()) {
@@ -101,6 +109,7 @@ int runDesktop(int argc, char **argv)
     QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
         &AppDelegate::applicationShouldHandleReopen);
     QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
+    loadFontsSoon(application);
     return QCoreApplication::exec();
 }
 
