@@ -3,10 +3,10 @@
 #include "main/Desktop.h"
 #include "main/TerminationSignals.h"
 #include "platform/linux/LinuxSingleInstance.h"
-#include "shell/views/IconArt.h"
+#include "shell/views/WindowIcon.h"
 
 #include <QApplication>
-#include <QIcon>
+#include <QFontInfo>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTimer>
@@ -42,12 +42,11 @@ void speakChinese(QApplication &application)
         QCoreApplication::installTranslator(words);
 }
 
-QIcon windowIcon()
+/// Looked up once the status item stands, but before the first card needs them.
+void loadFontsSoon(QObject &owner)
 {
-    QIcon icon;
-    for (const int pixels : {16, 32, 48, 128})
-        icon.addPixmap(QPixmap::fromImage(appIcon(pixels)));
-    return icon;
+    constexpr std::chrono::seconds soon{1};
+    QTimer::singleShot(soon, &owner, [] { QFontInfo(QGuiApplication::font()).family(); });
 }
 
 int runUntilToldToEnd(Services &services, SingleInstance &instance)
@@ -57,6 +56,7 @@ int runUntilToldToEnd(Services &services, SingleInstance &instance)
     QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
         &AppDelegate::applicationShouldHandleReopen);
     QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
+    loadFontsSoon(desktop.delegate());
     return QCoreApplication::exec();
 }
 
