@@ -8,6 +8,7 @@ namespace nimbrelle {
 inline constexpr QStringView settingsSheet = uR"(
 QFrame[kind="group"] { background: $surface; border: 1px solid $border; border-radius: $10; }
 
+QLineEdit[kind="field"] { lineedit-password-character: 8226; }
 QPushButton[fold="true"] { color: $ink; }
 QPushButton[half] { padding: 0; }
 QPushButton[half="left"] { border-top-right-radius: 0; border-bottom-right-radius: 0;
