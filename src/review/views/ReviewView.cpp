@@ -171,7 +171,7 @@ QWidget *ReviewView::makeTopBar()
     const Theme &theme = m_parts.theme;
     auto *bar = new QWidget;
     auto *row = new QHBoxLayout(bar);
-    row->setContentsMargins(theme.points(reviewMargin), theme.points(20), theme.points(reviewMargin), 0);
+    row->setContentsMargins(theme.points(reviewMargin), theme.points(22), theme.points(reviewMargin), 0);
     row->setSpacing(theme.points(14));
     m_progress = new ProgressLine(theme);
     row->addWidget(m_progress, 1);

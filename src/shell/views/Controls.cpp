@@ -62,10 +62,14 @@ QPushButton *makeButton(const Theme &theme, const QString &name, const QString &
     button->setFixedHeight(theme.points(kind.height));
     button->setCursor(Qt::PointingHandCursor);
     if (look.icon) {
+        const bool isBehind = look.iconPlace == IconPlace::behind;
         const int size = theme.points(iconBesideText);
+        const int air = text.isEmpty() ? 0 : theme.points(besideIcon);
         button->setIcon(
-            iconOf(*look.icon, size, devicePixelRatio(), theme.colour(look.iconTone.value_or(kind.text))));
-        button->setIconSize({size, size});
+            iconOf(*look.icon, size, devicePixelRatio(), theme.colour(look.iconTone.value_or(kind.text)),
+                isBehind ? QMargins(air, 0, 0, 0) : QMargins(0, 0, air, 0)));
+        button->setIconSize({size + air, size});
+        button->setLayoutDirection(isBehind ? Qt::RightToLeft : Qt::LeftToRight);
     }
     return button;
 }
@@ -131,6 +135,7 @@ QLabel *makeLabel(
 {
     auto *label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
+    label->setForegroundRole(QPalette::WindowText); // in a button it would be the button's own
     label->setFont(weight ? theme.font(type, *weight) : theme.font(type));
     label->setFixedHeight(theme.points(Theme::pitch(type)));
     QPalette palette = label->palette();

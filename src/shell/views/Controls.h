@@ -16,11 +16,17 @@ namespace nimbrelle {
 
 enum class ButtonKind { outlined, primary, soft, chip, dockChip, link, plain, icon, offer };
 
+enum class IconPlace { before, behind };
+
+/// More of the gap between a button's icon and its text than the style itself leaves; in points.
+inline constexpr double besideIcon = 2;
+
 struct ButtonLook {
     ButtonKind kind = ButtonKind::outlined;
     std::optional<Icon> icon = std::nullopt;
     TextType type = TextType::small;
     std::optional<Tone> iconTone = std::nullopt; ///< the text's own unless given
+    IconPlace iconPlace = IconPlace::before; ///< where it stands to the text
 };
 
 /// `name` is the object name. A button without a text needs setAccessibleName.

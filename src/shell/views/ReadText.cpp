@@ -30,6 +30,21 @@ ReadText::ReadText(const Theme &theme, Look look, QWidget *parent)
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
+    setOnMiddle();
+}
+
+double ReadText::pitch() const
+{
+    return m_look.pitch.value_or(Theme::pitch(m_look.line.value_or(m_look.type)));
+}
+
+/// A line of fixed height has its baseline at four fifths, which is lower than Han letters need to stand on
+/// its middle, as the icons and capsules beside it do.
+void ReadText::setOnMiddle()
+{
+    const double middleOfLetters = 0.38 * Theme::size(m_look.line.value_or(m_look.type));
+    const int tooLow = m_theme.points((0.8 - 0.5) * pitch() - middleOfLetters);
+    setViewportMargins(0, -tooLow, 0, tooLow);
 }
 
 QTextCharFormat ReadText::baseFormat() const
@@ -119,12 +134,11 @@ void ReadText::write(QTextCursor &cursor, const QList<StyledRun> &runs)
 
 void ReadText::setPitches(QTextBlock from)
 {
-    const double pitch = m_look.pitch.value_or(Theme::pitch(m_look.type));
     for (QTextBlock block = from; block.isValid(); block = block.next()) {
         const bool isEmpty = block.length() == 1;
         QTextBlockFormat format;
         format.setLineHeight(
-            m_theme.points(isEmpty ? m_look.gap.value_or(pitch) : pitch), QTextBlockFormat::FixedHeight);
+            m_theme.points(isEmpty ? m_look.gap.value_or(pitch()) : pitch()), QTextBlockFormat::FixedHeight);
         QTextCursor(block).setBlockFormat(format);
     }
 }

@@ -23,6 +23,7 @@ public:
         std::optional<QFont::Weight> weight = std::nullopt; ///< the type's own unless given
         std::optional<double> pitch = std::nullopt; ///< in points; the type's own unless given
         std::optional<double> gap = std::nullopt; ///< of an empty line; as the others unless given
+        std::optional<TextType> line = std::nullopt; ///< the type of a text beside it, to share its line
     };
 
     ReadText(const Theme &theme, Look look, QWidget *parent = nullptr);
@@ -47,6 +48,8 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
+    double pitch() const;
+    void setOnMiddle();
     QTextCharFormat baseFormat() const;
     QTextCharFormat formatOf(const TextStyle &style) const;
     void write(QTextCursor &cursor, const QList<StyledRun> &runs);

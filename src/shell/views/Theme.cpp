@@ -185,6 +185,11 @@ QFont Theme::font(TextType type, QFont::Weight weight) const
     return font;
 }
 
+double Theme::size(TextType type)
+{
+    return types.at(static_cast<std::size_t>(type)).size;
+}
+
 double Theme::pitch(TextType type)
 {
     return types.at(static_cast<std::size_t>(type)).pitch;

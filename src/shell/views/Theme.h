@@ -69,6 +69,8 @@ public:
 
     QFont font(TextType type) const;
     QFont font(TextType type, QFont::Weight weight) const;
+    /// The size of the letters in points.
+    static double size(TextType type);
     /// The distance of two lines in points.
     static double pitch(TextType type);
 

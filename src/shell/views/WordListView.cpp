@@ -196,8 +196,7 @@ QWidget *WordListView::makeHeaderRow()
     row->addWidget(m_header);
     row->addStretch();
     m_stageButton = makeButton(m_theme, u"stageFilter"_s, nameOf(m_stageFilter),
-        {ButtonKind::plain, Icon::chevronDown, TextType::small, Tone::ink});
-    m_stageButton->setLayoutDirection(Qt::RightToLeft); // the arrow behind the text
+        {ButtonKind::plain, Icon::chevronDown, TextType::small, Tone::ink, IconPlace::behind});
     connect(m_stageButton, &QPushButton::clicked, this, &WordListView::showStageMenu);
     row->addWidget(m_stageButton);
     return m_headerRow;

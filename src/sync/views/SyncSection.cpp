@@ -214,6 +214,7 @@ FormRow *SyncSection::makeEnd()
 {
     auto *row = new FormRow(m_parts.theme);
     auto *button = makeButton(m_parts.theme, u"disconnectSync"_s, u"断开同步"_s, {ButtonKind::soft});
+    button->setProperty("quiet", true);
     row->line()->addWidget(button);
     row->line()->addStretch();
     connect(button, &QPushButton::clicked, this, [this] { m_parts.connection.disconnectFromServer(); });

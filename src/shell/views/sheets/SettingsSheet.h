@@ -8,6 +8,7 @@ namespace nimbrelle {
 inline constexpr QStringView settingsSheet = uR"(
 QFrame[kind="group"] { background: $surface; border: 1px solid $border; border-radius: $10; }
 
+QLineEdit[kind="field"] { lineedit-password-character: 8226; }
 QPushButton[fold="true"] { color: $ink; padding: 0 $5 0 0; }
 QPushButton[fold="true"]:focus { padding: 0 $4 0 0; }
 QPushButton[half] { padding: 0; }
