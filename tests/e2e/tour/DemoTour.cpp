@@ -14,6 +14,8 @@ constexpr auto button = "push button"_L1;
 /// Everything is twice as large as on an ordinary screen, so that the pictures are sharp on all of them.
 constexpr int scale = 2;
 
+constexpr int patience = 30'000;
+
 QPoint scaled(int x, int y)
 {
     return QPoint(x, y) * scale;
@@ -97,10 +99,22 @@ protected:
     void openFromSettings(const QString &offer)
     {
         openSettings();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return find(offer, button).has_value(); }));
+        ASSERT_TRUE(comes([&] { return find(offer, button).has_value(); }));
         click(find(offer, button)->area.center());
         ASSERT_TRUE(isActive(offer));
     }
+
+    /// @name A tour is no test of speed: a busy machine gets its time.
+    /// @{
+    bool appears(const QString &name) const { return Scene::appears(name, patience); }
+    bool disappears(const QString &name) const { return Scene::disappears(name, patience); }
+    bool comes(const std::function<bool()> &event) const { return QTest::qWaitFor(event, patience); }
+    void press(const QString &name)
+    {
+        ASSERT_TRUE(appears(name)) << name.toStdString();
+        Scene::press(name);
+    }
+    /// @}
 
     /// A row of the notebook, whatever marks are read out behind its word.
     std::optional<AccessiblePart> rowOf(const QString &word) const
@@ -154,7 +168,7 @@ protected:
             XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
             reinterpret_cast<const char *>(&event));
         xcb_flush(user.x.get());
-        EXPECT_TRUE(QTest::qWaitFor([&] { return activeWindow() != window; }));
+        EXPECT_TRUE(comes([&] { return activeWindow() != window; }));
     }
 
     /// The card, once its fade is over, with the lines that it belongs to.
@@ -220,8 +234,8 @@ TEST_F(Tour, Notebook)
 {
     openFromSettings(u"生词本"_s);
     place(activeWindow(), scaled(200, 60, 860, 660));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return areaOf(activeWindow()).width() == 860 * scale; }));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return rowOf(u"rewrite"_s).has_value(); }));
+    ASSERT_TRUE(comes([&] { return areaOf(activeWindow()).width() == 860 * scale; }));
+    ASSERT_TRUE(comes([&] { return rowOf(u"rewrite"_s).has_value(); }));
     click(rowOf(u"rewrite"_s)->area.center());
     ASSERT_TRUE(appears(u"记录"_s));
     keepActive(u"notebook"_s);
@@ -230,7 +244,7 @@ TEST_F(Tour, Notebook)
 TEST_F(Tour, Coach)
 {
     openFromSettings(u"AI 教练"_s);
-    ASSERT_TRUE(says(u"就能换成真正的回答"_s, 20'000)); // the last that the practice provider says
+    ASSERT_TRUE(says(u"就能换成真正的回答"_s, patience)); // the last that the practice provider says
     ASSERT_TRUE(disappears(u"停止"_s));
     keepActive(u"coach"_s);
 }
@@ -239,7 +253,7 @@ TEST_F(Tour, Settings)
 {
     openSettings();
     place(activeWindow(), scaled(300, 40, 560, 616));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return areaOf(activeWindow()).height() == 616 * scale; }));
+    ASSERT_TRUE(comes([&] { return areaOf(activeWindow()).height() == 616 * scale; }));
     keepActive(u"settings"_s);
 }
 
