@@ -37,6 +37,8 @@ constexpr std::array kinds{
 };
 
 constexpr double iconBesideText = 14;
+constexpr double gapBesideIcon = 6;
+constexpr int gapOfStyle = 4; // whatever the size of the text
 constexpr double fieldHeight = 32;
 
 double devicePixelRatio()
@@ -64,7 +66,7 @@ QPushButton *makeButton(const Theme &theme, const QString &name, const QString &
     if (look.icon) {
         const bool isBehind = look.iconPlace == IconPlace::behind;
         const int size = theme.points(iconBesideText);
-        const int air = text.isEmpty() ? 0 : theme.points(besideIcon);
+        const int air = text.isEmpty() ? 0 : airBesideIcon(theme);
         button->setIcon(
             iconOf(*look.icon, size, devicePixelRatio(), theme.colour(look.iconTone.value_or(kind.text)),
                 isBehind ? QMargins(air, 0, 0, 0) : QMargins(0, 0, air, 0)));
@@ -72,6 +74,11 @@ QPushButton *makeButton(const Theme &theme, const QString &name, const QString &
         button->setLayoutDirection(isBehind ? Qt::RightToLeft : Qt::LeftToRight);
     }
     return button;
+}
+
+int airBesideIcon(const Theme &theme)
+{
+    return theme.points(gapBesideIcon) - gapOfStyle;
 }
 
 void setButtonKind(QPushButton &button, ButtonKind kind)

@@ -18,9 +18,6 @@ enum class ButtonKind { outlined, primary, soft, chip, dockChip, link, plain, ic
 
 enum class IconPlace { before, behind };
 
-/// More of the gap between a button's icon and its text than the style itself leaves; in points.
-inline constexpr double besideIcon = 2;
-
 struct ButtonLook {
     ButtonKind kind = ButtonKind::outlined;
     std::optional<Icon> icon = std::nullopt;
@@ -31,6 +28,9 @@ struct ButtonLook {
 
 /// `name` is the object name. A button without a text needs setAccessibleName.
 QPushButton *makeButton(const Theme &theme, const QString &name, const QString &text, const ButtonLook &look);
+/// What a button's icon needs on the side of the text beyond the gap that the style leaves; in
+/// device-independent pixels.
+int airBesideIcon(const Theme &theme);
 /// For a button without an icon; its height stays.
 void setButtonKind(QPushButton &button, ButtonKind kind);
 /// Disables a control while what it began runs, without handing the focus to another in between: it has it
