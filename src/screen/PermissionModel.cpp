@@ -11,7 +11,8 @@ namespace {
 PermissionRow makeRow(Grant grant, const QString &title, const QString &purpose, const GrantState &state)
 {
     const QString detail = state.note.isEmpty() ? purpose : purpose + u'\n' + state.note;
-    return {grant, title, detail, state.granted};
+    const QString request = state.granted ? QStringLiteral("现在打开") : QStringLiteral("去开启");
+    return {grant, title, detail, state.granted, state.canRequest ? request : QString(), state.needsRelaunch};
 }
 
 } // namespace

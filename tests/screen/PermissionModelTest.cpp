@@ -31,9 +31,22 @@ TEST_F(PermissionModelTest, TellsInTheRowWhatTheSessionCannotGive)
     ASSERT_EQ(rows.size(), 2);
     EXPECT_EQ(rows[0],
         (PermissionRow{Grant::accessibility, QStringLiteral("辅助功能"),
-            QStringLiteral("用来读取你选中的文字、知道你按了哪个键。"), true}));
+            QStringLiteral("用来读取你选中的文字、知道你按了哪个键。"), true, {}}));
     EXPECT_TRUE(rows[1].detail.endsWith(QStringLiteral("不会保存。\n这个会话不能截屏。")));
     EXPECT_FALSE(rows[1].granted);
+    EXPECT_EQ(rows[1].request, QString()) << "a button would only pretend";
+}
+
+TEST_F(PermissionModelTest, OffersToAskWhereverAskingMayHelp)
+{
+    permissions.states[Grant::accessibility] = {true, QStringLiteral("总线没有打开。"), true};
+    permissions.states[Grant::screenCapture] = {false, {}, true, true};
+    const QList<PermissionRow> rows = model.rows();
+    EXPECT_TRUE(rows[0].granted);
+    EXPECT_EQ(rows[0].request, QStringLiteral("现在打开"));
+    EXPECT_FALSE(rows[0].needsRelaunch);
+    EXPECT_EQ(rows[1].request, QStringLiteral("去开启"));
+    EXPECT_TRUE(rows[1].needsRelaunch);
 }
 
 TEST_F(PermissionModelTest, LogsAFailedLaunchSwitchAndLeavesItAsItWas)

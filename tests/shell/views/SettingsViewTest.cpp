@@ -83,7 +83,7 @@ TEST_F(SettingsViewTest, GrantsAreLookedAtAgainWhileItIsOpen)
 {
     EXPECT_TRUE(shows("grantedAccessibility"));
     EXPECT_FALSE(shows("relaunch"));
-    permissions.states[Grant::screenCapture].granted = false;
+    permissions.states[Grant::screenCapture] = {false, {}, true, true};
     notebook.clock.advance(1500ms);
     settle();
     EXPECT_EQ(text("grantScreenCapture"), u"去开启"_s);
@@ -91,12 +91,27 @@ TEST_F(SettingsViewTest, GrantsAreLookedAtAgainWhileItIsOpen)
     EXPECT_THAT(permissions.requested, ElementsAre(Grant::screenCapture));
     press("relaunch");
     EXPECT_EQ(started.size(), 1);
-    permissions.states[Grant::screenCapture].granted = true;
+    permissions.states[Grant::screenCapture] = {true, {}};
     view.hide();
     notebook.clock.advance(10s);
     EXPECT_TRUE(find("grantScreenCapture")); // nobody looks
     show();
     EXPECT_FALSE(shows("grantScreenCapture"));
+}
+
+TEST_F(SettingsViewTest, AButtonStandsOnlyWhereItDoesSomething)
+{
+    permissions.states[Grant::accessibility] = {true, u"辅助功能总线没有打开。"_s, true};
+    permissions.states[Grant::screenCapture] = {false, u"当前是 Wayland 会话。"_s};
+    notebook.clock.advance(1500ms);
+    settle();
+    EXPECT_TRUE(shows("grantedAccessibility"));
+    press("grantAccessibility");
+    EXPECT_THAT(permissions.requested, ElementsAre(Grant::accessibility));
+    EXPECT_TRUE(text("detailScreenCapture").endsWith(u"\n当前是 Wayland 会话。"_s));
+    EXPECT_FALSE(shows("grantScreenCapture"));
+    EXPECT_FALSE(shows("grantedScreenCapture"));
+    EXPECT_FALSE(shows("relaunch"));
 }
 
 TEST_F(SettingsViewTest, SwitchesAndPickersFollowTheSettingsBothWays)
