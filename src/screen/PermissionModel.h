@@ -49,7 +49,7 @@ public:
     /// Does nothing for a text that is no address.
     void open(const QString &url) const;
 
-    /// Ends this process; a new one starts a second later.
+    /// Ends this process; a second after it has gone a new one starts.
     void relaunch(const QString &program) const;
 
 private:

@@ -3,6 +3,8 @@
 #include "support/FakeDesktop.h"
 #include "support/Printers.h"
 
+#include <QCoreApplication>
+#include <QProcess>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -69,10 +71,25 @@ TEST_F(PermissionModelTest, OpensOnlyAddresses)
 TEST_F(PermissionModelTest, RelaunchHandsThePathOverWhole)
 {
     model.relaunch(QStringLiteral("/opt/a \"b\"/$(nimbrelle)"));
-    ASSERT_EQ(acts.size(), 5);
+    ASSERT_EQ(acts.size(), 6);
     EXPECT_FALSE(acts[2].contains(QStringLiteral("nimbrelle")));
     EXPECT_EQ(acts[3], QStringLiteral("/opt/a \"b\"/$(nimbrelle)"));
-    EXPECT_EQ(acts[4], QStringLiteral("quit"));
+    EXPECT_EQ(acts[4], QString::number(QCoreApplication::applicationPid()));
+    EXPECT_EQ(acts[5], QStringLiteral("quit"));
+}
+
+TEST_F(PermissionModelTest, RelaunchWaitsForThisProcessHoweverLongItTakesToEnd)
+{
+    QProcess old, next;
+    old.start(QStringLiteral("cat"), QStringList());
+    ASSERT_TRUE(old.waitForStarted());
+    model.relaunch(QStringLiteral("/bin/true"));
+    acts[4] = QString::number(old.processId());
+    next.start(acts[0], acts.mid(1, 4));
+    EXPECT_FALSE(next.waitForFinished(1500));
+    old.closeWriteChannel();
+    EXPECT_TRUE(old.waitForFinished());
+    EXPECT_TRUE(next.waitForFinished());
 }
 
 } // namespace nimbrelle
