@@ -62,7 +62,7 @@ Desktop::Desktop(Services &services)
     , m_statusItem(QDBusConnection::sessionBus(), statusArt(m_theme),
           {[this] { return std::make_unique<TrayIcon>(m_theme); },
               [this](const QList<MenuEntry> &entries, QPoint at) {
-                  m_popup.popUp(entries, QRect(at, QSize(1, 1)));
+                  m_popup.popUp(entries, QRect(m_platform.screens.layout().toolkitPointOf(at), QSize(1, 1)));
               }})
     , m_windows(m_theme, windowContents(),
           [this](WId window) { m_platform.frontApplication.activate({.window = window}); })
