@@ -7,6 +7,7 @@
 #include "shell/SettingsText.h"
 #include "shell/Version.h"
 #include "shell/views/ApplicationChooser.h"
+#include "shell/views/FlowLayout.h"
 #include "shell/views/Switch.h"
 
 #include <QCoreApplication>
@@ -78,6 +79,37 @@ FormRow *makeSwitchRow(
     QObject::connect(&parts.config, &ConfigStore::configChanged, control, show);
     show();
     return row;
+}
+
+OfferRow::OfferRow(const SettingsParts &parts) : m_parts(parts)
+{
+    new FlowLayout(parts.theme.points(8), parts.theme.points(8), this);
+    refresh();
+}
+
+void OfferRow::refresh()
+{
+    const QList<MenuEntry> offers = m_parts.offers();
+    if (std::exchange(m_offers, offers) != offers)
+        rebuild();
+    setVisible(!m_offers.isEmpty());
+}
+
+void OfferRow::rebuild()
+{
+    const QWidget *focus = focusWidget();
+    const QString focused =
+        focus && focus->hasFocus() && isAncestorOf(focus) ? focus->objectName() : QString();
+    qDeleteAll(findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
+    for (const MenuEntry &entry : std::as_const(m_offers)) {
+        auto *button = makeButton(m_parts.theme, u"offer%1"_s.arg(entry.action), entry.title, {});
+        button->setEnabled(entry.isEnabled);
+        connect(button, &QPushButton::clicked, this, [this, entry] { emit chosen(entry); });
+        layout()->addWidget(button);
+        button->show(); // what is not shown yet takes no focus
+        if (button->objectName() == focused)
+            button->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 PermissionSection::PermissionSection(const SettingsParts &parts)
