@@ -62,7 +62,7 @@ Desktop::Desktop(Services &services)
     , m_statusItem(QDBusConnection::sessionBus(), statusArt(m_theme),
           {[this] { return std::make_unique<TrayIcon>(m_theme); },
               [this](const QList<MenuEntry> &entries, QPoint at) {
-                  m_popup.popUp(entries, QRect(at, QSize(1, 1)));
+                  m_popup.popUp(entries, QRect(m_platform.screens.layout().toolkitPointOf(at), QSize(1, 1)));
               }})
     , m_windows(m_theme, windowContents(),
           [this](WId window) { m_platform.frontApplication.activate({.window = window}); })
@@ -100,11 +100,14 @@ QWidget *Desktop::makeSettings()
 {
     auto *view = new SettingsView({m_theme, m_services.config(), m_services.words(), m_permissions, m_keyTest,
         m_excluded, m_connection, m_services.sync(), m_services.clock(),
-        [this] { return m_statusItem.isSeen(); }, m_services.paths().config});
-    QObject::connect(view, &SettingsView::reviewRequested, &m_delegate, &AppDelegate::showReview);
+        [this] {
+            return m_statusItem.isSeen() ? QList<MenuEntry>() : StatusMenu::offers(m_delegate.menuEntries());
+        },
+        m_services.paths().config});
+    QObject::connect(view, &SettingsView::offerChosen, &m_statusItem, &StatusItem::chosen);
+    QObject::connect(&m_statusItem, &StatusItem::seenChanged, view, &SettingsView::refreshOffers);
     QObject::connect(view, &SettingsView::wordsRequested, &m_delegate, &AppDelegate::showWords);
     QObject::connect(view, &SettingsView::addWordRequested, &m_delegate, &AppDelegate::showAddWord);
-    QObject::connect(view, &SettingsView::coachRequested, &m_delegate, &AppDelegate::showCoach);
     return view;
 }
 

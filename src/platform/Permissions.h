@@ -14,6 +14,8 @@ struct GrantState {
     /// What the user should know beyond that, in Chinese: what is missing although it is granted, or why this
     /// session can't give it. Empty when there is nothing to tell.
     QString note;
+    bool canRequest = false; ///< request() may cure what the note tells
+    bool needsRelaunch = false; ///< a new start of the program may
 
     bool operator==(const GrantState &) const = default;
 };

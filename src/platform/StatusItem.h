@@ -60,10 +60,11 @@ public:
     /// `text` may be of several lines and hold markup of the kind `<b>`; everything else in it is escaped.
     virtual void setToolTip(const QString &title, const QString &text) = 0;
 
-    /// Whether a bar shows it now, as far as one can know.
+    /// Whether a bar shows it now, as far as one can know; true while the desktop has not told yet.
     virtual bool isSeen() const = 0;
 
 signals:
+    void seenChanged(); ///< maybe
     void chosen(const nimbrelle::MenuEntry &entry);
 };
 

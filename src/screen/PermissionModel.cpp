@@ -2,6 +2,7 @@
 
 #include "platform/LaunchAtLogin.h"
 
+#include <QCoreApplication>
 #include <QUrl>
 
 namespace nimbrelle {
@@ -11,7 +12,8 @@ namespace {
 PermissionRow makeRow(Grant grant, const QString &title, const QString &purpose, const GrantState &state)
 {
     const QString detail = state.note.isEmpty() ? purpose : purpose + u'\n' + state.note;
-    return {grant, title, detail, state.granted};
+    const QString request = state.granted ? QStringLiteral("现在打开") : QStringLiteral("去开启");
+    return {grant, title, detail, state.granted, state.canRequest ? request : QString(), state.needsRelaunch};
 }
 
 } // namespace
@@ -58,9 +60,13 @@ void PermissionModel::open(const QString &url) const
 
 void PermissionModel::relaunch(const QString &program) const
 {
-    // The path is an argument and no part of the command, so that no character of it means anything.
-    m_exits.startDetached(
-        QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("sleep 1; exec \"$0\""), program});
+    // As long as this process works on the data, a new one would give way to it. The path is an argument and
+    // no part of the command, so that no character of it means anything.
+    const auto command = QStringLiteral("left=600; "
+                                        "while [ $left -gt 0 ] && kill -0 \"$1\" 2>/dev/null; "
+                                        "do sleep 0.1; left=$((left - 1)); done; sleep 1; exec \"$0\"");
+    m_exits.startDetached(QStringLiteral("/bin/sh"),
+        {QStringLiteral("-c"), command, program, QString::number(QCoreApplication::applicationPid())});
     m_exits.quit();
 }
 

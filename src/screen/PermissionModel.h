@@ -19,6 +19,8 @@ struct PermissionRow {
     QString title;
     QString detail; ///< what it is for, and in a line of its own what this session can't give
     bool granted = false;
+    QString request; ///< of the button that asks for what is missing; empty where asking is no use
+    bool needsRelaunch = false;
 
     bool operator==(const PermissionRow &) const = default;
 };
@@ -47,7 +49,7 @@ public:
     /// Does nothing for a text that is no address.
     void open(const QString &url) const;
 
-    /// Ends this process; a new one starts a second later.
+    /// Ends this process; a second after it has gone a new one starts.
     void relaunch(const QString &program) const;
 
 private:

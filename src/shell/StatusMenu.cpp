@@ -71,21 +71,14 @@ QList<MenuEntry> notebookBlock(const State &state)
     return block;
 }
 
-// The parenthesis of a key's name brings its own space along.
-QString beforeText(const QString &keyLabel)
-{
-    return keyLabel.endsWith(u'）') ? keyLabel : keyLabel + u' ';
-}
-
 QList<MenuEntry> toggles(const AppConfig &config)
 {
     return {
         check(Action::toggleAutoPopup, u"划选英文时自动弹出"_s, config.autoPopupOnSelect),
         check(Action::toggleDwell, u"鼠标停在英文上自动查词"_s, config.dwellLookup),
-        check(Action::toggleHover, beforeText(keyboardLabel(config.hoverKey)) + u"指着识别"_s,
-            config.optionHoverOCR),
-        check(Action::toggleRegion,
-            u"连按两下 "_s + beforeText(keyboardLabel(config.regionKey)) + u"框选翻译"_s,
+        check(
+            Action::toggleHover, u"%1 指着识别"_s.arg(keyboardLabel(config.hoverKey)), config.optionHoverOCR),
+        check(Action::toggleRegion, u"连按两下 %1 框选翻译"_s.arg(keyboardLabel(config.regionKey)),
             config.optionRegionTranslate),
         check(Action::toggleMenuBarWord, u"菜单栏显示在学的词"_s, config.menuBarWord),
     };
@@ -141,6 +134,20 @@ QList<MenuEntry> entries(const State &state)
     menu += separator();
     menu += programBlock(state.launchesAtLogin);
     return menu;
+}
+
+QList<MenuEntry> offers(const QList<MenuEntry> &menu)
+{
+    using enum Action;
+    const QList<Action> offered{
+        showReview, showSpelling, showCoach, showWords, showAddWord, showJourney, quit};
+    QList<MenuEntry> offers;
+    for (const MenuEntry &entry : menu) {
+        const bool isMain = entry.kind == MenuEntry::Kind::item && entry.indent == 0;
+        if (isMain && offered.contains(actionOf(entry)))
+            offers.append(entry);
+    }
+    return offers;
 }
 
 Action actionOf(const MenuEntry &entry)

@@ -47,6 +47,10 @@ struct State {
 QList<MenuEntry> entries(const State &state);
 Action actionOf(const MenuEntry &entry);
 
+/// Of a menu, the lines that the settings offer where no bar shows it: those to the program's other windows,
+/// and the one that ends the program.
+QList<MenuEntry> offers(const QList<MenuEntry> &menu);
+
 /// Beside the icon.
 QString title(const std::optional<WordEntry> &word);
 

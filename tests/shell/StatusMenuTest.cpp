@@ -74,8 +74,8 @@ TEST(StatusMenu, ShowsEverythingInItsOrder)
             u"---"_s, u"开始复习（12 题） <rectangle.stack> /r"_s, u">在学 24/30"_s,
             u"拼写练习（6 个常拼） <character.cursor.ibeam>"_s, u"AI 教练 <person.wave.2>"_s, u"---"_s,
             u"生词本（186 个）"_s, u"查词 <magnifyingglass> /n"_s, u"成长档案 <book.pages>"_s, u"---"_s,
-            u"[x] 划选英文时自动弹出"_s, u"[ ] 鼠标停在英文上自动查词"_s, u"[x] ⌥ Option（Alt）指着识别"_s,
-            u"[x] 连按两下 ⌘ Command（Super）框选翻译"_s, u"[x] 菜单栏显示在学的词"_s,
+            u"[x] 划选英文时自动弹出"_s, u"[ ] 鼠标停在英文上自动查词"_s, u"[x] ⌥ Option（Alt） 指着识别"_s,
+            u"[x] 连按两下 ⌘ Command（Super） 框选翻译"_s, u"[x] 菜单栏显示在学的词"_s,
             u"在「Firefox」中停用"_s, u"---"_s, u"还没有打开辅助功能权限 <exclamationmark.triangle>"_s,
             u"---"_s, u"[x] 开机自动启动"_s, u"设置… /,"_s, u"退出 Nimbrelle /q"_s));
 }
@@ -90,8 +90,24 @@ TEST(StatusMenu, LeavesOutWhatThereIsNot)
         ElementsAre(u"现在没有要复习的 <checkmark.circle> /r"_s, u">在学 0/30"_s,
             u"AI 教练 <person.wave.2>"_s, u"---"_s, u"生词本（0 个）"_s, u"查词 <magnifyingglass> /n"_s,
             u"---"_s, u"[x] 划选英文时自动弹出"_s, u"[x] 鼠标停在英文上自动查词"_s, u"[x] ⇧ Shift 指着识别"_s,
-            u"[x] 连按两下 ⌃ Control（Ctrl）框选翻译"_s, u"[x] 菜单栏显示在学的词"_s, u"---"_s,
+            u"[x] 连按两下 ⌃ Control（Ctrl） 框选翻译"_s, u"[x] 菜单栏显示在学的词"_s, u"---"_s,
             u"[ ] 开机自动启动"_s, u"设置… /,"_s, u"退出 Nimbrelle /q"_s));
+}
+
+TEST(StatusMenu, HandsOnEveryWindowAndTheWayOutWhereNoBarShowsIt)
+{
+    const auto titles = [](const StatusMenu::State &state) {
+        QStringList offered;
+        for (const MenuEntry &entry : StatusMenu::offers(StatusMenu::entries(state)))
+            offered.append(entry.title);
+        return offered;
+    };
+    EXPECT_THAT(titles(fullState()),
+        ElementsAre(u"开始复习（12 题）"_s, u"拼写练习（6 个常拼）"_s, u"AI 教练"_s, u"生词本（186 个）"_s,
+            u"查词"_s, u"成长档案"_s, u"退出 Nimbrelle"_s));
+    EXPECT_THAT(titles({}),
+        ElementsAre(
+            u"现在没有要复习的"_s, u"AI 教练"_s, u"生词本（0 个）"_s, u"查词"_s, u"退出 Nimbrelle"_s));
 }
 
 TEST(StatusMenu, OffersToExcludeTheProgramInFrontButNotItself)

@@ -99,10 +99,18 @@ AtSpiReader::~AtSpiReader()
     QDBusConnection::disconnectFromBus(busName);
 }
 
+AtSpiReader::Bus AtSpiReader::bus() const
+{
+    if (m_bus.isConnected())
+        return Bus::connected;
+    return m_attempt == Bus::connected ? Bus::closed : m_attempt;
+}
+
 void AtSpiReader::connectToBus()
 {
     if (m_bus.isConnected())
         return;
+    m_attempt = Bus::connecting;
     const QDBusConnection session = QDBusConnection::sessionBus();
     const QString launcher = QStringLiteral("org.a11y.Bus");
     const QString path = QStringLiteral("/org/a11y/bus");
@@ -119,6 +127,9 @@ void AtSpiReader::connectToBus()
         const QDBusPendingReply<QString> busAddress = *answer;
         if (busAddress.isValid())
             useBus(busAddress.value());
+        else
+            m_attempt =
+                busAddress.error().type() == QDBusError::ServiceUnknown ? Bus::notInstalled : Bus::closed;
         answer->deleteLater();
     });
 }
@@ -127,7 +138,11 @@ void AtSpiReader::useBus(const QString &busAddress)
 {
     if (m_bus.isConnected())
         return;
+    QDBusConnection::disconnectFromBus(busName); // a name goes on to stand for a bus that has gone
+    m_places.clear();
+    m_processes.clear();
     m_bus = QDBusConnection::connectToBus(busAddress, busName);
+    m_attempt = m_bus.isConnected() ? Bus::connected : Bus::closed;
     if (!m_bus.isConnected())
         return;
     m_bus.connect(QString(), QString(), objectEvents, QStringLiteral("StateChanged"), this,

@@ -22,9 +22,16 @@ public:
     explicit AtSpiReader(const FrontApplication &front);
     ~AtSpiReader() override;
 
+    enum class Bus {
+        connecting,
+        connected,
+        closed, ///< it could not be opened, or it has gone
+        notInstalled,
+    };
+    Bus bus() const;
+
     /// Turns accessibility on for the session and connects to its bus, without waiting for either.
     void connectToBus();
-    bool isConnected() const { return m_bus.isConnected(); }
 
     void beginGesture() override { m_slow.clear(); }
     std::optional<AccessibleElement> focusedElement() override;
@@ -65,6 +72,7 @@ private:
 
     const FrontApplication &m_front;
     QDBusConnection m_bus;
+    Bus m_attempt = Bus::connecting; ///< what became of the last one
     QHash<QString, Place> m_places; ///< by program
     QHash<QString, qint64> m_processes; ///< by program
     QSet<QString> m_slow; ///< programs that let a question of this gesture time out

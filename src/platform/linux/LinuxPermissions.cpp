@@ -3,30 +3,47 @@
 #include "platform/InputMonitor.h"
 #include "platform/ScreenCapture.h"
 #include "platform/linux/AtSpiReader.h"
+#include "platform/linux/XConnection.h"
 #include "platform/linux/XInput.h"
 
 namespace nimbrelle {
-namespace {
-
-QString missingSession()
-{
-    if (isWaylandSession())
-        return QStringLiteral(
-            "当前是 Wayland 会话，程序看不到其他窗口里的鼠标、按键和画面，划词、停留识别和框选都用不了。"
-            "请在登录界面选择 X11（Xorg）会话。");
-    return QStringLiteral("没有连接到可用的 X11 会话，划词、停留识别和框选都用不了。");
-}
-
-} // namespace
-
 GrantState LinuxPermissions::state(Grant grant) const
 {
     const bool isGranted = grant == Grant::accessibility ? m_input.canWatch() : m_capture.isAllowed();
     if (!isGranted)
-        return {false, missingSession()};
-    if (grant == Grant::accessibility && !m_reader.isConnected())
-        return {true, QStringLiteral("辅助功能总线没有打开：划词照常可用，但取不到前后文和网页地址。")};
-    return {true, {}};
+        return missing();
+    return grant == Grant::accessibility ? withoutAccessibilityBus() : GrantState{true, {}};
+}
+
+// X11 has nobody to ask. A new start helps only where our own connection broke.
+GrantState LinuxPermissions::missing() const
+{
+    if (isWaylandSession())
+        return {false,
+            QStringLiteral(
+                "当前是 Wayland 会话，程序看不到其他窗口里的鼠标、按键和画面，划词、停留识别和框选都用不了。"
+                "请在登录界面选择 X11（Xorg）会话。")};
+    const bool isLost = !m_x.isOpen() && !qEnvironmentVariableIsEmpty("DISPLAY");
+    return {.granted = false,
+        .note = QStringLiteral("没有连接到可用的 X11 会话，划词、停留识别和框选都用不了。"),
+        .needsRelaunch = isLost};
+}
+
+GrantState LinuxPermissions::withoutAccessibilityBus() const
+{
+    using Bus = AtSpiReader::Bus;
+    QString note = QStringLiteral("辅助功能总线没有打开：划词照常可用，但取不到前后文和网页地址。");
+    switch (m_reader.bus()) {
+    case Bus::connecting:
+    case Bus::connected:
+        return {true, {}};
+    case Bus::closed:
+        break;
+    case Bus::notInstalled:
+        note += QStringLiteral("系统里没有软件包 at-spi2-core，装好以后才能打开。");
+        break;
+    }
+    return {.granted = true, .note = note, .canRequest = true};
 }
 
 void LinuxPermissions::request(Grant grant)

@@ -7,13 +7,15 @@ namespace nimbrelle {
 class AtSpiReader;
 class InputMonitor;
 class ScreenCapture;
+class XConnection;
 
 /// X11 grants everything to everybody; what can be missing is the X11 session itself, or the accessibility
 /// bus.
 class LinuxPermissions final : public Permissions {
 public:
-    LinuxPermissions(const InputMonitor &input, const ScreenCapture &capture, AtSpiReader &reader)
-        : m_input(input), m_capture(capture), m_reader(reader)
+    LinuxPermissions(
+        const XConnection &x, const InputMonitor &input, const ScreenCapture &capture, AtSpiReader &reader)
+        : m_x(x), m_input(input), m_capture(capture), m_reader(reader)
     {
     }
 
@@ -21,6 +23,10 @@ public:
     void request(Grant grant) override;
 
 private:
+    GrantState missing() const;
+    GrantState withoutAccessibilityBus() const;
+
+    const XConnection &m_x;
     const InputMonitor &m_input;
     const ScreenCapture &m_capture;
     AtSpiReader &m_reader;

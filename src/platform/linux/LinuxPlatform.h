@@ -36,7 +36,7 @@ struct LinuxPlatform {
     XSettings settings{x};
     PortalAppearance appearance{QDBusConnection::sessionBus(), PortalAppearance::guessOfToolkit(), &settings};
     AutostartFile launchAtLogin = AutostartFile::ofThisProgram();
-    LinuxPermissions permissions{input, capture, accessibility};
+    LinuxPermissions permissions{x, input, capture, accessibility};
 };
 
 } // namespace nimbrelle

@@ -2,12 +2,15 @@
 
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
+#include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QThread>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -31,7 +34,8 @@ QString socketName(const QString &dataDirectory)
 
 LinuxSingleInstance::LinuxSingleInstance(const QString &dataDirectory, const QString &runtimeDirectory)
     : m_lockPath(dataDirectory + QStringLiteral("/.instance.lock"))
-    , m_socketPath(runtimeDirectory + socketName(dataDirectory))
+    , m_socketPaths{runtimeDirectory + socketName(dataDirectory), dataDirectory + socketName(dataDirectory),
+          QDir::tempPath() + socketName(dataDirectory)}
 {
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {
@@ -57,11 +61,13 @@ LinuxSingleInstance::~LinuxSingleInstance()
 bool LinuxSingleInstance::claim()
 {
     if (!takeLock()) {
-        tellOther();
+        if (!tellOther())
+            qWarning().noquote() << QStringLiteral("Nimbrelle 已经在运行，但它没有回应。");
         return false;
     }
-    QLocalServer::removeServer(m_socketPath); // what a killed process left; the lock says that it is nobody's
-    m_server.listen(m_socketPath);
+    if (!listen())
+        qWarning().noquote() << QStringLiteral("再启动一次 Nimbrelle 时不会弹出设置窗口：")
+                             << m_server.errorString();
     return true;
 }
 
@@ -73,17 +79,28 @@ bool LinuxSingleInstance::takeLock()
     return m_lock < 0 || ::flock(m_lock, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
+bool LinuxSingleInstance::listen()
+{
+    return std::ranges::any_of(m_socketPaths, [this](const QString &path) {
+        QLocalServer::removeServer(path); // what a killed process left; the lock says that it is nobody's
+        return m_server.listen(path);
+    });
+}
+
 // The other one may have started a moment ago and not listen yet.
-void LinuxSingleInstance::tellOther() const
+bool LinuxSingleInstance::tellOther() const
 {
     const QDeadlineTimer deadline(2s);
     do {
-        QLocalSocket socket;
-        socket.connectToServer(m_socketPath);
-        if (socket.waitForConnected(500))
-            return;
+        for (const QString &path : m_socketPaths) {
+            QLocalSocket socket;
+            socket.connectToServer(path);
+            if (socket.waitForConnected(500))
+                return true;
+        }
         QThread::msleep(50);
     } while (!deadline.hasExpired());
+    return false;
 }
 
 } // namespace nimbrelle

@@ -7,7 +7,8 @@
 namespace nimbrelle {
 
 /// A lock on a file in the data directory, which the kernel lets go when its process ends in whatever way,
-/// and a socket in the user's runtime directory to be told by. Neither needs a session bus.
+/// and a socket to be told by: in the user's runtime directory, or where that won't do in another one.
+/// Neither needs a session bus.
 class LinuxSingleInstance final : public SingleInstance {
     Q_OBJECT
 
@@ -21,10 +22,11 @@ public:
 
 private:
     bool takeLock();
-    void tellOther() const;
+    bool listen();
+    bool tellOther() const;
 
     const QString m_lockPath;
-    const QString m_socketPath;
+    const QStringList m_socketPaths; ///< the first that can be had is taken
     int m_lock = -1;
     QLocalServer m_server;
 };

@@ -37,12 +37,14 @@ void LinuxStatusItem::follow()
 {
     if (m_notifier.hosting() != StatusNotifierItem::Hosting::absent) {
         m_tray.reset();
+        emit seenChanged();
         return;
     }
     m_tray = m_views.makeTray();
     connect(m_tray.get(), &StatusItem::chosen, this, &StatusItem::chosen);
     m_tray->setToolTip(m_toolTipTitle, m_toolTipText);
     m_tray->show(m_source);
+    emit seenChanged();
 }
 
 } // namespace nimbrelle

@@ -102,6 +102,15 @@ QPointF ScreenLayout::pointOf(QPoint pixel) const
     return {spot.left(), spot.bottom()};
 }
 
+QPoint ScreenLayout::toolkitPointOf(QPoint pixel) const
+{
+    const Monitor *monitor = nearest(pixel);
+    if (!monitor)
+        return pixel;
+    const QPoint corner = monitor->frame.topLeft();
+    return corner + (QPointF(pixel - corner) / monitor->scale).toPoint();
+}
+
 QRect ScreenLayout::pixelsOf(quint32 screen, const QRectF &area) const
 {
     const auto monitor =

@@ -48,6 +48,9 @@ public:
     /// Of a pixel on no monitor too: it is then counted from the nearest one, and lies on none.
     QPointF pointOf(QPoint pixel) const;
 
+    /// The same as the toolkit counts: y downward, from the root window's corner.
+    QPoint toolkitPointOf(QPoint pixel) const;
+
     /// The pixels of an area in points relative to the screen's top-left corner, cut to the screen. Null
     /// where nothing is left or the screen is unknown.
     QRect pixelsOf(quint32 screen, const QRectF &area) const;

@@ -40,8 +40,7 @@ public:
     void setTitle(const QString &title) override;
     void setToolTip(const QString &title, const QString &text) override;
 
-    bool isSeen() const override { return m_hosting == Hosting::present; }
-
+    bool isSeen() const override { return m_hosting != Hosting::absent; }
     Hosting hosting() const { return m_hosting; }
 
 signals:

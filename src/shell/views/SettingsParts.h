@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/ConfigStore.h"
+#include "platform/StatusItem.h"
 
 #include <QString>
 
@@ -28,8 +29,8 @@ struct SettingsParts {
     SyncConnection &connection;
     const SyncService &sync;
     Clock &clock;
-    std::function<bool()>
-        hasStatusItem; ///< whether a bar shows it; if not, the windows are reached from here
+    /// Lines of the status menu for a desktop whose bar does not show it; else none.
+    std::function<QList<MenuEntry>()> offers;
     QString configPath; ///< of the file that the settings are kept in
 
     template <class Change> void change(Change change) const

@@ -7,6 +7,7 @@
 #include "shell/SettingsText.h"
 #include "shell/Version.h"
 #include "shell/views/ApplicationChooser.h"
+#include "shell/views/FlowLayout.h"
 #include "shell/views/Switch.h"
 
 #include <QCoreApplication>
@@ -24,6 +25,17 @@ namespace {
 QString nameOf(Grant grant)
 {
     return grant == Grant::accessibility ? u"Accessibility"_s : u"ScreenCapture"_s;
+}
+
+QHBoxLayout *makeGranted(const Theme &theme, Grant grant)
+{
+    auto *state = new QHBoxLayout;
+    state->setSpacing(theme.points(5));
+    state->addWidget(makeIconLabel(theme, Icon::checkCircleFill, 14, theme.colour(Tone::good)));
+    auto *granted = makeLabel(theme, u"已开启"_s, TextType::small, Tone::good);
+    granted->setObjectName(u"granted"_s + nameOf(grant));
+    state->addWidget(granted);
+    return state;
 }
 
 QVBoxLayout *bareColumn(QWidget *holder, int spacing)
@@ -69,6 +81,37 @@ FormRow *makeSwitchRow(
     return row;
 }
 
+OfferRow::OfferRow(const SettingsParts &parts) : m_parts(parts)
+{
+    new FlowLayout(parts.theme.points(8), parts.theme.points(8), this);
+    refresh();
+}
+
+void OfferRow::refresh()
+{
+    const QList<MenuEntry> offers = m_parts.offers();
+    if (std::exchange(m_offers, offers) != offers)
+        rebuild();
+    setVisible(!m_offers.isEmpty());
+}
+
+void OfferRow::rebuild()
+{
+    const QWidget *focus = focusWidget();
+    const QString focused =
+        focus && focus->hasFocus() && isAncestorOf(focus) ? focus->objectName() : QString();
+    qDeleteAll(findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
+    for (const MenuEntry &entry : std::as_const(m_offers)) {
+        auto *button = makeButton(m_parts.theme, u"offer%1"_s.arg(entry.action), entry.title, {});
+        button->setEnabled(entry.isEnabled);
+        connect(button, &QPushButton::clicked, this, [this, entry] { emit chosen(entry); });
+        layout()->addWidget(button);
+        button->show(); // what is not shown yet takes no focus
+        if (button->objectName() == focused)
+            button->setFocus(Qt::OtherFocusReason);
+    }
+}
+
 PermissionSection::PermissionSection(const SettingsParts &parts)
     : m_parts(parts), m_group(new FormGroup(parts.theme))
 {
@@ -91,8 +134,7 @@ void PermissionSection::rebuild()
     const auto missing = std::ranges::find(m_rows, false, &PermissionRow::granted);
     for (int i = 0; i < m_rows.size(); ++i)
         m_group->add(makeRow(i, m_rows.begin() + i == missing));
-    const auto capture = std::ranges::find(m_rows, Grant::screenCapture, &PermissionRow::grant);
-    if (capture != m_rows.end() && !capture->granted)
+    if (std::ranges::any_of(m_rows, &PermissionRow::needsRelaunch))
         m_group->add(makeRelaunchRow());
 }
 
@@ -102,16 +144,10 @@ FormRow *PermissionSection::makeRow(int index, bool isFirstMissing) const
     const PermissionRow &permission = m_rows.at(index);
     auto *row = new FormRow(theme, permission.title, nullptr);
     row->setObjectName(u"permission"_s + nameOf(permission.grant));
-    if (permission.granted) {
-        auto *state = new QHBoxLayout;
-        state->setSpacing(theme.points(5));
-        state->addWidget(makeIconLabel(theme, Icon::checkCircleFill, 14, theme.colour(Tone::good)));
-        auto *granted = makeLabel(theme, u"已开启"_s, TextType::small, Tone::good);
-        granted->setObjectName(u"granted"_s + nameOf(permission.grant));
-        state->addWidget(granted);
-        row->line()->addLayout(state);
-    } else {
-        auto *button = makeButton(theme, u"grant"_s + nameOf(permission.grant), u"去开启"_s,
+    if (permission.granted)
+        row->line()->addLayout(makeGranted(theme, permission.grant));
+    if (!permission.request.isEmpty()) {
+        auto *button = makeButton(theme, u"grant"_s + nameOf(permission.grant), permission.request,
             {isFirstMissing ? ButtonKind::primary : ButtonKind::outlined});
         button->setAccessibleDescription(permission.title);
         QObject::connect(button, &QPushButton::clicked, button,

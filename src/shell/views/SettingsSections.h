@@ -9,6 +9,25 @@ namespace nimbrelle {
 
 class Switch;
 
+/// The ways to the program's other windows, where there is no bar to have them; looked at again by refresh().
+class OfferRow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit OfferRow(const SettingsParts &parts);
+
+    void refresh();
+
+signals:
+    void chosen(const nimbrelle::MenuEntry &entry);
+
+private:
+    void rebuild();
+
+    const SettingsParts &m_parts;
+    QList<MenuEntry> m_offers;
+};
+
 /// The grants; looked at again by refresh().
 class PermissionSection : public QWidget {
     Q_OBJECT

@@ -47,10 +47,9 @@ SettingsView::SettingsView(const SettingsParts &parts, QWidget *parent)
     rebuild();
 }
 
-void SettingsView::setOffersWindows(bool offers)
+void SettingsView::refreshOffers()
 {
-    m_offersWindows = offers;
-    m_offers->setVisible(offers);
+    m_offers->refresh();
 }
 
 void SettingsView::showEvent(QShowEvent *)
@@ -68,7 +67,7 @@ void SettingsView::look()
 {
     m_permissions->refresh();
     m_start->refresh();
-    setOffersWindows(!m_parts.hasStatusItem());
+    m_offers->refresh();
 }
 
 /// In new colours; the user stays at the same place.
@@ -83,7 +82,6 @@ void SettingsView::rebuild()
     m_sync->show();
     m_scroll->viewport()->setAutoFillBackground(false);
     m_scroll->widget()->setAutoFillBackground(false);
-    setOffersWindows(m_offersWindows);
     m_scroll->verticalScrollBar()->setValue(place);
     if (QWidget *next = focused.isEmpty() ? nullptr : findChild<QWidget *>(focused))
         next->setFocus(Qt::OtherFocusReason);
@@ -104,36 +102,17 @@ QWidget *SettingsView::makePage()
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(theme.points(sectionGap));
 
-    m_offers = makeOffers();
+    m_offers = new OfferRow(m_parts);
+    connect(m_offers, &OfferRow::chosen, this, &SettingsView::offerChosen);
     m_permissions = new PermissionSection(m_parts);
     m_start = new StartSection(m_parts);
-    for (QWidget *section : {m_offers, static_cast<QWidget *>(m_permissions),
+    for (QWidget *section : {static_cast<QWidget *>(m_offers), static_cast<QWidget *>(m_permissions),
              makeKeySection(m_parts, m_isAdvancedOpen), static_cast<QWidget *>(m_start),
              makeLookupSection(m_parts), makeStudySection(m_parts), makeNotebookSection(),
              makeSection(theme, u"同步"_s, m_sync), static_cast<QWidget *>(new ExclusionSection(m_parts))})
         column->addWidget(section);
     column->addStretch();
     return page;
-}
-
-QWidget *SettingsView::makeOffers()
-{
-    const Theme &theme = m_parts.theme;
-    auto *offers = new QWidget;
-    auto *row = new QHBoxLayout(offers);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme.points(8));
-    const auto offer = [&](const QString &name, const QString &text, void (SettingsView::*asked)()) {
-        auto *button = makeButton(theme, name, text, {});
-        connect(button, &QPushButton::clicked, this, asked);
-        row->addWidget(button);
-    };
-    offer(u"offerReview"_s, u"复习"_s, &SettingsView::reviewRequested);
-    offer(u"offerWords"_s, u"生词本"_s, &SettingsView::wordsRequested);
-    offer(u"offerAddWord"_s, u"查词"_s, &SettingsView::addWordRequested);
-    offer(u"offerCoach"_s, u"AI 教练"_s, &SettingsView::coachRequested);
-    row->addStretch();
-    return offers;
 }
 
 QWidget *SettingsView::makeNotebookSection()

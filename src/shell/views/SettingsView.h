@@ -9,6 +9,7 @@ class QScrollArea;
 
 namespace nimbrelle {
 
+class OfferRow;
 class PermissionSection;
 class StartSection;
 class SyncSection;
@@ -20,14 +21,13 @@ class SettingsView : public QWidget {
 public:
     explicit SettingsView(const SettingsParts &parts, QWidget *parent = nullptr);
 
-    /// The ways to the program's windows, for a desktop that shows no status item.
-    void setOffersWindows(bool offers);
+    /// Shows the ways to the program's windows, where there are any on offer.
+    void refreshOffers();
 
 signals:
-    void reviewRequested();
     void wordsRequested();
     void addWordRequested();
-    void coachRequested();
+    void offerChosen(const nimbrelle::MenuEntry &entry);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -36,7 +36,6 @@ protected:
 private:
     void rebuild();
     QWidget *makePage();
-    QWidget *makeOffers();
     QWidget *makeNotebookSection();
     void look();
 
@@ -45,8 +44,7 @@ private:
     PermissionSection *m_permissions = nullptr;
     StartSection *m_start = nullptr;
     SyncSection *m_sync;
-    QWidget *m_offers = nullptr;
-    bool m_offersWindows = false;
+    OfferRow *m_offers = nullptr;
     bool m_isAdvancedOpen = false;
     Recheck m_recheck;
 };

@@ -15,8 +15,8 @@ class StatusPopup : public QMenu {
 public:
     explicit StatusPopup(const Theme &theme, QWidget *parent = nullptr);
 
-    /// Beside what was clicked, in pixels of the screen, on the side where there is room, so that a second
-    /// click meets no line; where that is not known (an empty rectangle), at the pointer.
+    /// Beside what was clicked, in the toolkit's coordinates, on the side where there is room, so that a
+    /// second click meets no line; where that is not known (an empty rectangle), at the pointer.
     void popUp(const QList<MenuEntry> &entries, const QRect &clicked);
 
 signals:

@@ -45,6 +45,14 @@ TEST(ScreenLayout, PixelsBecomePointsOfTheScreenThatShowsThem)
     }
 }
 
+TEST(ScreenLayout, TheToolkitDividesOnlyWhatLiesInsideAMonitor)
+{
+    EXPECT_EQ(layout.toolkitPointOf({3199, 1519}), QPoint(3199, 1519));
+    EXPECT_EQ(layout.toolkitPointOf({3200, 10}), QPoint(2560, 5));
+    EXPECT_EQ(layout.toolkitPointOf({2020, 100}), QPoint(1970, 50));
+    EXPECT_EQ(ScreenLayout().toolkitPointOf({3, 4}), QPoint(3, 4));
+}
+
 TEST(ScreenLayout, AnAreaOfAScreenIsCutToItsPixels)
 {
     EXPECT_EQ(layout.pixelsOf(1, {10, 20, 760, 200}), QRect(1930, 740, 760, 200));

@@ -84,6 +84,18 @@ TEST_F(SingleInstanceTest, WhatAKilledProcessLeftHoldsNobodyUp)
     EXPECT_TRUE(reopened.wait());
 }
 
+TEST_F(SingleInstanceTest, WithoutARuntimeDirectoryTheFirstIsToldElsewhere)
+{
+    const auto startWithout = [this] {
+        return std::make_unique<LinuxSingleInstance>(data(u"a"_s), folder.filePath(u"missing"_s));
+    };
+    const auto first = startWithout();
+    QSignalSpy reopened(first.get(), &SingleInstance::reopened);
+    EXPECT_TRUE(first->claim());
+    EXPECT_FALSE(startWithout()->claim());
+    EXPECT_TRUE(reopened.wait());
+}
+
 TEST_F(SingleInstanceTest, ADirectoryThatCannotBeLockedIsNoReasonNotToStart)
 {
     EXPECT_TRUE(start(folder.filePath(u"missing"_s))->claim());

@@ -1,3 +1,4 @@
+#include "shell/StatusMenu.h"
 #include "shell/views/ApplicationChooser.h"
 #include "shell/views/SettingsStage.h"
 
@@ -91,7 +92,9 @@ TEST_P(SettingsLook, NothingIsCutOff)
     stage.at("syncCode").setFocus();
     QTest::keyClicks(&stage.at("syncCode"), u"https://x"_s);
     stage.press("connectSync");
-    stage.view.setOffersWindows(true);
+    stage.offers =
+        StatusMenu::offers(StatusMenu::entries({.spellPracticeCount = 6, .journeyInstalled = true}));
+    stage.view.refreshOffers();
     look(u"page"_s, true);
     stage.link();
     stage.press("toggleQr");

@@ -118,9 +118,9 @@ struct SettingsStage {
             copied.append(text);
             copySecret(text);
         }};
-    bool hasStatusItem = true;
+    QList<MenuEntry> offers;
     SettingsView view{{theme, notebook.config, notebook.store, permissionModel, keyTest, excluded, connection,
-        sync, notebook.clock, [this] { return hasStatusItem; },
+        sync, notebook.clock, [this] { return offers; },
         QStringLiteral("/home/li/.local/share/Nimbrelle/config.json")}};
 };
 

@@ -1,6 +1,7 @@
 #include "platform/linux/desktop/Stage.h"
 #include "support/Printers.h"
 
+#include <QDBusConnectionInterface>
 #include <QElapsedTimer>
 
 #include <csignal>
@@ -169,6 +170,22 @@ TEST_P(AccessibleSelection, AHungProgramDelaysNoLongerThanTold)
 const Editor gtkEditor{"mousepad", {QStringLiteral("--disable-server")}, QStringLiteral("Mousepad")};
 const Editor qtEditor{"featherpad", {QStringLiteral("--standalone")}, QStringLiteral("FeatherPad")};
 const auto editorName = [](const auto &each) { return std::string(each.param.program); };
+
+TEST_F(Desktop, AnAccessibilityBusThatHasGoneIsToldAndOpenedAgainWhenAskedFor)
+{
+    EXPECT_EQ(platform.permissions.state(Grant::accessibility), (GrantState{true, {}}));
+    const auto launcher =
+        QDBusConnection::sessionBus().interface()->servicePid(QStringLiteral("org.a11y.Bus"));
+    ASSERT_TRUE(launcher.isValid());
+    ASSERT_EQ(::kill(static_cast<pid_t>(launcher.value()), SIGTERM), 0);
+    const auto isOffered = [&] { return platform.permissions.state(Grant::accessibility).canRequest; };
+    ASSERT_TRUE(QTest::qWaitFor(isOffered));
+    EXPECT_TRUE(platform.permissions.state(Grant::accessibility).granted) << "selections can still be read";
+    platform.permissions.request(Grant::accessibility);
+    EXPECT_FALSE(isOffered());
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return platform.accessibility.bus() == AtSpiReader::Bus::connected; }, 10000));
+}
 
 INSTANTIATE_TEST_SUITE_P(In, Selection, testing::Values(gtkEditor, qtEditor), editorName);
 // The other one's toolkit does not come to the accessibility bus at each start.

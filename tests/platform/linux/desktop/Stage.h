@@ -56,7 +56,8 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor([&] {
             return !platform.x.values(platform.x.root(), platform.x.atom("_NET_SUPPORTING_WM_CHECK")).empty();
         })) << "no window manager";
-        ASSERT_TRUE(QTest::qWaitFor([&] { return platform.accessibility.isConnected(); }, 10000));
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] { return platform.accessibility.bus() == AtSpiReader::Bus::connected; }, 10000));
         platform.input.start();
         platform.pointer.location(); // a round trip: the server now knows what we listen for
     }
