@@ -182,11 +182,13 @@ void ReadText::wheelEvent(QWheelEvent *event)
 
 void ReadText::contextMenuEvent(QContextMenuEvent *event)
 {
-    QMenu menu(this);
-    QAction *copyAction = menu.addAction(u"复制"_s, this, &QTextEdit::copy);
+    auto *menu = new QMenu(this); // not awaited, for an answer may take the text away meanwhile
+    menu->setObjectName(u"textMenu"_s);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction *copyAction = menu->addAction(u"复制"_s, this, &QTextEdit::copy);
     copyAction->setEnabled(textCursor().hasSelection());
-    menu.addAction(u"全选"_s, this, &QTextEdit::selectAll);
-    menu.exec(event->globalPos());
+    menu->addAction(u"全选"_s, this, &QTextEdit::selectAll);
+    menu->popup(event->globalPos());
 }
 
 QString cutToLines(const QString &text, const QFont &font, int width, int lines)
