@@ -27,6 +27,11 @@ ReadText::ReadText(const Theme &theme, Look look, QWidget *parent)
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(0);
     document()->setUndoRedoEnabled(false);
+    // A mere click leaves the keyboard where the user types.
+    connect(this, &QTextEdit::copyAvailable, this, [this](bool hasSelection) {
+        if (hasSelection)
+            setFocus(Qt::MouseFocusReason);
+    });
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -178,6 +183,14 @@ QSize ReadText::minimumSizeHint() const
 void ReadText::wheelEvent(QWheelEvent *event)
 {
     event->ignore(); // whatever holds us scrolls
+}
+
+void ReadText::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy) || event->matches(QKeySequence::SelectAll))
+        QTextEdit::keyPressEvent(event);
+    else
+        event->ignore(); // the window's
 }
 
 void ReadText::contextMenuEvent(QContextMenuEvent *event)
