@@ -48,8 +48,15 @@ TEST_F(KeyTestTest, ShowsWhatFailedAndForgetsItAtTheNextStart)
     ai.fail(AIError(AIError::Kind::unauthorized));
     EXPECT_EQ(test.result(), (KeyTest::Result{false, AIError(AIError::Kind::unauthorized).text()}));
     setKey(u"sk-2"_s);
-    test.start();
     EXPECT_EQ(test.result(), std::nullopt);
+    test.start();
+    setKey(u"sk-3"_s); // of which the answer to come would tell nothing
+    EXPECT_FALSE(test.isRunning());
+    EXPECT_EQ(ai.waiting(), 0);
+    setKey(u"sk-2"_s);
+    test.start();
+    notebook.configure([](AppConfig &config) { config.learningSlots = 8; });
+    EXPECT_TRUE(test.isRunning());
     EXPECT_EQ(ai.calls().last().config.apiKey, u"sk-2"_s);
 }
 

@@ -44,6 +44,11 @@ int QuestionBody::room() const
     return m_width - 2 * m_parts.theme.points(reviewMargin);
 }
 
+void QuestionBody::scroll(QAbstractSlider::SliderAction action)
+{
+    m_scroll->verticalScrollBar()->triggerAction(action);
+}
+
 void QuestionBody::add(QVBoxLayout &rows, QWidget *widget, double gap) const
 {
     if (!widget)

@@ -1,10 +1,13 @@
 #include "shell/views/Controls.h"
 
+#include "shell/views/Typing.h"
+
 #include <QFrame>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
 #include <QTextDocument>
 
@@ -40,6 +43,7 @@ constexpr double iconBesideText = 14;
 constexpr double gapBesideIcon = 6;
 constexpr int gapOfStyle = 4; // whatever the size of the text
 constexpr double fieldHeight = 32;
+constexpr double screenShare = 0.9;
 
 double devicePixelRatio()
 {
@@ -134,6 +138,7 @@ QLineEdit *makeField(const Theme &theme, const QString &name, const QString &wha
     field->setProperty("kind", u"field"_s);
     field->setFont(theme.font(TextType::text));
     field->setMinimumHeight(theme.points(fieldHeight));
+    new ComposingGuard(*field);
     return field;
 }
 
@@ -179,6 +184,15 @@ QLabel *makeChipLabel(const Theme &theme, const QString &text)
     return label;
 }
 
+void takeAway(QWidget *widget)
+{
+    if (!widget)
+        return;
+    widget->hide();
+    widget->setParent(nullptr);
+    widget->deleteLater();
+}
+
 QFrame *makeLine()
 {
     QFrame *line = makeArea(u"line"_s);
@@ -191,6 +205,12 @@ QFrame *makeArea(const QString &kind)
     auto *area = new QFrame;
     area->setProperty("kind", kind);
     return area;
+}
+
+QSize boundedByScreen(const QWidget &window, QSize wished)
+{
+    const QScreen *screen = window.screen();
+    return screen ? wished.boundedTo(screen->availableSize() * screenShare) : wished;
 }
 
 void setPlainToolTip(QWidget &widget, const QString &text)

@@ -54,10 +54,17 @@ QLabel *makeCapsule(const Theme &theme, const QString &text, Tint tint);
 /// A grey one, for a thing that can't be pressed.
 QLabel *makeChipLabel(const Theme &theme, const QString &text);
 
+/// Removes a widget, or nothing for null, from what is seen and found by name. It is deleted only later,
+/// since what was pressed may be in it.
+void takeAway(QWidget *widget);
+
 /// A hairline from side to side.
 QFrame *makeLine();
 /// An empty area of a kind that the style sheet knows.
 QFrame *makeArea(const QString &kind);
+
+/// As much of a window's wished size as the screen that the user looks at has room for.
+QSize boundedByScreen(const QWidget &window, QSize wished);
 
 void setPlainToolTip(QWidget &widget, const QString &text);
 

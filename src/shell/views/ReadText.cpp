@@ -27,6 +27,11 @@ ReadText::ReadText(const Theme &theme, Look look, QWidget *parent)
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(0);
     document()->setUndoRedoEnabled(false);
+    // A mere click leaves the keyboard where the user types.
+    connect(this, &QTextEdit::copyAvailable, this, [this](bool hasSelection) {
+        if (hasSelection)
+            setFocus(Qt::MouseFocusReason);
+    });
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -194,13 +199,23 @@ void ReadText::wheelEvent(QWheelEvent *event)
     event->ignore(); // whatever holds us scrolls
 }
 
+void ReadText::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy) || event->matches(QKeySequence::SelectAll))
+        QTextEdit::keyPressEvent(event);
+    else
+        event->ignore(); // the window's
+}
+
 void ReadText::contextMenuEvent(QContextMenuEvent *event)
 {
-    QMenu menu(this);
-    QAction *copyAction = menu.addAction(u"复制"_s, this, &QTextEdit::copy);
+    auto *menu = new QMenu(this); // not awaited, for an answer may take the text away meanwhile
+    menu->setObjectName(u"textMenu"_s);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction *copyAction = menu->addAction(u"复制"_s, this, &QTextEdit::copy);
     copyAction->setEnabled(textCursor().hasSelection());
-    menu.addAction(u"全选"_s, this, &QTextEdit::selectAll);
-    menu.exec(event->globalPos());
+    menu->addAction(u"全选"_s, this, &QTextEdit::selectAll);
+    menu->popup(event->globalPos());
 }
 
 QString cutToLines(const QString &text, const QFont &font, int width, int lines)

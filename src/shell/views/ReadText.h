@@ -12,7 +12,8 @@
 namespace nimbrelle {
 
 /// Text to read and to select: wraps, and keeps an exact distance of lines whatever scripts they mix. It is
-/// as high as its text, so it never scrolls.
+/// as high as its text, so it never scrolls. Has the focus, if at all, while something is selected, and
+/// leaves all keys but those that copy and select to its window.
 class ReadText : public QTextEdit {
     Q_OBJECT
 
@@ -44,6 +45,7 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
 

@@ -135,10 +135,7 @@ void Theme::setScheme(Scheme scheme)
 
 void Theme::setStill(bool still)
 {
-    if (m_isStill == still)
-        return;
     m_isStill = still;
-    emit changed();
 }
 
 int Theme::points(double count) const

@@ -55,7 +55,8 @@ public:
 
     Scheme scheme() const { return m_scheme; }
     void setScheme(Scheme scheme);
-    /// Whether the desktop asks for nothing to move.
+    /// Whether the desktop asks for nothing to move. Whatever moves asks when it does; no change of it is
+    /// told.
     bool isStill() const { return m_isStill; }
     void setStill(bool still);
 
