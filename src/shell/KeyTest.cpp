@@ -13,11 +13,17 @@ QString textOf(const std::exception &error)
     return ours ? ours->text() : QString::fromUtf8(error.what());
 }
 
+bool asksAlike(const AppConfig &one, const AppConfig &other)
+{
+    return one.apiKey == other.apiKey && one.baseURL == other.baseURL && one.model == other.model;
+}
+
 } // namespace
 
 KeyTest::KeyTest(const ConfigStore &config, AIClientFactory makeClient)
     : m_config(config), m_makeClient(std::move(makeClient))
 {
+    connect(&config, &ConfigStore::configChanged, this, &KeyTest::forgetOther);
 }
 
 bool KeyTest::canStart() const
@@ -29,10 +35,22 @@ void KeyTest::start()
 {
     if (!canStart())
         return;
+    m_tested = m_config.config();
     m_isRunning = true;
     m_result.reset();
     emit changed();
     run(m_makeClient(m_config.config()), m_task.renew());
+}
+
+/// What was told of other settings says nothing of these.
+void KeyTest::forgetOther()
+{
+    if ((!m_isRunning && !m_result) || asksAlike(m_tested, m_config.config()))
+        return;
+    m_isRunning = false;
+    m_result.reset();
+    m_task.cancel();
+    emit changed();
 }
 
 QCoro::Task<> KeyTest::run(std::unique_ptr<AIClient> client, std::stop_token stop)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ai/AIClient.h"
+#include "frame/AppConfig.h"
 #include "frame/TaskSlot.h"
 
 #include <QObject>
@@ -28,7 +29,7 @@ public:
     /// False while a test runs or without a key; start() does nothing then.
     bool canStart() const;
     void start();
-    /// Of the last test; absent before the first and while one runs.
+    /// Of the last test; absent before the first, while one runs, and once what it tested is changed.
     const std::optional<Result> &result() const { return m_result; }
 
 signals:
@@ -39,6 +40,9 @@ private:
 
     const ConfigStore &m_config;
     const AIClientFactory m_makeClient;
+    void forgetOther();
+
+    AppConfig m_tested; ///< the settings of the last test
     bool m_isRunning = false;
     std::optional<Result> m_result;
     TaskSlot m_task;

@@ -47,10 +47,28 @@ TEST_F(KeyTestTest, ShowsWhatFailedAndForgetsItAtTheNextStart)
     test.start();
     ai.fail(AIError(AIError::Kind::unauthorized));
     EXPECT_EQ(test.result(), (KeyTest::Result{false, AIError(AIError::Kind::unauthorized).text()}));
-    setKey(u"sk-2"_s);
     test.start();
     EXPECT_EQ(test.result(), std::nullopt);
+    setKey(u"sk-2"_s);
+    test.start();
     EXPECT_EQ(ai.calls().last().config.apiKey, u"sk-2"_s);
+}
+
+TEST_F(KeyTestTest, TellsNothingOfSettingsThatAreNoMore)
+{
+    setKey(u"sk-1"_s);
+    test.start();
+    ai.reply(Notebook::explained("reluctant"));
+    notebook.configure([](AppConfig &config) { config.sessionSize += 5; });
+    EXPECT_TRUE(test.result());
+    notebook.configure([](AppConfig &config) { config.model += u'x'; });
+    EXPECT_EQ(test.result(), std::nullopt);
+
+    test.start();
+    setKey(u"sk-2"_s);
+    EXPECT_FALSE(test.isRunning());
+    EXPECT_TRUE(test.canStart());
+    EXPECT_EQ(test.result(), std::nullopt);
 }
 
 TEST(KeyTest, MayGoWhileItRuns)
