@@ -24,6 +24,8 @@ public:
     /// Whether there is a generator.
     bool isInstalled() const;
 
+    bool isUpdating() const { return m_generator.state() != QProcess::NotRunning; }
+
     /// Runs the generator, if there is one, as a process of its own; updated() follows. While it runs, a
     /// further call does nothing.
     void update();
