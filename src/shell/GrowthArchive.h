@@ -17,7 +17,6 @@ public:
     /// Ends a generator that still runs.
     ~GrowthArchive() override;
 
-    QString folder() const { return m_folder; }
     QString script() const;
     QString report() const;
 

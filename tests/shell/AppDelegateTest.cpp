@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -210,7 +211,7 @@ TEST_F(Shell, ExcludesTheProgramThatWasInFrontWhenTheMenuOpened)
 /// With the growth archive's folder beside that of the data files.
 class Archive : public Shell {
 protected:
-    Archive() { QDir().mkpath(archive.folder() + u"/程序"_s); }
+    Archive() { QDir().mkpath(QFileInfo(archive.script()).path()); }
 
     void write(const QString &path, const QByteArray &text)
     {
