@@ -214,6 +214,7 @@ QList<MenuEntry> AppDelegate::menuEntries() const
         .spellPracticeCount = m_world.words.spellPracticeCount(),
         .wordCount = m_world.words.entries().size(),
         .journeyInstalled = journeyInstalled(),
+        .isJourneyUpdating = m_archive.isUpdating(),
         .isAccessible = isAccessible(),
         .launchesAtLogin = m_world.permissionModel.launchAtLogin(),
         .front = m_world.front.current(),

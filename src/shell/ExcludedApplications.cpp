@@ -9,19 +9,13 @@ ExcludedApplications::ExcludedApplications(ConfigStore &config, const InstalledA
 {
 }
 
-const QList<InstalledApplication> &ExcludedApplications::known() const
-{
-    if (!m_known)
-        m_known = m_installed.all();
-    return *m_known;
-}
-
 QList<ExcludedApplications::Row> ExcludedApplications::rows() const
 {
+    const auto known = m_known.value_or(QList<InstalledApplication>());
     QList<Row> rows;
     for (const QString &bundleID : m_config.config().excludedBundleIDs) {
         QStringList names;
-        for (const InstalledApplication &application : known())
+        for (const InstalledApplication &application : known)
             if (application.bundleID == bundleID && !names.contains(application.name))
                 names.append(application.name);
         rows.append({bundleID, names.isEmpty() ? bundleID : names.join(u'、')});
@@ -31,7 +25,7 @@ QList<ExcludedApplications::Row> ExcludedApplications::rows() const
 
 QList<InstalledApplication> ExcludedApplications::candidates() const
 {
-    QList<InstalledApplication> left = known();
+    QList<InstalledApplication> left = m_known.value_or(QList<InstalledApplication>());
     left.removeIf([&](const InstalledApplication &application) {
         return m_config.config().excludedBundleIDs.contains(application.bundleID);
     });

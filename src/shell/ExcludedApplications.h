@@ -13,29 +13,28 @@ public:
 
     struct Row {
         QString bundleID;
-        QString name; ///< of the installed programs that it stands for, else the identifier itself
+        QString name; ///< of the installed programs that it stands for, where known; else the identifier
 
         bool operator==(const Row &) const = default;
     };
     /// In the order of the settings.
     QList<Row> rows() const;
 
-    /// The installed programs that are not excluded yet.
+    /// The known programs that are not excluded yet.
     QList<InstalledApplication> candidates() const;
 
     /// Excluding one that is already excluded, or removing one that is not, does nothing.
     void exclude(const QString &bundleID);
     void remove(const QString &bundleID);
 
-    /// Looks again for what is installed, at the next question.
-    void refresh() { m_known.reset(); }
+    /// Looks for what is installed, which may take a moment; nothing is known before the first time.
+    void refresh() { m_known = m_installed.all(); }
+    bool isKnown() const { return m_known.has_value(); }
 
 private:
-    const QList<InstalledApplication> &known() const;
-
     ConfigStore &m_config;
     const InstalledApplications &m_installed;
-    mutable std::optional<QList<InstalledApplication>> m_known;
+    std::optional<QList<InstalledApplication>> m_known;
 };
 
 } // namespace nimbrelle

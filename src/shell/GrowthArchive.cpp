@@ -52,7 +52,7 @@ bool GrowthArchive::isInstalled() const
 
 void GrowthArchive::update()
 {
-    if (m_generator.state() != QProcess::NotRunning)
+    if (isUpdating())
         return;
     if (isInstalled())
         m_generator.start(QStringLiteral("/usr/bin/python3"), {script()});

@@ -17,12 +17,13 @@ public:
     /// Ends a generator that still runs.
     ~GrowthArchive() override;
 
-    QString folder() const { return m_folder; }
     QString script() const;
     QString report() const;
 
     /// Whether there is a generator.
     bool isInstalled() const;
+
+    bool isUpdating() const { return m_generator.state() != QProcess::NotRunning; }
 
     /// Runs the generator, if there is one, as a process of its own; updated() follows. While it runs, a
     /// further call does nothing.

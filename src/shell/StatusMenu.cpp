@@ -62,12 +62,20 @@ QList<MenuEntry> learningBlock(const State &state)
     return block;
 }
 
+MenuEntry journeyItem(bool isUpdating)
+{
+    MenuEntry entry =
+        item(Action::showJourney, isUpdating ? u"成长档案（正在生成…）"_s : u"成长档案"_s, u"book.pages"_s);
+    entry.isEnabled = !isUpdating;
+    return entry;
+}
+
 QList<MenuEntry> notebookBlock(const State &state)
 {
     QList<MenuEntry> block{item(Action::showWords, u"生词本（%1 个）"_s.arg(state.wordCount)),
         item(Action::showAddWord, u"查词"_s, u"magnifyingglass"_s, u"n"_s)};
     if (state.journeyInstalled)
-        block.append(item(Action::showJourney, u"成长档案"_s, u"book.pages"_s));
+        block.append(journeyItem(state.isJourneyUpdating));
     return block;
 }
 

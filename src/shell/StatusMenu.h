@@ -38,6 +38,7 @@ struct State {
     qint64 spellPracticeCount = 0;
     qint64 wordCount = 0;
     bool journeyInstalled = false;
+    bool isJourneyUpdating = false;
     bool isAccessible = false;
     bool launchesAtLogin = false;
     std::optional<Application> front;

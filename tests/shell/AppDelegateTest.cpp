@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -210,7 +211,7 @@ TEST_F(Shell, ExcludesTheProgramThatWasInFrontWhenTheMenuOpened)
 /// With the growth archive's folder beside that of the data files.
 class Archive : public Shell {
 protected:
-    Archive() { QDir().mkpath(archive.folder() + u"/程序"_s); }
+    Archive() { QDir().mkpath(QFileInfo(archive.script()).path()); }
 
     void write(const QString &path, const QByteArray &text)
     {
@@ -240,9 +241,11 @@ TEST_F(Archive, RunsTheGeneratorAndOpensItsReport)
         "pathlib.Path(sys.argv[0]).parents[1].joinpath('成长档案.html').write_text('x' * 7)\n");
     EXPECT_TRUE(item.click(u"成长档案"_s));
     EXPECT_THAT(windows.calls, IsEmpty()) << "nobody waits for the generator";
+    EXPECT_THAT(item.openMenu(), Contains(u"成长档案（正在生成…）"_s));
     delegate.showJourney();
     EXPECT_TRUE(waitUntil([&] { return !windows.calls.isEmpty(); }));
     EXPECT_THAT(windows.take(), ElementsAre(archive.report())) << "two clicks open it once";
+    EXPECT_THAT(item.openMenu(), Contains(u"成长档案"_s));
     EXPECT_EQ(QFile(archive.report()).size(), 7);
 }
 

@@ -24,6 +24,9 @@ TEST(ExcludedApplications, AreNamedAsTheyAreInstalled)
     notebook.configure([](AppConfig &config) {
         config.excludedBundleIDs = QStringList{u"gone"_s, u"files"_s};
     });
+    EXPECT_THAT(excluded.rows(), ElementsAre(Row{u"gone"_s, u"gone"_s}, Row{u"files"_s, u"files"_s}))
+        << "nobody has looked yet";
+    excluded.refresh();
     EXPECT_THAT(
         excluded.rows(), ElementsAre(Row{u"gone"_s, u"gone"_s}, Row{u"files"_s, u"Nautilus、Thunar"_s}));
     EXPECT_THAT(excluded.candidates(), ElementsAre(installed.applications[2]));

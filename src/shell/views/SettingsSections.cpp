@@ -2,7 +2,6 @@
 
 #include "card/views/WordLines.h"
 #include "frame/Text.h"
-#include "shell/ExcludedApplications.h"
 #include "shell/KeyTest.h"
 #include "shell/SettingsText.h"
 #include "shell/Version.h"
@@ -290,17 +289,25 @@ ExclusionSection::ExclusionSection(const SettingsParts &parts)
 
 void ExclusionSection::rebuildIfChanged()
 {
-    if (m_shown != m_parts.config.config().excludedBundleIDs)
+    if (m_shown != m_parts.excluded.rows())
         rebuild();
+}
+
+void ExclusionSection::findNames()
+{
+    if (m_parts.excluded.isKnown())
+        return;
+    m_parts.excluded.refresh();
+    rebuildIfChanged();
 }
 
 void ExclusionSection::rebuild()
 {
     const QWidget *focus = focusWidget();
     const bool hadFocus = focus && focus->hasFocus() && isAncestorOf(focus);
-    m_shown = m_parts.config.config().excludedBundleIDs;
+    m_shown = m_parts.excluded.rows();
     m_group->clear();
-    for (const ExcludedApplications::Row &application : m_parts.excluded.rows()) {
+    for (const ExcludedApplications::Row &application : std::as_const(m_shown)) {
         auto *button = makeButton(m_parts.theme, u"remove"_s, u"移除"_s, {ButtonKind::soft});
         button->setAccessibleName(u"移除 "_s + application.name);
         connect(button, &QPushButton::clicked, this,
@@ -329,6 +336,7 @@ FormRow *ExclusionSection::makeAddRow()
 void ExclusionSection::choose()
 {
     m_parts.excluded.refresh();
+    rebuildIfChanged();
     auto *chooser = new ApplicationChooser(m_parts.theme, m_parts.excluded.candidates(), this);
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     connect(chooser, &ApplicationChooser::chosen, this,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screen/PermissionModel.h"
+#include "shell/ExcludedApplications.h"
 #include "shell/views/Form.h"
 #include "shell/views/SettingsParts.h"
 
@@ -70,7 +71,11 @@ class ExclusionSection : public QWidget {
     Q_OBJECT
 
 public:
+    /// Shows identifiers where the installed programs are not known yet.
     explicit ExclusionSection(const SettingsParts &parts);
+
+    /// Looks for the programs' names, if that has not been done.
+    void findNames();
 
 private:
     void rebuild();
@@ -80,7 +85,7 @@ private:
 
     const SettingsParts &m_parts;
     FormGroup *m_group;
-    QStringList m_shown;
+    QList<ExcludedApplications::Row> m_shown;
 };
 
 /// A row with a switch that is bound to a setting.

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTimer>
 
 namespace nimbrelle {
 
@@ -63,6 +64,12 @@ void SettingsView::hideEvent(QHideEvent *)
     m_recheck.stop();
 }
 
+void SettingsView::paintEvent(QPaintEvent *)
+{
+    if (!m_parts.excluded.isKnown()) // reading them all must not hold up the first picture
+        QTimer::singleShot(0, m_exclusions, &ExclusionSection::findNames);
+}
+
 void SettingsView::look()
 {
     m_permissions->refresh();
@@ -106,10 +113,11 @@ QWidget *SettingsView::makePage()
     connect(m_offers, &OfferRow::chosen, this, &SettingsView::offerChosen);
     m_permissions = new PermissionSection(m_parts);
     m_start = new StartSection(m_parts);
+    m_exclusions = new ExclusionSection(m_parts);
     for (QWidget *section : {static_cast<QWidget *>(m_offers), static_cast<QWidget *>(m_permissions),
              makeKeySection(m_parts, m_isAdvancedOpen), static_cast<QWidget *>(m_start),
              makeLookupSection(m_parts), makeStudySection(m_parts), makeNotebookSection(),
-             makeSection(theme, u"同步"_s, m_sync), static_cast<QWidget *>(new ExclusionSection(m_parts))})
+             makeSection(theme, u"同步"_s, m_sync), static_cast<QWidget *>(m_exclusions)})
         column->addWidget(section);
     column->addStretch();
     return page;

@@ -9,6 +9,7 @@ class QScrollArea;
 
 namespace nimbrelle {
 
+class ExclusionSection;
 class OfferRow;
 class PermissionSection;
 class StartSection;
@@ -32,6 +33,7 @@ signals:
 protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void rebuild();
@@ -43,6 +45,7 @@ private:
     QScrollArea *m_scroll;
     PermissionSection *m_permissions = nullptr;
     StartSection *m_start = nullptr;
+    ExclusionSection *m_exclusions = nullptr;
     SyncSection *m_sync;
     OfferRow *m_offers = nullptr;
     bool m_isAdvancedOpen = false;

@@ -20,8 +20,6 @@ public:
 
     bool isSeen() const override { return QSystemTrayIcon::isSystemTrayAvailable(); }
 
-    StatusPopup &menu() { return m_popup; }
-
 private:
     void open(QSystemTrayIcon::ActivationReason reason);
 

@@ -58,10 +58,6 @@ QScrollBar::handle:vertical { background: $borderStrong/60; border-radius: $3; m
 QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::sub-page {
     background: transparent; height: 0; }
 
-QPlainTextEdit[kind="field"] { background: $surface; border: 1px solid $borderStrong;
-    border-radius: $8; padding: $4 $6; }
-QPlainTextEdit[kind="field"]:focus { border: 2px solid $accentLine; padding: $3 $5; }
-
 QLineEdit[kind="field"] { background: $surface; border: 1px solid $borderStrong;
     border-radius: $8; padding: 0 $10; selection-background-color: $select; selection-color: $ink; }
 QLineEdit[kind="field"]:focus { border: 2px solid $accentLine; padding: 0 $9; }
