@@ -32,6 +32,8 @@ namespace {
 
 // In points.
 constexpr double sideWidth = 264;
+constexpr double leastSideWidth = 180;
+constexpr double leastWidth = 680;
 constexpr double sideMargin = 12;
 constexpr double textInset = 18;
 
@@ -68,6 +70,13 @@ QSize WordListView::sizeHint() const
     return {m_theme.points(760), m_theme.points(520)};
 }
 
+/// On a screen too narrow for both, the lists give room to what is read.
+void WordListView::resizeEvent(QResizeEvent *)
+{
+    const int missing = std::max(m_theme.points(leastWidth) - width(), 0);
+    m_side->setFixedWidth(std::max(m_theme.points(sideWidth) - missing, m_theme.points(leastSideWidth)));
+}
+
 void WordListView::showEvent(QShowEvent *)
 {
     refresh(); // days pass too while nobody looks
@@ -93,7 +102,7 @@ void WordListView::build()
     line->setFixedWidth(1);
     row->addWidget(line);
     row->addWidget(makeDetailPane(), 1);
-    setMinimumSize(boundedByScreen(*this, {m_theme.points(680), m_theme.points(360)}));
+    setMinimumSize(boundedByScreen(*this, {m_theme.points(leastWidth), m_theme.points(360)}));
     m_shown = {};
     refresh();
     list(m_tab).reveal(chosen());
@@ -103,7 +112,7 @@ void WordListView::build()
 QWidget *WordListView::makeSide()
 {
     auto *side = new QWidget;
-    side->setFixedWidth(m_theme.points(sideWidth));
+    m_side = side;
     auto *column = new QVBoxLayout(side);
     const int margin = m_theme.points(sideMargin);
     column->setContentsMargins(0, margin, 0, 0);

@@ -35,6 +35,7 @@ signals:
     void addWordRequested();
 
 protected:
+    void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
@@ -83,6 +84,7 @@ private:
     std::optional<DisplayStage> m_stageFilter;
 
     QWidget *m_content = nullptr;
+    QWidget *m_side = nullptr;
     Segments *m_tabs = nullptr;
     QLineEdit *m_searchField = nullptr;
     QWidget *m_headerRow = nullptr;
