@@ -18,6 +18,8 @@ if(NIMBRELLE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
         CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
         ${NIMBRELLE_CCACHE})
 endif()
+# A start loads nothing that is only a dependency of a dependency.
+add_link_options(-Wl,--as-needed)
 find_program(NIMBRELLE_MOLD mold)
 if(NIMBRELLE_MOLD)
     add_link_options(-fuse-ld=mold)

@@ -125,9 +125,9 @@ QCoro::Task<> AskSession::receive(QList<ChatMessage> exchange, qsizetype index, 
         }
         if (!stop.stop_requested())
             endAnswer();
-    } catch (const Failure &failure) {
+    } catch (const std::exception &failure) {
         if (!stop.stop_requested())
-            fail(index, failure.text());
+            fail(index, Failure::shownText(failure));
     }
 }
 

@@ -26,12 +26,12 @@ QString cacheKey(const QString &selection, const std::optional<QString> &context
     return selection.toLower() + u'|' + firstCharacters(context.value_or(QString()), contextInKey);
 }
 
-CardError errorOf(const Failure &failure)
+CardError errorOf(const std::exception &failure)
 {
     const auto *error = dynamic_cast<const AIError *>(&failure);
     const bool needsSettings =
         error && (error->kind() == AIError::Kind::noKey || error->kind() == AIError::Kind::unauthorized);
-    return {failure.text(), needsSettings};
+    return {Failure::shownText(failure), needsSettings};
 }
 
 } // namespace
@@ -93,7 +93,7 @@ QCoro::Task<> CardController::explain(
         }
         if (!stop.stop_requested())
             showWord(selection, m_cache.value(key), source);
-    } catch (const Failure &failure) {
+    } catch (const std::exception &failure) {
         if (!stop.stop_requested())
             update(errorOf(failure));
     }
@@ -154,7 +154,7 @@ QCoro::Task<> CardController::fetchTranslation(QString text, std::stop_token sto
         Translation translation = co_await client->translate(text, stop);
         if (!stop.stop_requested())
             update(TranslationData{text, std::move(translation)});
-    } catch (const Failure &failure) {
+    } catch (const std::exception &failure) {
         if (!stop.stop_requested())
             update(errorOf(failure));
     }

@@ -69,7 +69,12 @@ QString CoachFacts::build(Timestamp now) const
 
 QString CoachFacts::todayReview(Timestamp now) const
 {
-    return facts::outcomesToday(Diary(events(), now)).join(u'\n');
+    const std::pair at(m_log.stamp(), DayKey::string(now));
+    if (m_readAt != at) {
+        m_todayReview = facts::outcomesToday(Diary(events(), now)).join(u'\n');
+        m_readAt = at;
+    }
+    return m_todayReview;
 }
 
 } // namespace nimbrelle

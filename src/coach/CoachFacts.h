@@ -18,7 +18,8 @@ public:
     CoachFacts(const WordStore &words, const ConfigStore &config, const LearningLog &log);
 
     QString build(Timestamp now) const;
-    /// What became of each word reviewed today, a line each; empty when none was.
+    /// What became of each word reviewed today, a line each; empty when none was. Costs nothing while the log
+    /// and the day stay the same.
     QString todayReview(Timestamp now) const;
     /// All events of the log that can be read, in file order.
     QList<LearningLog::Event> events() const;
@@ -27,6 +28,8 @@ private:
     const WordStore &m_words;
     const ConfigStore &m_config;
     const LearningLog &m_log;
+    mutable std::optional<std::pair<LearningLog::Stamp, QString>> m_readAt; // and the day
+    mutable QString m_todayReview;
 };
 
 } // namespace nimbrelle

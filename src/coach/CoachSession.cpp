@@ -138,10 +138,8 @@ QCoro::Task<> CoachSession::stream(QList<ChatMessage> exchange, qsizetype index,
         if (!stop.stop_requested())
             endAnswer();
     } catch (const std::exception &failure) {
-        if (stop.stop_requested())
-            co_return;
-        const auto *ours = dynamic_cast<const Failure *>(&failure);
-        fail(index, ours ? ours->text() : QString::fromUtf8(failure.what()));
+        if (!stop.stop_requested())
+            fail(index, Failure::shownText(failure));
     }
 }
 

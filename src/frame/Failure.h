@@ -15,6 +15,13 @@ public:
     const QString &text() const { return m_text; }
     const char *what() const noexcept override { return m_bytes.constData(); }
 
+    /// What to show of whatever ended a flow: a failure's sentence, or what another exception says of itself.
+    static QString shownText(const std::exception &error)
+    {
+        const auto *ours = dynamic_cast<const Failure *>(&error);
+        return ours ? ours->text() : QString::fromUtf8(error.what());
+    }
+
 private:
     QString m_text;
     QByteArray m_bytes;

@@ -3,10 +3,10 @@
 #include "main/Desktop.h"
 #include "main/TerminationSignals.h"
 #include "platform/linux/LinuxSingleInstance.h"
-#include "shell/views/IconArt.h"
+#include "shell/views/WindowIcon.h"
 
 #include <QApplication>
-#include <QIcon>
+#include <QFontInfo>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTimer>
@@ -42,12 +42,22 @@ void speakChinese(QApplication &application)
         QCoreApplication::installTranslator(words);
 }
 
-QIcon windowIcon()
+/// Looked up once the status item stands, but before the first card needs them.
+void loadFontsSoon(QObject &owner)
 {
-    QIcon icon;
-    for (const int pixels : {16, 32, 48, 128})
-        icon.addPixmap(QPixmap::fromImage(appIcon(pixels)));
-    return icon;
+    constexpr std::chrono::seconds soon{1};
+    QTimer::singleShot(soon, &owner, [] { QFontInfo(QGuiApplication::font()).family(); });
+}
+
+int runUntilToldToEnd(Services &services, SingleInstance &instance)
+{
+    const TerminationSignals termination([] { QCoreApplication::quit(); });
+    Desktop desktop(services);
+    QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
+        &AppDelegate::applicationShouldHandleReopen);
+    QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
+    loadFontsSoon(desktop.delegate());
+    return QCoreApplication::exec();
 }
 
 } // namespace
@@ -59,19 +69,17 @@ int runDesktop(int argc, char **argv)
         return 1;
     }
     QApplication application(argc, argv);
+    Services &services = Services::shared();
+    LinuxSingleInstance instance(services.paths().supportDir);
+    if (!instance.claim())
+        return 0;
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(windowIcon());
     QGuiApplication::setDesktopFileName(QStringLiteral("nimbrelle"));
     speakChinese(application);
-    LinuxSingleInstance instance(Services::shared().paths().supportDir);
-    if (!instance.claim())
-        return 0;
-    const TerminationSignals termination([] { QCoreApplication::quit(); });
-    Desktop desktop(Services::shared());
-    QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
-        &AppDelegate::applicationShouldHandleReopen);
-    QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
-    return QCoreApplication::exec();
+    const int code = runUntilToldToEnd(services, instance);
+    services.end();
+    return code;
 }
 
 } // namespace nimbrelle

@@ -11,6 +11,13 @@ Services &Services::shared()
     return services;
 }
 
+void Services::end()
+{
+    m_sync.reset();
+    m_words.reset();
+    m_network.reset();
+}
+
 QNetworkAccessManager &Services::network()
 {
     if (!m_network)

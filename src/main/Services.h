@@ -20,6 +20,10 @@ class Services {
 public:
     static Services &shared();
 
+    /// Lets go of what was made here, while the application object and the stores below still stand. To be
+    /// called when the event loop has ended; nothing may be asked for afterwards.
+    void end();
+
     const AppPaths &paths() { return AppPaths::shared(); }
     Clock &clock() { return SystemClock::shared(); }
     ConfigStore &config() { return ConfigStore::shared(); }

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace nimbrelle {
@@ -29,7 +30,7 @@ void handle(void (*handler)(int))
 
 TerminationSignals::TerminationSignals(std::function<void()> terminate)
 {
-    if (::pipe(ends) != 0)
+    if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         return; // the default then ends the process, and no file suffers from that
     m_notifier = std::make_unique<QSocketNotifier>(ends[0], QSocketNotifier::Read);
     QObject::connect(

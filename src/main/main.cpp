@@ -49,7 +49,9 @@ int runOption(const ChosenOption &chosen, int argc, char **argv)
     QTimer::singleShot(0, application.get(), [&chosen, &out] {
         runToExit(chosen.option->run, {Services::shared(), out, chosen.value});
     });
-    return QCoreApplication::exec();
+    const int code = QCoreApplication::exec();
+    Services::shared().end();
+    return code;
 }
 
 } // namespace

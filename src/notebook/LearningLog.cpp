@@ -6,7 +6,9 @@
 #include "frame/RecordCodec.h"
 #include "frame/Text.h"
 
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -44,6 +46,14 @@ QStringList LearningLog::readLines() const
     if (!bytes || !QUtf8StringView(*bytes).isValidUtf8())
         return {};
     return QString::fromUtf8(*bytes).split(u'\n', Qt::SkipEmptyParts);
+}
+
+LearningLog::Stamp LearningLog::stamp() const
+{
+    const QFileInfo file(m_path);
+    if (!file.exists())
+        return {};
+    return {file.size(), file.lastModified().toMSecsSinceEpoch()};
 }
 
 void LearningLog::replaceAll(const QStringList &lines)

@@ -34,6 +34,15 @@ public:
     /// The raw lines in file order, broken ones included; empty lines are left out.
     QStringList readLines() const;
 
+    /// Another after every change of the file. Tells nothing else, and reads nothing.
+    struct Stamp {
+        qint64 size = 0;
+        qint64 modified = 0; ///< milliseconds since 1970
+
+        bool operator==(const Stamp &) const = default;
+    };
+    Stamp stamp() const;
+
     /// Used only when a merge result is applied.
     void replaceAll(const QStringList &lines);
 

@@ -107,6 +107,11 @@ void ReviewSession::next()
         moveOn();
 }
 
+void ReviewSession::waitForLearner()
+{
+    m_advance.request_stop();
+}
+
 void ReviewSession::restWord()
 {
     if (!std::holds_alternative<Revealed>(m_phase) || !current())

@@ -58,6 +58,8 @@ public:
     void giveLetter();
     /// Leaves a question that is done with.
     void next();
+    /// Nobody looks any more: does not go on by itself from a right answer.
+    void waitForLearner();
     /// Lays the current word aside for a week, with all its further questions, and moves on.
     void restWord();
     void setInput(const QString &text);

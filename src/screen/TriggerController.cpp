@@ -49,9 +49,9 @@ std::chrono::milliseconds dwellWait(double seconds)
     return std::chrono::milliseconds(std::llround(clamped * 1000));
 }
 
-CardError captureError(const Failure &failure)
+CardError captureError(const std::exception &failure)
 {
-    return {QStringLiteral("截取屏幕失败：") + failure.text(), false};
+    return {QStringLiteral("截取屏幕失败：") + Failure::shownText(failure), false};
 }
 
 } // namespace
@@ -230,7 +230,7 @@ QCoro::Task<std::optional<QString>> TriggerController::contextAround(QPointF at,
             co_await m_world.ocr.recognize(at, ScreenOCR::Seek::contextOnly, stop);
         if (seen && !seen->context.isEmpty())
             co_return seen->context;
-    } catch (const Failure &) { // the word alone will do
+    } catch (const std::exception &) { // the word alone will do
     }
     co_return std::nullopt;
 }
@@ -274,7 +274,7 @@ QCoro::Task<> TriggerController::performDwell(std::stop_token stop)
     std::optional<ScreenOCR::Result> seen;
     try {
         seen = co_await m_world.ocr.recognize(at, ScreenOCR::Seek::word, stop);
-    } catch (const Failure &) {
+    } catch (const std::exception &) {
         co_return;
     }
     if (stop.stop_requested() || !seen || !seen->word || characterCount(*seen->word) < shortestDwellWord
@@ -335,7 +335,7 @@ QCoro::Task<> TriggerController::performHover(std::stop_token stop)
     std::optional<ScreenOCR::Result> seen;
     try {
         seen = co_await m_world.ocr.recognize(at, ScreenOCR::Seek::word, stop);
-    } catch (const Failure &failure) {
+    } catch (const std::exception &failure) {
         if (!stop.stop_requested())
             m_card.showError(captureError(failure), at);
         co_return;
@@ -370,7 +370,7 @@ QCoro::Task<> TriggerController::translateRegion(QRectF rect, std::stop_token st
     std::optional<QString> text;
     try {
         text = co_await m_world.ocr.recognizeText(rect, stop);
-    } catch (const Failure &failure) {
+    } catch (const std::exception &failure) {
         if (!stop.stop_requested())
             m_card.showError(captureError(failure), anchor);
         co_return;

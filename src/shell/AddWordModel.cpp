@@ -98,10 +98,10 @@ QCoro::Task<> AddWordModel::ask(QString query, QString sentence, std::stop_token
         if (stop.stop_requested())
             co_return;
         m_result = std::move(result);
-    } catch (const Failure &failure) {
+    } catch (const std::exception &failure) {
         if (stop.stop_requested())
             co_return;
-        m_error = failure.text();
+        m_error = Failure::shownText(failure);
     }
     m_isLoading = false;
     emit changed();

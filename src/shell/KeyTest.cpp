@@ -7,23 +7,32 @@ namespace nimbrelle {
 
 namespace {
 
-QString textOf(const std::exception &error)
+/// All of the settings that an answer depends on.
+QStringList ways(const ConfigStore &config)
 {
-    const auto *ours = dynamic_cast<const Failure *>(&error);
-    return ours ? ours->text() : QString::fromUtf8(error.what());
-}
-
-bool asksAlike(const AppConfig &one, const AppConfig &other)
-{
-    return one.apiKey == other.apiKey && one.baseURL == other.baseURL && one.model == other.model;
+    return {config.config().apiKey, config.config().baseURL, config.config().model};
 }
 
 } // namespace
 
 KeyTest::KeyTest(const ConfigStore &config, AIClientFactory makeClient)
-    : m_config(config), m_makeClient(std::move(makeClient))
+    : m_config(config), m_makeClient(std::move(makeClient)), m_tested(ways(config))
 {
-    connect(&config, &ConfigStore::configChanged, this, &KeyTest::forgetOther);
+    connect(&config, &ConfigStore::configChanged, this, &KeyTest::forgetIfOther);
+}
+
+/// A result tells nothing of another key or address.
+void KeyTest::forgetIfOther()
+{
+    if (m_tested == ways(m_config))
+        return;
+    m_tested = ways(m_config);
+    if (!m_isRunning && !m_result)
+        return;
+    m_task.cancel();
+    m_isRunning = false;
+    m_result.reset();
+    emit changed();
 }
 
 bool KeyTest::canStart() const
@@ -35,22 +44,10 @@ void KeyTest::start()
 {
     if (!canStart())
         return;
-    m_tested = m_config.config();
     m_isRunning = true;
     m_result.reset();
     emit changed();
     run(m_makeClient(m_config.config()), m_task.renew());
-}
-
-/// What was told of other settings says nothing of these.
-void KeyTest::forgetOther()
-{
-    if ((!m_isRunning && !m_result) || asksAlike(m_tested, m_config.config()))
-        return;
-    m_isRunning = false;
-    m_result.reset();
-    m_task.cancel();
-    emit changed();
 }
 
 QCoro::Task<> KeyTest::run(std::unique_ptr<AIClient> client, std::stop_token stop)
@@ -61,7 +58,7 @@ QCoro::Task<> KeyTest::run(std::unique_ptr<AIClient> client, std::stop_token sto
             QStringLiteral("I was reluctant to post this, but here we go."), stop);
         result = Result{true, QStringLiteral("成功：reluctant = ") + explanation.meaningZh};
     } catch (const std::exception &error) {
-        result = Result{false, textOf(error)};
+        result = Result{false, Failure::shownText(error)};
     }
     if (stop.stop_requested())
         co_return;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ai/AIClient.h"
-#include "frame/AppConfig.h"
 #include "frame/TaskSlot.h"
 
 #include <QObject>
@@ -29,20 +28,20 @@ public:
     /// False while a test runs or without a key; start() does nothing then.
     bool canStart() const;
     void start();
-    /// Of the last test; absent before the first, while one runs, and once what it tested is changed.
+    /// Of the last test; absent before the first, while one runs, and once the key, the address or the model
+    /// is another.
     const std::optional<Result> &result() const { return m_result; }
 
 signals:
     void changed();
 
 private:
+    void forgetIfOther();
     QCoro::Task<> run(std::unique_ptr<AIClient> client, std::stop_token stop);
 
     const ConfigStore &m_config;
     const AIClientFactory m_makeClient;
-    void forgetOther();
-
-    AppConfig m_tested; ///< the settings of the last test
+    QStringList m_tested; // the settings that the result is of
     bool m_isRunning = false;
     std::optional<Result> m_result;
     TaskSlot m_task;

@@ -6,6 +6,7 @@
 #include "support/Printers.h"
 
 #include <gmock/gmock.h>
+#include <stdexcept>
 
 namespace nimbrelle {
 
@@ -204,6 +205,14 @@ TEST_F(AskSessionTest, WithoutAWordToKeepItWithItIsASentenceNote)
     }
     EXPECT_EQ(notebook.store.sentenceNotes().size(), 2);
     EXPECT_THAT(notebook.store.entries(), IsEmpty());
+}
+
+TEST_F(AskSessionTest, AnAnswerEndsWhateverTheFailure)
+{
+    say("why");
+    ai.fail(std::runtime_error("no memory"));
+    EXPECT_FALSE(session.isAnswering());
+    EXPECT_EQ(session.error(), QStringLiteral("no memory"));
 }
 
 } // namespace nimbrelle

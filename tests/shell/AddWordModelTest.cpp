@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
+#include <stdexcept>
 
 namespace nimbrelle {
 
@@ -149,6 +150,14 @@ TEST_F(AddWordModelTest, AnAnswerThatComesAfterBeginningAnewIsDropped)
     look(u"harbour"_s);
     ai.reply(found("harbour"));
     EXPECT_EQ(model.result()->explanation.headword, u"harbour"_s);
+}
+
+TEST_F(AddWordModelTest, EndsWhateverTheFailure)
+{
+    look(u"reluctant"_s);
+    ai.fail(std::runtime_error("no memory"));
+    EXPECT_FALSE(model.isLoading());
+    EXPECT_EQ(model.error(), u"no memory"_s);
 }
 
 } // namespace nimbrelle

@@ -3,6 +3,7 @@
 #include "card/views/WordLines.h"
 #include "frame/Text.h"
 #include "shell/views/Controls.h"
+#include "shell/views/FocusPlace.h"
 #include "shell/views/TalkDock.h"
 #include "shell/views/TalkList.h"
 
@@ -55,10 +56,8 @@ void AskView::beginAnew()
 
 void AskView::rebuild()
 {
-    if (m_page) {
-        m_page->hide();
-        m_page->deleteLater();
-    }
+    const FocusPlace focus = m_page ? FocusPlace::in(*m_page) : FocusPlace();
+    takeAway(m_page);
     m_footers.clear();
     m_page = new QWidget;
     auto *rows = new QVBoxLayout(m_page);
@@ -73,6 +72,7 @@ void AskView::rebuild()
     rows->addWidget(m_list, 1);
     rows->addWidget(m_dock);
     layout()->addWidget(m_page);
+    m_page->show();
     connect(m_dock, &TalkDock::inputEdited, &m_session, &AskSession::setInput);
     connect(m_dock, &TalkDock::sendPressed, &m_session, &AskSession::sendInput);
     connect(m_dock, &TalkDock::stopPressed, &m_session, &AskSession::stop);
@@ -82,6 +82,7 @@ void AskView::rebuild()
     fitHeader();
     showMessages();
     showState();
+    focus.restore(*m_page, *m_dock);
 }
 
 /// Scrolls where it would leave no room for the conversation.

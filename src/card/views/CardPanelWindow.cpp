@@ -3,6 +3,7 @@
 #include "card/views/CardView.h"
 #include "shell/views/Theme.h"
 
+#include <QBitmap>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
@@ -19,6 +20,7 @@ constexpr double shadowMargin = 18;
 constexpr int shadowLayers = 10;
 constexpr double shadowStep = 1.8;
 constexpr double shadowDrop = 4;
+constexpr double maskReserve = 1;
 constexpr double screenMargin = 32;
 constexpr double screenShare = 0.9;
 
@@ -36,6 +38,16 @@ QPainterPath rounded(const QRectF &area, double radius)
     QPainterPath path;
     path.addRoundedRect(area, radius, radius);
     return path;
+}
+
+/// Of whole points only, so it is left a little wider than the edge that is drawn inside it.
+QBitmap roundMask(QSize size, double radius)
+{
+    QBitmap mask(size);
+    mask.clear();
+    QPainter painter(&mask);
+    painter.fillPath(rounded(QRect(QPoint(0, 0), size), radius - maskReserve), Qt::color1);
+    return mask;
 }
 
 } // namespace
@@ -99,7 +111,7 @@ void CardPanelWindow::arrange()
     if (m_isComposited)
         clearMask();
     else
-        setMask(QRegion(rounded(rect(), m_view->cornerRadius()).toFillPolygon().toPolygon()));
+        setMask(roundMask(size(), m_view->cornerRadius()));
     update();
 }
 
@@ -166,7 +178,7 @@ void CardPanelWindow::paintEvent(QPaintEvent *)
     if (m_isComposited)
         paintShadow(painter, card);
     else
-        painter.fillRect(rect(), m_theme.colour(Tone::surface));
+        painter.fillRect(rect(), m_theme.colour(Tone::borderStrong));
     painter.setPen(QPen(m_theme.colour(m_isComposited ? Tone::border : Tone::borderStrong), 1));
     painter.setBrush(m_theme.colour(Tone::surface));
     painter.drawPath(rounded(card.adjusted(0.5, 0.5, -0.5, -0.5), m_view->cornerRadius()));

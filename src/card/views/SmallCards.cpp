@@ -34,8 +34,8 @@ QVBoxLayout *marginedColumn(const Theme &theme, QWidget *holder, double bottom)
     return column;
 }
 
-/// The frame of both waiting cards: the spinner and a title, with room behind it for a button.
-QHBoxLayout *addTitleRow(const Theme &theme, QVBoxLayout *column, const QString &title)
+/// The frame of both waiting cards: the spinner and a title, with what stands behind it.
+void addTitleRow(const Theme &theme, QVBoxLayout *column, const QString &title, QWidget *behind = nullptr)
 {
     auto *row = new QHBoxLayout;
     row->setSpacing(theme.points(10));
@@ -45,9 +45,13 @@ QHBoxLayout *addTitleRow(const Theme &theme, QVBoxLayout *column, const QString 
     spinnerColumn->addStretch();
     row->addLayout(spinnerColumn);
     auto *text = makeReadText(theme, u"title"_s, u"正在查"_s, title, {TextType::heading});
-    row->addWidget(text);
+    row->addWidget(text, 1);
+    if (behind) {
+        text->setMaximumWidth(text->naturalWidth());
+        row->addWidget(behind, 0, Qt::AlignTop);
+        row->addStretch();
+    }
     column->addLayout(row);
-    return row;
 }
 
 /// A term and its meaning in a capsule, as wide as that needs but never wider than `room`.
@@ -121,9 +125,8 @@ CardPage makeLoadingCard(const CardParts &parts, const CardLoading &loading, int
     auto *body = new QWidget;
     body->setObjectName(u"loadingCard"_s);
     QVBoxLayout *column = marginedColumn(parts.theme, body, cardMargin);
-    QHBoxLayout *row = addTitleRow(parts.theme, column, loading.selection);
-    row->addWidget(
-        makeSpeakButton(parts.theme, parts.speaker, u"speakWord"_s, loading.selection), 0, Qt::AlignTop);
+    addTitleRow(parts.theme, column, loading.selection,
+        makeSpeakButton(parts.theme, parts.speaker, u"speakWord"_s, loading.selection));
     return {body, nullptr, widthOf(parts, width)};
 }
 

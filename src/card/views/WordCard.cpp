@@ -6,8 +6,11 @@
 #include "platform/Speaker.h"
 #include "shell/views/Controls.h"
 
+#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QPushButton>
+
+#include <algorithm>
 
 namespace nimbrelle {
 
@@ -34,6 +37,19 @@ QWidget *makeMarkedLabel(const Theme &theme, const QString &name, Icon icon, con
     row->addWidget(makeIconLabel(theme, icon, 15, theme.colour(tone)));
     row->addWidget(makeLabel(theme, text, TextType::small, tone));
     return holder;
+}
+
+/// The largest in which no single word of the text breaks, if there is one.
+TextType typeFitting(const Theme &theme, const QString &text, int room)
+{
+    const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
+    for (const TextType type : {TextType::headword, TextType::heading}) {
+        const QFontMetrics metrics(theme.font(type));
+        if (std::ranges::all_of(
+                words, [&](const QString &word) { return metrics.horizontalAdvance(word) < room; }))
+            return type;
+    }
+    return TextType::meaning;
 }
 
 bool canBeWanted(const WordEntry &entry)
@@ -90,10 +106,13 @@ QWidget *WordCard::makeStrip()
 void WordCard::addHead()
 {
     const QString headword = m_data.explanation.headword;
-    auto *word = makeReadText(m_theme, u"headword"_s, u"单词"_s, headword, {TextType::headword});
-    QWidget *sound = makeSound(Theme::pitch(TextType::headword)); // on the word's own line
+    QWidget *sound = makeSound(TextType::headword); // on the word's own line
     QWidget *corner = makeCorner();
     const int gap = m_theme.points(8);
+    auto *word = makeReadText(m_theme, u"headword"_s, u"单词"_s, headword,
+        {.type = typeFitting(m_theme, headword, m_room - gap - corner->sizeHint().width()),
+            .weight = QFont::DemiBold,
+            .line = TextType::headword});
     const int needed = word->naturalWidth() + gap + sound->sizeHint().width() + corner->sizeHint().width();
 
     auto *first = new QWidget;
@@ -112,20 +131,23 @@ void WordCard::addHead()
     m_rows->addWidget(first);
     if (needed > m_room) {
         delete sound;
-        add(makeSound(soundRowPitch), 0);
+        add(makeSound(std::nullopt), 0);
     }
 }
 
 /// How the word is said, and the button that says it.
-QWidget *WordCard::makeSound(double pitch)
+QWidget *WordCard::makeSound(std::optional<TextType> line)
 {
     auto *holder = new QWidget;
-    auto *row = rowOf(holder, m_theme.points(2)); // the button brings air of its own
+    auto *row = rowOf(holder, 0); // the button brings air of its own
     const QString phonetic = m_data.explanation.phonetic.value_or(QString());
     auto *speak = makeSpeakButton(m_theme, m_parts.speaker, u"speakWord"_s, m_data.explanation.headword);
     if (!phonetic.isEmpty()) {
-        auto *text = makeReadText(
-            m_theme, u"phonetic"_s, u"音标"_s, phonetic, {TextType::small, Tone::ink2, std::nullopt, pitch});
+        auto *text = makeReadText(m_theme, u"phonetic"_s, u"音标"_s, phonetic,
+            {.type = TextType::small,
+                .tone = Tone::ink2,
+                .pitch = line ? std::nullopt : std::optional(soundRowPitch),
+                .line = line});
         text->setFixedWidth(std::min(text->naturalWidth(), m_room - speak->maximumWidth() - row->spacing()));
         row->addWidget(text, 0, Qt::AlignVCenter);
     }
@@ -177,8 +199,11 @@ QWidget *WordCard::makeMeaningRow() const
     auto *row = rowOf(holder, m_theme.points(8));
     const QString pos = m_data.explanation.pos.value_or(QString());
     if (!pos.isEmpty()) {
-        auto *kind =
-            makeReadText(m_theme, u"pos"_s, u"词性"_s, pos, {TextType::small, Tone::ink2, QFont::Medium, 24});
+        auto *kind = makeReadText(m_theme, u"pos"_s, u"词性"_s, pos,
+            {.type = TextType::small,
+                .tone = Tone::ink2,
+                .weight = QFont::Medium,
+                .line = TextType::meaning});
         kind->setFixedWidth(std::min(kind->naturalWidth(), m_room / 3));
         row->addWidget(kind, 0, Qt::AlignTop);
     }

@@ -3,10 +3,12 @@
 #include "card/CardState.h"
 #include "card/views/CardParts.h"
 #include "notebook/WordEntry.h"
+#include "shell/views/Theme.h"
 
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 class QHBoxLayout;
 class QVBoxLayout;
@@ -31,7 +33,7 @@ signals:
 
 private:
     void addHead();
-    QWidget *makeSound(double pitch);
+    QWidget *makeSound(std::optional<TextType> line);
     QWidget *makeCorner();
     QWidget *makeSaveControl();
     void addMeaning();

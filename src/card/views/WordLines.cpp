@@ -150,7 +150,7 @@ QWidget *makeSourceLabel(const Theme &theme, const PageSource &source, bool show
         return nullptr;
     const QFontMetrics metrics(theme.font(TextType::tiny));
     const auto link = linkOf(source);
-    const int beside = link ? theme.points(20) : 0; // the icon and its gap
+    const int beside = link ? theme.points(22) : 0; // the icon and its gap
     const QString shown = metrics.elidedText(line, Qt::ElideMiddle, room - beside);
     if (!link) {
         QLabel *text = makeLabel(theme, shown, TextType::tiny, Tone::ink2);

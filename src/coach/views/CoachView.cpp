@@ -4,6 +4,7 @@
 #include "coach/CoachScreen.h"
 #include "frame/Clock.h"
 #include "shell/views/Controls.h"
+#include "shell/views/FocusPlace.h"
 #include "shell/views/TalkDock.h"
 #include "shell/views/TalkList.h"
 
@@ -43,10 +44,8 @@ CoachView::CoachView(
 
 void CoachView::rebuild()
 {
-    if (m_page) {
-        m_page->hide();
-        m_page->deleteLater();
-    }
+    const FocusPlace focus = m_page ? FocusPlace::in(*m_page) : FocusPlace();
+    takeAway(m_page);
     m_page = new QWidget;
     auto *rows = new QVBoxLayout(m_page);
     rows->setContentsMargins(0, 0, 0, 0);
@@ -57,13 +56,16 @@ void CoachView::rebuild()
     rows->addWidget(m_list, 1);
     rows->addWidget(m_dock);
     layout()->addWidget(m_page);
+    m_page->show();
     connect(m_dock, &TalkDock::inputEdited, &m_session, &CoachSession::setInput);
     connect(m_dock, &TalkDock::sendPressed, &m_session, [this] { m_session.send(); });
     connect(m_dock, &TalkDock::stopPressed, &m_session, &CoachSession::stop);
     m_dock->setInput(m_session.input());
     m_offered.clear();
     m_chips.clear();
+    offerChips();
     refresh();
+    focus.restore(*m_page, *m_dock);
 }
 
 QWidget *CoachView::makeHeader()
@@ -102,7 +104,7 @@ void CoachView::refresh()
     m_dock->setAnswering(m_session.isAnswering());
     const bool isBriefingMissing = !m_session.error().isEmpty() && messages.isEmpty();
     m_dock->setError(m_session.error(), isBriefingMissing ? makeRetry() : nullptr);
-    refreshChips();
+    enableChips();
 }
 
 QPushButton *CoachView::makeRetry()
@@ -115,7 +117,7 @@ QPushButton *CoachView::makeRetry()
     return retry;
 }
 
-void CoachView::refreshChips()
+void CoachView::offerChips()
 {
     const QList<CoachQuestion> offered = offeredQuestions(m_facts.todayReview(m_clock.now()));
     if (offered != m_offered) {
@@ -125,6 +127,11 @@ void CoachView::refreshChips()
             m_chips.append(makeChip(question));
         m_dock->setChips(m_chips + QList{makeReviewButton()});
     }
+    enableChips();
+}
+
+void CoachView::enableChips()
+{
     for (QPushButton *chip : std::as_const(m_chips))
         chip->setEnabled(!m_session.isAnswering());
 }
@@ -155,7 +162,8 @@ void CoachView::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (event->spontaneous())
         return; // back from the task bar
-    m_session.open();
+    offerChips();
+    refresh(); // another day may have come
     m_dock->focusField();
 }
 
@@ -163,7 +171,7 @@ void CoachView::showEvent(QShowEvent *event)
 bool CoachView::event(QEvent *event)
 {
     if (event->type() == QEvent::WindowActivate)
-        refreshChips();
+        offerChips();
     return QWidget::event(event);
 }
 

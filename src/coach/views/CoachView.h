@@ -15,7 +15,8 @@ class TalkDock;
 class TalkList;
 class Theme;
 
-/// The coach's window: today's briefing and what was said after it. Being shown opens the session's day.
+/// The coach's window: today's briefing and what was said after it. Whoever shows it opens the
+/// session's day first.
 class CoachView : public QWidget {
     Q_OBJECT
 
@@ -35,7 +36,8 @@ private:
     void rebuild();
     QWidget *makeHeader();
     void refresh();
-    void refreshChips();
+    void offerChips();
+    void enableChips();
     QPushButton *makeChip(CoachQuestion question);
     QPushButton *makeReviewButton();
     void ask(CoachQuestion question);

@@ -4,7 +4,6 @@
 
 #include <QObject>
 
-#include <memory>
 #include <stop_token>
 
 namespace tesseract {
@@ -31,9 +30,10 @@ public:
         const std::stop_token &ending);
 
 private:
-    bool load();
+    /// What stands against it; empty when it is loaded.
+    QString load();
 
-    std::unique_ptr<tesseract::TessBaseAPI> m_api;
+    tesseract::TessBaseAPI *m_api = nullptr;
 };
 
 } // namespace nimbrelle

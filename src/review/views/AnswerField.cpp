@@ -1,6 +1,7 @@
 #include "review/views/AnswerField.h"
 
 #include "shell/views/Theme.h"
+#include "shell/views/Typing.h"
 
 #include <QKeyEvent>
 
@@ -10,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 AnswerField::AnswerField(
     const Theme &theme, const QString &name, const QString &what, const QString &placeholder, Tab tab)
-    : m_tab(tab)
+    : m_tab(tab), m_composing(*new ComposingGuard(*this))
 {
     setObjectName(name);
     setAccessibleName(what);
@@ -26,7 +27,7 @@ bool AnswerField::event(QEvent *event)
     if (m_tab == Tab::givesLetter && event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
         if (key->key() == Qt::Key_Tab && key->modifiers() == Qt::NoModifier) {
-            if (!m_isComposing)
+            if (!m_composing.isComposing())
                 emit letterWanted();
             event->accept();
             return true;
@@ -41,20 +42,8 @@ void AnswerField::keyPressEvent(QKeyEvent *event)
     if (!isReturn)
         return QLineEdit::keyPressEvent(event);
     event->accept();
-    if (!m_isComposing && !event->isAutoRepeat()) // a key held down must not answer the next question too
+    if (!event->isAutoRepeat()) // a key held down must not answer the next question too
         emit submitted();
-}
-
-void AnswerField::inputMethodEvent(QInputMethodEvent *event)
-{
-    m_isComposing = !event->preeditString().isEmpty();
-    QLineEdit::inputMethodEvent(event);
-}
-
-void AnswerField::focusOutEvent(QFocusEvent *event)
-{
-    m_isComposing = false;
-    QLineEdit::focusOutEvent(event);
 }
 
 } // namespace nimbrelle

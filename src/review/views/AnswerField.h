@@ -4,6 +4,7 @@
 
 namespace nimbrelle {
 
+class ComposingGuard;
 class Theme;
 
 /// The field in which a word is typed. While an input method composes, its text is no answer, and Return and
@@ -24,12 +25,10 @@ signals:
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void inputMethodEvent(QInputMethodEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     const Tab m_tab;
-    bool m_isComposing = false;
+    const ComposingGuard &m_composing;
 };
 
 } // namespace nimbrelle

@@ -37,8 +37,9 @@ QWidget *makeMeaningRow(const Theme &theme, const WordEntry &entry, const ReadTe
     const double pitch = look.pitch.value_or(Theme::pitch(look.type));
     const int gap = theme.points(8);
     if (!entry.pos.isEmpty()) {
-        auto *pos = makeReadText(
-            theme, u"pos"_s, u"词性"_s, entry.pos, {TextType::small, Tone::ink2, QFont::Medium, pitch});
+        auto *pos = makeReadText(theme, u"pos"_s, u"词性"_s, entry.pos,
+            {look.type == TextType::heading ? TextType::text : TextType::small, Tone::ink2, QFont::Medium,
+                pitch, std::nullopt, look.type});
         pos->setFixedWidth(std::min(pos->naturalWidth(), room / 3));
         row->addWidget(pos, 0, Qt::AlignTop);
         room -= pos->maximumWidth() + gap;

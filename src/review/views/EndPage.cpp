@@ -122,7 +122,7 @@ EndPage::EndPage(const Theme &theme, const ReviewScreen::EmptyRound &empty) : En
                                             : Icon::tray;
     addPicture(icon, theme.colour(isDone ? Tone::good : Tone::accent));
     addTitle(empty.title);
-    double gap = 8;
+    double gap = 6;
     for (const QString &line : empty.lines)
         addLine(u"line"_s, line, std::exchange(gap, 2), false);
     if (empty.offersMore) {
@@ -145,7 +145,7 @@ void EndPage::addPicture(Icon icon, const QColor &colour)
 
 void EndPage::addTitle(const QString &text)
 {
-    m_rows->addSpacing(m_theme.points(20));
+    m_rows->addSpacing(m_theme.points(14));
     m_rows->addWidget(
         makeCentred(m_theme, u"title"_s, text, TextType::heading, Tone::ink), 0, Qt::AlignHCenter);
 }

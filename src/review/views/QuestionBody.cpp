@@ -24,7 +24,7 @@ QuestionBody::QuestionBody(const ReviewParts &parts, int width)
 {
     const int side = parts.theme.points(reviewMargin);
     auto *rows = new QVBoxLayout(this);
-    rows->setContentsMargins(0, 0, 0, parts.theme.points(20));
+    rows->setContentsMargins(0, 0, 0, parts.theme.points(24));
     rows->setSpacing(0);
     m_scroll->setObjectName(u"questionScroll"_s);
     m_scroll->setFrameShape(QFrame::NoFrame);
@@ -42,6 +42,11 @@ QuestionBody::QuestionBody(const ReviewParts &parts, int width)
 int QuestionBody::room() const
 {
     return m_width - 2 * m_parts.theme.points(reviewMargin);
+}
+
+void QuestionBody::scroll(QAbstractSlider::SliderAction action)
+{
+    m_scroll->verticalScrollBar()->triggerAction(action);
 }
 
 void QuestionBody::add(QVBoxLayout &rows, QWidget *widget, double gap) const

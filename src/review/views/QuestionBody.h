@@ -3,7 +3,7 @@
 #include "review/ReviewScreen.h"
 #include "review/views/ReviewParts.h"
 
-#include <QWidget>
+#include <QAbstractSlider>
 
 class QScrollArea;
 class QVBoxLayout;
@@ -20,6 +20,7 @@ public:
     QuestionBody(const ReviewParts &parts, int width);
 
     const QUuid &questionId() const { return m_question.id; }
+    void scroll(QAbstractSlider::SliderAction action);
     /// After any change of the session.
     void refresh();
 

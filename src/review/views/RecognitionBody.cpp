@@ -17,7 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double besideWord = 10;
+constexpr double besideWord = 8;
+constexpr double lowerThanWord = 6; // so that the speaker stands on the small letters, not on the tall ones
 constexpr double betweenRatings = 8;
 
 void hideButKeepRoom(QWidget &widget)
@@ -42,7 +43,7 @@ void RecognitionBody::fillContent(QVBoxLayout &rows, const WordEntry &live)
     const bool isRevealed = foot() != ReviewScreen::Foot::reveal;
     QWidget *phonetic = live.phonetic.isEmpty()
         ? nullptr
-        : makeReadText(theme, u"phonetic"_s, u"音标"_s, live.phonetic, {TextType::small, Tone::ink2});
+        : makeReadText(theme, u"phonetic"_s, u"音标"_s, live.phonetic, {TextType::text, Tone::ink2});
     QWidget *wordRow = makeWordRow(live, phonetic);
     QWidget *rest = phonetic && !phonetic->parentWidget() ? phonetic : nullptr; // had no room beside the word
     add(rows, wordRow, 0);
@@ -71,11 +72,16 @@ QWidget *RecognitionBody::makeWordRow(const WordEntry &live, QWidget *phonetic) 
     word->setFixedWidth(std::min(word->naturalWidth(), left));
     left -= word->maximumWidth() + gap;
     row->addWidget(word);
-    row->addWidget(speak);
+    auto *behind = new QWidget;
+    behind->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
+    auto *low = bareLayout<QHBoxLayout>(behind, gap);
+    low->setContentsMargins(0, theme.points(lowerThanWord), 0, 0);
+    low->addWidget(speak);
+    row->addWidget(behind, 0, Qt::AlignVCenter);
     auto *sound = qobject_cast<ReadText *>(phonetic);
     if (sound && sound->naturalWidth() <= left) {
         sound->setFixedWidth(sound->naturalWidth());
-        row->addWidget(sound, 0, Qt::AlignVCenter);
+        low->addWidget(sound, 0, Qt::AlignVCenter);
     }
     row->addStretch();
     return holder;

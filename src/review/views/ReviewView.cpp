@@ -63,7 +63,17 @@ ReviewView::ReviewView(const ReviewParts &parts, QWidget *parent) : QWidget(pare
     connect(&parts.theme, &Theme::changed, this, &ReviewView::rebuild);
     connect(&parts.session, &ReviewSession::changed, this, &ReviewView::refresh);
     connect(&parts.config, &ConfigStore::configChanged, this, &ReviewView::refresh);
+}
+
+void ReviewView::showEvent(QShowEvent *)
+{
     refresh();
+}
+
+void ReviewView::hideEvent(QHideEvent *event)
+{
+    if (!event->spontaneous())
+        m_parts.session.waitForLearner();
 }
 
 void ReviewView::rebuild()
@@ -73,8 +83,11 @@ void ReviewView::rebuild()
     refresh();
 }
 
+/// There are two of these windows for one session.
 void ReviewView::refresh()
 {
+    if (!isVisible())
+        return;
     if (ReviewScreen::foot(m_parts.session))
         showQuestion();
     else
@@ -171,7 +184,7 @@ QWidget *ReviewView::makeTopBar()
     const Theme &theme = m_parts.theme;
     auto *bar = new QWidget;
     auto *row = new QHBoxLayout(bar);
-    row->setContentsMargins(theme.points(reviewMargin), theme.points(20), theme.points(reviewMargin), 0);
+    row->setContentsMargins(theme.points(reviewMargin), theme.points(22), theme.points(reviewMargin), 0);
     row->setSpacing(theme.points(14));
     m_progress = new ProgressLine(theme);
     row->addWidget(m_progress, 1);
@@ -203,6 +216,20 @@ QWidget *ReviewView::makeHeader()
     return header;
 }
 
+bool ReviewView::scroll(int key)
+{
+    static const QHash<int, QAbstractSlider::SliderAction> actions{
+        {Qt::Key_PageUp, QAbstractSlider::SliderPageStepSub},
+        {Qt::Key_PageDown, QAbstractSlider::SliderPageStepAdd},
+        {Qt::Key_Home, QAbstractSlider::SliderToMinimum},
+        {Qt::Key_End, QAbstractSlider::SliderToMaximum},
+    };
+    if (!m_body || !actions.contains(key))
+        return false;
+    m_body->scroll(actions.value(key));
+    return true;
+}
+
 void ReviewView::keyPressEvent(QKeyEvent *event)
 {
     ReviewSession &session = m_parts.session;
@@ -216,6 +243,8 @@ void ReviewView::keyPressEvent(QKeyEvent *event)
     }
     if (!foot || !isPlain)
         return QWidget::keyPressEvent(event);
+    if (scroll(key))
+        return;
     if (event->isAutoRepeat())
         return; // a key held down must not answer what comes next
     using enum ReviewScreen::Foot;

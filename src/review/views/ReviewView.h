@@ -26,6 +26,8 @@ signals:
     void closed(); ///< the learner is done and wants the window away
 
 protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
@@ -42,6 +44,7 @@ private:
     QWidget *makeHeader();
     void connectEnd(class EndPage &page);
     void takeFocus();
+    bool scroll(int key);
 
     const ReviewParts m_parts;
     QWidget *m_page = nullptr;

@@ -179,7 +179,7 @@ QWidget *SpellBody::makeHeadRow(const WordEntry &live) const
     const Theme &theme = parts().theme;
     const int gap = theme.points(8);
     auto *holder = new QWidget;
-    auto *row = bareLayout<QHBoxLayout>(holder, gap);
+    auto *row = bareLayout<QHBoxLayout>(holder, 0);
     auto *speak = makeIconButton(theme, u"speakWord"_s, u"朗读"_s, Icon::speaker, 18);
     speak->setFocusPolicy(Qt::TabFocus);
     connect(
@@ -189,14 +189,16 @@ QWidget *SpellBody::makeHeadRow(const WordEntry &live) const
     word->setFixedWidth(std::min(word->naturalWidth(), left));
     left -= word->maximumWidth() + gap;
     row->addWidget(word);
-    auto *phonetic = makeReadText(
-        theme, u"phonetic"_s, u"音标"_s, live.phonetic, {TextType::small, Tone::ink2, std::nullopt, 28});
+    auto *phonetic = makeReadText(theme, u"phonetic"_s, u"音标"_s, live.phonetic,
+        {.type = TextType::small, .tone = Tone::ink2, .line = TextType::headword});
     if (!live.phonetic.isEmpty() && phonetic->naturalWidth() <= left) {
         phonetic->setFixedWidth(phonetic->naturalWidth());
+        row->addSpacing(gap);
         row->addWidget(phonetic);
     } else {
         delete phonetic;
     }
+    row->addSpacing(theme.points(4)); // the button brings air of its own
     row->addWidget(speak);
     row->addStretch();
     return holder;
@@ -214,7 +216,10 @@ QWidget *SpellBody::makeSentence(const WordEntry &live) const
         QFrame *rule = makeArea(u"rule"_s);
         rule->setFixedWidth(theme.points(2));
         row->addWidget(rule);
-        row->addWidget(translation, 1);
+        auto *below = bareLayout<QVBoxLayout>(nullptr, 0);
+        below->addSpacing(theme.points(3));
+        below->addWidget(translation);
+        row->addLayout(below, 1);
         auto *both = new QWidget;
         auto *rows = bareLayout<QVBoxLayout>(both, 0);
         rows->addWidget(quote);
@@ -252,6 +257,7 @@ QWidget *SpellBody::makeTyping()
     line->addWidget(m_field, 1);
     auto *giveUp =
         makeButton(theme, u"giveUp"_s, u"不会"_s, {ButtonKind::soft, std::nullopt, TextType::text});
+    giveUp->setProperty("quiet", true);
     giveUp->setToolTip(u"直接看答案"_s);
     giveUp->setFixedSize(theme.points(64), m_field->maximumHeight());
     giveUp->setFocusPolicy(Qt::TabFocus);

@@ -6,7 +6,6 @@
 #include "shell/views/Controls.h"
 #include "shell/views/NotebookParts.h"
 #include "shell/views/Spinner.h"
-#include "shell/views/Typing.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -44,15 +43,6 @@ int heightFor(const QWidget *widget, int width)
                                        : layout->totalSizeHint().height();
 }
 
-void takeAway(QWidget *widget) // later, since the button that was pressed may be in it
-{
-    if (!widget)
-        return;
-    widget->hide();
-    widget->setParent(nullptr);
-    widget->deleteLater();
-}
-
 } // namespace
 
 AddWordView::AddWordView(const Theme &theme, AddWordModel &model, Speaker &speaker)
@@ -75,7 +65,7 @@ void AddWordView::build()
     m_preview = nullptr;
     m_actions = nullptr;
     m_shown.reset();
-    setMinimumSize(m_theme.points(narrowest), m_theme.points(lowest));
+    setMinimumSize(boundedByScreen(*this, {m_theme.points(narrowest), m_theme.points(lowest)}));
     m_top = new QWidget(this);
     addFields();
     m_top->show();
@@ -101,7 +91,6 @@ void AddWordView::addFields()
     connect(m_word, &QLineEdit::textEdited, &m_model, &AddWordModel::setWord);
     connect(m_sentence, &QLineEdit::textEdited, &m_model, &AddWordModel::setSentence);
     for (QLineEdit *field : {m_word, m_sentence}) {
-        new ComposingGuard(*field);
         connect(field, &QLineEdit::returnPressed, &m_model, &AddWordModel::lookup);
         rows->addWidget(field);
     }

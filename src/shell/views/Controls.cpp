@@ -1,10 +1,13 @@
 #include "shell/views/Controls.h"
 
+#include "shell/views/Typing.h"
+
 #include <QFrame>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
 #include <QTextDocument>
 
@@ -37,7 +40,10 @@ constexpr std::array kinds{
 };
 
 constexpr double iconBesideText = 14;
+constexpr double gapBesideIcon = 6;
+constexpr int gapOfStyle = 4; // whatever the size of the text
 constexpr double fieldHeight = 32;
+constexpr double screenShare = 0.9;
 
 double devicePixelRatio()
 {
@@ -62,12 +68,21 @@ QPushButton *makeButton(const Theme &theme, const QString &name, const QString &
     button->setFixedHeight(theme.points(kind.height));
     button->setCursor(Qt::PointingHandCursor);
     if (look.icon) {
+        const bool isBehind = look.iconPlace == IconPlace::behind;
         const int size = theme.points(iconBesideText);
+        const int air = text.isEmpty() ? 0 : airBesideIcon(theme);
         button->setIcon(
-            iconOf(*look.icon, size, devicePixelRatio(), theme.colour(look.iconTone.value_or(kind.text))));
-        button->setIconSize({size, size});
+            iconOf(*look.icon, size, devicePixelRatio(), theme.colour(look.iconTone.value_or(kind.text)),
+                isBehind ? QMargins(air, 0, 0, 0) : QMargins(0, 0, air, 0)));
+        button->setIconSize({size + air, size});
+        button->setLayoutDirection(isBehind ? Qt::RightToLeft : Qt::LeftToRight);
     }
     return button;
+}
+
+int airBesideIcon(const Theme &theme)
+{
+    return theme.points(gapBesideIcon) - gapOfStyle;
 }
 
 void setButtonKind(QPushButton &button, ButtonKind kind)
@@ -123,6 +138,7 @@ QLineEdit *makeField(const Theme &theme, const QString &name, const QString &wha
     field->setProperty("kind", u"field"_s);
     field->setFont(theme.font(TextType::text));
     field->setMinimumHeight(theme.points(fieldHeight));
+    new ComposingGuard(*field);
     return field;
 }
 
@@ -131,6 +147,7 @@ QLabel *makeLabel(
 {
     auto *label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
+    label->setForegroundRole(QPalette::WindowText); // in a button it would be the button's own
     label->setFont(weight ? theme.font(type, *weight) : theme.font(type));
     label->setFixedHeight(theme.points(Theme::pitch(type)));
     QPalette palette = label->palette();
@@ -167,6 +184,15 @@ QLabel *makeChipLabel(const Theme &theme, const QString &text)
     return label;
 }
 
+void takeAway(QWidget *widget)
+{
+    if (!widget)
+        return;
+    widget->hide();
+    widget->setParent(nullptr);
+    widget->deleteLater();
+}
+
 QFrame *makeLine()
 {
     QFrame *line = makeArea(u"line"_s);
@@ -179,6 +205,12 @@ QFrame *makeArea(const QString &kind)
     auto *area = new QFrame;
     area->setProperty("kind", kind);
     return area;
+}
+
+QSize boundedByScreen(const QWidget &window, QSize wished)
+{
+    const QScreen *screen = window.screen();
+    return screen ? wished.boundedTo(screen->availableSize() * screenShare) : wished;
 }
 
 void setPlainToolTip(QWidget &widget, const QString &text)

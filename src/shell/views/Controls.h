@@ -16,15 +16,21 @@ namespace nimbrelle {
 
 enum class ButtonKind { outlined, primary, soft, chip, dockChip, link, plain, icon, offer };
 
+enum class IconPlace { before, behind };
+
 struct ButtonLook {
     ButtonKind kind = ButtonKind::outlined;
     std::optional<Icon> icon = std::nullopt;
     TextType type = TextType::small;
     std::optional<Tone> iconTone = std::nullopt; ///< the text's own unless given
+    IconPlace iconPlace = IconPlace::before; ///< where it stands to the text
 };
 
 /// `name` is the object name. A button without a text needs setAccessibleName.
 QPushButton *makeButton(const Theme &theme, const QString &name, const QString &text, const ButtonLook &look);
+/// What a button's icon needs on the side of the text beyond the gap that the style leaves; in
+/// device-independent pixels.
+int airBesideIcon(const Theme &theme);
 /// For a button without an icon; its height stays.
 void setButtonKind(QPushButton &button, ButtonKind kind);
 /// Disables a control while what it began runs, without handing the focus to another in between: it has it
@@ -48,10 +54,17 @@ QLabel *makeCapsule(const Theme &theme, const QString &text, Tint tint);
 /// A grey one, for a thing that can't be pressed.
 QLabel *makeChipLabel(const Theme &theme, const QString &text);
 
+/// Removes a widget, or nothing for null, from what is seen and found by name. It is deleted only later,
+/// since what was pressed may be in it.
+void takeAway(QWidget *widget);
+
 /// A hairline from side to side.
 QFrame *makeLine();
 /// An empty area of a kind that the style sheet knows.
 QFrame *makeArea(const QString &kind);
+
+/// As much of a window's wished size as the screen that the user looks at has room for.
+QSize boundedByScreen(const QWidget &window, QSize wished);
 
 void setPlainToolTip(QWidget &widget, const QString &text);
 

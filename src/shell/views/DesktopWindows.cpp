@@ -1,13 +1,14 @@
 #include "shell/views/DesktopWindows.h"
 
 #include "shell/views/AddWordView.h"
+#include "shell/views/Controls.h"
 #include "shell/views/Theme.h"
 
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QScreen>
+#include <QShortcut>
 #include <QUrl>
 
 namespace nimbrelle {
@@ -15,8 +16,6 @@ namespace nimbrelle {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr double screenShare = 0.9;
 
 struct WindowKind {
     const char *name;
@@ -35,18 +34,16 @@ constexpr std::array kinds{
     WindowKind{"askWindow", u"问 AI", {460, 600}},
 };
 
-/// As much of the wished size as the screen that the user looks at has room for.
-QSize fitting(const QWidget &window, QSize wished)
-{
-    const QScreen *screen = window.screen();
-    return screen ? wished.boundedTo(screen->availableSize() * screenShare) : wished;
-}
-
 void followWish(AddWordView &view)
 {
     QObject::connect(&view, &AddWordView::wishedHeightChanged, &view, [&view](int height) {
-        view.resize(fitting(view, {view.width(), height}));
+        view.resize(boundedByScreen(view, {view.width(), height}));
     });
+}
+
+void closeBy(QWidget &window, const QKeySequence &key)
+{
+    QObject::connect(new QShortcut(key, &window), &QShortcut::activated, &window, &QWidget::close);
 }
 
 } // namespace
@@ -71,9 +68,13 @@ QWidget *DesktopWindows::make(Kind kind) const
     window->setObjectName(QString::fromLatin1(kinds.at(at).name));
     window->setWindowTitle(kinds.at(at).title.toString());
     const QSize points = kinds.at(at).points;
-    window->resize(fitting(*window, {m_theme.points(points.width()), m_theme.points(points.height())}));
-    if (auto *view = qobject_cast<AddWordView *>(window))
+    window->resize(
+        boundedByScreen(*window, {m_theme.points(points.width()), m_theme.points(points.height())}));
+    closeBy(*window, Qt::CTRL | Qt::Key_W);
+    if (auto *view = qobject_cast<AddWordView *>(window)) {
         followWish(*view);
+        closeBy(*window, Qt::Key_Escape);
+    }
     return window;
 }
 

@@ -164,8 +164,9 @@ QImage menuBarImage(int pixels, const QColor &colour)
     enterUnitSquare(painter, pixels);
     painter.translate(-0.02, -0.02);
     painter.scale(1.02, 1.02);
-    // Heavier than in the application icon, to be legible this small.
-    painter.fillPath(ensoPath(1.45), colour);
+    // Heavier than in the application icon, to be legible this small. Worked out once for all sizes.
+    static const QPainterPath enso = ensoPath(1.45);
+    painter.fillPath(enso, colour);
     painter.fillPath(leafPath(1.3), colour);
     return image;
 }
@@ -176,7 +177,8 @@ void drawAppIcon(QPainter &painter, double size)
     painter.setRenderHint(QPainter::Antialiasing);
     drawPlate(painter, size);
     enterUnitSquare(painter, size);
-    painter.fillPath(ensoPath(1), ink);
+    static const QPainterPath enso = ensoPath(1);
+    painter.fillPath(enso, ink);
     painter.fillPath(leafPath(1), leaf);
     painter.restore();
 }

@@ -114,12 +114,24 @@ QPixmap iconPixmap(Icon icon, double size, double devicePixelRatio, const QColor
     return pixmap;
 }
 
-QIcon iconOf(Icon icon, double size, double devicePixelRatio, const QColor &colour)
+QPixmap withAir(const QPixmap &picture, const QMargins &air)
 {
-    QIcon made(iconPixmap(icon, size, devicePixelRatio, colour));
+    if (air.isNull())
+        return picture;
+    const double ratio = picture.devicePixelRatio();
+    QPixmap whole(picture.size() + QSize(air.left() + air.right(), air.top() + air.bottom()) * ratio);
+    whole.setDevicePixelRatio(ratio);
+    whole.fill(Qt::transparent);
+    QPainter(&whole).drawPixmap(air.left(), air.top(), picture);
+    return whole;
+}
+
+QIcon iconOf(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QMargins &air)
+{
+    QIcon made(withAir(iconPixmap(icon, size, devicePixelRatio, colour), air));
     QColor faint = colour;
     faint.setAlphaF(static_cast<float>(disabledOpacity));
-    made.addPixmap(iconPixmap(icon, size, devicePixelRatio, faint), QIcon::Disabled);
+    made.addPixmap(withAir(iconPixmap(icon, size, devicePixelRatio, faint), air), QIcon::Disabled);
     return made;
 }
 

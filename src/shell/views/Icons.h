@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QIcon>
+#include <QMargins>
 #include <QPixmap>
 
 namespace nimbrelle {
@@ -13,7 +14,10 @@ namespace nimbrelle {
 QPixmap iconPixmap(
     Icon icon, double size, double devicePixelRatio, const QColor &colour, const QColor &cut = {});
 
+/// The picture with empty room around it, in device-independent pixels.
+QPixmap withAir(const QPixmap &picture, const QMargins &air);
+
 /// The same for a button; where it is disabled the icon is as faint as its text.
-QIcon iconOf(Icon icon, double size, double devicePixelRatio, const QColor &colour);
+QIcon iconOf(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QMargins &air = {});
 
 } // namespace nimbrelle

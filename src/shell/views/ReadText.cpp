@@ -27,9 +27,29 @@ ReadText::ReadText(const Theme &theme, Look look, QWidget *parent)
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(0);
     document()->setUndoRedoEnabled(false);
+    // A mere click leaves the keyboard where the user types.
+    connect(this, &QTextEdit::copyAvailable, this, [this](bool hasSelection) {
+        if (hasSelection)
+            setFocus(Qt::MouseFocusReason);
+    });
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
+    setOnMiddle();
+}
+
+double ReadText::pitch() const
+{
+    return m_look.pitch.value_or(Theme::pitch(m_look.line.value_or(m_look.type)));
+}
+
+/// A line of fixed height has its baseline at four fifths, which is lower than Han letters need to stand on
+/// its middle, as the icons and capsules beside it do.
+void ReadText::setOnMiddle()
+{
+    const double middleOfLetters = 0.38 * Theme::size(m_look.line.value_or(m_look.type));
+    const int tooLow = m_theme.points((0.8 - 0.5) * pitch() - middleOfLetters);
+    setViewportMargins(0, -tooLow, 0, tooLow);
 }
 
 QTextCharFormat ReadText::baseFormat() const
@@ -119,12 +139,11 @@ void ReadText::write(QTextCursor &cursor, const QList<StyledRun> &runs)
 
 void ReadText::setPitches(QTextBlock from)
 {
-    const double pitch = m_look.pitch.value_or(Theme::pitch(m_look.type));
     for (QTextBlock block = from; block.isValid(); block = block.next()) {
         const bool isEmpty = block.length() == 1;
         QTextBlockFormat format;
         format.setLineHeight(
-            m_theme.points(isEmpty ? m_look.gap.value_or(pitch) : pitch), QTextBlockFormat::FixedHeight);
+            m_theme.points(isEmpty ? m_look.gap.value_or(pitch()) : pitch()), QTextBlockFormat::FixedHeight);
         QTextCursor(block).setBlockFormat(format);
     }
 }
@@ -180,13 +199,23 @@ void ReadText::wheelEvent(QWheelEvent *event)
     event->ignore(); // whatever holds us scrolls
 }
 
+void ReadText::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy) || event->matches(QKeySequence::SelectAll))
+        QTextEdit::keyPressEvent(event);
+    else
+        event->ignore(); // the window's
+}
+
 void ReadText::contextMenuEvent(QContextMenuEvent *event)
 {
-    QMenu menu(this);
-    QAction *copyAction = menu.addAction(u"复制"_s, this, &QTextEdit::copy);
+    auto *menu = new QMenu(this); // not awaited, for an answer may take the text away meanwhile
+    menu->setObjectName(u"textMenu"_s);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction *copyAction = menu->addAction(u"复制"_s, this, &QTextEdit::copy);
     copyAction->setEnabled(textCursor().hasSelection());
-    menu.addAction(u"全选"_s, this, &QTextEdit::selectAll);
-    menu.exec(event->globalPos());
+    menu->addAction(u"全选"_s, this, &QTextEdit::selectAll);
+    menu->popup(event->globalPos());
 }
 
 QString cutToLines(const QString &text, const QFont &font, int width, int lines)

@@ -12,7 +12,8 @@
 namespace nimbrelle {
 
 /// Text to read and to select: wraps, and keeps an exact distance of lines whatever scripts they mix. It is
-/// as high as its text, so it never scrolls.
+/// as high as its text, so it never scrolls. Has the focus, if at all, while something is selected, and
+/// leaves all keys but those that copy and select to its window.
 class ReadText : public QTextEdit {
     Q_OBJECT
 
@@ -23,6 +24,7 @@ public:
         std::optional<QFont::Weight> weight = std::nullopt; ///< the type's own unless given
         std::optional<double> pitch = std::nullopt; ///< in points; the type's own unless given
         std::optional<double> gap = std::nullopt; ///< of an empty line; as the others unless given
+        std::optional<TextType> line = std::nullopt; ///< the type of a text beside it, to share its line
     };
 
     ReadText(const Theme &theme, Look look, QWidget *parent = nullptr);
@@ -43,10 +45,13 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
+    double pitch() const;
+    void setOnMiddle();
     QTextCharFormat baseFormat() const;
     QTextCharFormat formatOf(const TextStyle &style) const;
     void write(QTextCursor &cursor, const QList<StyledRun> &runs);

@@ -44,6 +44,8 @@ void Spinner::hideEvent(QHideEvent *)
 
 void Spinner::timerEvent(QTimerEvent *)
 {
+    if (m_theme.isStill())
+        return m_timer.stop();
     m_step = (m_step + 1) % stepsPerSecond;
     update();
 }

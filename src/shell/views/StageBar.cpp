@@ -107,9 +107,9 @@ QWidget *StageBar::makeState(const WordFacts &facts) const
 
 QPushButton *StageBar::makeAdjustButton(const WordFacts &facts)
 {
-    auto *button = makeButton(m_parts.theme, u"adjust"_s, u"调整"_s, {ButtonKind::soft, Icon::chevronDown});
+    auto *button = makeButton(m_parts.theme, u"adjust"_s, u"调整"_s,
+        {.kind = ButtonKind::soft, .icon = Icon::chevronDown, .iconPlace = IconPlace::behind});
     button->setFixedHeight(m_parts.theme.points(26));
-    button->setLayoutDirection(Qt::RightToLeft); // the arrow behind the text
     auto *menu = new QMenu(button);
     menu->setObjectName(u"adjustMenu"_s);
     for (const StageAction &action : facts.actions) {

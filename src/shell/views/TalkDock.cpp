@@ -164,6 +164,7 @@ QWidget *TalkDock::makeInputRow(const Look &look)
     row->setContentsMargins(m_theme.points(look.margin), 0, m_theme.points(look.margin), 0);
     row->setSpacing(m_theme.points(8));
     m_field = new TalkField(m_theme, look.what, look.placeholder);
+    setFocusProxy(m_field);
     m_send = makeSendButton(m_theme, u"send"_s, u"发送（回车）"_s, Icon::arrowUp);
     m_stop = makeSendButton(m_theme, u"stop"_s, u"停止"_s, Icon::stop);
     row->addWidget(m_field, 1);

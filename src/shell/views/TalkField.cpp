@@ -1,5 +1,7 @@
 #include "shell/views/TalkField.h"
 
+#include "shell/views/Typing.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
 #include <QPainter>
@@ -22,7 +24,7 @@ constexpr int frame = 2; // of the sheet, the room of the ring included
 } // namespace
 
 TalkField::TalkField(const Theme &theme, const QString &what, const QString &placeholder)
-    : m_theme(theme), m_placeholder(placeholder)
+    : m_theme(theme), m_placeholder(placeholder), m_composing(*new ComposingGuard(*this))
 {
     setObjectName(u"input"_s);
     setAccessibleName(what);
@@ -85,8 +87,6 @@ void TalkField::keyPressEvent(QKeyEvent *event)
         QTextEdit::keyPressEvent(event);
         return;
     }
-    if (m_isComposing)
-        return;
     if (event->modifiers() & Qt::ShiftModifier)
         textCursor().insertBlock();
     else if (!event->isAutoRepeat())
@@ -95,7 +95,6 @@ void TalkField::keyPressEvent(QKeyEvent *event)
 
 void TalkField::inputMethodEvent(QInputMethodEvent *event)
 {
-    m_isComposing = !event->preeditString().isEmpty();
     QTextEdit::inputMethodEvent(event);
     viewport()->update();
 }
@@ -103,7 +102,7 @@ void TalkField::inputMethodEvent(QInputMethodEvent *event)
 void TalkField::paintEvent(QPaintEvent *event)
 {
     QTextEdit::paintEvent(event);
-    if (m_isComposing || !document()->isEmpty())
+    if (m_composing.isComposing() || !document()->isEmpty())
         return;
     QPainter painter(viewport());
     painter.setFont(font());
@@ -121,7 +120,6 @@ void TalkField::focusInEvent(QFocusEvent *event)
 
 void TalkField::focusOutEvent(QFocusEvent *event)
 {
-    m_isComposing = false;
     QTextEdit::focusOutEvent(event);
     update();
 }

@@ -6,6 +6,8 @@
 
 namespace nimbrelle {
 
+class ComposingGuard;
+
 /// A field for a message: one line high, growing with its text to five. Return sends, Shift and Return break
 /// a line; while an input method composes, Return is the method's alone.
 class TalkField : public QTextEdit {
@@ -36,7 +38,7 @@ private:
 
     const Theme &m_theme;
     const QString m_placeholder;
-    bool m_isComposing = false;
+    const ComposingGuard &m_composing;
 };
 
 } // namespace nimbrelle

@@ -8,9 +8,10 @@
 #include "shell/views/sheets/TalkSheet.h"
 
 #include <QApplication>
-#include <QFontInfo>
+#include <QFont>
 #include <QMetaEnum>
 #include <QRegularExpression>
+#include <QScreen>
 
 #include <algorithm>
 #include <array>
@@ -116,7 +117,11 @@ Theme::Theme(double scale, QObject *parent) : QObject(parent), m_scale(scale) { 
 
 double Theme::desktopScale()
 {
-    const double pixels = QFontInfo(QGuiApplication::font()).pixelSize();
+    // Worked out, for to resolve the font would read all that is known of the system's fonts at each start.
+    const QFont font = QGuiApplication::font();
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const double dotsPerPoint = (screen ? screen->logicalDotsPerInchY() : 72) / 72;
+    const double pixels = font.pixelSize() > 0 ? font.pixelSize() : font.pointSizeF() * dotsPerPoint;
     return std::max(1.0, std::round(pixels / 13 * 8) / 8);
 }
 
@@ -130,10 +135,7 @@ void Theme::setScheme(Scheme scheme)
 
 void Theme::setStill(bool still)
 {
-    if (m_isStill == still)
-        return;
     m_isStill = still;
-    emit changed();
 }
 
 int Theme::points(double count) const
@@ -178,6 +180,11 @@ QFont Theme::font(TextType type, QFont::Weight weight) const
     font.setPixelSize(points(types.at(static_cast<std::size_t>(type)).size));
     font.setWeight(weight);
     return font;
+}
+
+double Theme::size(TextType type)
+{
+    return types.at(static_cast<std::size_t>(type)).size;
 }
 
 double Theme::pitch(TextType type)

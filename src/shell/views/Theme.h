@@ -55,7 +55,8 @@ public:
 
     Scheme scheme() const { return m_scheme; }
     void setScheme(Scheme scheme);
-    /// Whether the desktop asks for nothing to move.
+    /// Whether the desktop asks for nothing to move. Whatever moves asks when it does; no change of it is
+    /// told.
     bool isStill() const { return m_isStill; }
     void setStill(bool still);
 
@@ -69,6 +70,8 @@ public:
 
     QFont font(TextType type) const;
     QFont font(TextType type, QFont::Weight weight) const;
+    /// The size of the letters in points.
+    static double size(TextType type);
     /// The distance of two lines in points.
     static double pitch(TextType type);
 

@@ -1,11 +1,11 @@
 #include "shell/views/Typing.h"
 
 #include <QInputMethodEvent>
-#include <QLineEdit>
+#include <QWidget>
 
 namespace nimbrelle {
 
-ComposingGuard::ComposingGuard(QLineEdit &field) : QObject(&field)
+ComposingGuard::ComposingGuard(QWidget &field) : QObject(&field)
 {
     field.installEventFilter(this);
 }
@@ -14,6 +14,8 @@ bool ComposingGuard::eventFilter(QObject *, QEvent *event)
 {
     if (event->type() == QEvent::InputMethod)
         m_isComposing = !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty();
+    else if (event->type() == QEvent::FocusOut)
+        m_isComposing = false; // the method lets go of it
     if (event->type() != QEvent::KeyPress || !m_isComposing)
         return false;
     const int key = static_cast<QKeyEvent *>(event)->key();

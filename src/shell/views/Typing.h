@@ -2,18 +2,20 @@
 
 #include <QObject>
 
-class QLineEdit;
+class QWidget;
 
 namespace nimbrelle {
 
 /// Keeps Return from a field while an input method composes in it: the key then belongs to the composing, and
-/// without this the field would take the half-made text for entered.
+/// without this the field, or its dialog, would take the half-made text for entered.
 class ComposingGuard : public QObject {
     Q_OBJECT
 
 public:
     /// Lives as long as the field.
-    explicit ComposingGuard(QLineEdit &field);
+    explicit ComposingGuard(QWidget &field);
+
+    bool isComposing() const { return m_isComposing; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -36,11 +36,15 @@ QWidget *makeHeadLine(const Theme &theme, Speaker &speaker, const WordHead &head
     auto *line = new QWidget;
     auto *row = bare(new QHBoxLayout(line), theme.points(10));
     auto *words = new QWidget;
-    auto *flow = new FlowLayout(theme.points(8), 0, words);
-    flow->addWidget(makeReadText(theme, u"headword"_s, u"单词"_s, head.headword, {type}));
+    auto *flow = new FlowLayout(theme.points(4), 0, words);
+    auto *word = new QWidget;
+    auto *air = bare(new QHBoxLayout(word), 0);
+    air->setContentsMargins(0, 0, theme.points(4), 0); // the button of the sound brings air of its own
+    air->addWidget(makeReadText(theme, u"headword"_s, u"单词"_s, head.headword, {type}));
+    flow->addWidget(word);
     if (!head.phonetic.isEmpty()) // of the word's own pitch, so that both stand on one line
         flow->addWidget(makeReadText(theme, u"phonetic"_s, u"音标"_s, head.phonetic,
-            {TextType::small, Tone::ink2, std::nullopt, pitch}));
+            {.type = TextType::small, .tone = Tone::ink2, .line = type}));
     flow->addWidget(
         centred(makeSpeakButton(theme, speaker, u"speakWord"_s, head.headword), theme.points(pitch)));
     row->addWidget(words, 1, Qt::AlignTop);
@@ -54,8 +58,11 @@ QWidget *makeMeaningLines(const Theme &theme, const WordHead &head)
     auto *column = bare(new QVBoxLayout(lines), theme.points(2));
     auto *row = bare(new QHBoxLayout, theme.points(8));
     if (!head.pos.isEmpty()) {
-        auto *kind = makeReadText(
-            theme, u"pos"_s, u"词性"_s, head.pos, {TextType::small, Tone::ink2, QFont::Medium, 24});
+        auto *kind = makeReadText(theme, u"pos"_s, u"词性"_s, head.pos,
+            {.type = TextType::small,
+                .tone = Tone::ink2,
+                .weight = QFont::Medium,
+                .line = TextType::meaning});
         kind->setFixedWidth(std::min(kind->naturalWidth(), theme.points(120)));
         row->addWidget(kind, 0, Qt::AlignTop);
     }

@@ -4,6 +4,7 @@
 #include "frame/ConfigStore.h"
 #include "notebook/WordStore.h"
 #include "shell/views/Controls.h"
+#include "shell/views/FocusPlace.h"
 #include "shell/views/KnowledgeDetail.h"
 #include "shell/views/NoteView.h"
 #include "shell/views/NotebookList.h"
@@ -46,26 +47,6 @@ QString nameOf(const std::optional<DisplayStage> &stage)
 {
     return stage ? label(*stage) : u"全部"_s;
 }
-
-/// The place of what has the focus: its name, and which of that name it is.
-struct FocusPlace {
-    QString name;
-    qsizetype number = -1; // none
-
-    static FocusPlace in(const QWidget &pane)
-    {
-        QWidget *focused = pane.window()->focusWidget();
-        if (!focused || !pane.isAncestorOf(focused))
-            return {};
-        const QString name = focused->objectName();
-        return {name, pane.findChildren<QWidget *>(name).indexOf(focused)};
-    }
-    QWidget *find(const QWidget &pane) const
-    {
-        const auto same = pane.findChildren<QWidget *>(name);
-        return same.isEmpty() ? nullptr : same[std::min(number, same.size() - 1)];
-    }
-};
 
 } // namespace
 
@@ -112,12 +93,11 @@ void WordListView::build()
     line->setFixedWidth(1);
     row->addWidget(line);
     row->addWidget(makeDetailPane(), 1);
-    setMinimumSize(m_theme.points(680), m_theme.points(360));
+    setMinimumSize(boundedByScreen(*this, {m_theme.points(680), m_theme.points(360)}));
     m_shown = {};
     refresh();
     list(m_tab).reveal(chosen());
-    if (QWidget *focused = focus.number < 0 ? nullptr : focus.find(*m_content))
-        focused->setFocus();
+    focus.restore(*m_content, list(m_tab));
 }
 
 QWidget *WordListView::makeSide()
@@ -196,8 +176,7 @@ QWidget *WordListView::makeHeaderRow()
     row->addWidget(m_header);
     row->addStretch();
     m_stageButton = makeButton(m_theme, u"stageFilter"_s, nameOf(m_stageFilter),
-        {ButtonKind::plain, Icon::chevronDown, TextType::small, Tone::ink});
-    m_stageButton->setLayoutDirection(Qt::RightToLeft); // the arrow behind the text
+        {ButtonKind::plain, Icon::chevronDown, TextType::small, Tone::ink, IconPlace::behind});
     connect(m_stageButton, &QPushButton::clicked, this, &WordListView::showStageMenu);
     row->addWidget(m_stageButton);
     return m_headerRow;
@@ -254,7 +233,9 @@ QWidget *WordListView::makeDetailPane()
     m_detail->setFrameShape(QFrame::NoFrame);
     m_detail->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_detail->setWidgetResizable(true);
-    m_detail->setFocusPolicy(Qt::NoFocus);
+    m_detail->setFocusPolicy(Qt::TabFocus);
+    m_detail->setAccessibleName(u"详情"_s);
+    m_detail->setProperty("kind", u"reading"_s);
     m_detail->viewport()->setAutoFillBackground(false);
     connect(m_detail->verticalScrollBar(), &QScrollBar::rangeChanged, this, &WordListView::setDetailMargins);
     notebook::makeColumn(pane)->addWidget(m_detail);
@@ -365,10 +346,7 @@ void WordListView::showDetail(QWidget *pane, int stand)
     pane->show();
     pane->layout()->activate();
     m_detail->verticalScrollBar()->setValue(stand);
-    if (focus.number < 0)
-        return;
-    QWidget *next = focus.find(*pane);
-    (next && next->isEnabled() ? next : &list(m_tab))->setFocus();
+    focus.restore(*pane, list(m_tab));
 }
 
 QWidget *WordListView::makeDetail(const DetailFacts &facts)
@@ -395,10 +373,11 @@ void WordListView::setDetailMargins()
 {
     if (!m_detail->widget() || std::holds_alternative<std::monostate>(m_shown))
         return;
-    const int side = m_theme.points(28);
+    const int frame = m_detail->frameWidth();
+    const int side = m_theme.points(28) - frame;
     const bool scrolls = m_detail->verticalScrollBar()->maximum() > 0;
     m_detail->widget()->layout()->setContentsMargins(
-        side, m_theme.points(20), side - (scrolls ? m_theme.points(8) : 0), side);
+        side, m_theme.points(20) - frame, side - (scrolls ? m_theme.points(8) : 0), side);
 }
 
 void WordListView::setTab(Tab tab)

@@ -44,7 +44,7 @@ QrCode::QrCode(const Theme &theme, const QString &text, QWidget *parent) : QWidg
 
 void QrCode::paintEvent(QPaintEvent *)
 {
-    if (m_side == 0)
+    if (isEmpty())
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -15,6 +15,9 @@ class QrCode : public QWidget {
 public:
     QrCode(const Theme &theme, const QString &text, QWidget *parent = nullptr);
 
+    /// The text was too long.
+    bool isEmpty() const { return m_side == 0; }
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 

@@ -102,7 +102,7 @@ void SyncSection::rebuild()
     layout()->addWidget(m_group);
     m_link = m_parts.connection.link();
     if (m_link)
-        for (FormRow *row : {makeState(*m_link), makeHandingOn(*m_link), makeEnd()})
+        for (FormRow *row : {makeState(*m_link), makeHandingOn(), makeEnd()})
             m_group->add(row);
     else
         m_group->add(makeInput());
@@ -184,7 +184,7 @@ FormRow *SyncSection::makeState(const SyncLink &link)
     return row;
 }
 
-FormRow *SyncSection::makeHandingOn(const SyncLink &link)
+FormRow *SyncSection::makeHandingOn()
 {
     const Theme &theme = m_parts.theme;
     auto *row = new FormRow(theme);
@@ -193,27 +193,43 @@ FormRow *SyncSection::makeHandingOn(const SyncLink &link)
     auto *copy = makeButton(theme, u"copyCode"_s, u"复制同步码"_s, {});
     auto *toggle = makeButton(theme, u"toggleQr"_s, u"显示二维码"_s, {});
     row->add(rowOf(theme, {copy, toggle}));
-    auto *code = new QrCode(theme, link.text());
-    code->setObjectName(u"qr"_s);
-    QWidget *framed = rowOf(theme, {code});
-    row->add(framed);
+    QWidget *place = rowOf(theme, {});
+    row->add(place);
+    ReadText *refusal = row->addNote(u"qrRefusal"_s, u"同步码太长，放不进二维码，请用「复制同步码」。"_s);
     connect(copy, &QPushButton::clicked, this, [this] { m_parts.connection.copyCode(); });
     connect(toggle, &QPushButton::clicked, this, [this] {
         m_showsQr = !m_showsQr;
         refresh();
     });
-    whenRefreshed([this, copy, toggle, framed] {
+    whenRefreshed([this, copy, toggle, place, refusal] {
         setText(*copy, m_parts.connection.isCopied() ? u"已复制"_s : u"复制同步码"_s);
         setText(*toggle, m_showsQr ? u"隐藏二维码"_s : u"显示二维码"_s);
-        framed->setVisible(m_showsQr);
+        showQr(*place, *refusal);
     });
     return row;
+}
+
+/// The password stands in it, so it is there only while it is shown.
+void SyncSection::showQr(QWidget &place, ReadText &refusal) const
+{
+    auto *code = place.findChild<QrCode *>();
+    if (m_showsQr && !code) {
+        code = new QrCode(m_parts.theme, m_link->text());
+        code->setObjectName(u"qr"_s);
+        qobject_cast<QHBoxLayout *>(place.layout())->insertWidget(0, code, 0, Qt::AlignTop);
+        code->show();
+    } else if (!m_showsQr) {
+        delete std::exchange(code, nullptr);
+    }
+    place.setVisible(code && !code->isEmpty());
+    refusal.setVisible(code && code->isEmpty());
 }
 
 FormRow *SyncSection::makeEnd()
 {
     auto *row = new FormRow(m_parts.theme);
     auto *button = makeButton(m_parts.theme, u"disconnectSync"_s, u"断开同步"_s, {ButtonKind::soft});
+    button->setProperty("quiet", true);
     row->line()->addWidget(button);
     row->line()->addStretch();
     connect(button, &QPushButton::clicked, this, [this] { m_parts.connection.disconnectFromServer(); });

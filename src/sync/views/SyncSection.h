@@ -12,6 +12,7 @@ namespace nimbrelle {
 class ConfigStore;
 class FormGroup;
 class FormRow;
+class ReadText;
 class SyncConnection;
 class SyncService;
 class Theme;
@@ -43,7 +44,8 @@ private:
     void takeFocusFrom(const FormGroup &old);
     FormRow *makeInput();
     FormRow *makeState(const SyncLink &link);
-    FormRow *makeHandingOn(const SyncLink &link);
+    FormRow *makeHandingOn();
+    void showQr(QWidget &place, ReadText &refusal) const;
     FormRow *makeEnd();
     void whenRefreshed(std::function<void()> show);
     void refresh();

@@ -154,12 +154,19 @@ void keep(QWidget &panel, const QString &name)
 
 } // namespace
 
-class CardLook : public testing::TestWithParam<Theme::Scheme> { };
+struct CardLookOf {
+    const char *name;
+    Theme::Scheme scheme;
+    double scale;
+};
+
+class CardLook : public testing::TestWithParam<CardLookOf> { };
 
 TEST_P(CardLook, NoStateCutsAnythingOff)
 {
-    CardStage stage;
-    stage.theme.setScheme(GetParam());
+    CardStage stage(GetParam().scale);
+    stage.screens.screens = {{1, {0, 0, 2560, 2000}, {0, 0, 2560, 1960}, 1}}; // so that none has to scroll
+    stage.theme.setScheme(GetParam().scheme);
     for (const Shot &shot : shots()) {
         stage.controller.showError({u"first"_s}, {640, 600});
         stage.controller.update(shot.state);
@@ -168,11 +175,13 @@ TEST_P(CardLook, NoStateCutsAnythingOff)
             stage.press("fold");
         stage.settle();
         expectWhole(stage.view, shot.name);
-        keep(stage.panel, shot.name + (GetParam() == Theme::Scheme::dark ? u"-dark"_s : u"-light"_s));
+        keep(stage.panel, shot.name + QLatin1StringView(GetParam().name));
         stage.controller.hide();
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Schemes, CardLook, testing::Values(Theme::Scheme::light, Theme::Scheme::dark));
+INSTANTIATE_TEST_SUITE_P(Looks, CardLook,
+    testing::Values(CardLookOf{"-light", Theme::Scheme::light, 1},
+        CardLookOf{"-dark", Theme::Scheme::dark, 1}, CardLookOf{"-large", Theme::Scheme::light, 2}));
 
 } // namespace nimbrelle

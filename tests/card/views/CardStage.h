@@ -26,7 +26,7 @@ struct FakeSpeaker final : Speaker {
 /// The real card with its controller on a desktop that is not there; the user's part is played by the names
 /// of what there is to see and to press.
 struct CardStage {
-    CardStage()
+    explicit CardStage(double scale = 1) : theme(scale)
     {
         theme.applyToApplication();
         panel.setView(view);

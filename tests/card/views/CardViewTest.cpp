@@ -4,6 +4,8 @@
 #include "card/views/CardStage.h"
 #include "support/Printers.h"
 
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QSignalSpy>
 #include <QTextBlock>
 
@@ -76,6 +78,20 @@ TEST_F(CardViewTest, MarksTheWordEverywhereInItsSentence)
 {
     lookup(reluctant());
     EXPECT_THAT(marked("sentence"), ElementsAre(u"reluctant"_s, u"Reluctant"_s));
+}
+
+TEST_F(CardViewTest, ATextMayGoWhileItsMenuIsOpen)
+{
+    lookup(reluctant());
+    panel.show();
+    auto *sentence = qobject_cast<QTextEdit *>(find("sentence"));
+    QContextMenuEvent event(
+        QContextMenuEvent::Mouse, QPoint(1, 1), sentence->mapToGlobal(QPoint(1, 1)), Qt::NoModifier);
+    QCoreApplication::sendEvent(sentence->viewport(), &event);
+    ASSERT_TRUE(QApplication::activePopupWidget());
+    controller.update(CardHidden{});
+    settle();
+    EXPECT_FALSE(QApplication::activePopupWidget());
 }
 
 TEST_F(CardViewTest, SavingTurnsTheButtonIntoItsResult)

@@ -24,6 +24,7 @@ struct CoachStage {
     {
         theme.setScheme(scheme);
         theme.applyToApplication();
+        session.open();
         ViewStage::show(view, theme, {500, 680});
     }
 
@@ -78,6 +79,7 @@ TEST_F(CoachViewTest, OpensWithTheBriefingOfTheDayAndKeepsItWhenOpenedAgain)
     EXPECT_EQ(user.text("answer"), u"昨天你存了 rewrite。"_s);
     end();
     view.hide();
+    session.open();
     view.show();
     ViewStage::settle();
     EXPECT_EQ(ai.calls().size(), 1);
@@ -92,6 +94,12 @@ TEST_F(CoachViewTest, ABriefingThatFailedCanBeTriedAgain)
     fail();
     EXPECT_EQ(user.text("error"), AIError(AIError::Kind::unauthorized).text());
     EXPECT_EQ(user.text("retry"), u"再试一次"_s);
+    view.hide();
+    notebook.clock.advance(std::chrono::hours(24));
+    view.show(); // which opens nothing by itself
+    ViewStage::settle();
+    EXPECT_EQ(user.text("date"), u"3月2日 星期一"_s);
+    EXPECT_EQ(ai.calls().size(), 1);
     user.press("retry");
     EXPECT_FALSE(user.shows("error"));
     EXPECT_FALSE(user.shows("retry"));
@@ -143,6 +151,19 @@ TEST_F(CoachViewTest, TheReviewOfTodayCanBeTalkedOverAsSoonAsThereIsOne)
     EXPECT_EQ(review.count(), 1);
     user.press("stop");
     EXPECT_TRUE(user.isEnabled("chip0"));
+}
+
+TEST_F(CoachViewTest, OtherColoursLeaveTheKeyboardWhereItIs)
+{
+    brief(u"早"_s);
+    user.find("chip2")->setFocus();
+    theme.setScheme(Theme::Scheme::dark);
+    ViewStage::settle();
+    EXPECT_TRUE(user.hasFocus("chip2"));
+    user.press("rewrite"); // whose chips can't be pressed
+    theme.setScheme(Theme::Scheme::light);
+    ViewStage::settle();
+    EXPECT_TRUE(user.hasFocus("input"));
 }
 
 TEST_F(CoachViewTest, AChipBehindTheFadingEndComesIntoViewWithTheFocus)

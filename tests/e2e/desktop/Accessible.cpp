@@ -4,6 +4,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
+#include <QDBusPendingCall>
 
 #include <algorithm>
 
@@ -88,15 +89,6 @@ QVariantList AccessibleDesktop::ask(const QString &service, const QString &objec
     return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments() : QVariantList();
 }
 
-QVariant AccessibleDesktop::property(
-    const QString &service, const QString &object, const QString &interface, const QString &name) const
-{
-    const QVariant value = ask(service, object, QStringLiteral("org.freedesktop.DBus.Properties"),
-        QStringLiteral("Get"), {interface, name})
-                               .value(0);
-    return value.value<QDBusVariant>().variant();
-}
-
 QList<AccessibleDesktop::Element> AccessibleDesktop::childrenOf(const Element &element) const
 {
     return elementsOf(ask(element.first, element.second, accessible, QStringLiteral("GetChildren")).value(0));
@@ -129,18 +121,32 @@ QList<AccessiblePart> AccessibleDesktop::shownBy(qint64 process) const
 void AccessibleDesktop::collect(
     const QString &service, const QString &object, QList<AccessiblePart> &into) const
 {
-    const auto states = numbersOf(ask(service, object, accessible, QStringLiteral("GetState")).value(0));
-    if (!has(states, showingState))
+    // All asked before any answer is waited for, since a window has hundreds of parts.
+    const auto asked = [&](const QString &interface, const QString &method,
+                           const QVariantList &arguments = {}) {
+        auto question = QDBusMessage::createMethodCall(service, object, interface, method);
+        question.setArguments(arguments);
+        return m_bus.asyncCall(question, patienceMs);
+    };
+    const auto answer = [](QDBusPendingCall call) {
+        call.waitForFinished();
+        return call.isError() ? QVariant() : call.reply().arguments().value(0);
+    };
+    const auto states = asked(accessible, QStringLiteral("GetState"));
+    const auto role = asked(accessible, QStringLiteral("GetRoleName"));
+    const auto name = asked(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+        {accessible, QStringLiteral("Name")});
+    const auto text = asked(textOf, QStringLiteral("GetText"), {0, -1});
+    auto area = asked(QStringLiteral("org.a11y.atspi.Component"), QStringLiteral("GetExtents"), {onScreen});
+    const auto children = asked(accessible, QStringLiteral("GetChildren"));
+    const auto numbers = numbersOf(answer(states));
+    if (!has(numbers, showingState))
         return;
-    AccessiblePart part{service, object,
-        ask(service, object, accessible, QStringLiteral("GetRoleName")).value(0).toString(),
-        property(service, object, accessible, QStringLiteral("Name")).toString(), {}, {},
-        has(states, checkedState), has(states, focusedState)};
-    part.text = ask(service, object, textOf, QStringLiteral("GetText"), {0, -1}).value(0).toString();
-    part.area = nimbrelle::areaOf(ask(service, object, QStringLiteral("org.a11y.atspi.Component"),
-        QStringLiteral("GetExtents"), {onScreen}));
-    into.append(part);
-    for (const auto &[owner, child] : childrenOf({service, object}))
+    area.waitForFinished();
+    into.append({service, object, answer(role).toString(),
+        answer(name).value<QDBusVariant>().variant().toString(), answer(text).toString(),
+        nimbrelle::areaOf(area.reply().arguments()), has(numbers, checkedState), has(numbers, focusedState)});
+    for (const auto &[owner, child] : elementsOf(answer(children)))
         collect(owner, child, into);
 }
 

@@ -42,8 +42,6 @@ private:
     QList<Element> childrenOf(const Element &element) const;
     QVariantList ask(const QString &service, const QString &object, const QString &interface,
         const QString &method, const QVariantList &arguments = {}) const;
-    QVariant property(
-        const QString &service, const QString &object, const QString &interface, const QString &name) const;
     void collect(const QString &service, const QString &object, QList<AccessiblePart> &into) const;
 
     QDBusConnection m_bus;

@@ -306,6 +306,7 @@ TEST_F(Windows, ABarShowsTheWordAndItsMenuWorks)
     host.click(u"设置…"_s);
     ASSERT_TRUE(appears(u"API key"_s));
     EXPECT_FALSE(find(u"AI 教练"_s)) << "the bar has it";
+    shoot(u"windows"_s);
     host.click(u"退出 Nimbrelle"_s);
     EXPECT_EQ(program.exitCode(), 0);
 }

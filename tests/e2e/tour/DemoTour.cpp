@@ -11,6 +11,21 @@ namespace {
 
 constexpr auto button = "push button"_L1;
 
+/// Everything is twice as large as on an ordinary screen, so that the pictures are sharp on all of them.
+constexpr int scale = 2;
+
+constexpr int patience = 30'000;
+
+QPoint scaled(int x, int y)
+{
+    return QPoint(x, y) * scale;
+}
+
+QRect scaled(int x, int y, int width, int height)
+{
+    return {x * scale, y * scale, width * scale, height * scale};
+}
+
 /// A reader who goes through the program once and keeps a picture of each stop. A stop that doesn't come
 /// fails the tour.
 class Tour : public Scene {
@@ -18,6 +33,8 @@ protected:
     void SetUp() override
     {
         Scene::SetUp();
+        enlargeText();
+        user.moveTo(scaled(1270, 790));
         DemoNotebook(folder.path(), SystemClock::shared().now()).fill();
         startProgram();
     }
@@ -26,6 +43,24 @@ protected:
         if (HasFailure())
             keep(u"failed-"_s + QLatin1String(testing::UnitTest::GetInstance()->current_test_info()->name()),
                 screen);
+    }
+
+    /// The program's toolkit tells places in its own units.
+    QList<AccessiblePart> shown() const override
+    {
+        QList<AccessiblePart> parts = Scene::shown();
+        for (AccessiblePart &part : parts)
+            part.area = scaled(part.area.x(), part.area.y(), part.area.width(), part.area.height());
+        return parts;
+    }
+
+    /// As who has set the text to twice its size.
+    void enlargeText()
+    {
+        const QByteArray resources = "Xft.dpi:\t" + QByteArray::number(96 * scale) + '\n';
+        xcb_change_property(user.x.get(), XCB_PROP_MODE_REPLACE, user.x.root(), XCB_ATOM_RESOURCE_MANAGER,
+            XCB_ATOM_STRING, 8, static_cast<quint32>(resources.size()), resources.constData());
+        xcb_flush(user.x.get());
     }
 
     static QString readingPage()
@@ -38,7 +73,7 @@ protected:
     void read()
     {
         openEditor(readingPage());
-        place(activeWindow(), {0, 20, 1280, 760});
+        place(activeWindow(), scaled(0, 20, 1280, 760));
         QTest::qWait(400); // to be painted in its new size
     }
 
@@ -64,10 +99,22 @@ protected:
     void openFromSettings(const QString &offer)
     {
         openSettings();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return find(offer, button).has_value(); }));
+        ASSERT_TRUE(comes([&] { return find(offer, button).has_value(); }));
         click(find(offer, button)->area.center());
         ASSERT_TRUE(isActive(offer));
     }
+
+    /// @name A tour is no test of speed: a busy machine gets its time.
+    /// @{
+    bool appears(const QString &name) const { return Scene::appears(name, patience); }
+    bool disappears(const QString &name) const { return Scene::disappears(name, patience); }
+    bool comes(const std::function<bool()> &event) const { return QTest::qWaitFor(event, patience); }
+    void press(const QString &name)
+    {
+        ASSERT_TRUE(appears(name)) << name.toStdString();
+        Scene::press(name);
+    }
+    /// @}
 
     /// A row of the notebook, whatever marks are read out behind its word.
     std::optional<AccessiblePart> rowOf(const QString &word) const
@@ -121,7 +168,7 @@ protected:
             XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
             reinterpret_cast<const char *>(&event));
         xcb_flush(user.x.get());
-        EXPECT_TRUE(QTest::qWaitFor([&] { return activeWindow() != window; }));
+        EXPECT_TRUE(comes([&] { return activeWindow() != window; }));
     }
 
     /// The card, once its fade is over, with the lines that it belongs to.
@@ -131,7 +178,7 @@ protected:
         ASSERT_FALSE(parts.isEmpty());
         const QRect card = parts.first().area;
         const QRect page = textArea();
-        keep(name, card.adjusted(-left, -112, 180, 44) & page);
+        keep(name, card.adjusted(-left * scale, -112 * scale, 180 * scale, 44 * scale) & page);
     }
 
     void keep(const QString &name, QRect area) const
@@ -143,13 +190,13 @@ protected:
     }
     void keepActive(const QString &name) { keep(name, areaOf(activeWindow())); }
 
-    static constexpr QRect screen{0, 0, 1280, 800};
+    const QRect screen = scaled(0, 0, 1280, 800);
 };
 
 TEST_F(Tour, Reading)
 {
     read();
-    doubleClick(inEditor(u"reluctant to rewrite"_s).topLeft() + QPoint(20, 8));
+    doubleClick(inEditor(u"reluctant to rewrite"_s).topLeft() + scaled(20, 8));
     ASSERT_TRUE(appears(u"意思"_s));
     keepCard(u"card"_s);
     press(u"更多"_s);
@@ -166,8 +213,8 @@ TEST_F(Tour, Reading)
     ASSERT_TRUE(disappears(u"单词"_s));
 
     click(inEditor(u"TL;DR"_s).center());
-    user.drag(inEditor(u"Honestly"_s).topLeft() + QPoint(1, 8),
-        inEditor(u"is slow."_s).bottomRight() - QPoint(1, 8));
+    user.drag(inEditor(u"Honestly"_s).topLeft() + scaled(1, 8),
+        inEditor(u"is slow."_s).bottomRight() - scaled(1, 8));
     press(u"翻译选中的文字"_s);
     ASSERT_TRUE(appears(u"译文"_s));
     keepCard(u"translation"_s, 420);
@@ -186,9 +233,9 @@ TEST_F(Tour, Rounds)
 TEST_F(Tour, Notebook)
 {
     openFromSettings(u"生词本"_s);
-    place(activeWindow(), {200, 60, 860, 660});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return areaOf(activeWindow()).width() == 860; }));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return rowOf(u"rewrite"_s).has_value(); }));
+    place(activeWindow(), scaled(200, 60, 860, 660));
+    ASSERT_TRUE(comes([&] { return areaOf(activeWindow()).width() == 860 * scale; }));
+    ASSERT_TRUE(comes([&] { return rowOf(u"rewrite"_s).has_value(); }));
     click(rowOf(u"rewrite"_s)->area.center());
     ASSERT_TRUE(appears(u"记录"_s));
     keepActive(u"notebook"_s);
@@ -197,7 +244,7 @@ TEST_F(Tour, Notebook)
 TEST_F(Tour, Coach)
 {
     openFromSettings(u"AI 教练"_s);
-    ASSERT_TRUE(says(u"就能换成真正的回答"_s, 20'000)); // the last that the practice provider says
+    ASSERT_TRUE(says(u"就能换成真正的回答"_s, patience)); // the last that the practice provider says
     ASSERT_TRUE(disappears(u"停止"_s));
     keepActive(u"coach"_s);
 }
@@ -205,8 +252,8 @@ TEST_F(Tour, Coach)
 TEST_F(Tour, Settings)
 {
     openSettings();
-    place(activeWindow(), {300, 40, 560, 700});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return areaOf(activeWindow()).height() == 700; }));
+    place(activeWindow(), scaled(300, 40, 560, 616));
+    ASSERT_TRUE(comes([&] { return areaOf(activeWindow()).height() == 616 * scale; }));
     keepActive(u"settings"_s);
 }
 
@@ -237,7 +284,7 @@ protected:
 TEST_F(DarkTour, ReadsAndReviews)
 {
     read();
-    doubleClick(inEditor(u"reluctant to rewrite"_s).topLeft() + QPoint(20, 8));
+    doubleClick(inEditor(u"reluctant to rewrite"_s).topLeft() + scaled(20, 8));
     ASSERT_TRUE(appears(u"意思"_s));
     keepCard(u"card-dark"_s);
     user.tap(keysym::escape);

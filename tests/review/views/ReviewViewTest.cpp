@@ -2,6 +2,9 @@
 
 #include "review/views/ReviewStage.h"
 
+#include <QClipboard>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
@@ -157,6 +160,60 @@ TEST_F(ReviewViewTest, WhatAnInputMethodComposesIsNoAnswer)
     user().commit("walk");
     user().key(Qt::Key_Return);
     EXPECT_TRUE(shows("proceed"));
+}
+
+TEST_F(ReviewViewTest, ASelectedTextIsCopiedByKeyAndStillLetsTheRoundsKeysThrough)
+{
+    open({due("reluctant")});
+    session->start(0);
+    settle();
+    auto *sentence = qobject_cast<QTextEdit *>(user().find("sentence"));
+    const QPoint inFirstWord = QPoint(3, 8);
+    QTest::mouseClick(sentence->viewport(), Qt::LeftButton, {}, inFirstWord);
+    EXPECT_FALSE(user().hasFocus("sentence")); // nothing to copy yet
+    QTest::mouseDClick(sentence->viewport(), Qt::LeftButton, {}, inFirstWord);
+    user().key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"I"_s);
+    EXPECT_TRUE(user().hasFocus("sentence"));
+    user().key(Qt::Key_Space);
+    EXPECT_TRUE(shows("meaning"));
+}
+
+TEST_F(ReviewViewTest, ALongAnswerIsScrolledByKeys)
+{
+    WordEntry word = due("reluctant");
+    word.meaningZh = QStringList(40, u"不情愿的，犹豫的"_s).join(u'\n');
+    open({word});
+    session->start(0);
+    user().key(Qt::Key_Space);
+    const QScrollBar &bar = *view->findChild<QScrollArea *>(u"questionScroll"_s)->verticalScrollBar();
+    ASSERT_GT(bar.maximum(), bar.pageStep());
+    user().key(Qt::Key_PageDown);
+    EXPECT_EQ(bar.value(), bar.pageStep());
+    user().key(Qt::Key_End);
+    EXPECT_EQ(bar.value(), bar.maximum());
+    user().key(Qt::Key_PageUp);
+    EXPECT_EQ(bar.value(), bar.maximum() - bar.pageStep());
+    user().key(Qt::Key_Home);
+    EXPECT_EQ(bar.value(), 0);
+}
+
+TEST_F(ReviewViewTest, AClosedWindowNeitherGoesOnNorSpeaks)
+{
+    openSpelling({practised("walk", SpellMode::dictation), practised("run", SpellMode::dictation)});
+    say("walk");
+    speaker.said.clear();
+    view->close();
+    clock.advance(5s);
+    EXPECT_EQ(session->index(), 0);
+    EXPECT_EQ(speaker.said, QStringList());
+    session->startSpelling(); // as whoever shows the window does first
+    const QWidget *old = view->findChild<QWidget *>(u"proceed"_s);
+    EXPECT_TRUE(old); // nobody looks, so nothing was made anew
+    view->show();
+    settle();
+    EXPECT_FALSE(shows("proceed"));
+    EXPECT_EQ(text("badge"), u"听"_s);
 }
 
 TEST_F(ReviewViewTest, AKeyHeldDownAnswersNothingMore)

@@ -228,7 +228,7 @@ TEST_F(SettingsViewTest, ASyncCodeIsTriedBeforeItIsKept)
 TEST_F(SettingsViewTest, TheShownQrCodeIsTheSyncCode)
 {
     link();
-    EXPECT_FALSE(shows("qr"));
+    EXPECT_FALSE(find("qr"));
     press("copyCode");
     EXPECT_EQ(text("copyCode"), u"已复制"_s);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), connection.link()->text());
@@ -243,6 +243,12 @@ TEST_F(SettingsViewTest, TheShownQrCodeIsTheSyncCode)
     }
     notebook.clock.advance(3s);
     EXPECT_EQ(text("copyCode"), u"复制同步码"_s);
+    press("toggleQr");
+    EXPECT_FALSE(find("qr")); // nor the password with it
+    notebook.configure([](AppConfig &config) { config.syncToken = QString(4000, u'a'); });
+    settle();
+    press("toggleQr");
+    EXPECT_TRUE(shows("qrRefusal"));
 }
 
 TEST_F(SettingsViewTest, LeadsToTheOtherWindows)

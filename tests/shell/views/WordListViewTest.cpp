@@ -111,13 +111,13 @@ TEST_F(WordListViewTest, TabGoesThroughItInReadingOrder)
     click("wordRows", u"regression"_s);
     hand.find("tab0")->setFocus();
     QStringList passed;
-    for (int i = 0; i < 9; ++i) {
+    for (int i = 0; i < 10; ++i) {
         hand.key(Qt::Key_Tab);
         passed.append(view.window()->focusWidget()->objectName());
     }
     EXPECT_THAT(passed,
-        ElementsAre(u"addWord"_s, u"search"_s, u"stageFilter"_s, u"wordRows"_s, u"speakWord"_s, u"adjust"_s,
-            u"actionRest"_s, u"actionSpell"_s, u"relative"_s));
+        ElementsAre(u"addWord"_s, u"search"_s, u"stageFilter"_s, u"wordRows"_s, u"detail"_s, u"speakWord"_s,
+            u"adjust"_s, u"actionRest"_s, u"actionSpell"_s, u"relative"_s));
 }
 
 TEST_F(WordListViewTest, TheMenuOfARowDeletesThatRow)

@@ -5,7 +5,8 @@
 namespace nimbrelle {
 
 /// The controls that every screen has. In all sheets $name is a colour of the theme, $name/50 the colour at a
-/// half, $12 a length in points.
+/// half, $12 a length in points. What is typed into takes the colours of its text from the palette: a colour
+/// given here would put a fainter one of its own in the place of the placeholder's.
 inline constexpr QStringView controlsSheet = uR"(
 QToolTip { color: $ink; background: $surface; border: 1px solid $border; padding: $4; }
 QMenu { color: $ink; background: $surface; border: 1px solid $border; padding: $4; }
@@ -21,9 +22,11 @@ QPushButton[kind="primary"] { color: $primaryText; background: $primaryFill; bor
 QPushButton[kind="primary"]:hover { background: $primaryFill/88; }
 QPushButton[kind="primary"]:disabled { color: $primaryText/45; }
 QPushButton[kind="soft"] { border-color: $border; }
+QPushButton[quiet="true"] { color: $ink2; }
 QPushButton[kind="chip"] { background: $ink/7; border: 1px solid transparent; border-radius: $13; }
 QPushButton[kind="chip"]:hover { background: $ink/12; }
-QPushButton[kind="dockChip"] { border-color: $border; border-radius: $13; }
+QPushButton[kind="dockChip"] { background: transparent; border-color: $border; border-radius: $13; }
+QPushButton[kind="dockChip"]:hover { background: $ink/6; }
 QPushButton[kind="link"] { color: $accent; background: transparent; border: 1px solid transparent;
     padding: 0; text-align: left; }
 QPushButton[kind="link"]:hover { text-decoration: underline; }
@@ -55,7 +58,7 @@ QScrollBar::handle:vertical { background: $borderStrong/60; border-radius: $3; m
 QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::sub-page {
     background: transparent; height: 0; }
 
-QLineEdit[kind="field"] { color: $ink; background: $surface; border: 1px solid $borderStrong;
+QLineEdit[kind="field"] { background: $surface; border: 1px solid $borderStrong;
     border-radius: $8; padding: 0 $10; selection-background-color: $select; selection-color: $ink; }
 QLineEdit[kind="field"]:focus { border: 2px solid $accentLine; padding: 0 $9; }
 )";

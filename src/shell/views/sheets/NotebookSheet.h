@@ -12,6 +12,8 @@ QPushButton[kind="primary"][hasKey="true"] { text-align: left; }
 QLineEdit[kind="field"][shape="large"] { border-radius: $10; }
 
 QFrame[kind="detail"] { background: $surface; }
+QScrollArea[kind="reading"] { border: 2px solid transparent; }
+QScrollArea[kind="reading"]:focus { border: 2px solid $accentLine; }
 QFrame[kind="segments"] { background: $sunken; border-radius: $8; }
 QPushButton[kind="segment"] { color: $ink2; background: transparent; border: 1px solid transparent;
     border-radius: $8; padding: 0; }

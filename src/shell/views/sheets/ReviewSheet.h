@@ -7,7 +7,7 @@ namespace nimbrelle {
 /// The review window.
 inline constexpr QStringView reviewSheet = uR"(
 QPushButton[large="true"] { border-radius: $10; }
-QLineEdit[kind="answer"] { color: $ink; background: $surface; border: 1px solid $borderStrong;
+QLineEdit[kind="answer"] { background: $surface; border: 1px solid $borderStrong;
     border-radius: $8; padding: 0 $10; selection-background-color: $select; selection-color: $ink; }
 QLineEdit[kind="answer"]:focus { border: 2px solid $accentLine; padding: 0 $9; }
 QFrame[kind="memoryRule"] { background: $purpleText/75; }

@@ -4,10 +4,12 @@
 
 namespace nimbrelle {
 
-/// Groups of rows and the controls in them.
+/// Groups of rows and the controls in them. A field asks for the character of what it hides while it is made,
+/// before it is of any kind.
 inline constexpr QStringView settingsSheet = uR"(
 QFrame[kind="group"] { background: $surface; border: 1px solid $border; border-radius: $10; }
 
+QLineEdit { lineedit-password-character: 8226; }
 QPushButton[fold="true"] { color: $ink; padding: 0 $5 0 0; }
 QPushButton[fold="true"]:focus { padding: 0 $4 0 0; }
 QPushButton[half] { padding: 0; }

@@ -49,6 +49,9 @@ public:
         emit StatusNotifierHostRegistered();
     }
 
+    /// Until the next registers.
+    void forgetItem() { m_item.clear(); }
+
     bool hasHost() const { return m_hasHost; }
     /// Those that it was told of, each with its guide.
     const QStringList &labels() const { return m_labels; }
