@@ -32,7 +32,7 @@ namespace {
 
 // In points.
 constexpr double sideWidth = 264;
-constexpr double leastSideWidth = 180;
+constexpr double leastSideWidth = 240;
 constexpr double leastWidth = 680;
 constexpr double sideMargin = 12;
 constexpr double textInset = 18;
@@ -240,7 +240,6 @@ QWidget *WordListView::makeDetailPane()
     m_detail = new QScrollArea;
     m_detail->setObjectName(u"detail"_s);
     m_detail->setFrameShape(QFrame::NoFrame);
-    m_detail->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_detail->setWidgetResizable(true);
     m_detail->setFocusPolicy(Qt::TabFocus);
     m_detail->setAccessibleName(u"详情"_s);

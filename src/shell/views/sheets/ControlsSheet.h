@@ -55,6 +55,10 @@ QScrollArea, QScrollArea > QWidget > QWidget[kind="scrolled"] { background: tran
 QScrollBar:vertical { background: transparent; width: $8; margin: 0; }
 QScrollBar::handle:vertical { background: $borderStrong/60; border-radius: $3; min-height: $28;
     margin: 1px; }
+QScrollBar:horizontal { background: transparent; height: $8; margin: 0; }
+QScrollBar::handle:horizontal { background: $borderStrong/60; border-radius: $3; min-width: $28;
+    margin: 1px; }
+QScrollBar::add-line:horizontal, QScrollBar::sub-line:horizontal { width: 0; }
 QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::sub-page {
     background: transparent; height: 0; }
 
