@@ -146,7 +146,7 @@ TEST_F(Windows, AWordIsAddedReviewedToTheEndAndFound)
     ASSERT_EQ(notebook().size(), 1);
 
     openSettings();
-    press(u"复习"_s);
+    press(u"开始复习（1 题）"_s);
     ASSERT_TRUE(appears(u"看答案"_s));
     shoot(u"asked"_s);
     user.tap(keysym::space);
@@ -169,7 +169,7 @@ TEST_F(Windows, AWordIsAddedReviewedToTheEndAndFound)
     EXPECT_TRUE(learned.lastSpelledAt);
 
     openSettings();
-    press(u"生词本"_s);
+    press(u"生词本（1 个）"_s);
     ASSERT_TRUE(appears(u"搜索"_s));
     press(u"搜索"_s);
     ASSERT_TRUE(isReady(u"搜索"_s));
