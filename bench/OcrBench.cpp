@@ -1,7 +1,7 @@
 #include "OcrCorpus.h"
-#include "platform/linux/EngineText.h"
-#include "platform/linux/GreyPicture.h"
-#include "platform/linux/TesseractEngine.h"
+#include "platform/linux/ocr/EngineText.h"
+#include "platform/linux/ocr/GreyPicture.h"
+#include "platform/linux/ocr/TesseractEngine.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -32,9 +32,9 @@ Outcome ours(TesseractEngine &engine, const Sheet &sheet)
     return {missedWords(sheet, recognition.lines), milliseconds};
 }
 
-QList<RecognisedLine> linesOfTable(const QByteArray &table, QSize size)
+QList<RecognizedLine> linesOfTable(const QByteArray &table, QSize size)
 {
-    QList<RecognisedLine> lines;
+    QList<RecognizedLine> lines;
     for (const QByteArray &row : table.split('\n')) {
         const QList<QByteArray> cells = row.split('\t');
         if (cells.size() < 12 || cells.at(0) != "5")
@@ -42,7 +42,7 @@ QList<RecognisedLine> linesOfTable(const QByteArray &table, QSize size)
         const QRect box(cells.at(6).toInt(), cells.at(7).toInt(), cells.at(8).toInt(), cells.at(9).toInt());
         EngineWord word{QString::fromUtf8(cells.at(11)), box, {}};
         word.unitBoxes.assign(static_cast<std::size_t>(word.text.size()), box);
-        lines.append(recognisedLine({word}, size));
+        lines.append(recognizedLine({word}, size));
     }
     return lines;
 }

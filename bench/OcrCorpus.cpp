@@ -32,7 +32,7 @@ const char *const columnText = "Most compilers inline small functions, yet the g
 
 const char *const interfaceText[] = {"File", "Edit", "Selection", "View", "Preferences", "Help",
     "Recent projects", "Unsaved changes", "Restore previous session", "Cancel", "Apply", "Downloads",
-    "Notifications are muted", "Last synchronised yesterday", "Manage extensions", "Sign out"};
+    "Notifications are muted", "Last synchronized yesterday", "Manage extensions", "Sign out"};
 
 class Canvas {
 public:
@@ -184,7 +184,7 @@ void addSubtitles(std::vector<Sheet> &sheets)
         }
 }
 
-bool holdsWord(const RecognisedLine &line, const DrawnWord &word)
+bool holdsWord(const RecognizedLine &line, const DrawnWord &word)
 {
     for (qsizetype at = line.text.indexOf(word.text); at >= 0; at = line.text.indexOf(word.text, at + 1)) {
         const qsizetype end = at + word.text.size();
@@ -210,11 +210,11 @@ std::vector<Sheet> ocrCorpus()
     return sheets;
 }
 
-QStringList missedWords(const Sheet &sheet, const QList<RecognisedLine> &lines)
+QStringList missedWords(const Sheet &sheet, const QList<RecognizedLine> &lines)
 {
     QStringList missed;
     for (const DrawnWord &word : sheet.words)
-        if (std::ranges::none_of(lines, [&](const RecognisedLine &line) { return holdsWord(line, word); }))
+        if (std::ranges::none_of(lines, [&](const RecognizedLine &line) { return holdsWord(line, word); }))
             missed.append(word.text);
     return missed;
 }

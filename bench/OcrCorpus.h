@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/TextRecogniser.h"
+#include "platform/TextRecognizer.h"
 
 #include <QRectF>
 #include <QString>
@@ -28,6 +28,6 @@ struct Sheet {
 std::vector<Sheet> ocrCorpus();
 
 /// The sheet's words that don't stand in `lines` with the same letters at the same place.
-QStringList missedWords(const Sheet &sheet, const QList<RecognisedLine> &lines);
+QStringList missedWords(const Sheet &sheet, const QList<RecognizedLine> &lines);
 
 } // namespace nimbrelle::bench

@@ -7,8 +7,8 @@
 #include "notebook/LearningLog.h"
 #include "notebook/WordStore.h"
 #include "platform/Speaker.h"
-#include "shell/views/Theme.h"
-#include "shell/views/WordListView.h"
+#include "widgets/Theme.h"
+#include "wordbook/views/WordListView.h"
 
 #include <QApplication>
 #include <QLineEdit>

@@ -11,6 +11,16 @@ function(nimbrelle_test)
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Asia/Shanghai;LC_ALL=C.UTF-8")
 endfunction()
 
+# nimbrelle_view_test(NAME ... SOURCES ... [LIBRARIES ...])
+# The same with the views, on a screen that is not there.
+function(nimbrelle_view_test)
+    cmake_parse_arguments(arg "" "NAME" "SOURCES;LIBRARIES" ${ARGN})
+    nimbrelle_test(NAME ${arg_NAME} SOURCES ${arg_SOURCES} "${CMAKE_SOURCE_DIR}/tests/support/ViewMain.cpp"
+        LIBRARIES nimbrelle_desktop ${arg_LIBRARIES})
+    set_property(TEST ${arg_NAME} APPEND PROPERTY ENVIRONMENT
+        "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leak-suppressions.txt:print_suppressions=0")
+endfunction()
+
 # nimbrelle_session_test(NAME ... SOURCES ... LIBRARIES ...)
 # The same in a private X session with a window manager and a session bus, one at a time, with the programs as
 # they are shipped. Belongs to the end-to-end stage.

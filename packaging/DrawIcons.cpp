@@ -1,5 +1,5 @@
 #include "frame/AtomicFile.h"
-#include "shell/views/IconArt.h"
+#include "widgets/IconArt.h"
 
 #include <QDir>
 #include <QTransform>

@@ -2,7 +2,7 @@
 // while nothing happens. Runs inside a desktop session of its own; tools/card-latency starts it so.
 
 #include "Scene.h"
-#include "platform/linux/TesseractRecogniser.h"
+#include "platform/linux/ocr/TesseractRecognizer.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -135,20 +135,20 @@ protected:
     }
 };
 
-/// What the recogniser takes for a place, without anything round it.
+/// What the recognizer takes for a place, without anything round it.
 QList<double> CardLatency::recognitionTimes(QPoint at) const
 {
     constexpr QSize size(760, 200);
     const QRect area(at - QPoint(size.width() / 2, size.height() / 2), size);
     const QImage image = screenImage().copy(area).convertToFormat(QImage::Format_RGB32);
-    TesseractRecogniser recogniser;
+    TesseractRecognizer recognizer;
     QList<double> times;
     for (int i = -1; i < 20; ++i) {
         const Picture picture{size.width(), size.height(), 1,
             QByteArray(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes())};
         QElapsedTimer time;
         time.start();
-        QCoro::waitFor(recogniser.recognise(picture, RecognitionStyle::plain, {}));
+        QCoro::waitFor(recognizer.recognize(picture, RecognitionStyle::plain, {}));
         if (i >= 0)
             times.append(static_cast<double>(time.nsecsElapsed()) / 1e6);
     }

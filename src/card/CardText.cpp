@@ -26,20 +26,6 @@ QString displayForms(const QList<Affix> &affixes)
 
 } // namespace
 
-QList<TextRange> highlighted(const QString &text, const QStringList &terms)
-{
-    QList<TextRange> ranges;
-    for (const QString &each : terms) {
-        const QString term = each.trimmed();
-        if (term.isEmpty())
-            continue;
-        for (qsizetype at = text.indexOf(term, 0, Qt::CaseInsensitive); at >= 0;
-             at = text.indexOf(term, at + term.size(), Qt::CaseInsensitive))
-            ranges.append({at, term.size()});
-    }
-    return ranges;
-}
-
 std::optional<QString> formLine(const Explanation &explanation)
 {
     const QString form = explanation.surfaceForm.value_or(QString());
@@ -55,15 +41,6 @@ std::optional<QString> familyRootOf(const Explanation &explanation)
     if (root.isEmpty() || !differs(root, explanation.headword))
         return std::nullopt;
     return root;
-}
-
-QString sourceLine(const PageSource &source, bool showTitle)
-{
-    QStringList parts;
-    for (const auto &part : {source.app, source.host(), showTitle ? source.title : std::nullopt})
-        if (part && !part->isEmpty())
-            parts.append(*part);
-    return parts.isEmpty() ? QString() : u"来自 "_s + parts.join(u" · "_s);
 }
 
 QList<UnlockItem> unlockItems(const Unlock &unlock)

@@ -31,7 +31,7 @@ namespace detail {
 QString fromUtf8(std::string_view utf8);
 std::optional<QUuid> uuidFrom(std::string_view text);
 std::string uuidText(const QUuid &id);
-/// As published for such keys: the first word lower-cased, the others capitalised.
+/// As published for such keys: the first word lower-cased, the others capitalized.
 std::string camelCased(std::string_view key);
 
 template <class T> struct IsOptional : std::false_type { };

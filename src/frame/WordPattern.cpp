@@ -62,4 +62,18 @@ std::optional<TextRange> firstMatch(const QRegularExpression &expression, const 
     return std::nullopt;
 }
 
+QList<TextRange> allOccurrences(const QString &text, const QStringList &terms)
+{
+    QList<TextRange> ranges;
+    for (const QString &each : terms) {
+        const QString term = each.trimmed();
+        if (term.isEmpty())
+            continue;
+        for (qsizetype at = text.indexOf(term, 0, Qt::CaseInsensitive); at >= 0;
+             at = text.indexOf(term, at + term.size(), Qt::CaseInsensitive))
+            ranges.append({.start = at, .length = term.size()});
+    }
+    return ranges;
+}
+
 } // namespace nimbrelle::WordPattern

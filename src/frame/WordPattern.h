@@ -1,19 +1,13 @@
 #pragma once
 
+#include "frame/TextRange.h"
+
 #include <QRegularExpression>
 #include <QStringList>
 
 #include <optional>
 
 namespace nimbrelle {
-
-/// A stretch of a text, in UTF-16 units.
-struct TextRange {
-    qsizetype start = 0;
-    qsizetype length = 0;
-
-    bool operator==(const TextRange &) const = default;
-};
 
 /// Finds words in sentences, in any letter case. A word boundary lies between a word character and anything
 /// else; letters, numbers, connectors and, unlike in the regular-expression engine's own \b, combining marks
@@ -35,6 +29,10 @@ QStringList longestFirst(QStringList words);
 
 /// The first match that cuts no character in two. Absent too for an expression that could not be built.
 std::optional<TextRange> firstMatch(const QRegularExpression &expression, const QString &text);
+
+/// Every place where one of the terms stands in `text`, letter case and word boundaries aside, term by term.
+/// Blanks round a term don't count.
+QList<TextRange> allOccurrences(const QString &text, const QStringList &terms);
 
 } // namespace WordPattern
 

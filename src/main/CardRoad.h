@@ -13,12 +13,12 @@
 namespace nimbrelle {
 
 class Services;
-struct LinuxPlatform;
+struct Platform;
 
 /// The way from the mouse to the card, tied together: what watches, what reads, and what shows.
 class CardRoad {
 public:
-    CardRoad(Services &services, LinuxPlatform &platform, const Theme &theme);
+    CardRoad(Services &services, const Platform &platform, const Theme &theme);
 
     CardController &card() { return m_card; }
     void startWatching() { m_trigger.start(); }

@@ -3,14 +3,15 @@
 #include "card/views/AskView.h"
 #include "coach/views/CoachView.h"
 #include "review/views/ReviewView.h"
-#include "shell/views/AddWordView.h"
+#include "settings/views/SettingsView.h"
 #include "shell/views/FollowDesktop.h"
-#include "shell/views/SettingsView.h"
 #include "shell/views/StatusPictures.h"
 #include "shell/views/TrayIcon.h"
-#include "shell/views/WordListView.h"
 #include "sync/PinnedTransport.h"
 #include "sync/views/CopySecret.h"
+#include "sync/views/SyncSection.h"
+#include "wordbook/views/AddWordView.h"
+#include "wordbook/views/WordListView.h"
 
 #include <QDesktopServices>
 #include <QGuiApplication>
@@ -26,47 +27,38 @@ namespace {
 
 constexpr double menuSymbolSize = 16;
 
-PermissionModel::Exits exits()
+PermissionModel::System operatingSystem()
 {
-    return {[](const QString &line) { ::syslog(LOG_USER | LOG_NOTICE, "nimbrelle: %s", qPrintable(line)); },
-        [](const QUrl &url) { QDesktopServices::openUrl(url); },
-        [](const QString &program, const QStringList &arguments) {
-            QProcess::startDetached(program, arguments);
-        },
-        [] { QCoreApplication::quit(); }};
-}
-
-StatusArt statusArt(const Theme &theme)
-{
-    return {StatusNotifierItem::installedIcon(), statusIcons(), [&theme](const QString &symbol) {
-                return menuSymbol(
-                    symbol, qCeil(menuSymbolSize * qApp->devicePixelRatio()), theme.colour(Tone::ink2));
-            }};
+    return {
+        .systemLog =
+            [](const QString &line) { ::syslog(LOG_USER | LOG_NOTICE, "nimbrelle: %s", qPrintable(line)); },
+        .openUrl = [](const QUrl &url) { QDesktopServices::openUrl(url); },
+        .startDetached = [](const QString &program,
+                             const QStringList &arguments) { QProcess::startDetached(program, arguments); },
+        .quit = [] { QCoreApplication::quit(); },
+    };
 }
 
 } // namespace
 
-Desktop::Desktop(Services &services)
+Desktop::Desktop(Services &services, const Platform &platform)
     : m_services(services)
+    , m_platform(platform)
     , m_theme(Theme::desktopScale())
     , m_road(services, m_platform, m_theme)
     , m_review(services.words(), services.clock(), m_platform.speaker)
     , m_ask(services.clock(), services.config(), services.words(), services.newAI())
     , m_facts(services.words(), services.config(), services.log())
-    , m_permissions(m_platform.permissions, m_platform.launchAtLogin, exits())
+    , m_permissions(m_platform.permissions, m_platform.launchAtLogin, operatingSystem())
     , m_keyTest(services.config(), services.newAI())
     , m_excluded(services.config(), m_platform.installed)
     , m_connection(services.config(), services.sync(), services.clock(), &PinnedTransport::open, &copySecret)
     , m_addWord(services.config(), services.words(), services.newAI())
     , m_popup(m_theme)
-    , m_statusItem(QDBusConnection::sessionBus(), statusArt(m_theme),
-          {[this] { return std::make_unique<TrayIcon>(m_theme); },
-              [this](const QList<MenuEntry> &entries, QPoint at) {
-                  m_popup.popUp(entries, QRect(m_platform.screens.layout().toolkitPointOf(at), QSize(1, 1)));
-              }})
-    , m_windows(m_theme, windowContents(),
+    , m_statusItem(QDBusConnection::sessionBus(), statusArt(), statusViews())
+    , m_windows(m_theme, windowTable(),
           [this](WId window) { m_platform.frontApplication.activate({.window = window}); })
-    , m_delegate(delegateWorld())
+    , m_delegate(delegateParts())
 {
     followDesktop(m_theme, m_platform.appearance);
     m_theme.applyToApplication();
@@ -88,22 +80,92 @@ CoachSession &Desktop::coach()
     return *m_coach;
 }
 
-DesktopWindows::Contents Desktop::windowContents()
+StatusArt Desktop::statusArt() const
 {
-    return {[this] { return makeSettings(); }, [this] { return makeWords(); },
-        [this] { return new AddWordView(m_theme, m_addWord, m_platform.speaker); },
-        [this] { return makeReview(); }, [this] { return makeCoach(); },
-        [this] { return new AskView(m_theme, m_ask); }};
+    return {
+        .iconName = StatusNotifierItem::installedIcon(),
+        .icons = statusIcons(),
+        .symbol =
+            [this](const QString &symbol) {
+                return menuSymbol(
+                    symbol, qCeil(menuSymbolSize * qApp->devicePixelRatio()), m_theme.colour(Tone::ink2));
+            },
+    };
+}
+
+LinuxStatusItem::Views Desktop::statusViews()
+{
+    return {
+        .makeTray = [this] { return std::make_unique<TrayIcon>(m_theme); },
+        .popUp =
+            [this](const QList<MenuEntry> &entries, QPoint at) {
+                m_popup.popUp(entries, QRect(m_platform.windowSystem.toolkitPointOf(at), QSize(1, 1)));
+            },
+    };
+}
+
+/// A new window is a row here.
+std::vector<WindowRow> Desktop::windowTable()
+{
+    return {
+        {.kind = WindowKind::settings,
+            .name = u"settingsWindow"_s,
+            .title = u"Nimbrelle 设置"_s,
+            .size = {520, 560},
+            .make = [this] { return makeSettings(); }},
+        {.kind = WindowKind::words,
+            .name = u"wordsWindow"_s,
+            .title = u"生词本"_s,
+            .size = {760, 520},
+            .make = [this] { return makeWords(); }},
+        {.kind = WindowKind::addWord,
+            .name = u"addWordWindow"_s,
+            .title = u"查词"_s,
+            .size = {460, 220},
+            .make = [this] { return new AddWordView(m_theme, m_addWord, m_platform.speaker); }},
+        {.kind = WindowKind::review, // it shares the one session with the next
+            .name = u"reviewWindow"_s,
+            .title = u"复习"_s,
+            .size = {500, 480},
+            .make = [this] { return makeReview(); },
+            .replaces = WindowKind::spelling},
+        {.kind = WindowKind::spelling,
+            .name = u"spellingWindow"_s,
+            .title = u"拼写练习"_s,
+            .size = {500, 480},
+            .make = [this] { return makeReview(); },
+            .replaces = WindowKind::review},
+        {.kind = WindowKind::coach,
+            .name = u"coachWindow"_s,
+            .title = u"AI 教练"_s,
+            .size = {500, 680},
+            .make = [this] { return makeCoach(); }},
+        {.kind = WindowKind::ask,
+            .name = u"askWindow"_s,
+            .title = u"问 AI"_s,
+            .size = {460, 600},
+            .make = [this] { return new AskView(m_theme, m_ask); }},
+    };
 }
 
 QWidget *Desktop::makeSettings()
 {
-    auto *view = new SettingsView({m_theme, m_services.config(), m_services.words(), m_permissions, m_keyTest,
-        m_excluded, m_connection, m_services.sync(), m_services.clock(),
-        [this] {
-            return m_statusItem.isSeen() ? QList<MenuEntry>() : StatusMenu::offers(m_delegate.menuEntries());
-        },
-        m_services.paths().config});
+    auto *view = new SettingsView({
+        .theme = m_theme,
+        .config = m_services.config(),
+        .words = m_services.words(),
+        .permissions = m_permissions,
+        .keyTest = m_keyTest,
+        .excluded = m_excluded,
+        .clock = m_services.clock(),
+        .offers =
+            [this] {
+                return m_statusItem.isSeen() ? QList<MenuEntry>()
+                                             : StatusMenu::offers(m_delegate.menuEntries());
+            },
+        .makeSyncGroup = [this] { return makeSyncGroup(); },
+        .configPath = m_services.paths().config,
+    });
     QObject::connect(view, &SettingsView::offerChosen, &m_statusItem, &StatusItem::chosen);
     QObject::connect(&m_statusItem, &StatusItem::seenChanged, view, &SettingsView::refreshOffers);
     QObject::connect(view, &SettingsView::wordsRequested, &m_delegate, &AppDelegate::showWords);
@@ -111,18 +173,34 @@ QWidget *Desktop::makeSettings()
     return view;
 }
 
+QWidget *Desktop::makeSyncGroup()
+{
+    return new SyncSection({.theme = m_theme,
+        .config = m_services.config(),
+        .connection = m_connection,
+        .service = m_services.sync(),
+        .clock = m_services.clock()});
+}
+
 QWidget *Desktop::makeWords()
 {
-    auto *view = new WordListView(
-        {m_theme, m_services.clock(), m_services.config(), m_services.words(), m_platform.speaker});
+    auto *view = new WordListView({.theme = m_theme,
+        .clock = m_services.clock(),
+        .config = m_services.config(),
+        .words = m_services.words(),
+        .speaker = m_platform.speaker});
     QObject::connect(view, &WordListView::addWordRequested, &m_delegate, &AppDelegate::showAddWord);
     return view;
 }
 
 QWidget *Desktop::makeReview()
 {
-    auto *view = new ReviewView(
-        {m_theme, m_review, m_services.words(), m_services.config(), m_platform.speaker, m_services.clock()});
+    auto *view = new ReviewView({.theme = m_theme,
+        .session = m_review,
+        .words = m_services.words(),
+        .config = m_services.config(),
+        .speaker = m_platform.speaker,
+        .clock = m_services.clock()});
     QObject::connect(view, &ReviewView::closed, view, &QWidget::close);
     return view;
 }
@@ -134,13 +212,27 @@ QWidget *Desktop::makeCoach()
     return view;
 }
 
-AppDelegate::World Desktop::delegateWorld()
+AppDelegate::Parts Desktop::delegateParts()
 {
-    return {m_services.clock(), m_services.paths(), m_services.config(), m_services.words(), m_services.log(),
-        m_platform.permissions, m_permissions, m_platform.frontApplication, m_platform.speaker, m_statusItem,
-        m_windows, m_review, m_ask, [this]() -> CoachSession & { return coach(); },
-        [this] { m_services.sync().start(); }, [this] { m_road.startWatching(); },
-        [] { QCoreApplication::quit(); }};
+    return {
+        .clock = m_services.clock(),
+        .paths = m_services.paths(),
+        .config = m_services.config(),
+        .words = m_services.words(),
+        .log = m_services.log(),
+        .permissions = m_platform.permissions,
+        .permissionModel = m_permissions,
+        .front = m_platform.frontApplication,
+        .speaker = m_platform.speaker,
+        .statusItem = m_statusItem,
+        .windows = m_windows,
+        .review = m_review,
+        .ask = m_ask,
+        .coach = [this]() -> CoachSession & { return coach(); },
+        .startSync = [this] { m_services.sync().start(); },
+        .startTrigger = [this] { m_road.startWatching(); },
+        .quitApplication = [] { QCoreApplication::quit(); },
+    };
 }
 
 void Desktop::tie()

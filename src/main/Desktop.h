@@ -5,44 +5,48 @@
 #include "coach/CoachSession.h"
 #include "main/CardRoad.h"
 #include "main/Services.h"
-#include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/LinuxStatusItem.h"
+#include "platform/Platform.h"
+#include "platform/WindowSystem.h"
+#include "platform/linux/bus/LinuxStatusItem.h"
 #include "review/ReviewSession.h"
-#include "screen/PermissionModel.h"
-#include "shell/AddWordModel.h"
+#include "settings/ExcludedApplications.h"
+#include "settings/KeyTest.h"
+#include "settings/PermissionModel.h"
 #include "shell/AppDelegate.h"
-#include "shell/ExcludedApplications.h"
-#include "shell/KeyTest.h"
 #include "shell/views/DesktopWindows.h"
 #include "shell/views/StatusPopup.h"
-#include "shell/views/Theme.h"
 #include "sync/SyncConnection.h"
+#include "widgets/Theme.h"
+#include "wordbook/AddWordModel.h"
 
 namespace nimbrelle {
 
-/// The program as it runs in a session: the desktop's services, the sessions behind the windows, the windows
-/// and the delegate that leads them, tied together. Made once the application object stands, and dies before
+/// The program as it runs in a session: the sessions behind the windows, the windows and the delegate that
+/// leads them, tied together. Made once the application object stands, and dies before
 /// it.
 class Desktop {
 public:
-    explicit Desktop(Services &services);
+    Desktop(Services &services, const Platform &platform);
     /// Keeps what is there of an answer that still comes.
     ~Desktop();
 
     AppDelegate &delegate() { return m_delegate; }
 
 private:
-    DesktopWindows::Contents windowContents();
+    std::vector<WindowRow> windowTable();
+    StatusArt statusArt() const;
+    LinuxStatusItem::Views statusViews();
     QWidget *makeSettings();
+    QWidget *makeSyncGroup();
     QWidget *makeWords();
     QWidget *makeReview();
     QWidget *makeCoach();
-    AppDelegate::World delegateWorld();
+    AppDelegate::Parts delegateParts();
     CoachSession &coach();
     void tie();
 
     Services &m_services;
-    LinuxPlatform m_platform;
+    const Platform m_platform;
     Theme m_theme;
     CardRoad m_road;
 

@@ -13,10 +13,10 @@
 #include "main/SelfTestReview.h"
 #include "main/Services.h"
 #include "main/SyncCommands.h"
-#include "platform/linux/TesseractRecogniser.h"
-#include "shell/views/IconArt.h"
+#include "platform/linux/ocr/TesseractRecognizer.h"
 #include "sync/PinnedTransport.h"
 #include "sync/SyncService.h"
+#include "widgets/IconArt.h"
 
 #include <QTextStream>
 
@@ -98,8 +98,8 @@ QCoro::Task<int> ask(OptionRun run)
 
 QCoro::Task<int> ocr(OptionRun run)
 {
-    TesseractRecogniser recogniser;
-    const bool isRight = co_await SelfTest::runOCR(recogniser, SelfTest::drawTextSheet(), run.out);
+    TesseractRecognizer recognizer;
+    const bool isRight = co_await SelfTest::runOCR(recognizer, SelfTest::drawTextSheet(), run.out);
     co_return isRight ? 0 : 1;
 }
 

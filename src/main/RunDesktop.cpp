@@ -2,6 +2,7 @@
 
 #include "main/Desktop.h"
 #include "main/TerminationSignals.h"
+#include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/LinuxSingleInstance.h"
 #include "shell/views/WindowIcon.h"
 
@@ -52,7 +53,8 @@ void loadFontsSoon(QObject &owner)
 int runUntilToldToEnd(Services &services, SingleInstance &instance)
 {
     const TerminationSignals termination([] { QCoreApplication::quit(); });
-    Desktop desktop(services);
+    LinuxPlatform platform;
+    Desktop desktop(services, platform.platform());
     QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
         &AppDelegate::applicationShouldHandleReopen);
     QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);

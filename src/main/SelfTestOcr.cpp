@@ -34,15 +34,15 @@ bool point(
     return isRight;
 }
 
-QCoro::Task<QList<RecognisedLine>> linesOf(TextRecogniser &recogniser, Picture picture)
+QCoro::Task<QList<RecognizedLine>> linesOf(TextRecognizer &recognizer, Picture picture)
 {
     if (!picture.isValid())
-        co_return QList<RecognisedLine>();
+        co_return QList<RecognizedLine>();
     try {
-        co_return co_await recogniser.recognise(picture, RecognitionStyle::plain, std::stop_token());
+        co_return co_await recognizer.recognize(picture, RecognitionStyle::plain, std::stop_token());
     } catch (const Failure &) {
     }
-    co_return QList<RecognisedLine>();
+    co_return QList<RecognizedLine>();
 }
 
 } // namespace
@@ -56,14 +56,14 @@ QList<SheetLine> sheetLines()
     };
 }
 
-QCoro::Task<bool> runOCR(TextRecogniser &recogniser, TextSheet sheet, QTextStream &out)
+QCoro::Task<bool> runOCR(TextRecognizer &recognizer, TextSheet sheet, QTextStream &out)
 {
-    const QList<RecognisedLine> recognised = co_await linesOf(recogniser, sheet.picture);
-    if (recognised.isEmpty()) {
+    const QList<RecognizedLine> recognized = co_await linesOf(recognizer, sheet.picture);
+    if (recognized.isEmpty()) {
         out << QStringLiteral("FAIL: 无法识别图片") << Qt::endl;
         co_return false;
     }
-    const QList<ScreenOCR::Line> lines = ScreenOCR::linesFrom(recognised);
+    const QList<ScreenOCR::Line> lines = ScreenOCR::linesFrom(recognized);
     bool isRight = true;
     for (const QString &target :
         {QStringLiteral("reluctant"), QStringLiteral("ngl"), QStringLiteral("unpopular")})

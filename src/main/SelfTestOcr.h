@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/TextRecogniser.h"
+#include "platform/TextRecognizer.h"
 
 #include <QPointF>
 
@@ -27,6 +27,6 @@ struct TextSheet {
 };
 
 /// Whether pointing at three words of the sheet finds them. Everything handed in outlives the task.
-QCoro::Task<bool> runOCR(TextRecogniser &recogniser, TextSheet sheet, QTextStream &out);
+QCoro::Task<bool> runOCR(TextRecognizer &recognizer, TextSheet sheet, QTextStream &out);
 
 } // namespace nimbrelle::SelfTest

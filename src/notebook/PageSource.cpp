@@ -1,8 +1,11 @@
 #include "notebook/PageSource.h"
 
+#include <QStringList>
 #include <QUrl>
 
 namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
 
 std::optional<QString> hostOf(const std::optional<QString> &url)
 {
@@ -28,6 +31,15 @@ std::optional<QString> PageSource::sourceKey() const
 {
     const auto found = host();
     return found ? found : app;
+}
+
+QString sourceLine(const PageSource &source, bool showTitle)
+{
+    QStringList parts;
+    for (const auto &part : {source.app, source.host(), showTitle ? source.title : std::nullopt})
+        if (part && !part->isEmpty())
+            parts.append(*part);
+    return parts.isEmpty() ? QString() : u"来自 "_s + parts.join(u" · "_s);
 }
 
 } // namespace nimbrelle

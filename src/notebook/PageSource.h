@@ -24,4 +24,7 @@ struct PageSource {
 /// The rule of PageSource::host for an address that stands by itself.
 std::optional<QString> hostOf(const std::optional<QString> &url);
 
+/// "来自 Firefox · example.org"; empty when nothing is known.
+QString sourceLine(const PageSource &source, bool showTitle);
+
 } // namespace nimbrelle

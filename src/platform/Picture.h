@@ -5,7 +5,7 @@
 
 namespace nimbrelle {
 
-/// Pixels on their way from a capture to the recogniser. Nothing keeps one longer than that, in memory or on
+/// Pixels on their way from a capture to the recognizer. Nothing keeps one longer than that, in memory or on
 /// disk.
 struct Picture {
     int width = 0; ///< in pixels

@@ -4,8 +4,8 @@
 
 namespace nimbrelle {
 
-ScreenOCR::ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecogniser &recogniser)
-    : m_screens(screens), m_capture(capture), m_recogniser(recogniser)
+ScreenOCR::ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecognizer &recognizer)
+    : m_screens(screens), m_capture(capture), m_recognizer(recognizer)
 {
 }
 
@@ -20,7 +20,7 @@ QCoro::Task<Picture> ScreenOCR::captured(ScreenPiece piece, std::stop_token stop
 QCoro::Task<QList<ScreenOCR::Line>> ScreenOCR::recognizeLines(
     Picture picture, RecognitionStyle style, std::stop_token stop)
 {
-    const QList<RecognisedLine> found = co_await m_recogniser.recognise(picture, style, stop);
+    const QList<RecognizedLine> found = co_await m_recognizer.recognize(picture, style, stop);
     co_return linesFrom(found);
 }
 
@@ -34,7 +34,7 @@ QCoro::Task<std::optional<ScreenOCR::Result>> ScreenOCR::recognize(
     const Picture picture = co_await captured(*piece, stop);
     if (!picture.isValid())
         co_return std::nullopt;
-    const QPointF cursor = piece->normalised(around);
+    const QPointF cursor = piece->normalized(around);
     const QList<Line> lines = co_await recognizeLines(picture, RecognitionStyle::plain, stop);
     std::optional<Result> result = analyze(lines, cursor, seek);
     if (!result && seek == Seek::word) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/TextRecogniser.h"
+#include "platform/TextRecognizer.h"
 #include "screen/ScreenPiece.h"
 
 namespace nimbrelle {
@@ -9,7 +9,7 @@ class ScreenCapture;
 
 /// Reads text that exists only as pixels. Keeps nothing: no picture outlives the call that took it.
 ///
-/// What is static is pure. Its boxes and points are normalised to the picture: 0...1, origin at the bottom
+/// What is static is pure. Its boxes and points are normalized to the picture: 0...1, origin at the bottom
 /// left, y upward. Points and rectangles on the screen are global, origin at the bottom left of the main
 /// screen, y upward.
 class ScreenOCR {
@@ -47,7 +47,7 @@ public:
         bool operator==(const Range &) const = default;
     };
 
-    ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecogniser &recogniser);
+    ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecognizer &recognizer);
 
     /// What stands at and round a point. Absent when the point is on no screen, or on no word when one is
     /// sought, or there is no text. Throws CaptureFailure, RecognitionFailure, or Cancelled after a stop.
@@ -57,7 +57,7 @@ public:
     QCoro::Task<std::optional<QString>> recognizeText(QRectF in, std::stop_token stop);
 
     /// The lines cleaned and cut into words, in the order of the engine.
-    static QList<Line> linesFrom(const QList<RecognisedLine> &recognised);
+    static QList<Line> linesFrom(const QList<RecognizedLine> &recognized);
 
     /// A bar that can only be a misread l becomes one. The length stays, so ranges of the raw text hold good.
     static QString cleaned(QString text);
@@ -80,7 +80,7 @@ private:
 
     const Screens &m_screens;
     ScreenCapture &m_capture;
-    TextRecogniser &m_recogniser;
+    TextRecognizer &m_recognizer;
 };
 
 } // namespace nimbrelle

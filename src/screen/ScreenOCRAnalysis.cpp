@@ -127,11 +127,11 @@ QString contextRound(const Line &anchor, const QList<Line> &lines)
         sorted(near, [height](const Line &a, const Line &b) { return readsBefore(a, b, height * 0.5); }));
 }
 
-Line lineFrom(const RecognisedLine &recognised)
+Line lineFrom(const RecognizedLine &recognized)
 {
-    Line line{ScreenOCR::cleaned(recognised.text), recognised.box, {}};
+    Line line{ScreenOCR::cleaned(recognized.text), recognized.box, {}};
     for (const ScreenOCR::Range &range : ScreenOCR::wordRanges(line.text)) {
-        const QRectF box = recognised.boxOf(range.from, range.length);
+        const QRectF box = recognized.boxOf(range.from, range.length);
         if (!box.isNull())
             line.words.append({line.text.sliced(range.from, range.length), box});
     }
@@ -155,10 +155,10 @@ QList<ScreenOCR::Range> ScreenOCR::wordRanges(const QString &text)
     return ranges;
 }
 
-QList<Line> ScreenOCR::linesFrom(const QList<RecognisedLine> &recognised)
+QList<Line> ScreenOCR::linesFrom(const QList<RecognizedLine> &recognized)
 {
     QList<Line> lines;
-    for (const RecognisedLine &line : recognised)
+    for (const RecognizedLine &line : recognized)
         lines.append(lineFrom(line));
     return lines;
 }

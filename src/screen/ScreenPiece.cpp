@@ -35,7 +35,7 @@ std::optional<ScreenPiece> ScreenPiece::of(const QRectF &rect, const Screen &scr
     return clipped(screen, nimbrelle::topLeftFromGlobal(screen, rect), leastOfFrame);
 }
 
-QPointF ScreenPiece::normalised(QPointF global) const
+QPointF ScreenPiece::normalized(QPointF global) const
 {
     const QPointF inArea = topLeftFromGlobal(screen, global) - area.topLeft();
     return {inArea.x() / area.width(), 1 - inArea.y() / area.height()};

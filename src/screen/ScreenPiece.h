@@ -17,10 +17,10 @@ struct ScreenPiece {
     static std::optional<ScreenPiece> of(const QRectF &rect, const Screen &screen);
 
     /// From global points to 0...1 of the picture, origin at its bottom left, y upward.
-    QPointF normalised(QPointF global) const;
+    QPointF normalized(QPointF global) const;
 
     /// The other way round, for a box.
-    QRectF toGlobal(const QRectF &normalised) const;
+    QRectF toGlobal(const QRectF &normalized) const;
 };
 
 } // namespace nimbrelle

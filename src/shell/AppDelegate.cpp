@@ -8,7 +8,7 @@
 #include "platform/Permissions.h"
 #include "platform/Speaker.h"
 #include "review/ReviewSession.h"
-#include "screen/PermissionModel.h"
+#include "settings/PermissionModel.h"
 #include "shell/AppWindows.h"
 
 #include <QFileInfo>
@@ -24,15 +24,15 @@ AppDelegate *sharedDelegate = nullptr;
 
 } // namespace
 
-AppDelegate::AppDelegate(World world, QObject *parent)
+AppDelegate::AppDelegate(Parts parts, QObject *parent)
     : QObject(parent)
-    , m_world(std::move(world))
-    , m_menuBarWord(m_world.words, m_world.config, m_world.log, m_world.clock)
-    , m_archive(m_world.paths)
+    , m_parts(std::move(parts))
+    , m_menuBarWord(m_parts.words, m_parts.config, m_parts.log, m_parts.clock)
+    , m_archive(m_parts.paths)
 {
     connect(&m_menuBarWord, &MenuBarWord::changed, this, &AppDelegate::updateStatusTitle);
     connect(&m_archive, &GrowthArchive::updated, this, &AppDelegate::openArchive);
-    connect(&m_world.statusItem, &StatusItem::chosen, this, &AppDelegate::choose);
+    connect(&m_parts.statusItem, &StatusItem::chosen, this, &AppDelegate::choose);
 }
 
 AppDelegate::~AppDelegate()
@@ -50,20 +50,20 @@ AppDelegate *AppDelegate::shared()
 void AppDelegate::applicationDidFinishLaunching()
 {
     sharedDelegate = this;
-    m_world.statusItem.show([self = QPointer(this)](StatusItem::MenuUse use) {
+    m_parts.statusItem.show([self = QPointer(this)](StatusItem::MenuUse use) {
         if (!self)
             return QList<MenuEntry>();
         return use == StatusItem::MenuUse::opening ? self->menuNeedsUpdate() : self->menuEntries();
     });
     m_menuBarWord.start();
-    m_world.startSync();
+    m_parts.startSync();
     const bool isGranted = isAccessible();
     if (isGranted)
-        m_world.startTrigger();
+        m_parts.startTrigger();
     else
         waitForAccessibility(m_permissionTimer.get_token());
     // A new user lands in the settings.
-    if (!isGranted || m_world.config.config().apiKey.isEmpty())
+    if (!isGranted || m_parts.config.config().apiKey.isEmpty())
         showSettings();
 }
 
@@ -75,50 +75,50 @@ void AppDelegate::applicationShouldHandleReopen()
 QCoro::Task<> AppDelegate::waitForAccessibility(std::stop_token stop)
 {
     do {
-        co_await m_world.clock.sleep(permissionPeriod, stop);
+        co_await m_parts.clock.sleep(permissionPeriod, stop);
         if (stop.stop_requested())
             co_return;
     } while (!isAccessible());
-    m_world.startTrigger();
+    m_parts.startTrigger();
 }
 
 void AppDelegate::showSettings()
 {
-    m_world.windows.showSettings();
+    m_parts.windows.show(WindowKind::settings);
 }
 
 void AppDelegate::showWords()
 {
-    m_world.windows.showWords();
+    m_parts.windows.show(WindowKind::words);
 }
 
 void AppDelegate::showAddWord()
 {
-    m_world.windows.showAddWord();
+    m_parts.windows.show(WindowKind::addWord);
 }
 
 void AppDelegate::showReview()
 {
-    m_world.review.start(0);
-    m_world.windows.showReview();
+    m_parts.review.start(0);
+    m_parts.windows.show(WindowKind::review);
 }
 
 void AppDelegate::showSpelling()
 {
-    m_world.review.startSpelling();
-    m_world.windows.showSpelling();
+    m_parts.review.startSpelling();
+    m_parts.windows.show(WindowKind::spelling);
 }
 
 void AppDelegate::showCoach()
 {
-    m_world.coach().open();
-    m_world.windows.showCoach();
+    m_parts.coach().open();
+    m_parts.windows.show(WindowKind::coach);
 }
 
 void AppDelegate::showAsk(std::optional<QuickQuestion> question, const AskContext &context)
 {
-    m_world.ask.start(context, question);
-    m_world.windows.showAsk();
+    m_parts.ask.start(context, question);
+    m_parts.windows.show(WindowKind::ask);
 }
 
 void AppDelegate::showJourney()
@@ -129,9 +129,9 @@ void AppDelegate::showJourney()
 void AppDelegate::openArchive()
 {
     if (QFileInfo::exists(m_archive.report()))
-        m_world.windows.openFile(m_archive.report());
+        m_parts.windows.openFile(m_archive.report());
     else
-        m_world.windows.showAlert(
+        m_parts.windows.showAlert(
             QStringLiteral("成长档案还没装好"), QStringLiteral("重新运行一次 build.sh 就会装好。"));
 }
 
@@ -163,26 +163,26 @@ void AppDelegate::toggleMenuBarWord()
 
 void AppDelegate::toggleExcluded(const QString &bundleID)
 {
-    AppConfig changed = m_world.config.config();
+    AppConfig changed = m_parts.config.config();
     if (changed.excludedBundleIDs.removeAll(bundleID) == 0)
         changed.excludedBundleIDs.append(bundleID);
-    m_world.config.setConfig(changed);
+    m_parts.config.setConfig(changed);
 }
 
 void AppDelegate::toggleLaunchAtLogin()
 {
-    m_world.permissionModel.setLaunchAtLogin(!m_world.permissionModel.launchAtLogin());
+    m_parts.permissionModel.setLaunchAtLogin(!m_parts.permissionModel.launchAtLogin());
 }
 
 void AppDelegate::quit()
 {
-    m_world.quitApplication();
+    m_parts.quitApplication();
 }
 
 void AppDelegate::speakMenuBarWord()
 {
     if (const auto word = m_menuBarWord.entry())
-        m_world.speaker.speak(word->headword);
+        m_parts.speaker.speak(word->headword);
 }
 
 void AppDelegate::nextMenuBarWord()
@@ -194,8 +194,8 @@ void AppDelegate::updateStatusTitle()
 {
     const auto word = m_menuBarWord.entry();
     const StatusMenu::ToolTip toolTip = StatusMenu::toolTip(word);
-    m_world.statusItem.setToolTip(toolTip.title, toolTip.text);
-    m_world.statusItem.setTitle(StatusMenu::title(word));
+    m_parts.statusItem.setToolTip(toolTip.title, toolTip.text);
+    m_parts.statusItem.setTitle(StatusMenu::title(word));
 }
 
 QList<MenuEntry> AppDelegate::menuNeedsUpdate()
@@ -208,17 +208,17 @@ QList<MenuEntry> AppDelegate::menuEntries() const
 {
     return StatusMenu::entries({
         .word = m_menuBarWord.entry(),
-        .config = m_world.config.config(),
-        .dueCount = m_world.words.sessionCount(m_world.clock.now()),
-        .learningCount = m_world.words.learningCount(),
-        .spellPracticeCount = m_world.words.spellPracticeCount(),
-        .wordCount = m_world.words.entries().size(),
+        .config = m_parts.config.config(),
+        .dueCount = m_parts.words.sessionCount(m_parts.clock.now()),
+        .learningCount = m_parts.words.learningCount(),
+        .spellPracticeCount = m_parts.words.spellPracticeCount(),
+        .wordCount = m_parts.words.entries().size(),
         .journeyInstalled = journeyInstalled(),
         .isJourneyUpdating = m_archive.isUpdating(),
         .isAccessible = isAccessible(),
-        .launchesAtLogin = m_world.permissionModel.launchAtLogin(),
-        .front = m_world.front.current(),
-        .ownBundleID = m_world.front.ownBundleID(),
+        .launchesAtLogin = m_parts.permissionModel.launchAtLogin(),
+        .front = m_parts.front.current(),
+        .ownBundleID = m_parts.front.ownBundleID(),
     });
 }
 
@@ -267,14 +267,14 @@ void AppDelegate::choose(const MenuEntry &entry)
 
 void AppDelegate::toggle(bool AppConfig::*setting)
 {
-    AppConfig changed = m_world.config.config();
+    AppConfig changed = m_parts.config.config();
     changed.*setting = !(changed.*setting);
-    m_world.config.setConfig(changed);
+    m_parts.config.setConfig(changed);
 }
 
 bool AppDelegate::isAccessible() const
 {
-    return m_world.permissions.state(Grant::accessibility).granted;
+    return m_parts.permissions.state(Grant::accessibility).granted;
 }
 
 } // namespace nimbrelle

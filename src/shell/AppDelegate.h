@@ -24,7 +24,7 @@ class AppDelegate : public QObject {
 
 public:
     /// All that it works with; everything outlives it.
-    struct World {
+    struct Parts {
         Clock &clock;
         const AppPaths &paths;
         ConfigStore &config;
@@ -44,7 +44,7 @@ public:
         std::function<void()> quitApplication;
     };
 
-    explicit AppDelegate(World world, QObject *parent = nullptr);
+    explicit AppDelegate(Parts parts, QObject *parent = nullptr);
     ~AppDelegate() override;
 
     /// Null before the launch and after its end.
@@ -90,7 +90,7 @@ private:
     void openArchive();
     QCoro::Task<> waitForAccessibility(std::stop_token stop);
 
-    const World m_world;
+    const Parts m_parts;
     MenuBarWord m_menuBarWord;
     GrowthArchive m_archive;
     std::stop_source m_permissionTimer;

@@ -4,20 +4,17 @@
 
 namespace nimbrelle {
 
-/// The program's windows, one of each kind: made at the first showing and kept after closing. Each show
-/// brings its window to the front with the keyboard focus. What a window shows has been begun before the
-/// call: it starts no round and no conversation by itself. Main thread only.
+enum class WindowKind { settings, words, addWord, review, spelling, coach, ask };
+
+/// The program's windows, one of each kind: made at the first showing and kept after closing. Main thread
+/// only.
 class AppWindows {
 public:
     virtual ~AppWindows() = default;
 
-    virtual void showSettings() = 0;
-    virtual void showWords() = 0;
-    virtual void showAddWord() = 0;
-    virtual void showReview() = 0;
-    virtual void showSpelling() = 0;
-    virtual void showCoach() = 0;
-    virtual void showAsk() = 0;
+    /// Brings the window to the front with the keyboard focus. What it shows has been begun before the call:
+    /// it starts no round and no conversation by itself.
+    virtual void show(WindowKind kind) = 0;
 
     virtual void showAlert(const QString &title, const QString &text) = 0;
 

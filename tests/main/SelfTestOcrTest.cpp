@@ -21,16 +21,16 @@ protected:
         sheet.lineHeight = 26;
         for (const SelfTest::SheetLine &line : SelfTest::sheetLines()) {
             const QRectF box(line.baseline, QSizeF(10.0 * static_cast<double>(line.text.size()), 26));
-            recogniser.lines.append(FakeTextRecogniser::line(line.text,
+            recognizer.lines.append(FakeTextRecognizer::line(line.text,
                 {box.x() / size.width(), box.y() / size.height(), box.width() / size.width(),
                     box.height() / size.height()}));
         }
     }
 
-    bool run() { return await(SelfTest::runOCR(recogniser, sheet, out)); }
+    bool run() { return await(SelfTest::runOCR(recognizer, sheet, out)); }
 
     ManualClock clock;
-    FakeTextRecogniser recogniser{clock};
+    FakeTextRecognizer recognizer{clock};
     SelfTest::TextSheet sheet;
     QString printed;
     QTextStream out{&printed};
@@ -50,7 +50,7 @@ TEST_F(SelfTestOcr, PointsAtThreeWords)
 
 TEST_F(SelfTestOcr, FailsOnOneWordMissed)
 {
-    recogniser.lines.removeLast();
+    recognizer.lines.removeLast();
     EXPECT_FALSE(run());
     EXPECT_TRUE(printed.contains(QStringLiteral("FAIL 指着 ngl → 识别为 -；语境：\nOK   指着 unpopular")));
 }
@@ -60,7 +60,7 @@ TEST_F(SelfTestOcr, FailsWhereNothingCanBeRead)
     sheet.picture.pixels.clear();
     EXPECT_FALSE(run());
     sheet.picture.pixels = QByteArray(760 * 200 * 4, '\xff');
-    recogniser.failure = QStringLiteral("引擎坏了");
+    recognizer.failure = QStringLiteral("引擎坏了");
     EXPECT_FALSE(run());
     EXPECT_EQ(printed, QStringLiteral("FAIL: 无法识别图片\nFAIL: 无法识别图片\n"));
 }

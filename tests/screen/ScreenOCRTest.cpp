@@ -15,9 +15,9 @@ using Line = ScreenOCR::Line;
 
 namespace {
 
-RecognisedLine raw(const char *text, const QRectF &box)
+RecognizedLine raw(const char *text, const QRectF &box)
 {
-    return FakeTextRecogniser::line(QString::fromUtf8(text), box);
+    return FakeTextRecognizer::line(QString::fromUtf8(text), box);
 }
 
 Line line(const char *text, const QRectF &box)
@@ -153,14 +153,14 @@ protected:
     ManualClock clock;
     FakeScreens screens;
     FakeScreenCapture capture;
-    FakeTextRecogniser recogniser{clock};
-    ScreenOCR ocr{screens, capture, recogniser};
+    FakeTextRecognizer recognizer{clock};
+    ScreenOCR ocr{screens, capture, recognizer};
     std::stop_source stop;
 };
 
 TEST_F(ScreenOCRRoad, ReadsTheWordUnderThePointerAndTellsItsPlaceOnTheScreen)
 {
-    recogniser.lines = {raw("was reluctant to", {0.25, 0.45, 0.5, 0.1})};
+    recognizer.lines = {raw("was reluctant to", {0.25, 0.45, 0.5, 0.1})};
     const auto result = recognize({640, 400});
     ASSERT_TRUE(result);
     EXPECT_EQ(result->word, QStringLiteral("reluctant"));
@@ -169,15 +169,15 @@ TEST_F(ScreenOCRRoad, ReadsTheWordUnderThePointerAndTellsItsPlaceOnTheScreen)
     EXPECT_NEAR(result->wordRect->height(), 20, 1e-9);
     ASSERT_EQ(capture.requests.size(), 1u);
     EXPECT_EQ(capture.requests[0].area, QRectF(260, 300, 760, 200));
-    EXPECT_EQ(recogniser.styles, std::vector{RecognitionStyle::plain});
+    EXPECT_EQ(recognizer.styles, std::vector{RecognitionStyle::plain});
 }
 
 TEST_F(ScreenOCRRoad, TriesSubtitlesOnlyWhereNoWordWasFound)
 {
-    recogniser.subtitles = {raw("reluctant", {0.4, 0.45, 0.2, 0.1})};
+    recognizer.subtitles = {raw("reluctant", {0.4, 0.45, 0.2, 0.1})};
     EXPECT_EQ(recognize({640, 400})->word, QStringLiteral("reluctant"));
     EXPECT_EQ(recognize({640, 400}, Seek::contextOnly), std::nullopt);
-    EXPECT_EQ(recogniser.styles,
+    EXPECT_EQ(recognizer.styles,
         (std::vector{RecognitionStyle::plain, RecognitionStyle::subtitles, RecognitionStyle::plain}));
 }
 
@@ -186,7 +186,7 @@ TEST_F(ScreenOCRRoad, GivesNothingOffTheScreensAndPassesFailuresOn)
     EXPECT_EQ(recognize({-5, 400}), std::nullopt);
     EXPECT_EQ(textIn({-500, 0, 100, 100}), std::nullopt);
     EXPECT_TRUE(capture.requests.empty());
-    recogniser.failure = QStringLiteral("引擎坏了");
+    recognizer.failure = QStringLiteral("引擎坏了");
     EXPECT_THROW(recognize({640, 400}), RecognitionFailure);
     capture.failure = QStringLiteral("没有画面");
     EXPECT_THROW(textIn({0, 0, 100, 100}), CaptureFailure);
@@ -198,13 +198,13 @@ TEST_F(ScreenOCRRoad, GivesNothingOffTheScreensAndPassesFailuresOn)
 TEST_F(ScreenOCRRoad, ReadsAllTextInAFrameOnTheScreenThatHoldsItsMiddle)
 {
     screens.screens.append(Screen{2, {1280, 0, 1000, 800}, {1280, 0, 1000, 800}, 2});
-    recogniser.lines = {raw("new", {0.1, 0.2, 0.2, 0.1}), raw("some-", {0.1, 0.6, 0.2, 0.1}),
+    recognizer.lines = {raw("new", {0.1, 0.2, 0.2, 0.1}), raw("some-", {0.1, 0.6, 0.2, 0.1}),
         raw("thing", {0.1, 0.4, 0.2, 0.1})};
     EXPECT_EQ(textIn({1200, 300, 400, 100}), QStringLiteral("something new"));
     ASSERT_EQ(capture.requests.size(), 1u);
     EXPECT_EQ(capture.requests[0].screen.id, 2u);
     EXPECT_EQ(capture.requests[0].area, QRectF(0, 400, 320, 100));
-    EXPECT_EQ(recogniser.pictures[0].width, 640);
+    EXPECT_EQ(recognizer.pictures[0].width, 640);
 }
 
 } // namespace nimbrelle

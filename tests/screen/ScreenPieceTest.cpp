@@ -43,8 +43,8 @@ TEST(ScreenPiece, TakesThePartOfTheScreenRoundThePointer)
         if (!piece)
             continue;
         EXPECT_EQ(piece->area, *c.area);
-        EXPECT_NEAR(piece->normalised(c.point).x(), c.cursor.x(), 1e-9);
-        EXPECT_NEAR(piece->normalised(c.point).y(), c.cursor.y(), 1e-9);
+        EXPECT_NEAR(piece->normalized(c.point).x(), c.cursor.x(), 1e-9);
+        EXPECT_NEAR(piece->normalized(c.point).y(), c.cursor.y(), 1e-9);
     }
 }
 

@@ -95,7 +95,7 @@ TEST_F(TriggerDwell, EveryGuardMustPass)
                 screens.screens[0].frame = {0, 0, 1280, 800};
             }},
         {"a failure", [this] { capture.failure = QStringLiteral("x"); }, [this] { capture.failure.reset(); }},
-        {"no word", [this] { recogniser.lines = {}; }, [this] { showWord("reluctant"); }},
+        {"no word", [this] { recognizer.lines = {}; }, [this] { showWord("reluctant"); }},
         {"one letter", [this] { showWord("a"); }, [this] { showWord("reluctant"); }},
     };
     for (const Case &c : cases) {
@@ -135,7 +135,7 @@ TEST_F(TriggerDwell, AKeyOrAClickCancelsTheWait)
 
 TEST_F(TriggerDwell, TheWorldMayChangeWhileThePictureIsRead)
 {
-    recogniser.delay = 300ms;
+    recognizer.delay = 300ms;
     dwell();
     pointer.at = middle + QPointF(6, 0);
     advance(300ms);
@@ -178,7 +178,7 @@ TEST_F(TriggerDwell, ItsCardStaysOnceThePointerHasBeenOnIt)
     input.move(middle + QPointF(0, -45)); // on the way
     input.move({598, 303}); // 4 points beside it count
     EXPECT_TRUE(card.isVisible());
-    recogniser.lines = {};
+    recognizer.lines = {};
     rest({100, 700}, 5s);
     EXPECT_TRUE(card.isVisible());
     input.type(Key::escape);

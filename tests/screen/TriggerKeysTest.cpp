@@ -63,7 +63,7 @@ TEST_F(TriggerHover, OnlyTheKeyAloneCounts)
 
 TEST_F(TriggerHover, ReleaseOrTypingEndsItAlsoWhileThePictureIsRead)
 {
-    recogniser.delay = 300ms;
+    recognizer.delay = 300ms;
     input.hold(modifier::option);
     advance(300ms);
     input.hold(0);
@@ -94,7 +94,7 @@ TEST_F(TriggerHover, DoesNothingWhereItIsNotWanted)
     press();
     EXPECT_TRUE(capture.requests.empty());
     card.hide();
-    recogniser.lines = {};
+    recognizer.lines = {};
     press();
     EXPECT_EQ(card.calls.size(), 1); // no word, no card
     showWord("a");
@@ -123,7 +123,7 @@ TEST_F(TriggerHover, AnswersADeliberateRequestThatFails)
 
 TEST_F(TriggerHover, MovesFeedItInsteadOfDwelling)
 {
-    recogniser.lines = {};
+    recognizer.lines = {};
     input.hold(modifier::option);
     rest(middle, 5s);
     EXPECT_EQ(capture.requests.size(), 1u);

@@ -65,14 +65,14 @@ TEST_F(TriggerSelection, AWordWithoutContextGetsThatOfTheScreen)
     input.release({200, 100});
     advance(80ms);
     EXPECT_THAT(card.calls, ElementsAre(QStringLiteral("lookup marked | a marked word")));
-    EXPECT_EQ(recogniser.styles.size(), 1u);
+    EXPECT_EQ(recognizer.styles.size(), 1u);
 }
 
 TEST_F(TriggerSelection, AWordIsLookedUpAlsoWhereTheScreenGivesNoContext)
 {
     mark("word");
     dragAndWait(); // nothing is seen
-    recogniser.failure = QStringLiteral("引擎坏了");
+    recognizer.failure = QStringLiteral("引擎坏了");
     dragAndWait();
     capture.allowed = false;
     const auto captures = capture.requests.size();
@@ -104,7 +104,7 @@ TEST_F(TriggerSelection, DoesNothingWhereItIsNotWanted)
 TEST_F(TriggerSelection, ANewerReleaseReplacesTheOlder)
 {
     mark("double");
-    recogniser.delay = 500ms;
+    recognizer.delay = 500ms;
     input.click({100, 100}, 2);
     advance(50ms);
     input.click({100, 100}, 3);

@@ -3,7 +3,7 @@
 #include "card/AskSession.h"
 #include "coach/CoachSession.h"
 #include "review/ReviewSession.h"
-#include "screen/PermissionModel.h"
+#include "settings/PermissionModel.h"
 #include "support/Await.h"
 #include "support/FakeAIClient.h"
 #include "support/FakeDesktop.h"

@@ -5,6 +5,7 @@
 #include "platform/LaunchAtLogin.h"
 #include "platform/Permissions.h"
 #include "platform/Screens.h"
+#include "platform/WindowSystem.h"
 
 #include <map>
 
@@ -27,6 +28,16 @@ public:
     QList<Screen> all() const override { return screens; }
 
     QList<Screen> screens{{1, {0, 0, 1280, 800}, {0, 0, 1280, 770}, 1}};
+};
+
+class FakeWindowSystem final : public WindowSystem {
+public:
+    explicit FakeWindowSystem(bool isComposited = false) : composited(isComposited) { }
+    bool isComposited() const override { return composited; }
+    void flush() override { }
+    QPoint toolkitPointOf(QPoint pixel) const override { return pixel; }
+
+    bool composited;
 };
 
 class FakePermissions final : public Permissions {

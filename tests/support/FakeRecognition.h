@@ -2,7 +2,7 @@
 
 #include "frame/Clock.h"
 #include "platform/ScreenCapture.h"
-#include "platform/TextRecogniser.h"
+#include "platform/TextRecognizer.h"
 
 #include <algorithm>
 #include <vector>
@@ -39,16 +39,16 @@ public:
 };
 
 /// Gives the scripted lines after `delay` of the test's clock.
-class FakeTextRecogniser final : public TextRecogniser {
+class FakeTextRecognizer final : public TextRecognizer {
 public:
-    explicit FakeTextRecogniser(Clock &clock) : m_clock(clock) { }
+    explicit FakeTextRecognizer(Clock &clock) : m_clock(clock) { }
 
-    QCoro::Task<QList<RecognisedLine>> recognise(
+    QCoro::Task<QList<RecognizedLine>> recognize(
         Picture picture, RecognitionStyle style, std::stop_token stop) override
     {
         pictures.push_back(picture);
         styles.push_back(style);
-        const QList<RecognisedLine> found = style == RecognitionStyle::plain ? lines : subtitles;
+        const QList<RecognizedLine> found = style == RecognitionStyle::plain ? lines : subtitles;
         if (delay.count() > 0)
             co_await m_clock.sleep(delay, stop);
         if (stop.stop_requested())
@@ -59,9 +59,9 @@ public:
     }
 
     /// A line whose characters share its box evenly.
-    static RecognisedLine line(const QString &text, const QRectF &box)
+    static RecognizedLine line(const QString &text, const QRectF &box)
     {
-        RecognisedLine made{text, box, {}};
+        RecognizedLine made{text, box, {}};
         const double step = box.width() / static_cast<double>(std::max(text.size(), qsizetype{1}));
         for (qsizetype unit = 0; unit < text.size(); ++unit)
             made.unitBoxes.append(text.at(unit).isSpace()
@@ -70,8 +70,8 @@ public:
         return made;
     }
 
-    QList<RecognisedLine> lines;
-    QList<RecognisedLine> subtitles; ///< what the second try finds
+    QList<RecognizedLine> lines;
+    QList<RecognizedLine> subtitles; ///< what the second try finds
     std::chrono::milliseconds delay{0};
     std::optional<QString> failure;
     std::vector<Picture> pictures;

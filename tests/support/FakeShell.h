@@ -6,6 +6,8 @@
 
 #include <QStringList>
 
+#include <array>
+
 namespace nimbrelle {
 
 class FakeStatusItem final : public StatusItem {
@@ -45,22 +47,18 @@ public:
 /// Writes down what is asked of it.
 class FakeAppWindows final : public AppWindows {
 public:
-    void showSettings() override { note("settings"); }
-    void showWords() override { note("words"); }
-    void showAddWord() override { note("add word"); }
-    void showReview() override { note("review"); }
-    void showSpelling() override { note("spelling"); }
-    void showCoach() override { note("coach"); }
-    void showAsk() override { note("ask"); }
+    void show(WindowKind kind) override
+    {
+        static constexpr std::array names{
+            "settings", "words", "add word", "review", "spelling", "coach", "ask"};
+        calls.append(QString::fromLatin1(names.at(static_cast<std::size_t>(kind))));
+    }
     void showAlert(const QString &title, const QString &text) override { calls.append(title + u'|' + text); }
     void openFile(const QString &path) override { calls.append(path); }
 
     QStringList take() { return std::exchange(calls, {}); }
 
     QStringList calls;
-
-private:
-    void note(const char *window) { calls.append(QString::fromLatin1(window)); }
 };
 
 class FakeSpeaker final : public Speaker {

@@ -31,7 +31,7 @@ struct GestureStage {
     FakeFrontApplication front;
     FakeScreens screens;
     FakeScreenCapture capture;
-    FakeTextRecogniser recogniser{clock};
+    FakeTextRecognizer recognizer{clock};
     FakeAccessibilityReader accessibility;
     FakePrimarySelection primary;
     FakeClipboard clipboard;
@@ -40,7 +40,7 @@ struct GestureStage {
     RecordingCard card;
 
     SelectionReader selection{clock, accessibility, primary, clipboard, keys, pointer, front};
-    ScreenOCR ocr{screens, capture, recogniser};
+    ScreenOCR ocr{screens, capture, recognizer};
     RegionSelector region{screens, pointer, front, overlay};
     TriggerController trigger{TriggerController::World{clock, notebook.config, input, pointer, front, screens,
         capture, accessibility, selection, ocr, region, card}};
@@ -61,7 +61,7 @@ struct GestureStage {
     /// The screen shows this word under the pointer, wherever that is, in a box of 152 by 20 points. Beside
     void showWord(const char *word)
     {
-        recogniser.lines = {FakeTextRecogniser::line(QString::fromUtf8(word), {0.4, 0.45, 0.2, 0.1})};
+        recognizer.lines = {FakeTextRecognizer::line(QString::fromUtf8(word), {0.4, 0.45, 0.2, 0.1})};
     }
 
     /// The pointer comes to rest there and stays for `time`.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/XClipboard.h"
-#include "platform/linux/XInput.h"
+#include "platform/linux/x11/XClipboard.h"
+#include "platform/linux/x11/XInput.h"
 
 #include <QTest>
 

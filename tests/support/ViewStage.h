@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Speaker.h"
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
 #include <QCoreApplication>
 #include <QDir>

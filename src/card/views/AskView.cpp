@@ -1,14 +1,16 @@
 #include "card/views/AskView.h"
 
-#include "card/views/WordLines.h"
 #include "frame/Text.h"
-#include "shell/views/Controls.h"
-#include "shell/views/FocusPlace.h"
-#include "shell/views/TalkDock.h"
-#include "shell/views/TalkList.h"
+#include "widgets/Controls.h"
+#include "widgets/FocusPlace.h"
+#include "widgets/ReadText.h"
+#include "widgets/TalkDock.h"
+#include "widgets/TalkList.h"
 
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 

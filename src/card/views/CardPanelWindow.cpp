@@ -1,7 +1,8 @@
 #include "card/views/CardPanelWindow.h"
 
 #include "card/views/CardView.h"
-#include "shell/views/Theme.h"
+#include "platform/WindowSystem.h"
+#include "widgets/Theme.h"
 
 #include <QBitmap>
 #include <QGuiApplication>
@@ -52,13 +53,13 @@ QBitmap roundMask(QSize size, double radius)
 
 } // namespace
 
-CardPanelWindow::CardPanelWindow(const Theme &theme, WindowSystem system)
+CardPanelWindow::CardPanelWindow(const Theme &theme, WindowSystem &system)
     // A tool tip is the one kind of window that never takes the focus, is on all desktops and above
     // full-screen windows.
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_theme(theme)
-    , m_system(std::move(system))
-    , m_isComposited(m_system.hasCompositor())
+    , m_system(system)
+    , m_isComposited(m_system.isComposited())
     , m_fade(this, "windowOpacity")
 {
     setObjectName(u"cardPanel"_s);
@@ -118,7 +119,7 @@ void CardPanelWindow::arrange()
 void CardPanelWindow::bringToFront()
 {
     const bool isNew = !isVisible();
-    if (isNew && m_isComposited != m_system.hasCompositor()) {
+    if (isNew && m_isComposited != m_system.isComposited()) {
         m_isComposited = !m_isComposited;
         hide();
         setAttribute(Qt::WA_TranslucentBackground, m_isComposited);

@@ -6,12 +6,11 @@
 #include <QPropertyAnimation>
 #include <QWidget>
 
-#include <functional>
-
 namespace nimbrelle {
 
 class CardView;
 class Theme;
+class WindowSystem;
 
 /// The card's window: built once and kept, above everything, and without the focus. With a compositor it has
 /// a shadow in a margin of its own; without one it is cut to its shape. Frames speak of the card alone.
@@ -19,13 +18,8 @@ class CardPanelWindow : public QWidget, public CardPanel {
     Q_OBJECT
 
 public:
-    /// What it asks of the window system beyond the toolkit.
-    struct WindowSystem {
-        std::function<bool()> hasCompositor; ///< asked before each showing
-        std::function<void()> flush; ///< sends what was drawn, which else waits for the event loop
-    };
-
-    CardPanelWindow(const Theme &theme, WindowSystem system);
+    /// Both outlive it.
+    CardPanelWindow(const Theme &theme, WindowSystem &system);
 
     /// The view becomes a child of the window.
     void setView(CardView &view);
@@ -47,7 +41,7 @@ private:
     void paintShadow(QPainter &painter, const QRectF &card) const;
 
     const Theme &m_theme;
-    const WindowSystem m_system;
+    WindowSystem &m_system;
     bool m_isComposited = false;
     QPointer<CardView> m_view;
     QRectF m_frame;

@@ -3,8 +3,9 @@
 #include "card/CardController.h"
 #include "card/views/SmallCards.h"
 #include "notebook/WordStore.h"
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
+#include <QFrame>
 #include <QLayout>
 #include <QScrollArea>
 

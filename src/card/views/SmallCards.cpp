@@ -1,12 +1,17 @@
 #include "card/views/SmallCards.h"
 
 #include "card/CardController.h"
-#include "card/views/WordLines.h"
-#include "shell/views/Controls.h"
-#include "shell/views/Spinner.h"
+#include "frame/WordPattern.h"
+#include "widgets/Controls.h"
+#include "widgets/FlowLayout.h"
+#include "widgets/ReadText.h"
+#include "widgets/Spinner.h"
+#include "wordparts/WordParts.h"
 
 #include <QFontMetrics>
+#include <QFrame>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 
 #include <algorithm>
@@ -191,8 +196,8 @@ CardPage makeTranslationCard(const CardParts &parts, const TranslationData &data
     if (hasTerms)
         for (const Translation::KeyTerm &term : *data.translation.keyTerms)
             terms.append(term.text);
-    for (const TextRange &range : highlighted(data.original, terms))
-        original->mark(range.from, range.length);
+    for (const TextRange &range : WordPattern::allOccurrences(data.original, terms))
+        original->mark(range.start, range.length);
     column->addWidget(original);
     column->addSpacing(theme.points(10));
     column->addWidget(makeReadText(

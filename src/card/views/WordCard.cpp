@@ -1,13 +1,18 @@
 #include "card/views/WordCard.h"
 
 #include "card/CardController.h"
-#include "card/views/WordLines.h"
+#include "card/views/CardLines.h"
 #include "notebook/WordStore.h"
 #include "platform/Speaker.h"
-#include "shell/views/Controls.h"
+#include "widgets/Controls.h"
+#include "widgets/FlowLayout.h"
+#include "widgets/ReadText.h"
+#include "wordparts/WordParts.h"
 
 #include <QFontMetrics>
+#include <QFrame>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "card/CardState.h"
 #include "card/views/CardParts.h"
 #include "notebook/WordEntry.h"
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
 #include <QWidget>
 

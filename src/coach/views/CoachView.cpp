@@ -3,10 +3,10 @@
 #include "coach/CoachFacts.h"
 #include "coach/CoachScreen.h"
 #include "frame/Clock.h"
-#include "shell/views/Controls.h"
-#include "shell/views/FocusPlace.h"
-#include "shell/views/TalkDock.h"
-#include "shell/views/TalkList.h"
+#include "widgets/Controls.h"
+#include "widgets/FocusPlace.h"
+#include "widgets/TalkDock.h"
+#include "widgets/TalkList.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

@@ -2,9 +2,9 @@
 
 #include "platform/InputMonitor.h"
 #include "platform/ScreenCapture.h"
-#include "platform/linux/AtSpiReader.h"
-#include "platform/linux/XConnection.h"
-#include "platform/linux/XInput.h"
+#include "platform/linux/bus/AtSpiReader.h"
+#include "platform/linux/x11/XConnection.h"
+#include "platform/linux/x11/XInput.h"
 
 namespace nimbrelle {
 GrantState LinuxPermissions::state(Grant grant) const

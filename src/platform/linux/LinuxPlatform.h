@@ -1,42 +1,31 @@
 #pragma once
 
-#include "platform/linux/AtSpiReader.h"
-#include "platform/linux/AutostartFile.h"
-#include "platform/linux/DesktopFileApplications.h"
+#include "platform/Platform.h"
 #include "platform/linux/LinuxPermissions.h"
-#include "platform/linux/PortalAppearance.h"
-#include "platform/linux/SpeechProcess.h"
-#include "platform/linux/TesseractRecogniser.h"
-#include "platform/linux/XClipboard.h"
-#include "platform/linux/XFrontApplication.h"
-#include "platform/linux/XInput.h"
-#include "platform/linux/XScreenCapture.h"
-#include "platform/linux/XScreens.h"
-#include "platform/linux/XSettings.h"
+#include "platform/linux/bus/AtSpiReader.h"
+#include "platform/linux/bus/PortalAppearance.h"
+#include "platform/linux/files/AutostartFile.h"
+#include "platform/linux/files/DesktopFileApplications.h"
+#include "platform/linux/ocr/TesseractRecognizer.h"
+#include "platform/linux/speech/SpeechProcess.h"
+#include "platform/linux/x11/X11Desktop.h"
 
 namespace nimbrelle {
 
 /// Every service of a Linux desktop, tied together. Made once the application object stands, and dies before
-/// it. Without a display each service says that it can't, and nothing fails.
+/// it.
 struct LinuxPlatform {
-    XConnection x;
-    XScreens screens{x};
-    XPointer pointer{x, screens};
-    XKeyboard keyboard{x};
-    XKeySender keySender{x, keyboard, pointer};
-    XInputMonitor input{x, screens, pointer, keyboard, keySender};
-    XFrontApplication frontApplication{x};
-    AtSpiReader accessibility{frontApplication};
-    XClipboard clipboard{x};
-    XPrimarySelection primarySelection{x};
-    XScreenCapture capture{x, screens};
-    TesseractRecogniser recogniser;
+    X11Desktop desktop;
+    AtSpiReader accessibility{desktop.frontApplication};
+    TesseractRecognizer recognizer;
     SpeechProcess speaker;
-    DesktopFileApplications installed{x};
-    XSettings settings{x};
-    PortalAppearance appearance{QDBusConnection::sessionBus(), PortalAppearance::guessOfToolkit(), &settings};
+    DesktopFileApplications installed{[this] { return desktop.frontApplication.openWindows(); }};
+    PortalAppearance appearance{
+        QDBusConnection::sessionBus(), PortalAppearance::guessOfToolkit(), &desktop.settings};
     AutostartFile launchAtLogin = AutostartFile::ofThisProgram();
-    LinuxPermissions permissions{x, input, capture, accessibility};
+    LinuxPermissions permissions{desktop.x, desktop.input, desktop.capture, accessibility};
+
+    Platform platform();
 };
 
 } // namespace nimbrelle

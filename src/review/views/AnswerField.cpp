@@ -1,7 +1,7 @@
 #include "review/views/AnswerField.h"
 
-#include "shell/views/Theme.h"
-#include "shell/views/Typing.h"
+#include "widgets/Theme.h"
+#include "widgets/Typing.h"
 
 #include <QKeyEvent>
 

@@ -1,10 +1,14 @@
 #include "review/views/AnswerLines.h"
 
-#include "card/views/WordLines.h"
-#include "shell/views/Controls.h"
+#include "widgets/Controls.h"
+#include "widgets/Layouts.h"
+#include "widgets/ReadText.h"
+#include "wordparts/WordParts.h"
 
+#include <QFrame>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 
 #include <algorithm>

@@ -2,9 +2,8 @@
 
 #include "review/ReviewScreen.h"
 #include "review/views/ReviewParts.h"
-#include "shell/views/ReadText.h"
-
-class QBoxLayout;
+#include "widgets/Layouts.h"
+#include "widgets/ReadText.h"
 
 /// The lines of which the review screens put an answer together. `room` is the width that there is, in
 /// device-independent pixels.
@@ -24,14 +23,5 @@ QWidget *makeMnemonic(const Theme &theme, const WordEntry &entry);
 QWidget *makeVerdict(const Theme &theme, const ReviewSession::Revealed &revealed);
 /// What became of the word, or the offer to lay it aside; null for none.
 QWidget *makeBanner(const ReviewParts &parts, ReviewScreen::Banner banner);
-
-/// An empty row or column without margins.
-template <class Layout> Layout *bareLayout(QWidget *holder, int spacing)
-{
-    auto *layout = new Layout(holder);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(spacing);
-    return layout;
-}
 
 } // namespace nimbrelle

@@ -1,8 +1,9 @@
 #include "review/views/EndPage.h"
 
 #include "review/views/AnswerLines.h"
-#include "shell/views/Controls.h"
-#include "shell/views/IconArt.h"
+#include "widgets/Controls.h"
+#include "widgets/IconArt.h"
+#include "widgets/Layouts.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
 #include <QPushButton>
 

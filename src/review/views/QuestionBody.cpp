@@ -2,8 +2,9 @@
 
 #include "frame/ConfigStore.h"
 #include "review/views/AnswerLines.h"
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
+#include <QFrame>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>

@@ -1,13 +1,18 @@
 #include "review/views/RecognitionBody.h"
 
-#include "card/views/WordLines.h"
+#include "frame/WordPattern.h"
 #include "platform/Speaker.h"
 #include "review/views/AnswerLines.h"
 #include "review/views/KeyButton.h"
-#include "shell/views/Controls.h"
+#include "widgets/Controls.h"
+#include "widgets/Layouts.h"
+#include "widgets/ReadText.h"
+#include "wordparts/WordParts.h"
 
+#include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QLabel>
 
 #include <algorithm>
 
@@ -123,8 +128,8 @@ QWidget *RecognitionBody::makeSentence(const WordEntry &live) const
     const QString &sentence = *question().sentence;
     auto *text = makeReadText(
         parts().theme, u"sentence"_s, u"原句"_s, sentence, {TextType::meaning, Tone::ink, QFont::Normal, 25});
-    for (const TextRange &range : highlighted(sentence, ReviewScreen::formsOf(live)))
-        text->mark(range.from, range.length);
+    for (const TextRange &range : WordPattern::allOccurrences(sentence, ReviewScreen::formsOf(live)))
+        text->mark(range.start, range.length);
     return text;
 }
 

@@ -6,7 +6,9 @@
 #include "review/views/EndPage.h"
 #include "review/views/RecognitionBody.h"
 #include "review/views/SpellBody.h"
-#include "shell/views/Controls.h"
+#include "widgets/Controls.h"
+#include "widgets/Layouts.h"
+#include "widgets/ReadText.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

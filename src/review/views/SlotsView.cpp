@@ -1,6 +1,6 @@
 #include "review/views/SlotsView.h"
 
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
 #include <QPainter>
 

@@ -1,16 +1,20 @@
 #include "review/views/SpellBody.h"
 
-#include "card/views/WordLines.h"
 #include "frame/Clock.h"
 #include "platform/Speaker.h"
 #include "review/views/AnswerField.h"
 #include "review/views/AnswerLines.h"
 #include "review/views/KeyButton.h"
 #include "review/views/SlotsView.h"
-#include "shell/views/Controls.h"
-#include "shell/views/FocusSoon.h"
+#include "widgets/Controls.h"
+#include "widgets/FocusSoon.h"
+#include "widgets/Layouts.h"
+#include "widgets/ReadText.h"
+#include "wordparts/WordParts.h"
 
+#include <QFrame>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPointer>
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "screen/views/RegionOverlayWindow.h"
 
-#include "shell/views/Theme.h"
+#include "platform/WindowSystem.h"
+#include "widgets/Theme.h"
 
 #include <QBasicTimer>
 #include <QCursor>
@@ -205,8 +206,8 @@ void RegionOverlayWindow::Shade::finish(std::optional<QRectF> frame)
     finished(frame);
 }
 
-RegionOverlayWindow::RegionOverlayWindow(const Theme &theme, std::function<bool()> hasCompositor)
-    : m_theme(theme), m_hasCompositor(std::move(hasCompositor))
+RegionOverlayWindow::RegionOverlayWindow(const Theme &theme, const WindowSystem &system)
+    : m_theme(theme), m_system(system)
 {
 }
 
@@ -219,7 +220,7 @@ void RegionOverlayWindow::open(const QRectF &screenFrame, std::function<void(std
 {
     close();
     m_before = QGuiApplication::focusWindow();
-    m_shade = new Shade(m_theme, toolkitRect(screenFrame), m_hasCompositor(), std::move(finished));
+    m_shade = new Shade(m_theme, toolkitRect(screenFrame), m_system.isComposited(), std::move(finished));
     m_shade->show();
     m_shade->raise();
 }

@@ -8,13 +8,14 @@
 namespace nimbrelle {
 
 class Theme;
+class WindowSystem;
 
 /// The shade as a window of its own over one screen, above panels and full-screen windows. With a compositor
 /// the screen lives on below it; without one it shows the screen as it was when it opened.
 class RegionOverlayWindow final : public RegionOverlay {
 public:
-    /// `hasCompositor` is asked at each opening. Both outlive this.
-    RegionOverlayWindow(const Theme &theme, std::function<bool()> hasCompositor);
+    /// Both outlive this.
+    RegionOverlayWindow(const Theme &theme, const WindowSystem &system);
     ~RegionOverlayWindow() override;
 
     void open(const QRectF &screenFrame, std::function<void(std::optional<QRectF>)> finished) override;
@@ -24,7 +25,7 @@ private:
     class Shade;
 
     const Theme &m_theme;
-    const std::function<bool()> m_hasCompositor;
+    const WindowSystem &m_system;
     Shade *m_shade = nullptr;
     QPointer<QWindow> m_before; // the window of ours that had the focus
 };

@@ -1,132 +1,65 @@
 #include "shell/views/DesktopWindows.h"
 
-#include "shell/views/AddWordView.h"
-#include "shell/views/Controls.h"
-#include "shell/views/Theme.h"
+#include "widgets/Controls.h"
+#include "widgets/Theme.h"
 
 #include <QDesktopServices>
-#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QShortcut>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-struct WindowKind {
-    const char *name;
-    QStringView title;
-    QSize points;
-};
-
-// In the order of Kind.
-constexpr std::array kinds{
-    WindowKind{"settingsWindow", u"Nimbrelle 设置", {520, 560}},
-    WindowKind{"wordsWindow", u"生词本", {760, 520}},
-    WindowKind{"addWordWindow", u"查词", {460, 220}},
-    WindowKind{"reviewWindow", u"复习", {500, 480}},
-    WindowKind{"spellingWindow", u"拼写练习", {500, 480}},
-    WindowKind{"coachWindow", u"AI 教练", {500, 680}},
-    WindowKind{"askWindow", u"问 AI", {460, 600}},
-};
-
-void followWish(AddWordView &view)
+DesktopWindows::DesktopWindows(
+    const Theme &theme, const std::vector<WindowRow> &rows, std::function<void(WId)> focus)
+    : m_theme(theme), m_focus(std::move(focus))
 {
-    QObject::connect(&view, &AddWordView::wishedHeightChanged, &view, [&view](int height) {
-        view.resize(boundedByScreen(view, {view.width(), height}));
-    });
-}
-
-void closeBy(QWidget &window, const QKeySequence &key)
-{
-    QObject::connect(new QShortcut(key, &window), &QShortcut::activated, &window, &QWidget::close);
-}
-
-} // namespace
-
-DesktopWindows::DesktopWindows(const Theme &theme, Contents contents, std::function<void(WId)> focus)
-    : m_theme(theme), m_contents(std::move(contents)), m_focus(std::move(focus))
-{
+    for (const WindowRow &row : rows)
+        m_entries.push_back({.row = row, .window = nullptr});
 }
 
 DesktopWindows::~DesktopWindows()
 {
-    for (const auto &each : m_windows)
-        delete each;
+    for (const Entry &each : m_entries)
+        delete each.window;
 }
 
-QWidget *DesktopWindows::make(Kind kind) const
+DesktopWindows::Entry &DesktopWindows::entryOf(WindowKind kind)
 {
-    const std::array makers{m_contents.settings, m_contents.words, m_contents.addWord, m_contents.review,
-        m_contents.review, m_contents.coach, m_contents.ask};
-    const auto at = static_cast<std::size_t>(kind);
-    QWidget *window = makers.at(at)();
-    window->setObjectName(QString::fromLatin1(kinds.at(at).name));
-    window->setWindowTitle(kinds.at(at).title.toString());
-    const QSize points = kinds.at(at).points;
+    return *std::ranges::find(m_entries, kind, [](const Entry &entry) { return entry.row.kind; });
+}
+
+QWidget *DesktopWindows::make(const WindowRow &row) const
+{
+    QWidget *window = row.make();
+    window->setObjectName(row.name);
+    window->setWindowTitle(row.title);
     window->resize(
-        boundedByScreen(*window, {m_theme.points(points.width()), m_theme.points(points.height())}));
-    closeBy(*window, Qt::CTRL | Qt::Key_W);
-    if (auto *view = qobject_cast<AddWordView *>(window)) {
-        followWish(*view);
-        closeBy(*window, Qt::Key_Escape);
-    }
+        boundedByScreen(*window, {m_theme.points(row.size.width()), m_theme.points(row.size.height())}));
+    auto *close = new QShortcut(Qt::CTRL | Qt::Key_W, window);
+    QObject::connect(close, &QShortcut::activated, window, &QWidget::close);
     return window;
 }
 
-void DesktopWindows::show(Kind kind)
+void DesktopWindows::show(WindowKind kind)
 {
-    if (!window(kind))
-        window(kind) = make(kind);
-    QWidget &shown = *window(kind);
-    shown.setWindowState(shown.windowState() & ~Qt::WindowMinimized);
-    shown.show();
-    shown.raise();
-    shown.activateWindow();
-    m_focus(shown.winId());
-}
-
-void DesktopWindows::showSettings()
-{
-    show(Kind::settings);
-}
-
-void DesktopWindows::showWords()
-{
-    show(Kind::words);
-}
-
-void DesktopWindows::showAddWord()
-{
-    show(Kind::addWord);
-}
-
-void DesktopWindows::showReview()
-{
-    if (QWidget *other = window(Kind::spelling)) // both show the one session
-        other->hide();
-    show(Kind::review);
-}
-
-void DesktopWindows::showSpelling()
-{
-    if (QWidget *other = window(Kind::review))
-        other->hide();
-    show(Kind::spelling);
-}
-
-void DesktopWindows::showCoach()
-{
-    show(Kind::coach);
-}
-
-void DesktopWindows::showAsk()
-{
-    show(Kind::ask);
+    Entry &entry = entryOf(kind);
+    if (entry.row.replaces)
+        if (QWidget *other = entryOf(*entry.row.replaces).window)
+            other->hide();
+    if (!entry.window)
+        entry.window = make(entry.row);
+    QWidget &window = *entry.window;
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+    m_focus(window.winId());
 }
 
 void DesktopWindows::showAlert(const QString &title, const QString &text)

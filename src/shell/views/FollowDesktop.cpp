@@ -1,7 +1,7 @@
 #include "shell/views/FollowDesktop.h"
 
 #include "platform/DesktopAppearance.h"
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
 namespace nimbrelle {
 

@@ -1,6 +1,6 @@
 #include "shell/views/StatusPictures.h"
 
-#include "shell/views/IconArt.h"
+#include "widgets/IconArt.h"
 
 #include <QHash>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/views/Icons.h"
+#include "widgets/Icons.h"
 
 #include <QImage>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "shell/views/StatusPopup.h"
 
 #include "shell/views/StatusPictures.h"
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
 #include <QCursor>
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #include "sync/views/QrCode.h"
 
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
 #include <QImage>
 #include <QPainter>

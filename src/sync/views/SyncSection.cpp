@@ -1,14 +1,15 @@
 #include "sync/views/SyncSection.h"
 
-#include "card/views/WordLines.h"
 #include "frame/ConfigStore.h"
-#include "shell/views/Form.h"
 #include "sync/SyncConnection.h"
 #include "sync/SyncService.h"
 #include "sync/SyncStatus.h"
 #include "sync/views/QrCode.h"
+#include "widgets/Form.h"
+#include "widgets/ReadText.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 

@@ -1,10 +1,10 @@
 #include "card/views/AskView.h"
 
 #include "ai/AIError.h"
-#include "shell/views/TalkField.h"
 #include "support/FakeAIClient.h"
 #include "support/Notebook.h"
 #include "support/ViewStage.h"
+#include "widgets/TalkField.h"
 
 #include <QScrollArea>
 #include <QScrollBar>

@@ -4,10 +4,10 @@
 #include "card/views/CardPanelWindow.h"
 #include "card/views/CardView.h"
 #include "platform/Speaker.h"
-#include "shell/views/Theme.h"
 #include "support/FakeAIClient.h"
 #include "support/FakeDesktop.h"
 #include "support/Notebook.h"
+#include "widgets/Theme.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -73,10 +73,10 @@ struct CardStage {
     FakeAI ai;
     FakeScreens screens;
     FakeSpeaker speaker;
-    bool hasCompositor = true;
+    FakeWindowSystem windowSystem{true};
     Theme theme;
     PageSource source = Notebook::page("https://www.example.org/a");
-    CardPanelWindow panel{theme, {[this] { return hasCompositor; }, [] {}}};
+    CardPanelWindow panel{theme, windowSystem};
     CardController controller{notebook.clock, notebook.config, notebook.store, ai.factory(), screens, panel,
         [this] { return source; }};
     CardView view{{theme, controller, notebook.store, speaker}};

@@ -1,5 +1,5 @@
 #include "Scene.h"
-#include "platform/linux/XFrontApplication.h"
+#include "platform/linux/x11/XFrontApplication.h"
 
 #include <QStandardPaths>
 #include <QTcpServer>

@@ -1,5 +1,5 @@
 #include "Scene.h"
-#include "platform/linux/XClipboard.h"
+#include "platform/linux/x11/XClipboard.h"
 
 #include <QClipboard>
 #include <QElapsedTimer>

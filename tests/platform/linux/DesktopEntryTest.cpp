@@ -1,6 +1,6 @@
-#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/files/DesktopEntry.h"
 
-#include "platform/linux/AutostartFile.h"
+#include "platform/linux/files/AutostartFile.h"
 #include "support/Printers.h"
 
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "platform/linux/DesktopFileApplications.h"
+#include "platform/linux/files/DesktopFileApplications.h"
 
 #include "support/Printers.h"
 
@@ -37,7 +37,6 @@ protected:
     }
 
     QTemporaryDir folder;
-    XConnection x;
 
 private:
     const QByteArray m_home = qgetenv("XDG_DATA_HOME");
@@ -54,7 +53,7 @@ TEST_F(DesktopFileApplicationsTest, AreWhatMenusShow)
     install(u"system/applications/helper.desktop"_s, "Name=Helper\nNoDisplay=true\n");
     install(u"system/applications/org.gnome.Nautilus.desktop"_s, "Name=Files\nExec=nautilus\n");
     install(u"system/applications/broken.desktop"_s, "Icon=none\n");
-    EXPECT_THAT(DesktopFileApplications(x).all(),
+    EXPECT_THAT(DesktopFileApplications([] { return QList<WindowClass>(); }).all(),
         ElementsAre(InstalledApplication{u"com.apple.finder"_s, u"Files"_s, {}},
             InstalledApplication{u"kde-player"_s, u"Player"_s, {}},
             InstalledApplication{u"Reader"_s, u"reader"_s, u"book"_s}));

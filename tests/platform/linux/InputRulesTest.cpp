@@ -1,6 +1,6 @@
-#include "platform/linux/ClickCounter.h"
-#include "platform/linux/WindowClasses.h"
-#include "platform/linux/XKeys.h"
+#include "platform/linux/ProgramKinds.h"
+#include "platform/linux/x11/ClickCounter.h"
+#include "platform/linux/x11/XKeys.h"
 #include "support/Printers.h"
 
 #include <gtest/gtest.h>

@@ -38,32 +38,32 @@ TEST(LinuxPlatform, WithoutADisplayEachServiceSaysSoAndNothingFails)
 {
     const NoDisplay nothing;
     LinuxPlatform platform;
-    platform.input.start();
-    EXPECT_FALSE(platform.input.canWatch());
-    EXPECT_FALSE(platform.capture.isAllowed());
+    platform.desktop.input.start();
+    EXPECT_FALSE(platform.desktop.input.canWatch());
+    EXPECT_FALSE(platform.desktop.capture.isAllowed());
     EXPECT_FALSE(platform.permissions.state(Grant::accessibility).granted);
     EXPECT_FALSE(platform.permissions.state(Grant::screenCapture).note.isEmpty());
-    EXPECT_TRUE(platform.screens.all().isEmpty());
-    EXPECT_EQ(platform.pointer.location(), QPointF());
-    EXPECT_EQ(platform.pointer.modifiers(), 0U);
-    EXPECT_EQ(platform.frontApplication.current(), std::nullopt);
+    EXPECT_TRUE(platform.desktop.screens.all().isEmpty());
+    EXPECT_EQ(platform.desktop.pointer.location(), QPointF());
+    EXPECT_EQ(platform.desktop.pointer.modifiers(), 0U);
+    EXPECT_EQ(platform.desktop.frontApplication.current(), std::nullopt);
     EXPECT_EQ(platform.accessibility.focusedElement(), std::nullopt);
-    EXPECT_FALSE(platform.keySender.sendCopy());
-    EXPECT_EQ(QCoro::waitFor(platform.clipboard.snapshot()), std::nullopt);
-    EXPECT_EQ(QCoro::waitFor(platform.primarySelection.text()), std::nullopt);
-    EXPECT_TRUE(fails<CaptureFailure>(platform.capture.capture(Screen{}, QRectF(0, 0, 10, 10))));
-    platform.clipboard.restore({});
-    platform.frontApplication.activate({});
+    EXPECT_FALSE(platform.desktop.keySender.sendCopy());
+    EXPECT_EQ(QCoro::waitFor(platform.desktop.clipboard.snapshot()), std::nullopt);
+    EXPECT_EQ(QCoro::waitFor(platform.desktop.primarySelection.text()), std::nullopt);
+    EXPECT_TRUE(fails<CaptureFailure>(platform.desktop.capture.capture(Screen{}, QRectF(0, 0, 10, 10))));
+    platform.desktop.clipboard.restore({});
+    platform.desktop.frontApplication.activate({});
 }
 
 TEST(LinuxPlatform, AStoppedRecognitionIsCancelled)
 {
-    TesseractRecogniser recogniser;
+    TesseractRecognizer recognizer;
     std::stop_source stop;
     stop.request_stop();
     const Picture picture{100, 50, 1, QByteArray(4 * 100 * 50, '\xff')};
-    EXPECT_TRUE(fails<Cancelled>(recogniser.recognise(picture, RecognitionStyle::plain, stop.get_token())));
-    EXPECT_TRUE(QCoro::waitFor(recogniser.recognise(picture, RecognitionStyle::plain, {})).isEmpty());
+    EXPECT_TRUE(fails<Cancelled>(recognizer.recognize(picture, RecognitionStyle::plain, stop.get_token())));
+    EXPECT_TRUE(QCoro::waitFor(recognizer.recognize(picture, RecognitionStyle::plain, {})).isEmpty());
 }
 
 } // namespace

@@ -1,6 +1,6 @@
-#include "platform/linux/EngineText.h"
-#include "platform/linux/GreyPicture.h"
-#include "platform/linux/XScreenCapture.h"
+#include "platform/linux/ocr/EngineText.h"
+#include "platform/linux/ocr/GreyPicture.h"
+#include "platform/linux/x11/XScreenCapture.h"
 #include "support/Printers.h"
 
 #include <algorithm>
@@ -36,7 +36,7 @@ EngineLine line(std::initializer_list<const char *> words, int barHeight, int ga
 QString mended(EngineLine words)
 {
     mendPronouns(words);
-    return recognisedLine(words, {1000, 100}).text;
+    return recognizedLine(words, {1000, 100}).text;
 }
 
 TEST(EngineText, ABarIsThePronounOnlyInASentence)
@@ -54,9 +54,9 @@ TEST(EngineText, ABarIsThePronounOnlyInASentence)
     EXPECT_EQ(mended(line({"a||b", "is", "|x"}, 20)), QStringLiteral("a||b is |x"));
 }
 
-TEST(EngineText, BoxesAreNormalisedFromTheLowerLeft)
+TEST(EngineText, BoxesAreNormalizedFromTheLowerLeft)
 {
-    const RecognisedLine made = recognisedLine(line({"of", "Oz"}, 20), {100, 40});
+    const RecognizedLine made = recognizedLine(line({"of", "Oz"}, 20), {100, 40});
     EXPECT_EQ(made.text, QStringLiteral("of Oz"));
     ASSERT_EQ(made.unitBoxes.size(), made.text.size());
     EXPECT_EQ(made.unitBoxes.at(0), QRectF(0, 0.5, 0.1, 0.35));

@@ -1,4 +1,4 @@
-#include "platform/linux/ScreenLayout.h"
+#include "platform/linux/x11/ScreenLayout.h"
 
 #include "support/Printers.h"
 

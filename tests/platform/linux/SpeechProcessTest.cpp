@@ -1,4 +1,4 @@
-#include "platform/linux/SpeechProcess.h"
+#include "platform/linux/speech/SpeechProcess.h"
 
 #include "support/Printers.h"
 

@@ -2,9 +2,9 @@
 
 #include "shell/StatusMenu.h"
 #include "shell/views/StatusPictures.h"
-#include "shell/views/Theme.h"
 #include "support/Printers.h"
 #include "support/Words.h"
+#include "widgets/Theme.h"
 
 #include <QDir>
 #include <QScreen>

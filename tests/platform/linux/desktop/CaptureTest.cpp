@@ -27,10 +27,10 @@ TEST_F(Capture, OwnWindowsAreNotInThePictureAndTheTextUnderThemIs)
     ASSERT_TRUE(open(QStringLiteral("mousepad"), QStringLiteral("I was reluctant to post this."),
         {QStringLiteral("--disable-server")}));
     QTest::qWait(500);
-    const Screen screen = platform.screens.all().constFirst();
+    const Screen screen = platform.desktop.screens.all().constFirst();
     const QRect window = frontWindow();
     const QRectF area(QPointF(window.topLeft()), QSizeF(600, 200));
-    const Picture before = finished(platform.capture.capture(screen, area));
+    const Picture before = finished(platform.desktop.capture.capture(screen, area));
     ASSERT_TRUE(before.isValid());
     EXPECT_EQ(before.points(), QSizeF(600, 200));
 
@@ -42,25 +42,26 @@ TEST_F(Capture, OwnWindowsAreNotInThePictureAndTheTextUnderThemIs)
     QTest::qWait(100);
     QElapsedTimer time;
     time.start();
-    const Picture after = finished(platform.capture.capture(screen, area));
+    const Picture after = finished(platform.desktop.capture.capture(screen, area));
     RecordProperty("coveredCaptureUs", static_cast<int>(time.nsecsElapsed() / 1000));
     qsizetype different = 0;
     for (qsizetype i = 0; i < before.pixels.size(); ++i)
         different += i % 4 != 3 && before.pixels.at(i) != after.pixels.at(i);
     EXPECT_LT(different, 500); // a blinking cursor at most
 
-    const auto lines = finished(platform.recogniser.recognise(after, RecognitionStyle::plain, {}));
+    const auto lines = finished(platform.recognizer.recognize(after, RecognitionStyle::plain, {}));
     const bool isRead = std::ranges::any_of(
-        lines, [](const RecognisedLine &line) { return line.text.contains(QStringLiteral("reluctant")); });
+        lines, [](const RecognizedLine &line) { return line.text.contains(QStringLiteral("reluctant")); });
     EXPECT_TRUE(isRead);
 }
 
 TEST_F(Capture, AnAreaIsCutToTheScreen)
 {
-    const Screen screen = platform.screens.all().constFirst();
-    EXPECT_EQ(finished(platform.capture.capture(screen, {1200, 700, 760, 200})).points(), QSizeF(80, 100));
-    EXPECT_FALSE(finished(platform.capture.capture(screen, {1300, 0, 10, 10})).isValid());
-    EXPECT_FALSE(finished(platform.capture.capture({77, {}, {}, 1}, {0, 0, 10, 10})).isValid());
+    const Screen screen = platform.desktop.screens.all().constFirst();
+    EXPECT_EQ(
+        finished(platform.desktop.capture.capture(screen, {1200, 700, 760, 200})).points(), QSizeF(80, 100));
+    EXPECT_FALSE(finished(platform.desktop.capture.capture(screen, {1300, 0, 10, 10})).isValid());
+    EXPECT_FALSE(finished(platform.desktop.capture.capture({77, {}, {}, 1}, {0, 0, 10, 10})).isValid());
 }
 
 } // namespace

@@ -50,12 +50,12 @@ TEST_F(Input, AMoveWithAButtonHeldIsADrag)
 {
     stranger.moveTo({300, 300});
     EXPECT_GT(heard.takeMoves(), 0);
-    EXPECT_EQ(platform.pointer.location(), QPointF(300, 500));
+    EXPECT_EQ(platform.desktop.pointer.location(), QPointF(300, 500));
     stranger.button(1, true);
     heard.take();
     stranger.moveTo({360, 300});
     EXPECT_EQ(heard.takeMoves(), 0);
-    EXPECT_EQ(platform.pointer.pressedButtons(), 1U);
+    EXPECT_EQ(platform.desktop.pointer.pressedButtons(), 1U);
     stranger.button(1, false);
     EXPECT_EQ(heard.take(), QStringLiteral("release 1"));
 }
@@ -89,24 +89,25 @@ TEST_F(Input, OwnWindowsAreLeftOut)
     stranger.moveTo(inside.topLeft() + QPoint(60, -8)); // its title bar
     stranger.click();
     EXPECT_EQ(heard.take(), QString());
-    EXPECT_EQ(platform.frontApplication.current()->bundleID, platform.frontApplication.ownBundleID());
+    EXPECT_EQ(platform.desktop.frontApplication.current()->bundleID,
+        platform.desktop.frontApplication.ownBundleID());
 }
 
 TEST_F(Input, OwnPostedKeysAreNotTold)
 {
-    ASSERT_TRUE(platform.keySender.sendCopy());
+    ASSERT_TRUE(platform.desktop.keySender.sendCopy());
     EXPECT_EQ(heard.take(), QString());
     stranger.tap(letterA); // and nothing later is taken for our own
     EXPECT_EQ(heard.take(), QStringLiteral("key"));
     stranger.key(altLeft, true);
     heard.take();
-    EXPECT_FALSE(platform.keySender.sendCopy());
+    EXPECT_FALSE(platform.desktop.keySender.sendCopy());
     stranger.key(altLeft, false);
 }
 
 TEST_F(Input, TheOneScreenIsThere)
 {
-    const QList<Screen> screens = platform.screens.all();
+    const QList<Screen> screens = platform.desktop.screens.all();
     ASSERT_EQ(screens.size(), 1);
     EXPECT_EQ(screens.constFirst().frame, QRectF(0, 0, 1280, 800));
     EXPECT_EQ(screens.constFirst().scale, 1);

@@ -1,8 +1,8 @@
-#include "platform/linux/PortalAppearance.h"
+#include "platform/linux/bus/PortalAppearance.h"
 
-#include "platform/linux/XSettings.h"
+#include "platform/linux/x11/XSettings.h"
 #include "shell/views/FollowDesktop.h"
-#include "shell/views/Theme.h"
+#include "widgets/Theme.h"
 
 #include <QDBusMessage>
 #include <QDBusMetaType>

@@ -1,7 +1,8 @@
 #include "platform/linux/desktop/Stage.h"
 #include "screen/views/RegionOverlayWindow.h"
-#include "shell/views/Theme.h"
+#include "support/FakeDesktop.h"
 #include "support/Printers.h"
+#include "widgets/Theme.h"
 
 #include <QGuiApplication>
 #include <QPlainTextEdit>
@@ -56,8 +57,10 @@ protected:
     }
 
     Theme theme;
-    RegionOverlayWindow overlay{theme, [] { return false; }};
-    RegionSelector selector{platform.screens, platform.pointer, platform.frontApplication, overlay};
+    FakeWindowSystem windowSystem;
+    RegionOverlayWindow overlay{theme, windowSystem};
+    RegionSelector selector{
+        platform.desktop.screens, platform.desktop.pointer, platform.desktop.frontApplication, overlay};
     QPlainTextEdit reader;
     QList<QRectF> frames;
 };

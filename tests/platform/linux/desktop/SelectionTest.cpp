@@ -47,23 +47,27 @@ protected:
                 stranger.click();
                 QTest::qWait(500);
             }
-            const quint64 before = platform.primarySelection.changeCount();
+            const quint64 before = platform.desktop.primarySelection.changeCount();
             stranger.drag(end, window.topLeft() + QPoint(2, 30));
-            return QTest::qWaitFor([&] { return platform.primarySelection.changeCount() > before; }, 1000);
+            return QTest::qWaitFor(
+                [&] { return platform.desktop.primarySelection.changeCount() > before; }, 1000);
         };
         ASSERT_TRUE(QTest::qWaitFor(marked, 10000));
         QTest::qWait(100);
         heard.take();
     }
 
-    QString primaryText() { return finished(platform.primarySelection.text()).value_or(QString()).trimmed(); }
+    QString primaryText()
+    {
+        return finished(platform.desktop.primarySelection.text()).value_or(QString()).trimmed();
+    }
 };
 
 class AccessibleSelection : public Selection { };
 
 TEST_P(Selection, TheProgramInFrontIsKnown)
 {
-    const auto front = platform.frontApplication.current();
+    const auto front = platform.desktop.frontApplication.current();
     ASSERT_TRUE(front);
     EXPECT_EQ(front->process, process.processId());
     EXPECT_EQ(front->name, GetParam().name);
@@ -114,9 +118,9 @@ TEST_P(AccessibleSelection, ASelectionBehindAnEmojiIsPlacedInUtf16Units)
 
 TEST_P(Selection, ThePrimarySelectionIsThatOfTheGesture)
 {
-    const quint64 before = platform.primarySelection.changeCount();
+    const quint64 before = platform.desktop.primarySelection.changeCount();
     selectAll();
-    EXPECT_GT(platform.primarySelection.changeCount(), before);
+    EXPECT_GT(platform.desktop.primarySelection.changeCount(), before);
     EXPECT_EQ(primaryText(), passage);
 }
 
@@ -127,16 +131,16 @@ TEST_P(Selection, ASimulatedCopyLeavesTheClipboardAsItWas)
     stranger.clipboard.restore(before);
     stranger.sync();
     selectAll();
-    const auto snapshot = finished(platform.clipboard.snapshot());
+    const auto snapshot = finished(platform.desktop.clipboard.snapshot());
     ASSERT_EQ(snapshot, before);
-    const quint64 count = platform.clipboard.changeCount();
-    ASSERT_TRUE(platform.keySender.sendCopy());
+    const quint64 count = platform.desktop.clipboard.changeCount();
+    ASSERT_TRUE(platform.desktop.keySender.sendCopy());
     QElapsedTimer time;
     time.start();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return platform.clipboard.changeCount() != count; }, 300));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return platform.desktop.clipboard.changeCount() != count; }, 300));
     RecordProperty("copySeenAfterMs", static_cast<int>(time.elapsed()));
-    EXPECT_EQ(finished(platform.clipboard.string()).value_or(QString()).trimmed(), passage);
-    platform.clipboard.restore(*snapshot);
+    EXPECT_EQ(finished(platform.desktop.clipboard.string()).value_or(QString()).trimmed(), passage);
+    platform.desktop.clipboard.restore(*snapshot);
     EXPECT_EQ(finished(stranger.clipboard.snapshot()), before);
     EXPECT_EQ(heard.take(), QString());
 }
@@ -155,7 +159,7 @@ TEST_P(AccessibleSelection, AHungProgramDelaysNoLongerThanTold)
     EXPECT_EQ(platform.accessibility.parent(*element), std::nullopt);
     EXPECT_LT(time.elapsed(), 400);
     time.start();
-    EXPECT_EQ(finished(platform.primarySelection.text()), std::nullopt);
+    EXPECT_EQ(finished(platform.desktop.primarySelection.text()), std::nullopt);
     EXPECT_LT(time.elapsed(), 400);
     kill(static_cast<pid_t>(process.processId()), SIGCONT);
     platform.accessibility.beginGesture();
@@ -206,24 +210,25 @@ TEST_F(Clipboards, SixFormatsWithThreeMegabytesComeBackByteForByte)
     stranger.sync();
     QElapsedTimer time;
     time.start();
-    const auto taken = finished(platform.clipboard.snapshot());
+    const auto taken = finished(platform.desktop.clipboard.snapshot());
     RecordProperty("snapshotMs", static_cast<int>(time.elapsed()));
     ASSERT_EQ(taken, before);
     Stranger third;
     third.clipboard.restore({{{QStringLiteral("UTF8_STRING"), "copied"}}});
     third.sync();
-    EXPECT_EQ(finished(platform.clipboard.string()), QStringLiteral("copied"));
-    platform.clipboard.restore(*taken);
+    EXPECT_EQ(finished(platform.desktop.clipboard.string()), QStringLiteral("copied"));
+    platform.desktop.clipboard.restore(*taken);
     EXPECT_EQ(finished(third.clipboard.snapshot()), before);
-    EXPECT_EQ(finished(platform.clipboard.snapshot()), before); // our own is read without asking anybody
+    EXPECT_EQ(
+        finished(platform.desktop.clipboard.snapshot()), before); // our own is read without asking anybody
 }
 
 TEST_F(Clipboards, AnEmptyClipboardStaysEmpty)
 {
-    platform.clipboard.restore({});
-    EXPECT_EQ(finished(platform.clipboard.snapshot()), ClipboardSnapshot());
+    platform.desktop.clipboard.restore({});
+    EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), ClipboardSnapshot());
     EXPECT_EQ(finished(stranger.clipboard.snapshot()), ClipboardSnapshot());
-    EXPECT_EQ(finished(platform.clipboard.string()), std::nullopt);
+    EXPECT_EQ(finished(platform.desktop.clipboard.string()), std::nullopt);
 }
 
 TEST_F(Clipboards, AnOwnerThatNeverAnswersIsGivenUp)
@@ -236,7 +241,7 @@ TEST_F(Clipboards, AnOwnerThatNeverAnswersIsGivenUp)
     xcb_flush(stranger.x.get());
     QElapsedTimer time;
     time.start();
-    EXPECT_EQ(finished(platform.clipboard.snapshot()), std::nullopt);
+    EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), std::nullopt);
     EXPECT_NEAR(static_cast<double>(time.elapsed()), 300, 60);
 }
 

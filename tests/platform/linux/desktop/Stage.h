@@ -54,12 +54,15 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(QTest::qWaitFor([&] {
-            return !platform.x.values(platform.x.root(), platform.x.atom("_NET_SUPPORTING_WM_CHECK")).empty();
+            return !platform.desktop.x
+                        .values(
+                            platform.desktop.x.root(), platform.desktop.x.atom("_NET_SUPPORTING_WM_CHECK"))
+                        .empty();
         })) << "no window manager";
         ASSERT_TRUE(QTest::qWaitFor(
             [&] { return platform.accessibility.bus() == AtSpiReader::Bus::connected; }, 10000));
-        platform.input.start();
-        platform.pointer.location(); // a round trip: the server now knows what we listen for
+        platform.desktop.input.start();
+        platform.desktop.pointer.location(); // a round trip: the server now knows what we listen for
     }
 
     /// Starts an editor on `text` and waits until its window is active and painted.
@@ -74,7 +77,7 @@ protected:
         return process.waitForStarted()
             && QTest::qWaitFor(
                 [&] {
-                    const auto front = platform.frontApplication.current();
+                    const auto front = platform.desktop.frontApplication.current();
                     return front
                         && front->windowTitle.value_or(QString()).contains(QStringLiteral("reading"));
                 },
@@ -84,12 +87,12 @@ protected:
     /// In pixels, without its frame.
     QRect frontWindow()
     {
-        const auto window =
-            static_cast<xcb_window_t>(platform.frontApplication.current().value_or(Application()).window);
-        const auto size =
-            platform.x.reply(xcb_get_geometry_reply, xcb_get_geometry(platform.x.get(), window));
-        const auto place = platform.x.reply(xcb_translate_coordinates_reply,
-            xcb_translate_coordinates(platform.x.get(), window, platform.x.root(), 0, 0));
+        const auto window = static_cast<xcb_window_t>(
+            platform.desktop.frontApplication.current().value_or(Application()).window);
+        const auto size = platform.desktop.x.reply(
+            xcb_get_geometry_reply, xcb_get_geometry(platform.desktop.x.get(), window));
+        const auto place = platform.desktop.x.reply(xcb_translate_coordinates_reply,
+            xcb_translate_coordinates(platform.desktop.x.get(), window, platform.desktop.x.root(), 0, 0));
         return size && place ? QRect(place->dst_x, place->dst_y, size->width, size->height) : QRect();
     }
 
@@ -105,7 +108,7 @@ protected:
 
     LinuxPlatform platform;
     Stranger stranger;
-    Heard heard{platform.input};
+    Heard heard{platform.desktop.input};
     QTemporaryDir folder;
     QProcess process;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/StatusNotifierTypes.h"
+#include "platform/linux/bus/StatusNotifierTypes.h"
 
 #include <QDBusConnection>
 #include <QDBusObjectPath>

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxStatusItem.h"
+#include "platform/linux/bus/LinuxStatusItem.h"
 #include "platform/linux/desktop/StatusHost.h"
 #include "support/Printers.h"
 

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "card/AskContext.h"
+#include "notebook/Unlock.h"
+
+#include <QFrame>
+
+#include <functional>
+
+/// The lines of a word card. A line with nothing to say is made as null.
+namespace nimbrelle {
+
+class Theme;
+
+QWidget *makeFormAndGrammarLine(const Theme &theme, const Explanation &explanation);
+
+QWidget *makeDerivationLine(const Theme &theme, const Explanation &explanation);
+
+QFrame *makeUnlockBanner(const Theme &theme, const Unlock &unlock);
+
+/// Two ready-made questions and a way to one of the user's own.
+QWidget *makeAskButtons(const Theme &theme, QuickQuestion primary, QuickQuestion secondary,
+    const std::function<void(std::optional<QuickQuestion>)> &ask);
+
+} // namespace nimbrelle

@@ -1,0 +1,59 @@
+#include "platform/linux/speech/SpeechProcess.h"
+
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace nimbrelle {
+
+SpeechCommand SpeechProcess::installed()
+{
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QString dispatcher = QStandardPaths::findExecutable(QStringLiteral("spd-say"));
+    if (!dispatcher.isEmpty()
+        && QFileInfo::exists(runtime + QStringLiteral("/speech-dispatcher/speechd.sock")))
+        return {dispatcher,
+            {QStringLiteral("--wait"), QStringLiteral("--language"), QStringLiteral("en-US"),
+                QStringLiteral("--rate"), QStringLiteral("-10"), QStringLiteral("--pipe-mode")}};
+    for (const QString &name : {QStringLiteral("espeak-ng"), QStringLiteral("espeak")}) {
+        const QString program = QStandardPaths::findExecutable(name);
+        if (!program.isEmpty())
+            return {program,
+                {QStringLiteral("-v"), QStringLiteral("en-us"), QStringLiteral("-s"), QStringLiteral("150"),
+                    QStringLiteral("--stdin")}};
+    }
+    return {};
+}
+
+// Its own process is killed and reaped here, for no event loop may come after this.
+SpeechProcess::~SpeechProcess() = default;
+
+void SpeechProcess::speak(const QString &text)
+{
+    end();
+    if (m_command.program.isEmpty())
+        return;
+    m_process = std::make_unique<QProcess>();
+    m_process->setStandardOutputFile(QProcess::nullDevice());
+    m_process->setStandardErrorFile(QProcess::nullDevice());
+    m_process->start(m_command.program, m_command.arguments);
+    m_process->write(text.toUtf8() + '\n');
+    m_process->closeWriteChannel();
+}
+
+// Cuts off without waiting: what was killed is reaped when the event loop hears of its end.
+void SpeechProcess::end()
+{
+    if (!m_process || m_process->state() == QProcess::NotRunning) {
+        m_process.reset();
+        return;
+    }
+    QProcess *process = m_process.release();
+    // A program that could not be started never finishes, so the state tells.
+    QObject::connect(process, &QProcess::stateChanged, process, [process](QProcess::ProcessState state) {
+        if (state == QProcess::NotRunning)
+            process->deleteLater();
+    });
+    process->kill();
+}
+
+} // namespace nimbrelle

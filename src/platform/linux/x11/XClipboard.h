@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/Clipboard.h"
+#include "platform/linux/x11/XSelectionOwner.h"
+
+#include <optional>
+
+namespace nimbrelle {
+
+/// Counts the claims of one selection as the server tells of them.
+class XSelectionChanges final : public QObject {
+    Q_OBJECT
+
+public:
+    XSelectionChanges(XConnection &x, xcb_atom_t selection);
+
+    quint64 count() const { return m_count; }
+
+private:
+    quint64 m_count = 0;
+};
+
+/// The CLIPBOARD selection. X11 has one item only; after a restore this process owns it.
+class XClipboard final : public Clipboard {
+public:
+    explicit XClipboard(XConnection &x);
+
+    QCoro::Task<std::optional<ClipboardSnapshot>> snapshot() override;
+    quint64 changeCount() const override { return m_changes ? m_changes->count() : 0; }
+    QCoro::Task<std::optional<QString>> string() override;
+    void restore(const ClipboardSnapshot &snapshot) override;
+
+private:
+    struct Form {
+        xcb_atom_t type;
+        quint8 unitBits;
+    };
+
+    ClipboardItem itemOf(const SelectionValues &values);
+
+    XConnection &m_x;
+    std::optional<XSelectionChanges> m_changes;
+    std::optional<XSelectionOwner> m_owner;
+    QMap<QString, Form> m_forms; ///< how the formats of the last snapshot were typed
+};
+
+/// The PRIMARY selection: what was marked last, in any program.
+class XPrimarySelection final : public PrimarySelection {
+public:
+    explicit XPrimarySelection(XConnection &x);
+
+    quint64 changeCount() const override { return m_changes ? m_changes->count() : 0; }
+    QCoro::Task<std::optional<QString>> text() override;
+
+private:
+    XConnection &m_x;
+    std::optional<XSelectionChanges> m_changes;
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,175 @@
+#include "platform/linux/x11/XConnection.h"
+
+#include <QAbstractEventDispatcher>
+#include <QGuiApplication>
+#include <QSocketNotifier>
+
+#include <algorithm>
+#include <cstring>
+
+namespace nimbrelle {
+namespace {
+
+const xcb_screen_t *screenOf(xcb_connection_t *connection, int number)
+{
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (; screens.rem > 1 && number > 0; --number)
+        xcb_screen_next(&screens);
+    return screens.data;
+}
+
+bool isMadeBy(xcb_connection_t *connection, xcb_window_t window)
+{
+    const xcb_setup_t *setup = xcb_get_setup(connection);
+    return setup && (window & ~setup->resource_id_mask) == setup->resource_id_base;
+}
+
+xcb_connection_t *toolkitConnection()
+{
+    const auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    const auto *native =
+        application ? application->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return native ? native->connection() : nullptr;
+}
+
+} // namespace
+
+XConnection::XConnection()
+{
+    m_connection = xcb_connect(nullptr, &m_screenNumber);
+    if (!isOpen())
+        return;
+    m_screen = screenOf(m_connection, m_screenNumber);
+    m_notifier =
+        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &XConnection::dispatch);
+    // A reply that somebody waits for may bring events with it, and then the socket stays silent about them.
+    if (auto *dispatcher = QAbstractEventDispatcher::instance())
+        connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &XConnection::dispatch);
+}
+
+XConnection::~XConnection()
+{
+    m_notifier.reset();
+    xcb_disconnect(m_connection);
+}
+
+xcb_atom_t XConnection::atom(const QByteArray &name)
+{
+    const auto known = m_atoms.constFind(name);
+    if (known != m_atoms.constEnd())
+        return *known;
+    const auto answer = reply(xcb_intern_atom_reply,
+        xcb_intern_atom(m_connection, 0, static_cast<quint16>(name.size()), name.constData()));
+    const xcb_atom_t made = answer ? answer->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    m_atoms.insert(name, made);
+    m_names.insert(made, name);
+    return made;
+}
+
+QByteArray XConnection::nameOf(xcb_atom_t atom)
+{
+    const auto known = m_names.constFind(atom);
+    if (known != m_names.constEnd())
+        return *known;
+    const auto answer = reply(xcb_get_atom_name_reply, xcb_get_atom_name(m_connection, atom));
+    if (!answer)
+        return {};
+    const QByteArray name(xcb_get_atom_name_name(answer.get()), xcb_get_atom_name_name_length(answer.get()));
+    m_names.insert(atom, name);
+    return name;
+}
+
+quint8 XConnection::firstEvent(xcb_extension_t *extension) const
+{
+    const auto *data = xcb_get_extension_data(m_connection, extension);
+    return data && data->present ? data->first_event : quint8{0};
+}
+
+bool XConnection::has(xcb_extension_t *extension) const
+{
+    const auto *data = xcb_get_extension_data(m_connection, extension);
+    return data && data->present;
+}
+
+QByteArray XConnection::property(xcb_window_t window, xcb_atom_t name, quint32 limit) const
+{
+    const auto answer = reply(xcb_get_property_reply,
+        xcb_get_property(m_connection, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, limit / 4));
+    if (!answer)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(answer.get())),
+        xcb_get_property_value_length(answer.get())};
+}
+
+std::vector<quint32> XConnection::values(xcb_window_t window, xcb_atom_t name) const
+{
+    const QByteArray bytes = property(window, name);
+    std::vector<quint32> read(static_cast<std::size_t>(bytes.size()) / sizeof(quint32));
+    if (!read.empty())
+        std::memcpy(read.data(), bytes.constData(), read.size() * sizeof(quint32));
+    return read;
+}
+
+void XConnection::flushToolkit()
+{
+    if (xcb_connection_t *toolkit = toolkitConnection())
+        xcb_flush(toolkit);
+}
+
+bool XConnection::isOwn(xcb_window_t window) const
+{
+    xcb_connection_t *toolkit = toolkitConnection();
+    return isMadeBy(m_connection, window) || (toolkit && isMadeBy(toolkit, window));
+}
+
+void XConnection::selectOnRoot(quint32 eventMask)
+{
+    m_rootMask |= eventMask;
+    xcb_change_window_attributes(m_connection, root(), XCB_CW_EVENT_MASK, &m_rootMask);
+    xcb_flush(m_connection);
+}
+
+void XConnection::listen(QObject *listener, std::function<void(const xcb_generic_event_t &)> hear)
+{
+    m_listeners.push_back({listener, std::move(hear)});
+    connect(listener, &QObject::destroyed, this, [this](QObject *gone) {
+        // Emptied, not erased: the owner may die while its own or another's ear is being called.
+        for (Listener &each : m_listeners)
+            if (each.owner == gone)
+                each = {};
+    });
+}
+
+void XConnection::dispatch()
+{
+    if (!isOpen()) {
+        if (m_notifier)
+            m_notifier->setEnabled(false);
+        return;
+    }
+    // Somebody who hears an event may run an event loop of its own, and so come here again.
+    ++m_depth;
+    bool any = false;
+    while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
+        any = true;
+        hearAll(*event);
+    }
+    if (--m_depth == 0)
+        std::erase_if(m_listeners, [](const Listener &each) { return !each.owner; });
+    if (any)
+        emit drained();
+    xcb_flush(m_connection);
+}
+
+void XConnection::hearAll(const xcb_generic_event_t &event)
+{
+    // By index: an ear may add another one.
+    for (std::size_t i = 0; i < m_listeners.size(); ++i) {
+        const auto hear = m_listeners[i].hear;
+        if (hear)
+            hear(event);
+    }
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,138 @@
+#include "widgets/Icons.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QStringList>
+
+#include <cmath>
+
+namespace nimbrelle {
+namespace {
+
+constexpr double grid = 24;
+constexpr double strokeWidth = 1.9;
+constexpr double disabledOpacity = 0.45;
+
+/// Reads the calls of one layer off a list of words.
+class LayerReader {
+public:
+    explicit LayerReader(const QStringList &words) : m_words(words) { }
+
+    QPainterPath path()
+    {
+        QPainterPath path;
+        path.setFillRule(Qt::WindingFill);
+        while (m_next < m_words.size())
+            call(m_words[m_next++], path);
+        return path;
+    }
+
+private:
+    double number() { return m_words[m_next++].toDouble(); }
+    QPointF point()
+    {
+        const double x = number();
+        return {x, number()};
+    }
+
+    void call(const QString &name, QPainterPath &path)
+    {
+        switch (name.front().unicode()) {
+        case u'M':
+            return path.moveTo(point());
+        case u'L':
+            return path.lineTo(point());
+        case u'C': {
+            const QPointF first = point();
+            const QPointF second = point();
+            return path.cubicTo(first, second, point());
+        }
+        case u'Z':
+            return path.closeSubpath();
+        case u'E': {
+            const QPointF centre = point();
+            const QPointF radii = point();
+            return path.addEllipse(centre, radii.x(), radii.y());
+        }
+        case u'R': {
+            const QPointF corner = point();
+            const QPointF size = point();
+            const double radius = number();
+            return path.addRoundedRect(QRectF(corner, QSizeF(size.x(), size.y())), radius, radius);
+        }
+        case u'A':
+            return arc(path);
+        default:
+            Q_UNREACHABLE();
+        }
+    }
+
+    void arc(QPainterPath &path)
+    {
+        const QPointF centre = point();
+        const double radius = number();
+        const double start = number();
+        const QRectF box(centre - QPointF(radius, radius), QSizeF(2 * radius, 2 * radius));
+        path.arcMoveTo(box, start);
+        path.arcTo(box, start, number());
+    }
+
+    const QStringList m_words;
+    qsizetype m_next = 0;
+};
+
+void paintLayer(QPainter &painter, const QString &layer, const QColor &colour, const QColor &cut)
+{
+    QStringList words = layer.split(u' ', Qt::SkipEmptyParts);
+    const QString manner = words.takeFirst();
+    const bool cuts = manner.startsWith(QStringLiteral("cut"));
+    const bool fills = manner.contains(QStringLiteral("fill"));
+    const bool strokes = manner != QStringLiteral("fill") && manner != QStringLiteral("cut-fill");
+    painter.setCompositionMode(cuts && !cut.isValid() ? QPainter::CompositionMode_DestinationOut
+                                                      : QPainter::CompositionMode_SourceOver);
+    const QColor ink = cuts ? (cut.isValid() ? cut : QColor(Qt::black)) : colour;
+    painter.setPen(
+        strokes ? QPen(ink, strokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin) : QPen(Qt::NoPen));
+    painter.setBrush(fills ? QBrush(ink) : QBrush(Qt::NoBrush));
+    painter.drawPath(LayerReader(words).path());
+}
+
+} // namespace
+
+QPixmap iconPixmap(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QColor &cut)
+{
+    const int pixels = static_cast<int>(std::ceil(size * devicePixelRatio));
+    QPixmap pixmap(pixels, pixels);
+    pixmap.setDevicePixelRatio(devicePixelRatio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(size / grid, size / grid);
+    const QString drawing = QString::fromLatin1(iconDrawings[static_cast<std::size_t>(icon)]);
+    for (const QString &layer : drawing.split(u';'))
+        paintLayer(painter, layer, colour, cut);
+    return pixmap;
+}
+
+QPixmap withAir(const QPixmap &picture, const QMargins &air)
+{
+    if (air.isNull())
+        return picture;
+    const double ratio = picture.devicePixelRatio();
+    QPixmap whole(picture.size() + QSize(air.left() + air.right(), air.top() + air.bottom()) * ratio);
+    whole.setDevicePixelRatio(ratio);
+    whole.fill(Qt::transparent);
+    QPainter(&whole).drawPixmap(air.left(), air.top(), picture);
+    return whole;
+}
+
+QIcon iconOf(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QMargins &air)
+{
+    QIcon made(withAir(iconPixmap(icon, size, devicePixelRatio, colour), air));
+    QColor faint = colour;
+    faint.setAlphaF(static_cast<float>(disabledOpacity));
+    made.addPixmap(withAir(iconPixmap(icon, size, devicePixelRatio, faint), air), QIcon::Disabled);
+    return made;
+}
+
+} // namespace nimbrelle

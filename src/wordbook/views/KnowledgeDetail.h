@@ -1,0 +1,29 @@
+#pragma once
+
+#include "wordbook/WordFacts.h"
+#include "wordbook/views/NotebookParts.h"
+
+#include <QWidget>
+
+namespace nimbrelle {
+
+/// One grammar point, and the sentences in which it was met.
+class GrammarDetail : public QWidget {
+    Q_OBJECT
+
+public:
+    GrammarDetail(const NotebookParts &parts, const GrammarFacts &facts);
+
+private:
+    QWidget *makeEncounter(const NotebookParts &parts, const GrammarEncounter &met);
+};
+
+/// One affix, and the words in which it was met.
+class AffixDetail : public QWidget {
+    Q_OBJECT
+
+public:
+    AffixDetail(const NotebookParts &parts, const AffixFacts &facts);
+};
+
+} // namespace nimbrelle

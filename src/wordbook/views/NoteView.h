@@ -1,0 +1,25 @@
+#pragma once
+
+#include "notebook/Records.h"
+#include "wordbook/views/NotebookParts.h"
+
+#include <QWidget>
+
+#include <functional>
+
+namespace nimbrelle {
+
+/// A question put to the AI and what it answered.
+class NoteView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `showOriginal` also shows the text that was asked about, with its translation and where it was met.
+    NoteView(
+        const NotebookParts &parts, const AINote &note, bool showOriginal, std::function<void()> onDelete);
+
+private:
+    QWidget *makeNote(const Theme &theme, const AINote &note, bool showOriginal);
+};
+
+} // namespace nimbrelle

@@ -1,0 +1,144 @@
+#pragma once
+
+#include "settings/ExcludedApplications.h"
+#include "settings/KeyTest.h"
+#include "settings/PermissionModel.h"
+#include "settings/views/SettingsView.h"
+#include "support/FakeAIClient.h"
+#include "support/FakeDesktop.h"
+#include "support/Notebook.h"
+#include "sync/FakeNetwork.h"
+#include "sync/SyncConnection.h"
+#include "sync/SyncService.h"
+#include "sync/views/CopySecret.h"
+#include "sync/views/SyncSection.h"
+#include "widgets/Theme.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QTextEdit>
+
+#include <stdexcept>
+
+namespace nimbrelle {
+
+/// The settings with everything below them, on a desktop that is not there; the user's part is played by the
+/// names of what there is to see and to press.
+struct SettingsStage {
+    explicit SettingsStage(double scale = 1) : theme(scale)
+    {
+        theme.applyToApplication();
+        notebook.configure([](AppConfig &config) {
+            config.excludedBundleIDs = QStringList{QStringLiteral("files"), QStringLiteral("gone")};
+        });
+        view.resize(theme.points(520), theme.points(560));
+    }
+
+    void show()
+    {
+        view.show();
+        settle();
+    }
+    static void settle()
+    {
+        for (int i = 0; i < 3; ++i) { // a layout may ask for another
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+    void link()
+    {
+        notebook.configure([](AppConfig &config) {
+            config.syncServer = QStringLiteral("https://home.example:8443");
+            config.syncToken = QStringLiteral("uPt7cX3kQnA9sD1f");
+            config.syncPin = QString(64, u'a');
+        });
+        settle();
+    }
+
+    static FakeInstalledApplications someApplications()
+    {
+        FakeInstalledApplications some;
+        some.applications = {{QStringLiteral("files"), QStringLiteral("Thunar 文件管理器"), {}},
+            {QStringLiteral("FeatherPad"), QStringLiteral("FeatherPad"), {}},
+            {QStringLiteral("Mousepad"), QStringLiteral("Mousepad"), {}},
+            {QStringLiteral("XTerm"), QStringLiteral("XTerm"), {}}};
+        return some;
+    }
+
+    template <class Widget = QWidget> Widget *find(const char *name) const
+    {
+        return view.findChild<Widget *>(QString::fromLatin1(name));
+    }
+    template <class Widget = QWidget> Widget &at(const char *name) const
+    {
+        auto *widget = find<Widget>(name);
+        if (!widget)
+            throw std::runtime_error(std::string("there is no ") + name);
+        return *widget;
+    }
+    bool shows(const char *name) const
+    {
+        const QWidget *widget = find(name);
+        return widget && widget->isVisible();
+    }
+    /// Empty for what is not there.
+    QString text(const char *name) const
+    {
+        const QWidget *widget = find(name);
+        if (const auto *edit = qobject_cast<const QTextEdit *>(widget))
+            return edit->toPlainText();
+        if (const auto *label = qobject_cast<const QLabel *>(widget))
+            return label->text();
+        return widget ? widget->accessibleName() : QString();
+    }
+    void press(const char *name)
+    {
+        QTest::mouseClick(&at(name), Qt::LeftButton);
+        settle();
+    }
+
+    Notebook notebook;
+    FakeAI ai;
+    FakePermissions permissions;
+    FakeLaunchAtLogin launch;
+    FakeInstalledApplications installed = someApplications();
+    FakeNetwork network;
+    QStringList copied, started, logged;
+    Theme theme;
+    PermissionModel permissionModel{permissions, launch,
+        {[this](const QString &line) { logged.append(line); }, [](const QUrl &) {},
+            [this](const QString &program, const QStringList &) { started.append(program); }, [] {}}};
+    KeyTest keyTest{notebook.config, ai.factory()};
+    ExcludedApplications excluded{notebook.config, installed};
+    SyncService sync{notebook.store, notebook.config, notebook.paths, notebook.clock, network.connect()};
+    SyncConnection connection{
+        notebook.config, sync, notebook.clock, network.connect(), [this](const QString &text) {
+            copied.append(text);
+            copySecret(text);
+        }};
+    QList<MenuEntry> offers;
+    SettingsView view{{
+        .theme = theme,
+        .config = notebook.config,
+        .words = notebook.store,
+        .permissions = permissionModel,
+        .keyTest = keyTest,
+        .excluded = excluded,
+        .clock = notebook.clock,
+        .offers = [this] { return offers; },
+        .makeSyncGroup =
+            [this] {
+                return new SyncSection({.theme = theme,
+                    .config = notebook.config,
+                    .connection = connection,
+                    .service = sync,
+                    .clock = notebook.clock});
+            },
+        .configPath = QStringLiteral("/home/li/.local/share/Nimbrelle/config.json"),
+    }};
+};
+
+} // namespace nimbrelle
