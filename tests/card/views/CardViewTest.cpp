@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTextBlock>
 

@@ -175,40 +175,4 @@ TEST_F(CoachViewTest, AChipBehindTheFadingEndComesIntoViewWithTheFocus)
     EXPECT_LE(right(), view.width());
 }
 
-struct Look {
-    const char *name;
-    double scale;
-    Theme::Scheme scheme;
-};
-
-class CoachLook : public testing::TestWithParam<Look> { };
-
-TEST_P(CoachLook, NoStateCutsAnythingOff)
-{
-    CoachStage stage(GetParam().scale, GetParam().scheme);
-    const auto keep = [&](const char *state) {
-        stage.user.keep(u"coach-"_s + QLatin1StringView(state) + QLatin1StringView(GetParam().name));
-    };
-    keep("waiting");
-    stage.fail();
-    keep("failed");
-    stage.user.press("retry");
-    stage.brief(
-        u"昨天你在读一篇讲配置迁移的帖子，顺手存了 **rewrite** 和 "
-        u"**regression**。读得挺深，这两个词都是在长句"
-        u"子里遇到的。\n\n**reluctant** 这次隔了 9 "
-        u"天还记得，而且一次就想起来了。说明它已经从“见过”变成“认识”，"
-        u"可以放心。\n\n今天这一轮大约 12 题，4 分钟。留意三个就够：\n- **deprecate**：看到 -ec- 就想“文档”\n"
-        u"- **flaky**：雪花一样，时有时无\n\n轻松来，不做也没关系。最近在读的东西里，哪一句最让你卡住？"_s);
-    keep("briefing");
-    stage.user.commit("今天只有 5 分钟");
-    stage.user.key(Qt::Key_Return);
-    stage.brief(u"5 分钟刚好一轮。只看 **deprecate** 和 **flaky**，其余的交给明天。"_s);
-    keep("talk");
-}
-
-INSTANTIATE_TEST_SUITE_P(Schemes, CoachLook,
-    testing::Values(Look{"-light", 1, Theme::Scheme::light}, Look{"-dark", 1, Theme::Scheme::dark},
-        Look{"-large", 2, Theme::Scheme::light}));
-
 } // namespace nimbrelle

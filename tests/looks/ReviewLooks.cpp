@@ -1,29 +1,16 @@
+#include "looks/Looks.h"
 #include "review/views/ReviewStage.h"
 
-#include <gmock/gmock.h>
-
-/// Draws every screen of a review and looks for what is cut off. With NIMBRELLE_LOOK_DIR set the pictures are
-/// kept there, to be looked at.
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Look {
-    const char *name;
-    double scale;
-    Theme::Scheme scheme;
-};
-
 struct LookStage : ReviewStage {
-    explicit LookStage(const Look &shown) : ReviewStage(shown.scale, shown.scheme), look(shown) { }
+    LookStage(const Look &look, const Show &shown) : ReviewStage(look.scale, look.scheme), show(shown) { }
 
-    void keep(const char *state)
-    {
-        settle();
-        user().keep(u"review-"_s + QLatin1StringView(state) + QLatin1StringView(look.name));
-    }
+    void keep(const char *state) { show(*view, state); }
     static void tell(WordEntry &word, const char *meaning, const char *definition, const char *sentence,
         const char *translation)
     {
@@ -55,10 +42,8 @@ struct LookStage : ReviewStage {
         return word;
     }
 
-    const Look look;
+    const Show &show;
 };
-
-class ReviewLook : public testing::TestWithParam<Look> { };
 
 void answer(const LookStage &stage, const char *typed)
 {
@@ -66,11 +51,8 @@ void answer(const LookStage &stage, const char *typed)
     stage.session->submit();
 }
 
-} // namespace
-
-TEST_P(ReviewLook, RecognitionCutsNothingOff)
+void showRecognition(LookStage &stage)
 {
-    LookStage stage(GetParam());
     WordEntry other = stage.due("take it with a grain of salt", 9);
     other.phonetic = u"/ˌteɪk ɪt wɪð ə ˌɡreɪn əv ˈsɔːlt/"_s;
     other.examples.first().isGenerated = true;
@@ -92,9 +74,8 @@ TEST_P(ReviewLook, RecognitionCutsNothingOff)
     stage.keep("finished");
 }
 
-TEST_P(ReviewLook, OutcomesCutNothingOff)
+void showOutcomes(LookStage &stage)
 {
-    LookStage stage(GetParam());
     stage.configure([](AppConfig &config) { config.leechThreshold = 2; });
     WordEntry leech = stage.reluctant();
     leech.review->lapses = 1;
@@ -119,9 +100,8 @@ TEST_P(ReviewLook, OutcomesCutNothingOff)
     stage.keep("finishedWell");
 }
 
-TEST_P(ReviewLook, SpellingCutsNothingOff)
+void showSpelling(LookStage &stage)
 {
-    LookStage stage(GetParam());
     const struct {
         const char *name;
         SpellMode mode;
@@ -156,9 +136,8 @@ TEST_P(ReviewLook, SpellingCutsNothingOff)
     stage.keep("longPhraseAgain");
 }
 
-TEST_P(ReviewLook, EmptyRoundsCutNothingOff)
+void showEmptyRounds(LookStage &stage)
 {
-    LookStage stage(GetParam());
     stage.open({});
     stage.keep("emptyNotebook");
     stage.session->startSpelling();
@@ -170,8 +149,14 @@ TEST_P(ReviewLook, EmptyRoundsCutNothingOff)
     stage.keep("emptyDone");
 }
 
-INSTANTIATE_TEST_SUITE_P(Schemes, ReviewLook,
-    testing::Values(Look{"-light", 1, Theme::Scheme::light}, Look{"-dark", 1, Theme::Scheme::dark},
-        Look{"-large", 2, Theme::Scheme::light}));
+} // namespace
+
+void showReview(const Look &look, const Show &show)
+{
+    for (const auto part : {showRecognition, showOutcomes, showSpelling, showEmptyRounds}) {
+        LookStage stage(look, show);
+        part(stage);
+    }
+}
 
 } // namespace nimbrelle
