@@ -289,9 +289,9 @@ void AddWordView::arrange()
         m_preview->setGeometry(0, top, width(), preview);
         m_actions->setGeometry(0, top + preview, width(), actions);
     }
-    const int wished = heightForWidth(width());
-    if (std::exchange(m_toldHeight, wished) != wished)
-        resize(boundedByScreen(*this, {width(), wished}));
+    const int preferred = heightForWidth(width());
+    if (std::exchange(m_toldHeight, preferred) != preferred)
+        resize(boundedByScreen(*this, {width(), preferred}));
 }
 
 /// So that the lines keep their length.
