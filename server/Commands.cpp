@@ -4,8 +4,9 @@
 #include "server/Failure.h"
 #include "server/Identity.h"
 #include "server/ServerUrl.h"
-#include "server/SqliteStore.h"
+#include "server/StoreFactory.h"
 #include "server/SyncCode.h"
+#include "server/VersionedWrite.h"
 
 #include <algorithm>
 #include <array>
@@ -29,12 +30,12 @@ std::chrono::sys_seconds now()
 struct House {
     explicit House(const Options &options) : directory(options.data)
     {
-        directory.requireSetUp();
-        store = std::make_unique<SqliteStore>(directory.database());
+        directory.requirePrivate();
+        store = openStore(directory);
     }
 
     DataDirectory directory;
-    std::unique_ptr<SqliteStore> store;
+    std::unique_ptr<Store> store;
 };
 
 void requireUsableName(const std::string &name)
@@ -172,7 +173,7 @@ void Commands::init(const Options &options, std::ostream &out, Screen screen)
 
     directory.create();
     makeFiles(directory, url);
-    SqliteStore::create(directory.database());
+    createStore(directory);
     House house(options);
     if (!house.store->notebooks().empty())
         throw Failure(directory.path().string()
@@ -248,7 +249,7 @@ void Commands::restore(const Options &options, std::ostream &out)
 {
     const House house(options);
     const Notebook notebook = chosen(*house.store, options.name);
-    const auto raised = house.store->restore(notebook.id, options.version, now());
+    const auto raised = restoreVersion(*house.store, notebook.id, options.version, now());
     if (!raised)
         throw Failure("version " + std::to_string(options.version) + " of \"" + notebook.name
             + "\" is not kept. See: nimbrelle-server history " + notebook.name);

@@ -111,14 +111,6 @@ void DataDirectory::requirePrivate() const
         requireHidden(file, "600");
 }
 
-void DataDirectory::requireSetUp() const
-{
-    requirePrivate();
-    if (!std::filesystem::exists(database()))
-        throw Failure("nothing is set up in " + m_path.string()
-            + ". Do it with: nimbrelle-server init, or name the right folder with --data DIR.");
-}
-
 std::string readFile(const std::filesystem::path &path)
 {
     const File file(path, O_RDONLY);

@@ -26,8 +26,6 @@ public:
 
     /// Throws Failure when the folder is missing or when others on this machine could read what is in it.
     void requirePrivate() const;
-    /// As well when init has not done its work here.
-    void requireSetUp() const;
 
 private:
     std::filesystem::path m_path;

@@ -1,7 +1,7 @@
 #include "server/Commands.h"
 #include "server/DataDirectory.h"
 #include "server/Failure.h"
-#include "server/SqliteStore.h"
+#include "server/StoreFactory.h"
 
 #include <charconv>
 #include <csignal>
@@ -72,16 +72,17 @@ void serve(const Options &options, std::ostream &messages)
 {
     const EndSignals signals;
     const DataDirectory directory(options.data);
-    directory.requireSetUp();
+    directory.requirePrivate();
+    const auto store = openStore(directory);
     const Identity identity = loadIdentity(directory);
-    SqliteStore store(directory.database(), SqliteStore::Check::quick);
+    store->check();
     makeRoomForConnections(options.limits.maxConnections);
-    const std::string address = options.bind.value_or(store.setting(Setting::bind).value_or(""));
-    auto socket = std::make_unique<ListeningSocket>(address, options.port.value_or(storedPort(store)));
+    const std::string address = options.bind.value_or(store->setting(Setting::bind).value_or(""));
+    auto socket = std::make_unique<ListeningSocket>(address, options.port.value_or(storedPort(*store)));
     const HttpServer::Log log{writeLine, options.accessLog};
-    HttpServer server(std::move(socket), identity, store, options.limits, log);
+    HttpServer server(std::move(socket), identity, *store, options.limits, log);
     messages << "nimbrelle-server: listening at " << (address.empty() ? "all addresses" : address) << " port "
-             << server.port() << "; devices use " << store.setting(Setting::url).value_or("") << std::endl;
+             << server.port() << "; devices use " << store->setting(Setting::url).value_or("") << std::endl;
     signals.wait();
     server.stop(graceAtEnd);
     messages << "nimbrelle-server: ended" << std::endl;

@@ -83,6 +83,16 @@ SqliteConnection::SqliteConnection(const std::filesystem::path &file, Opening op
     m_database.exec("PRAGMA journal_size_limit = 67108864");
 }
 
+SQLite::Statement SqliteConnection::prepared(std::string_view sql, std::string_view more)
+{
+    return {m_database, std::string(sql) + std::string(more)};
+}
+
+SQLite::Transaction SqliteConnection::begin()
+{
+    return SQLite::Transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
+}
+
 void SqliteConnection::requireOurs(const std::filesystem::path &file)
 {
     if (m_database.execAndGet("PRAGMA application_id").getInt() != applicationId)
@@ -100,7 +110,7 @@ bool SqliteConnection::isBlank()
 
 void SqliteConnection::createTables()
 {
-    SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
+    auto transaction = begin();
     m_database.exec("PRAGMA application_id = " + std::to_string(applicationId));
     m_database.exec("PRAGMA user_version = " + std::to_string(schemaVersion));
     m_database.exec(tables);

@@ -17,7 +17,11 @@ public:
     enum class Opening { existing, fresh };
     SqliteConnection(const std::filesystem::path &file, Opening opening);
 
-    SQLite::Database &database() { return m_database; }
+    SQLite::Statement prepared(std::string_view sql, std::string_view more = {});
+    /// Runs a statement once, with values as BoundStatement takes them.
+    void run(const char *sql, const auto &...values);
+    /// Takes the write lock at once; without a commit the transaction is rolled back.
+    SQLite::Transaction begin();
 
     /// Throws StoreFailure when the file is another program's or a newer version's.
     void requireOurs(const std::filesystem::path &file);
@@ -45,7 +49,8 @@ public:
 
     /// Moves on to the next row; false when there is none.
     bool step() { return m_statement.executeStep(); }
-    void run() { m_statement.exec(); }
+    /// How many rows were changed.
+    int run() { return m_statement.exec(); }
 
     std::int64_t number(int column) const { return m_statement.getColumn(column).getInt64(); }
     std::string bytes(int column) const { return m_statement.getColumn(column).getString(); }
@@ -70,5 +75,11 @@ private:
     SQLite::Statement &m_statement;
     int m_bound = 0;
 };
+
+void SqliteConnection::run(const char *sql, const auto &...values)
+{
+    SQLite::Statement statement(m_database, sql);
+    BoundStatement(statement, values...).run();
+}
 
 } // namespace nimbrelle::server

@@ -1,6 +1,7 @@
 #include "server/SyncApi.h"
 
 #include "server/BundleCheck.h"
+#include "server/VersionedWrite.h"
 
 #include <algorithm>
 
@@ -140,7 +141,7 @@ std::shared_ptr<const Document> SyncApi::current(const Notebook &notebook)
 {
     if (auto cached = m_cache.find(notebook.id, notebook.version))
         return cached;
-    auto document = m_store.read(notebook.id);
+    auto document = m_store.newestDocument(notebook.id);
     if (document)
         m_cache.put(notebook.id, document);
     return document;
@@ -170,7 +171,9 @@ Answer SyncApi::store(const AdmittedWrite &write, std::string body)
     const auto words = countWords(body);
     if (!words)
         return refusal(400, "The body is not a JSON object with a list of words.");
-    const auto version = m_store.write(write.notebook, write.conditions, {body, *words, m_now()});
+    const NewDocument document{.body = body, .words = *words, .writtenAt = m_now()};
+    const auto version = writeVersion(m_store, write.notebook, document,
+        [&](std::int64_t current) { return write.conditions.allowWriteOver(current); });
     if (!version)
         return refusal(412, "Another version is stored.");
     m_cache.put(write.notebook, std::make_shared<const Document>(Document{*version, std::move(body)}));

@@ -100,7 +100,7 @@ TEST(ServerLimits, ASlowReaderIsCutToo)
     ServerLimits limits;
     limits.bodyTime = 600ms;
     Stage stage(limits);
-    stage.store().write(1, {}, {documentOf(1, "a", 32 << 20), 1, {}});
+    stage.store().append(1, 0, {.body = documentOf(1, "a", 32 << 20)}, {});
     TlsClient client(stage.port());
     client.send(requestText("GET", "/v1/bundle", Stage::token));
     const auto start = steady_clock::now();
@@ -174,8 +174,8 @@ TEST(ServerLimits, ABodyThatBreaksOffChangesNothing)
         client.breakOff();
     }
     stage.server().stop(5s);
-    EXPECT_EQ(stage.store().read(1)->version, 1);
-    EXPECT_EQ(stage.store().read(1)->body, documentOf(3));
+    EXPECT_EQ(stage.store().newestDocument(1)->version, 1);
+    EXPECT_EQ(stage.store().newestDocument(1)->body, documentOf(3));
 }
 
 TEST(ServerLimits, GarbageHarmsNobody)

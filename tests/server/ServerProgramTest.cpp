@@ -1,7 +1,7 @@
 #include "server/support/ServerProgram.h"
 
 #include "server/Crypto.h"
-#include "server/Identity.h"
+#include "server/StoreFactory.h"
 #include "server/support/Stage.h"
 
 #include <atomic>
@@ -180,7 +180,7 @@ TEST_F(ServerProgramTest, KilledUnderLoadItLosesNothingAcknowledged)
             std::this_thread::yield();
         server.end(SIGKILL);
     }
-    const SqliteStore store(data / "notebooks.db", SqliteStore::Check::quick);
+    openStore(DataDirectory(data))->check();
 }
 
 TEST_F(ServerProgramTest, EndsCleanlyWhenTold)

@@ -1,5 +1,7 @@
 #include "server/support/Stage.h"
 
+#include "server/StoreFactory.h"
+
 #include <cstdlib>
 #include <stdexcept>
 
@@ -31,9 +33,9 @@ Stage::Stage(const ServerLimits &limits)
 {
     // One key for all tests of a run, as making one takes a while.
     static const Identity identity = makeIdentity("localhost");
-    const auto file = m_folder.path() / "notebooks.db";
-    SqliteStore::create(file);
-    m_store = std::make_unique<SqliteStore>(file);
+    const DataDirectory directory(m_folder.path());
+    createStore(directory);
+    m_store = openStore(directory);
     m_store->addNotebook("first", "salt", sha256(token), {});
     const auto log = [this](const std::string &line) {
         const std::lock_guard held(m_logMutex);

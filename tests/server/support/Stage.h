@@ -1,8 +1,6 @@
 #pragma once
 
-#include "server/DataDirectory.h"
 #include "server/HttpServer.h"
-#include "server/SqliteStore.h"
 #include "server/support/TlsClient.h"
 
 #include <filesystem>
@@ -33,7 +31,7 @@ public:
     static inline const std::string token = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFG";
 
     std::uint16_t port() const { return m_server->port(); }
-    SqliteStore &store() { return *m_store; }
+    Store &store() { return *m_store; }
     HttpServer &server() { return *m_server; }
     std::string log();
 
@@ -44,7 +42,7 @@ public:
 
 private:
     ScratchFolder m_folder;
-    std::unique_ptr<SqliteStore> m_store;
+    std::unique_ptr<Store> m_store;
     std::mutex m_logMutex;
     std::string m_log;
     std::unique_ptr<HttpServer> m_server;
