@@ -74,6 +74,9 @@ SqliteConnection::SqliteConnection(const std::filesystem::path &file, Opening op
     : m_database(file.string(),
         SQLite::OPEN_READWRITE | (opening == Opening::fresh ? SQLite::OPEN_CREATE : 0), busyMilliseconds)
 {
+    // Before anything is changed in it.
+    if (opening == Opening::existing || !isBlank())
+        requireOurs(file);
     // Documents are large: with fewer and larger pages a write costs less. Of effect only in a fresh file.
     m_database.exec("PRAGMA page_size = 16384");
     // An acknowledged write must survive a loss of power, so each commit flushes the log.

@@ -11,7 +11,8 @@ namespace nimbrelle::server {
 StoreFailure damagedStore(const std::filesystem::path &file, const std::string &reason);
 StoreFailure storeFailure(const std::filesystem::path &file, const SQLite::Exception &error);
 
-/// An open database with our settings for durability. Throws SQLite::Exception.
+/// An open database with our settings for durability. Throws SQLite::Exception, and StoreFailure when the
+/// file is another program's or a newer version's.
 class SqliteConnection {
 public:
     enum class Opening { existing, fresh };
@@ -23,14 +24,14 @@ public:
     /// Takes the write lock at once; without a commit the transaction is rolled back.
     SQLite::Transaction begin();
 
-    /// Throws StoreFailure when the file is another program's or a newer version's.
-    void requireOurs(const std::filesystem::path &file);
     bool isBlank();
     void createTables();
     /// SQLite's own words on what is broken, or nothing.
     std::string damage();
 
 private:
+    void requireOurs(const std::filesystem::path &file);
+
     SQLite::Database m_database;
 };
 

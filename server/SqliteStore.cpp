@@ -134,7 +134,6 @@ SqliteStore::SqliteStore(const std::filesystem::path &file) : m_file(file)
 {
     translated(file, [&] {
         m_reader = std::make_unique<Reader>(file);
-        m_reader->connection.requireOurs(file);
         m_writer = std::make_unique<Writer>(file);
     });
 }

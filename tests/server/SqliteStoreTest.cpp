@@ -1,17 +1,39 @@
 #include "server/SqliteStore.h"
 
+#include "server/DataDirectory.h"
 #include "server/support/Stage.h"
 
+#include <SQLiteCpp/SQLiteCpp.h>
 #include <fstream>
 #include <gmock/gmock.h>
 
 using namespace nimbrelle::server;
 using testing::HasSubstr;
 
-TEST(SqliteStore, ADamagedFileSaysWhatToDo)
+namespace {
+
+class SqliteStoreTest : public testing::Test {
+protected:
+    // What opening and checking the file says; nothing when all is well.
+    std::string failure(StoreFailure::Kind kind) const
+    {
+        try {
+            SqliteStore(file).check();
+            return "";
+        } catch (const StoreFailure &caught) {
+            EXPECT_EQ(caught.kind(), kind);
+            return caught.what();
+        }
+    }
+
+    ScratchFolder folder;
+    std::filesystem::path file = folder.path() / "notebooks.db";
+};
+
+} // namespace
+
+TEST_F(SqliteStoreTest, ADamagedFileSaysWhatToDo)
 {
-    const ScratchFolder folder;
-    const auto file = folder.path() / "notebooks.db";
     SqliteStore::create(file);
     {
         SqliteStore store(file);
@@ -19,21 +41,26 @@ TEST(SqliteStore, ADamagedFileSaysWhatToDo)
         for (int version = 0; version < 40; ++version)
             ASSERT_TRUE(store.append(1, version, {.body = documentOf(2000)}, {}));
     }
-    const auto failure = [&] {
-        try {
-            SqliteStore(file).check();
-            return std::string();
-        } catch (const StoreFailure &caught) {
-            EXPECT_EQ(caught.kind(), StoreFailure::Kind::damaged);
-            return std::string(caught.what());
-        }
-    };
     const auto damage = [&](std::streamoff offset, const std::string &bytes) {
         std::fstream(file, std::ios::in | std::ios::out | std::ios::binary).seekp(offset) << bytes;
     };
-    EXPECT_EQ(failure(), "");
+    EXPECT_EQ(failure(StoreFailure::Kind::damaged), "");
     damage(8192, std::string(20'000, '\xaa'));
-    EXPECT_THAT(failure(), HasSubstr("put the file back from a backup"));
+    EXPECT_THAT(failure(StoreFailure::Kind::damaged), HasSubstr("put the file back from a backup"));
     damage(0, "no database at all");
-    EXPECT_THAT(failure(), HasSubstr("is damaged"));
+    EXPECT_THAT(failure(StoreFailure::Kind::damaged), HasSubstr("is damaged"));
+}
+
+TEST_F(SqliteStoreTest, AFileThatIsNotOursIsLeftAsItIs)
+{
+    SQLite::Database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("CREATE TABLE songs (name)");
+    const std::string bytes = readFile(file);
+    EXPECT_THAT(failure(StoreFailure::Kind::other), HasSubstr("not a notebook database"));
+    EXPECT_THROW(SqliteStore::create(file), StoreFailure);
+    EXPECT_EQ(readFile(file), bytes);
+
+    std::filesystem::remove(file);
+    SqliteStore::create(file);
+    SQLite::Database(file, SQLite::OPEN_READWRITE).exec("PRAGMA user_version = 2");
+    EXPECT_THAT(failure(StoreFailure::Kind::other), HasSubstr("newer nimbrelle-server"));
 }
