@@ -6,7 +6,7 @@ namespace nimbrelle::server {
 
 namespace {
 
-constexpr int applicationId = 0x4e6d6253; // "NmbS", which tells our file from others
+constexpr int applicationId = 0x4e6d6253; // "NmbS", which tells our file from another program's
 constexpr int schemaVersion = 1;
 constexpr int busyMilliseconds = 10'000;
 
@@ -75,8 +75,8 @@ SqliteConnection::SqliteConnection(const std::filesystem::path &file, Opening op
         SQLite::OPEN_READWRITE | (opening == Opening::fresh ? SQLite::OPEN_CREATE : 0), busyMilliseconds)
 {
     // Before anything is changed in it.
-    if (opening == Opening::existing || !isBlank())
-        requireOurs(file);
+    if (opening == Opening::existing || !isEmpty())
+        requireSupported(file);
     // Documents are large: with fewer and larger pages a write costs less. Of effect only in a fresh file.
     m_database.exec("PRAGMA page_size = 16384");
     // An acknowledged write must survive a loss of power, so each commit flushes the log.
@@ -96,7 +96,7 @@ SQLite::Transaction SqliteConnection::begin()
     return SQLite::Transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
 }
 
-void SqliteConnection::requireOurs(const std::filesystem::path &file)
+void SqliteConnection::requireSupported(const std::filesystem::path &file)
 {
     if (m_database.execAndGet("PRAGMA application_id").getInt() != applicationId)
         throw StoreFailure(StoreFailure::Kind::other,
@@ -106,7 +106,7 @@ void SqliteConnection::requireOurs(const std::filesystem::path &file)
             file.string() + " was made by a newer nimbrelle-server; install that version or a later one");
 }
 
-bool SqliteConnection::isBlank()
+bool SqliteConnection::isEmpty()
 {
     return m_database.execAndGet("SELECT count(*) FROM sqlite_master").getInt() == 0;
 }
@@ -120,7 +120,7 @@ void SqliteConnection::createTables()
     transaction.commit();
 }
 
-std::string SqliteConnection::damage()
+std::string SqliteConnection::quickCheck()
 {
     const std::string verdict = m_database.execAndGet("PRAGMA quick_check(1)").getString();
     return verdict == "ok" ? "" : verdict;
@@ -138,10 +138,10 @@ std::chrono::sys_seconds BoundStatement::time(int column) const
     return std::chrono::sys_seconds(std::chrono::seconds(number(column)));
 }
 
-void BoundStatement::bind(Bytes bytes)
+void BoundStatement::bind(Blob blob)
 {
     m_statement.bindNoCopy(
-        ++m_bound, static_cast<const void *>(bytes.view.data()), static_cast<int>(bytes.view.size()));
+        ++m_bound, static_cast<const void *>(blob.bytes.data()), static_cast<int>(blob.bytes.size()));
 }
 
 } // namespace nimbrelle::server

@@ -7,7 +7,7 @@
 
 namespace nimbrelle::server {
 
-/// What SQLite reports, told to the keeper of the server.
+/// What SQLite reports, with what the operator can do about it.
 StoreFailure damagedStore(const std::filesystem::path &file, const std::string &reason);
 StoreFailure storeFailure(const std::filesystem::path &file, const SQLite::Exception &error);
 
@@ -24,15 +24,20 @@ public:
     /// Takes the write lock at once; without a commit the transaction is rolled back.
     SQLite::Transaction begin();
 
-    bool isBlank();
+    bool isEmpty();
     void createTables();
-    /// SQLite's own words on what is broken, or nothing.
-    std::string damage();
+    /// SQLite's own words on what is damaged, or nothing.
+    std::string quickCheck();
 
 private:
-    void requireOurs(const std::filesystem::path &file);
+    void requireSupported(const std::filesystem::path &file);
 
     SQLite::Database m_database;
+};
+
+/// Bytes to be bound as such; a std::string is bound as text.
+struct Blob {
+    std::string_view bytes;
 };
 
 /// A prepared statement in use: bound from left to right, and ready for the next user when this goes.
@@ -59,17 +64,9 @@ public:
     std::chrono::sys_seconds time(int column) const;
 
 private:
-    struct Bytes {
-        std::string_view view;
-    };
-
-public:
-    static Bytes blob(std::string_view view) { return {view}; }
-
-private:
     void bind(std::int64_t value) { m_statement.bind(++m_bound, value); }
     void bind(std::chrono::sys_seconds time) { bind(std::int64_t{time.time_since_epoch().count()}); }
-    void bind(Bytes bytes);
+    void bind(Blob blob);
     void bind(const std::string &text) { m_statement.bindNoCopy(++m_bound, text); }
     void bind(std::nullptr_t) { m_statement.bind(++m_bound); }
 

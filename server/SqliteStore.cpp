@@ -108,7 +108,7 @@ struct SqliteStore::Writer {
 template <typename Work> auto SqliteStore::reading(const Work &work)
 {
     return translated(m_file, [&] {
-        const std::lock_guard held(m_reader->mutex);
+        const std::lock_guard lock(m_reader->mutex);
         return work(*m_reader);
     });
 }
@@ -116,7 +116,7 @@ template <typename Work> auto SqliteStore::reading(const Work &work)
 template <typename Work> auto SqliteStore::writing(const Work &work)
 {
     return translated(m_file, [&] {
-        const std::lock_guard held(m_writer->mutex);
+        const std::lock_guard lock(m_writer->mutex);
         return work(*m_writer);
     });
 }
@@ -125,7 +125,7 @@ void SqliteStore::create(const std::filesystem::path &file)
 {
     translated(file, [&] {
         SqliteConnection connection(file, SqliteConnection::Opening::fresh);
-        if (connection.isBlank())
+        if (connection.isEmpty())
             connection.createTables();
     });
 }
@@ -143,7 +143,7 @@ SqliteStore::~SqliteStore() = default;
 void SqliteStore::check()
 {
     reading([&](Reader &reader) {
-        const std::string damage = reader.connection.damage();
+        const std::string damage = reader.connection.quickCheck();
         if (!damage.empty())
             throw damagedStore(m_file, damage);
     });
@@ -189,7 +189,7 @@ std::optional<Notebook> SqliteStore::notebookNamed(std::string_view name)
 std::optional<Notebook> SqliteStore::notebookOfToken(const Digest &tokenHash)
 {
     return reading([&](Reader &reader) -> std::optional<Notebook> {
-        for (BoundStatement row(reader.ofToken, BoundStatement::blob(selectorOf(tokenHash))); row.step();) {
+        for (BoundStatement row(reader.ofToken, Blob{.bytes = selectorOf(tokenHash)}); row.step();) {
             Notebook notebook = notebookIn(row);
             if (notebook.tokenHash && equalInConstantTime(*notebook.tokenHash, tokenHash))
                 return notebook;
@@ -205,8 +205,8 @@ void SqliteStore::addNotebook(
         writer.connection.run(
             "INSERT INTO notebooks (name, created_at, token_salt, token_selector, token_hash) "
             "VALUES (?, ?, ?, ?, ?)",
-            std::string(name), now, BoundStatement::blob(salt), BoundStatement::blob(selectorOf(tokenHash)),
-            BoundStatement::blob(bytesOf(tokenHash)));
+            std::string(name), now, Blob{.bytes = salt}, Blob{.bytes = selectorOf(tokenHash)},
+            Blob{.bytes = bytesOf(tokenHash)});
     });
 }
 
@@ -216,11 +216,10 @@ void SqliteStore::setToken(std::int64_t notebook, std::string_view salt, std::op
         constexpr const char *sql =
             "UPDATE notebooks SET token_salt = ?, token_selector = ?, token_hash = ? WHERE id = ?";
         if (tokenHash)
-            writer.connection.run(sql, BoundStatement::blob(salt),
-                BoundStatement::blob(selectorOf(*tokenHash)), BoundStatement::blob(bytesOf(*tokenHash)),
-                notebook);
+            writer.connection.run(sql, Blob{.bytes = salt}, Blob{.bytes = selectorOf(*tokenHash)},
+                Blob{.bytes = bytesOf(*tokenHash)}, notebook);
         else
-            writer.connection.run(sql, BoundStatement::blob(salt), nullptr, nullptr, notebook);
+            writer.connection.run(sql, Blob{.bytes = salt}, nullptr, nullptr, notebook);
     });
 }
 
@@ -261,7 +260,7 @@ bool SqliteStore::append(
         if (BoundStatement(writer.raise, notebook, expected).run() == 0)
             return false;
         BoundStatement(writer.insert, notebook, expected + 1, document.writtenAt, document.words,
-            static_cast<std::int64_t>(document.body.size()), BoundStatement::blob(document.body))
+            static_cast<std::int64_t>(document.body.size()), Blob{.bytes = document.body})
             .run();
         if (change.beforeLoss)
             BoundStatement(writer.mark, notebook, *change.beforeLoss).run();

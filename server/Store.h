@@ -25,7 +25,7 @@ private:
     Kind m_kind;
 };
 
-/// One notebook on this server: a name for its keeper, a token for its devices, a document with a version.
+/// One notebook on this server: a name for the operator, a token for its devices, a document with a version.
 struct Notebook {
     std::int64_t id = 0;
     std::string name;
@@ -48,7 +48,7 @@ struct NewDocument {
 };
 
 /// Where notebooks are kept. Every call may come from any thread, and other processes may work on the same
-/// data. What a call has written when it returns survives a loss of power. Trouble with the medium is thrown
+/// data. What a call has written when it returns survives a loss of power. Failures of the medium are thrown
 /// as StoreFailure.
 class Store {
 public:

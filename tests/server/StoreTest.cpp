@@ -1,18 +1,33 @@
+#include "server/StoreFactory.h"
 #include "server/VersionedWrite.h"
-#include "server/support/Stage.h"
-#include "server/support/StoreMakers.h"
+#include "server/support/TestServer.h"
 
-#include <gmock/gmock.h>
+#include <array>
+#include <gtest/gtest.h>
 #include <latch>
 #include <thread>
 
 using namespace nimbrelle::server;
 using namespace std::chrono;
-using testing::ElementsAre;
 
 namespace {
 
 constexpr sys_seconds noon = sys_days(2026y / March / 1) + 12h;
+
+struct StoreMaker {
+    const char *name;
+    /// Opens the store of this directory, and makes it where it isn't there.
+    std::unique_ptr<Store> (*open)(const std::filesystem::path &directory);
+};
+
+const StoreMaker storeMakers[] = {
+    {.name = "Sqlite",
+        .open =
+            [](const std::filesystem::path &directory) {
+                createStore(DataDirectory(directory));
+                return openStore(DataDirectory(directory));
+            }},
+};
 
 // What every store owes to the server.
 class StoreSuite : public testing::TestWithParam<StoreMaker> {
@@ -23,36 +38,24 @@ protected:
         id = store->notebookNamed("first")->id;
     }
 
+    // As another process has it.
+    std::unique_ptr<Store> open() const { return GetParam().open(directory.path()); }
     std::optional<std::int64_t> write(std::int64_t over, int words, sys_seconds at = noon)
     {
         const std::string body = documentOf(words);
         return writeVersion(*store, id, {.body = body, .words = words, .writtenAt = at},
             [&](std::int64_t current) { return current == over; });
     }
-    std::vector<std::int64_t> kept()
-    {
-        std::vector<std::int64_t> found;
-        for (const auto &record : store->history(id))
-            found.push_back(record.version);
-        return found;
-    }
 
-    std::unique_ptr<StorePlace> place = GetParam().make();
-    std::unique_ptr<Store> store = place->open();
+    TemporaryDirectory directory;
+    std::unique_ptr<Store> store = open();
     std::int64_t id = 0;
 };
 
-INSTANTIATE_TEST_SUITE_P(, StoreSuite, testing::ValuesIn(storeMakers()), testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(, StoreSuite, testing::ValuesIn(storeMakers),
+    [](const auto &maker) { return std::string(maker.param.name); });
 
 } // namespace
-
-TEST_P(StoreSuite, KeepsSettings)
-{
-    EXPECT_FALSE(store->setting("url"));
-    store->setSetting("url", "https://a");
-    store->setSetting("url", "https://b");
-    EXPECT_EQ(place->open()->setting("url"), "https://b");
-}
 
 TEST_P(StoreSuite, ATokenOpensItsOwnNotebookOnly)
 {
@@ -62,7 +65,6 @@ TEST_P(StoreSuite, ATokenOpensItsOwnNotebookOnly)
     ASSERT_TRUE(second);
     EXPECT_EQ(second->name, "second");
     EXPECT_EQ(second->tokenSalt, "pepper");
-    EXPECT_EQ(second->tokenHash, sha256("two"));
     EXPECT_EQ(second->createdAt, noon);
     auto nearly = sha256("two");
     nearly.back() ^= 1; // may be found by a part of it, and is then refused
@@ -70,8 +72,6 @@ TEST_P(StoreSuite, ATokenOpensItsOwnNotebookOnly)
 
     store->setToken(id, "salt", std::nullopt);
     EXPECT_FALSE(store->notebookOfToken(sha256("one")));
-    store->setToken(id, "sugar", sha256("four"));
-    EXPECT_EQ(store->notebookOfToken(sha256("four"))->name, "first");
     EXPECT_EQ(store->notebooks().size(), 2U);
 }
 
@@ -87,29 +87,23 @@ TEST_P(StoreSuite, AVersionIsWrittenOverOnce)
     EXPECT_EQ(store->newestDocument(id)->version, 2);
     EXPECT_EQ(store->document(id, 1)->body, documentOf(3));
     EXPECT_EQ(store->notebookNamed("first")->version, 2);
-    EXPECT_EQ(store->version(id), 2);
     store->check();
-}
 
-TEST_P(StoreSuite, WithoutANotebookNothingIsWritten)
-{
-    const std::int64_t unknown = id + 1;
-    EXPECT_FALSE(store->version(unknown));
-    EXPECT_FALSE(store->append(unknown, 0, {.body = "{}"}, {}));
-    EXPECT_FALSE(writeVersion(*store, unknown, {.body = "{}"}, [](std::int64_t) { return true; }));
+    EXPECT_FALSE(store->version(id + 1));
+    EXPECT_FALSE(store->append(id + 1, 0, {.body = "{}"}, {}));
 }
 
 TEST_P(StoreSuite, WhatStoodBeforeALossOutlivesAllElse)
 {
     write(0, 30);
-    write(1, 20);
-    for (int version = 2; version < 40; ++version)
+    for (int version = 1; version < 40; ++version)
         write(version, 20, noon + minutes(version));
-    EXPECT_EQ(kept().size(), 21U);
-    EXPECT_EQ(kept().front(), 1);
-    EXPECT_TRUE(store->history(id).front().beforeLoss);
-    EXPECT_EQ(store->history(id).back().writtenAt, noon + 39min);
-    EXPECT_EQ(store->history(id).back().bytes, std::ssize(documentOf(20)));
+    const auto records = store->history(id);
+    EXPECT_EQ(records.size(), 21U);
+    EXPECT_EQ(records.front().version, 1);
+    EXPECT_TRUE(records.front().beforeLoss);
+    EXPECT_EQ(records.back().writtenAt, noon + 39min);
+    EXPECT_EQ(records.back().bytes, std::ssize(documentOf(20)));
 }
 
 TEST_P(StoreSuite, RestoringMakesANewHigherVersion)
@@ -118,7 +112,7 @@ TEST_P(StoreSuite, RestoringMakesANewHigherVersion)
     write(1, 5);
     EXPECT_EQ(restoreVersion(*store, id, 1, noon + 1h), 3);
     EXPECT_EQ(store->newestDocument(id)->body, documentOf(30));
-    EXPECT_THAT(kept(), ElementsAre(1, 2, 3));
+    EXPECT_EQ(store->history(id).size(), 3U);
     EXPECT_EQ(store->history(id).back().words, 30);
     EXPECT_FALSE(restoreVersion(*store, id, 9, noon));
 }
@@ -126,15 +120,8 @@ TEST_P(StoreSuite, RestoringMakesANewHigherVersion)
 TEST_P(StoreSuite, AWriterThatLostARaceLooksAgain)
 {
     write(0, 30);
-    std::vector<std::int64_t> seen;
-    const auto condition = [&](std::int64_t current) {
-        seen.push_back(current);
-        if (current == 1)
-            write(1, 5);
-        return true;
-    };
-    EXPECT_EQ(writeVersion(*store, id, {.body = "{}", .words = 5}, condition), 3);
-    EXPECT_THAT(seen, ElementsAre(1, 2));
+    const auto letAnotherWrite = [&](std::int64_t current) { return current > 1 || write(1, 5).has_value(); };
+    EXPECT_EQ(writeVersion(*store, id, {.body = "{}", .words = 5}, letAnotherWrite), 3);
     const auto records = store->history(id);
     EXPECT_TRUE(records[0].beforeLoss);
     EXPECT_FALSE(records[1].beforeLoss);
@@ -142,13 +129,12 @@ TEST_P(StoreSuite, AWriterThatLostARaceLooksAgain)
 
 TEST_P(StoreSuite, OneOfManyWritersWinsEachVersion)
 {
-    constexpr int writers = 4;
-    std::latch start(writers);
+    std::latch start(4);
     std::array<std::atomic<int>, 10> wins{};
     std::vector<std::jthread> threads;
-    for (int writer = 0; writer < writers; ++writer) {
+    for (int writer = 0; writer < 4; ++writer) {
         threads.emplace_back([&] {
-            const auto own = place->open();
+            const auto own = open();
             start.arrive_and_wait();
             for (std::size_t version = 0; version < wins.size(); ++version)
                 wins[version] +=
@@ -162,10 +148,14 @@ TEST_P(StoreSuite, OneOfManyWritersWinsEachVersion)
 
 TEST_P(StoreSuite, AnotherProcessSeesAndIsSeenAtOnce)
 {
-    const auto other = place->open();
+    const auto other = open();
     write(0, 3);
     EXPECT_EQ(other->newestDocument(id)->version, 1);
     other->setToken(id, "sugar", sha256("new"));
     EXPECT_TRUE(store->notebookOfToken(sha256("new")));
     EXPECT_FALSE(store->notebookOfToken(sha256("one")));
+    EXPECT_FALSE(store->setting("url"));
+    other->setSetting("url", "https://a");
+    other->setSetting("url", "https://b");
+    EXPECT_EQ(store->setting("url"), "https://b");
 }
