@@ -1,5 +1,6 @@
 #include "server/SqliteConnection.h"
 
+#include <algorithm>
 #include <sqlite3.h>
 
 namespace nimbrelle::server {
@@ -98,6 +99,9 @@ SQLite::Transaction SqliteConnection::begin()
 
 void SqliteConnection::requireSupported(const std::filesystem::path &file)
 {
+    if (isEmpty())
+        throw StoreFailure(StoreFailure::Kind::other,
+            file.string() + " is empty, as an interrupted init leaves it; run: nimbrelle-server init");
     if (m_database.execAndGet("PRAGMA application_id").getInt() != applicationId)
         throw StoreFailure(StoreFailure::Kind::other,
             file.string() + " is not a notebook database; name the right folder with --data DIR");
@@ -122,7 +126,8 @@ void SqliteConnection::createTables()
 
 std::string SqliteConnection::quickCheck()
 {
-    const std::string verdict = m_database.execAndGet("PRAGMA quick_check(1)").getString();
+    std::string verdict = m_database.execAndGet("PRAGMA quick_check(1)").getString();
+    std::ranges::replace(verdict, '\n', ' ');
     return verdict == "ok" ? "" : verdict;
 }
 

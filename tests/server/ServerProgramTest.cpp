@@ -126,6 +126,7 @@ TEST_F(ServerProgramTest, InitFinishesWhatIsMissingAndKeepsTheKey)
     EXPECT_EQ(run({"token", "add", "second"}).exitCode, 0);
 
     writePrivateFile(data / "notebooks.db", ""); // a first init that was killed
+    EXPECT_THAT(failure({"code"}), HasSubstr("nimbrelle-server init"));
     const auto made = run({"init"});
     EXPECT_EQ(made.exitCode, 0) << made.errors;
     EXPECT_EQ(partOf(made.out, "&pin=", "\n"), partOf(code, "&pin=", "\n"));
