@@ -124,6 +124,8 @@ TEST(ServerLimits, UnfinishedBodiesShareABudget)
     const auto bufferedBytes = [&] { return server.http().bufferedBytes(); };
     TlsClient announcing(server.port());
     announcing.send(unfinishedPut(1'000'000, " "));
+    EXPECT_TRUE(eventually([&] { return bufferedBytes() > 0; }));
+    EXPECT_LT(bufferedBytes(), 100'000U);
     TlsClient sending(server.port());
     sending.send(unfinishedPut(900'000, std::string(800'000, ' ')));
     EXPECT_TRUE(eventually([&] { return bufferedBytes() >= 800'000; }));
