@@ -77,6 +77,12 @@ std::string tokenSecret(const DataDirectory &directory)
     return secret;
 }
 
+// 43 characters, 256 bits. Neither the database nor the secret alone gives it.
+std::string tokenFor(std::string_view secret, std::string_view salt)
+{
+    return base64Url(bytesOf(hmacSha256(secret, salt)));
+}
+
 std::string tokenOf(const Notebook &notebook, const DataDirectory &directory)
 {
     const std::string again = "nimbrelle-server token revoke " + notebook.name
@@ -91,8 +97,8 @@ std::string tokenOf(const Notebook &notebook, const DataDirectory &directory)
     return token;
 }
 
-void showCode(Installation &installation, const Notebook &notebook, const Options &options, std::ostream &out,
-    Commands::Output output)
+void showCode(const Installation &installation, const Notebook &notebook, const Options &options,
+    std::ostream &out, Commands::Output output)
 {
     const SyncCode code{.server = installation.store->setting(Setting::url).value_or(""),
         .token = tokenOf(notebook, installation.directory),
@@ -118,7 +124,7 @@ void makeFiles(const DataDirectory &directory, const ServerUrl &url)
         writePrivateFile(directory.tokenSecret(), randomBytes(secretBytes));
 }
 
-Notebook addNotebook(Installation &installation, const std::string &name)
+Notebook addNotebook(const Installation &installation, const std::string &name)
 {
     const std::string salt = randomBytes(secretBytes);
     const Digest hash = sha256(tokenFor(tokenSecret(installation.directory), salt));
@@ -153,11 +159,6 @@ void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 
 } // namespace
 
-std::string tokenFor(std::string_view secret, std::string_view salt)
-{
-    return base64Url(bytesOf(hmacSha256(secret, salt)));
-}
-
 void Commands::init(const Options &options, std::ostream &out, Output output)
 {
     const DataDirectory directory(options.data);
@@ -170,7 +171,7 @@ void Commands::init(const Options &options, std::ostream &out, Output output)
     directory.create();
     makeFiles(directory, url);
     createStore(directory);
-    Installation installation(options);
+    const Installation installation(options);
     if (!installation.store->notebooks().empty())
         throw Failure(directory.path().string()
             + " is set up already. Print a code with: nimbrelle-server code; change the address in it with: "
@@ -191,7 +192,7 @@ void Commands::init(const Options &options, std::ostream &out, Output output)
 void Commands::addToken(const Options &options, std::ostream &out, Output output)
 {
     requireUsableName(options.name);
-    Installation installation(options);
+    const Installation installation(options);
     const Notebook notebook = addNotebook(installation, options.name);
     if (notebook.version > 0)
         out << "\"" << notebook.name << "\" has a new token; its words are as they were.\n";
@@ -224,7 +225,7 @@ void Commands::revokeToken(const Options &options, std::ostream &out)
 
 void Commands::printCode(const Options &options, std::ostream &out, Output output)
 {
-    Installation installation(options);
+    const Installation installation(options);
     if (options.url)
         installation.store->setSetting(Setting::url, parsedUrl(*options.url).text());
     showCode(installation, selectedNotebook(*installation.store, options.name), options, out, output);

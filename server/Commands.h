@@ -34,8 +34,4 @@ inline constexpr std::string_view bind = "bind";
 
 inline constexpr std::uint16_t defaultPort = 8443;
 
-/// The token that belongs to a salt: 43 characters, 256 bits. Neither the database nor the secret alone gives
-/// it.
-std::string tokenFor(std::string_view secret, std::string_view salt);
-
 } // namespace nimbrelle::server

@@ -5,7 +5,6 @@
 
 #include <array>
 #include <csignal>
-#include <cstring>
 #include <microhttpd.h>
 
 namespace nimbrelle::server {

@@ -49,11 +49,11 @@ bool RequestBody::grow(std::uint64_t needed)
         return true;
     constexpr std::uint64_t firstStep = 64 * 1024;
     const std::uint64_t step = std::max({needed, m_reserved * 2, firstStep});
-    const std::uint64_t wanted = std::max(needed, std::min(step, m_expected));
-    if (!m_budget.reserve(wanted - m_reserved))
+    const std::uint64_t target = std::max(needed, std::min(step, m_expected));
+    if (!m_budget.reserve(target - m_reserved))
         return false;
-    m_reserved = wanted;
-    m_bytes.reserve(wanted);
+    m_reserved = target;
+    m_bytes.reserve(target);
     return true;
 }
 
