@@ -12,30 +12,28 @@ namespace nimbrelle::server {
 class BodyBudget {
 public:
     explicit BodyBudget(std::uint64_t limit) : m_limit(limit) { }
-    bool take(std::uint64_t bytes);
-    void giveBack(std::uint64_t bytes) { m_taken -= bytes; }
-    std::uint64_t taken() const { return m_taken; }
+    bool reserve(std::uint64_t bytes);
+    void release(std::uint64_t bytes) { m_reserved -= bytes; }
+    std::uint64_t reserved() const { return m_reserved; }
 
 private:
     const std::uint64_t m_limit;
-    std::atomic<std::uint64_t> m_taken{0};
+    std::atomic<std::uint64_t> m_reserved{0};
 };
 
 /// One body on its way in. What it holds counts against the budget until it goes or is taken out.
-class HeldBody {
+class RequestBody {
 public:
-    enum class Outcome { kept, tooLong, noRoom };
+    enum class Outcome { kept, tooLong, overBudget };
 
     /// `expected` is the length that was announced, if any; memory is taken only as bytes arrive.
-    HeldBody(BodyBudget &budget, std::uint64_t limit, std::optional<std::uint64_t> expected);
-    HeldBody(const HeldBody &) = delete;
-    HeldBody &operator=(const HeldBody &) = delete;
-    ~HeldBody() { clear(); }
+    RequestBody(BodyBudget &budget, std::uint64_t limit, std::optional<std::uint64_t> expected);
+    RequestBody(const RequestBody &) = delete;
+    RequestBody &operator=(const RequestBody &) = delete;
+    ~RequestBody() { clear(); }
 
     /// After another outcome than `kept` nothing is held any more.
     Outcome append(std::string_view piece);
-    std::uint64_t size() const { return m_bytes.size(); }
-    std::string_view bytes() const { return m_bytes; }
     std::string take();
 
 private:

@@ -7,33 +7,33 @@
 
 namespace nimbrelle::server {
 
-/// Cuts connections whose time is up, however busy they look: a time-out that only counts idleness is kept
-/// alive for ever by one byte now and then. Calls may come from any thread.
-class ConnectionWatch {
+/// Shuts down connections whose time is up, however busy they look: a time-out that only counts idleness is
+/// kept alive for ever by one byte now and then. Calls may come from any thread.
+class ConnectionWatchdog {
 public:
     using Clock = std::chrono::steady_clock;
 
     class Entry {
-        friend class ConnectionWatch;
+        friend class ConnectionWatchdog;
         int m_socket = -1;
         Clock::time_point m_deadline;
-        bool m_cut = false;
+        bool m_expired = false;
     };
-    enum class Ending { plain, lingering };
+    enum class Close { immediate, lingering };
 
-    ConnectionWatch();
-    ConnectionWatch(const ConnectionWatch &) = delete;
-    ConnectionWatch &operator=(const ConnectionWatch &) = delete;
-    ~ConnectionWatch();
+    ConnectionWatchdog();
+    ConnectionWatchdog(const ConnectionWatchdog &) = delete;
+    ConnectionWatchdog &operator=(const ConnectionWatchdog &) = delete;
+    ~ConnectionWatchdog();
 
     /// The socket stays the caller's, who removes the entry before closing it.
-    Entry *add(int socket, Clock::duration time);
-    /// The time counts from now.
-    void allow(Entry *entry, Clock::duration time);
-    /// A lingering end reads and drops for a moment what the other side still sends, even after the caller
+    Entry *add(int socket, Clock::duration timeout);
+    /// Counted from now, in place of what is left.
+    void setTimeout(Entry *entry, Clock::duration timeout);
+    /// A lingering close reads and drops for a moment what the other side still sends, even after the caller
     /// has closed the socket: a close over unread bytes would reset the connection and could destroy the
     /// answer.
-    void remove(Entry *entry, Ending ending);
+    void remove(Entry *entry, Close close);
 
 private:
     struct Lingering {
@@ -44,9 +44,9 @@ private:
     void run();
     void wake();
     void wakeBefore(Clock::time_point deadline);
-    int cutLate(Clock::time_point now);
+    int shutDownExpired(Clock::time_point now);
     void waitForEvents(int milliseconds);
-    void dropInput(Clock::time_point now);
+    void drainLingering(Clock::time_point now);
 
     std::mutex m_mutex;
     std::list<Entry> m_entries;

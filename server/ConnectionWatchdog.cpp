@@ -1,4 +1,4 @@
-#include "server/ConnectionWatch.h"
+#include "server/ConnectionWatchdog.h"
 
 #include "server/Failure.h"
 
@@ -17,9 +17,9 @@ namespace nimbrelle::server {
 
 namespace {
 
-constexpr std::size_t mostLingering = 64;
+constexpr std::size_t maxLingering = 64;
 constexpr std::chrono::seconds lingeringTime{5};
-constexpr int longestWait = 60'000;
+constexpr int maxWaitMilliseconds = 60'000;
 
 int newEvent()
 {
@@ -43,12 +43,12 @@ bool drain(int socket)
 
 } // namespace
 
-ConnectionWatch::ConnectionWatch() : m_wakeEvent(newEvent()), m_thread([this] { run(); }) { }
+ConnectionWatchdog::ConnectionWatchdog() : m_wakeEvent(newEvent()), m_thread([this] { run(); }) { }
 
-ConnectionWatch::~ConnectionWatch()
+ConnectionWatchdog::~ConnectionWatchdog()
 {
     {
-        const std::lock_guard held(m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_stopping = true;
     }
     wake();
@@ -58,36 +58,36 @@ ConnectionWatch::~ConnectionWatch()
     ::close(m_wakeEvent);
 }
 
-ConnectionWatch::Entry *ConnectionWatch::add(int socket, Clock::duration time)
+ConnectionWatchdog::Entry *ConnectionWatchdog::add(int socket, Clock::duration timeout)
 {
-    const std::lock_guard held(m_mutex);
+    const std::lock_guard lock(m_mutex);
     Entry &entry = m_entries.emplace_back();
     entry.m_socket = socket;
-    entry.m_deadline = Clock::now() + time;
+    entry.m_deadline = Clock::now() + timeout;
     wakeBefore(entry.m_deadline);
     return &entry;
 }
 
-void ConnectionWatch::allow(Entry *entry, Clock::duration time)
+void ConnectionWatchdog::setTimeout(Entry *entry, Clock::duration timeout)
 {
-    const std::lock_guard held(m_mutex);
-    entry->m_deadline = Clock::now() + time;
+    const std::lock_guard lock(m_mutex);
+    entry->m_deadline = Clock::now() + timeout;
     wakeBefore(entry->m_deadline);
 }
 
-void ConnectionWatch::remove(Entry *entry, Ending ending)
+void ConnectionWatchdog::remove(Entry *entry, Close close)
 {
-    const std::lock_guard held(m_mutex);
-    if (ending == Ending::lingering && !entry->m_cut && m_lingering.size() < mostLingering) {
+    const std::lock_guard lock(m_mutex);
+    if (close == Close::lingering && !entry->m_expired && m_lingering.size() < maxLingering) {
         const int copy = ::fcntl(entry->m_socket, F_DUPFD_CLOEXEC, 0);
         if (copy >= 0)
-            m_lingering.push_back({copy, Clock::now() + lingeringTime});
+            m_lingering.push_back({.socket = copy, .deadline = Clock::now() + lingeringTime});
         wake();
     }
     m_entries.remove_if([&](const Entry &each) { return &each == entry; });
 }
 
-void ConnectionWatch::wake()
+void ConnectionWatchdog::wake()
 {
     const std::uint64_t one = 1;
     // A counter that is full wakes as well as one that rises.
@@ -95,40 +95,40 @@ void ConnectionWatch::wake()
 }
 
 // Waking the thread for each request would cost more than the request.
-void ConnectionWatch::wakeBefore(Clock::time_point deadline)
+void ConnectionWatchdog::wakeBefore(Clock::time_point deadline)
 {
     if (deadline < m_nextLook)
         wake();
 }
 
-void ConnectionWatch::run()
+void ConnectionWatchdog::run()
 {
     for (;;) {
         int wait = 0;
         {
-            const std::lock_guard held(m_mutex);
+            const std::lock_guard lock(m_mutex);
             if (m_stopping)
                 return;
             const auto now = Clock::now();
-            dropInput(now);
-            wait = cutLate(now);
+            drainLingering(now);
+            wait = shutDownExpired(now);
         }
         waitForEvents(wait);
     }
 }
 
 // Returns the milliseconds until the next deadline.
-int ConnectionWatch::cutLate(Clock::time_point now)
+int ConnectionWatchdog::shutDownExpired(Clock::time_point now)
 {
-    auto next = now + std::chrono::milliseconds(longestWait);
+    auto next = now + std::chrono::milliseconds(maxWaitMilliseconds);
     for (Entry &entry : m_entries) {
-        if (entry.m_cut)
+        if (entry.m_expired)
             continue;
         if (entry.m_deadline <= now) {
             // The server library sees the end of the stream and closes; the descriptor stays valid until
             // then.
             ::shutdown(entry.m_socket, SHUT_RDWR);
-            entry.m_cut = true;
+            entry.m_expired = true;
         } else {
             next = std::min(next, entry.m_deadline);
         }
@@ -139,21 +139,21 @@ int ConnectionWatch::cutLate(Clock::time_point now)
     return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(next - now).count());
 }
 
-void ConnectionWatch::waitForEvents(int milliseconds)
+void ConnectionWatchdog::waitForEvents(int milliseconds)
 {
-    std::vector<pollfd> watched{{m_wakeEvent, POLLIN, 0}};
+    std::vector<pollfd> watched{{.fd = m_wakeEvent, .events = POLLIN, .revents = 0}};
     {
         // Only this thread closes what lingers, so the copies stay valid outside the lock.
-        const std::lock_guard held(m_mutex);
+        const std::lock_guard lock(m_mutex);
         for (const Lingering &each : m_lingering)
-            watched.push_back({each.socket, POLLIN, 0});
+            watched.push_back({.fd = each.socket, .events = POLLIN, .revents = 0});
     }
     ::poll(watched.data(), watched.size(), milliseconds);
     std::uint64_t count = 0;
     [[maybe_unused]] const ssize_t got = ::read(m_wakeEvent, &count, sizeof count);
 }
 
-void ConnectionWatch::dropInput(Clock::time_point now)
+void ConnectionWatchdog::drainLingering(Clock::time_point now)
 {
     std::erase_if(m_lingering, [&](const Lingering &each) {
         if (!drain(each.socket) && each.deadline > now)
