@@ -76,7 +76,7 @@ static ssize_t send(void *opaque, uint64_t, char *buffer, size_t capacity)
         return MHD_CONTENT_READER_END_WITH_ERROR;
     const std::string &part = out.reply.parts[out.part];
     const size_t count = std::min({capacity, part.size() - out.offset, out.end - out.sent});
-    std::memcpy(buffer, part.data() + out.offset, count);
+    std::copy_n(part.data() + out.offset, count, buffer);
     out.offset += count;
     out.sent += count;
     if (out.offset == part.size()) {
@@ -103,7 +103,7 @@ MHD_Result Server::State::respond(MHD_Connection *connection, const Request &req
     const std::string type = reply.contentType;
     const std::string allow = reply.allow;
     auto *out = new Outgoing{.reply = std::move(reply), .pause = pause, .delay = options.delay, .end = end};
-    constexpr size_t blockSize = 16 * 1024;
+    constexpr size_t blockSize = size_t{16} * 1024;
     MHD_Response *response = MHD_create_response_from_callback(size, blockSize, send, out, forget);
     if (!response) {
         delete out;
