@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Entries = QList<DiaryEntry>;
+using Entries = QList<Activity>;
 
 bool isRecalled(const QString &rating)
 {
@@ -35,19 +35,18 @@ QString periodsOf(const Entries &day)
 {
     QStringList present;
     for (const QString &period : {u"上午"_s, u"下午"_s, u"晚上"_s, u"深夜"_s}) {
-        const auto isThen = [&period](
-                                const DiaryEntry &entry) { return periodOf(entry.local.hour) == period; };
+        const auto isThen = [&period](const Activity &entry) { return periodOf(entry.local.hour) == period; };
         if (std::any_of(day.cbegin(), day.cend(), isThen))
             present.append(period);
     }
     return present.join(u'、');
 }
 
-Entries ofDeed(const Entries &entries, Deed deed)
+Entries ofKind(const Entries &entries, ActivityKind kind)
 {
     Entries wanted;
     std::copy_if(entries.cbegin(), entries.cend(), std::back_inserter(wanted),
-        [deed](const DiaryEntry &entry) { return entry.deed == deed; });
+        [kind](const Activity &entry) { return entry.kind == kind; });
     return wanted;
 }
 
@@ -57,7 +56,7 @@ QString ratingCounts(const Entries &reviews)
     for (const Rating rating : allCases<Rating>()) {
         const QString name = caseText(rating);
         const auto count = std::count_if(reviews.cbegin(), reviews.cend(),
-            [&name](const DiaryEntry &review) { return review.detail == name; });
+            [&name](const Activity &review) { return review.detail == name; });
         if (count > 0)
             counts.append(ratingLabel(name) + u' ' + QString::number(count));
     }
@@ -66,7 +65,7 @@ QString ratingCounts(const Entries &reviews)
 
 qsizetype spelledRight(const Entries &spellings)
 {
-    return std::count_if(spellings.cbegin(), spellings.cend(), [](const DiaryEntry &spelling) {
+    return std::count_if(spellings.cbegin(), spellings.cend(), [](const Activity &spelling) {
         return spelling.detail.endsWith(u"good"_s) || spelling.detail.endsWith(u"easy"_s);
     });
 }
@@ -74,7 +73,7 @@ qsizetype spelledRight(const Entries &spellings)
 QStringList wordsOf(const Entries &entries)
 {
     QStringList words;
-    for (const DiaryEntry &entry : entries)
+    for (const Activity &entry : entries)
         words.append(entry.word);
     return words;
 }
@@ -82,22 +81,23 @@ QStringList wordsOf(const Entries &entries)
 QStringList itemsOf(const Entries &day)
 {
     QStringList items;
-    const auto tell = [&](Deed deed, auto text) {
-        const Entries entries = ofDeed(day, deed);
+    const auto add = [&](ActivityKind kind, auto text) {
+        const Entries entries = ofKind(day, kind);
         if (!entries.isEmpty())
             items.append(text(entries, QString::number(entries.size())));
     };
-    tell(Deed::save, [](const Entries &, const QString &n) { return u"存了 "_s + n + u" 个词"_s; });
-    tell(Deed::lookup, [](const Entries &, const QString &n) { return u"又查到已存的词 "_s + n + u" 次"_s; });
-    tell(Deed::review, [](const Entries &reviews, const QString &n) {
+    add(ActivityKind::save, [](const Entries &, const QString &n) { return u"存了 "_s + n + u" 个词"_s; });
+    add(ActivityKind::lookup,
+        [](const Entries &, const QString &n) { return u"又查到已存的词 "_s + n + u" 次"_s; });
+    add(ActivityKind::review, [](const Entries &reviews, const QString &n) {
         return u"复习 "_s + n + u" 题（"_s + ratingCounts(reviews) + u"）"_s;
     });
-    tell(Deed::spell, [](const Entries &spellings, const QString &n) {
+    add(ActivityKind::spell, [](const Entries &spellings, const QString &n) {
         return u"拼写 "_s + n + u" 次（拼对 "_s + QString::number(spelledRight(spellings)) + u"）"_s;
     });
-    tell(Deed::glance,
+    add(ActivityKind::glance,
         [](const Entries &, const QString &n) { return u"点开菜单栏的词看了 "_s + n + u" 次"_s; });
-    tell(Deed::graduate, [](const Entries &graduations, const QString &) {
+    add(ActivityKind::graduate, [](const Entries &graduations, const QString &) {
         return u"记牢毕业："_s + wordsOf(graduations).join(u", "_s);
     });
     return items;
@@ -130,82 +130,83 @@ QString knowledgeOf(const WordEntry &entry)
     return text;
 }
 
-QString outcomeOf(const DiaryEntry &entry)
+QString outcomeOf(const Activity &entry)
 {
-    switch (entry.deed) {
-    case Deed::spell: {
+    switch (entry.kind) {
+    case ActivityKind::spell: {
         QString rating = entry.detail;
         rating.replace(u"again"_s, u"拼错"_s).replace(u"hard"_s, u"有小错"_s);
         rating.replace(u"good"_s, u"拼对"_s).replace(u"easy"_s, u"拼对"_s);
         return u"拼写（"_s + rating + u"）"_s;
     }
-    case Deed::graduate:
+    case ActivityKind::graduate:
         return u"毕业了"_s;
-    case Deed::leech:
+    case ActivityKind::leech:
         return u"变成难啃的词"_s;
-    case Deed::rest:
+    case ActivityKind::rest:
         return u"先休息"_s;
     default:
         return ratingLabel(entry.detail);
     }
 }
 
-bool isOutcome(const DiaryEntry &entry)
+bool isOutcome(const Activity &entry)
 {
-    constexpr Deed outcomes[]{Deed::review, Deed::spell, Deed::graduate, Deed::leech, Deed::rest};
-    return std::find(std::begin(outcomes), std::end(outcomes), entry.deed) != std::end(outcomes);
+    constexpr ActivityKind outcomes[]{ActivityKind::review, ActivityKind::spell, ActivityKind::graduate,
+        ActivityKind::leech, ActivityKind::rest};
+    return std::find(std::begin(outcomes), std::end(outcomes), entry.kind) != std::end(outcomes);
 }
 
 } // namespace
 
-QStringList timeOfDay(const Diary &diary, const QString &today)
+QStringList timeOfDay(const ActivityLog &log, const QString &today)
 {
-    const auto [day, hour] = diary.now();
+    const auto [day, hour] = log.now();
     return {u"现在："_s + today + u' ' + weekdayOf(day) + u' ' + periodOf(hour) + u' ' + QString::number(hour)
         + u" 点"_s};
 }
 
-QStringList firstUse(const Diary &diary)
+QStringList firstUse(const ActivityLog &log)
 {
-    const auto &days = diary.days();
+    const auto &days = log.days();
     if (days.empty())
         return {};
     return {u"第一次用 Nimbrelle 的记录："_s + days.begin()->second + u"。有记录的日子一共 "_s
         + QString::number(days.size()) + u" 天"_s};
 }
 
-QStringList lastStudyDay(const Diary &diary)
+QStringList lastStudyDay(const ActivityLog &log)
 {
-    const auto &days = diary.days();
-    const auto isOther = [&diary](const auto &day) { return day.first != diary.now().day; };
+    const auto &days = log.days();
+    const auto isOther = [&log](const auto &day) { return day.first != log.now().day; };
     const auto last = std::find_if(days.rbegin(), days.rend(), isOther);
     if (last == days.rend())
         return {};
     return {u"今天之前最近一次学习："_s + last->second + u"（"_s
-        + QString::number((diary.now().day - last->first).count()) + u" 天前）"_s};
+        + QString::number((log.now().day - last->first).count()) + u" 天前）"_s};
 }
 
-QStringList recentDays(const Diary &diary)
+QStringList recentDays(const ActivityLog &log)
 {
-    if (diary.recent().isEmpty())
+    if (log.recent().isEmpty())
         return {};
     std::map<std::chrono::local_days, Entries> byDay;
-    for (const DiaryEntry &entry : diary.recent())
+    for (const Activity &entry : log.recent())
         byDay[entry.local.day].append(entry);
 
     QStringList lines{u"\n最近两周每天的记录（只列有活动的日子）："_s};
     for (const auto &[day, entries] : byDay) {
         const QStringList items = itemsOf(entries);
         if (!items.isEmpty())
-            lines.append(u"- "_s + diary.days().at(day) + u"（"_s + periodsOf(entries) + u"）："_s
-                + items.join(u'；'));
+            lines.append(
+                u"- "_s + log.days().at(day) + u"（"_s + periodsOf(entries) + u"）："_s + items.join(u'；'));
     }
     return lines;
 }
 
-QStringList forgottenWords(const Diary &diary, const QList<WordEntry> &words)
+QStringList forgottenWords(const ActivityLog &log, const QList<WordEntry> &words)
 {
-    const auto reviews = diary.recentDetails(Deed::review);
+    const auto reviews = log.recentDetails(ActivityKind::review);
     const auto known = byHeadword(words);
     QStringList lines;
     for (auto word = reviews.cbegin(); word != reviews.cend(); ++word) {
@@ -221,9 +222,9 @@ QStringList forgottenWords(const Diary &diary, const QList<WordEntry> &words)
     return lines;
 }
 
-QStringList recalledWords(const Diary &diary)
+QStringList recalledWords(const ActivityLog &log)
 {
-    const auto reviews = diary.recentDetails(Deed::review);
+    const auto reviews = log.recentDetails(ActivityKind::review);
     QStringList words;
     for (auto word = reviews.cbegin(); word != reviews.cend(); ++word) {
         const QStringList &ratings = *word;
@@ -236,9 +237,9 @@ QStringList recalledWords(const Diary &diary)
     return {u"最近两次都想起来了的词："_s + words.join(u", "_s)};
 }
 
-QStringList recentSpelling(const Diary &diary)
+QStringList recentSpelling(const ActivityLog &log)
 {
-    const auto spellings = diary.recentDetails(Deed::spell);
+    const auto spellings = log.recentDetails(ActivityKind::spell);
     QStringList lines;
     for (auto word = spellings.cbegin(); word != spellings.cend(); ++word)
         lines.append(ratingLine(word.key(), *word));
@@ -247,18 +248,18 @@ QStringList recentSpelling(const Diary &diary)
     return lines;
 }
 
-qint64 reviewsToday(const Diary &diary)
+qint64 reviewsToday(const ActivityLog &log)
 {
-    return std::count_if(diary.entries().cbegin(), diary.entries().cend(),
-        [&diary](const DiaryEntry &entry) { return entry.deed == Deed::review && diary.isToday(entry); });
+    return std::count_if(log.entries().cbegin(), log.entries().cend(),
+        [&log](const Activity &entry) { return entry.kind == ActivityKind::review && log.isToday(entry); });
 }
 
-QStringList outcomesToday(const Diary &diary)
+QStringList outcomesToday(const ActivityLog &log)
 {
     QStringList order;
     QHash<QString, QStringList> outcomes;
-    for (const DiaryEntry &entry : diary.entries()) {
-        if (!diary.isToday(entry) || !isOutcome(entry))
+    for (const Activity &entry : log.entries()) {
+        if (!log.isToday(entry) || !isOutcome(entry))
             continue;
         if (!outcomes.contains(entry.word))
             order.append(entry.word);
