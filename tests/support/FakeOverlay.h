@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screen/RegionSelector.h"
+#include "screen/RegionOverlay.h"
 
 #include <utility>
 

@@ -1,4 +1,5 @@
 #include "platform/linux/desktop/Stage.h"
+#include "screen/RegionSelector.h"
 #include "screen/views/RegionOverlayWindow.h"
 #include "support/FakeDesktop.h"
 #include "support/Printers.h"
@@ -10,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-/// The shade on a real X session with a window manager and no compositor.
+/// The overlay on a real X session with a window manager and no compositor.
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
@@ -34,10 +35,10 @@ protected:
     void begin()
     {
         selector.begin([this](QRectF frame) { frames.append(frame); });
-        ASSERT_TRUE(QTest::qWaitFor([] { return shade() && shade()->isActiveWindow(); }));
+        ASSERT_TRUE(QTest::qWaitFor([] { return overlayWidget() && overlayWidget()->isActiveWindow(); }));
         QTest::qWait(50);
     }
-    static QWidget *shade()
+    static QWidget *overlayWidget()
     {
         for (QWidget *widget : QApplication::topLevelWidgets())
             if (widget->objectName() == u"regionOverlay" && widget->isVisible())
@@ -66,7 +67,7 @@ protected:
     QList<QRectF> frames;
 };
 
-TEST_F(RegionOverlayTest, ShadesTheScreenAndClearsWhatIsFramed)
+TEST_F(RegionOverlayTest, DimsTheScreenButNotWhatIsFramed)
 {
     const QRgb page = picture().pixel(450, 450);
     begin();
@@ -82,7 +83,7 @@ TEST_F(RegionOverlayTest, ShadesTheScreenAndClearsWhatIsFramed)
     otherClient.button(1, false);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !frames.isEmpty(); }));
     EXPECT_EQ(frames, QList{QRectF(300, 800 - 420, 300, 120)});
-    EXPECT_FALSE(shade());
+    EXPECT_FALSE(overlayWidget());
     EXPECT_EQ(picture().pixel(650, 450), page);
 }
 
@@ -91,8 +92,7 @@ TEST_F(RegionOverlayTest, EscapeGivesUpAndNoKeyReachesTheProgramBelow)
     begin();
     otherClient.tap(letterKey);
     otherClient.tap(escapeKey);
-    ASSERT_TRUE(QTest::qWaitFor([] { return !shade(); }));
-    EXPECT_FALSE(selector.isSelecting());
+    ASSERT_TRUE(QTest::qWaitFor([] { return !overlayWidget(); }));
     EXPECT_TRUE(frames.isEmpty());
     ASSERT_TRUE(QTest::qWaitFor([&] { return focus() == reader.winId(); }));
     otherClient.tap(letterKey);
@@ -109,15 +109,15 @@ TEST_F(RegionOverlayTest, WaitsForAKeyboardThatIsHeldByAnother)
             other.get(), 0, other.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     ASSERT_EQ(held->status, XCB_GRAB_STATUS_SUCCESS);
     selector.begin([this](QRectF frame) { frames.append(frame); });
-    ASSERT_TRUE(QTest::qWaitFor([] { return shade() != nullptr; }));
+    ASSERT_TRUE(QTest::qWaitFor([] { return overlayWidget() != nullptr; }));
     otherClient.tap(escapeKey);
     QTest::qWait(60);
-    EXPECT_TRUE(shade());
+    EXPECT_TRUE(overlayWidget());
     xcb_ungrab_keyboard(other.get(), XCB_CURRENT_TIME);
     xcb_flush(other.get());
     QTest::qWait(120);
     otherClient.tap(escapeKey);
-    EXPECT_TRUE(QTest::qWaitFor([] { return !shade(); }));
+    EXPECT_TRUE(QTest::qWaitFor([] { return !overlayWidget(); }));
 }
 
 TEST_F(RegionOverlayTest, ANewBeginningEndsTheEarlierOne)
@@ -126,7 +126,7 @@ TEST_F(RegionOverlayTest, ANewBeginningEndsTheEarlierOne)
     begin();
     selector.cancel();
     QTest::qWait(20);
-    EXPECT_FALSE(shade());
+    EXPECT_FALSE(overlayWidget());
     EXPECT_TRUE(frames.isEmpty());
 }
 
