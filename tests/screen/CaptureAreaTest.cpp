@@ -1,4 +1,4 @@
-#include "screen/ScreenPiece.h"
+#include "screen/CaptureArea.h"
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ struct AroundCase {
 
 } // namespace
 
-TEST(ScreenPiece, TakesThePartOfTheScreenRoundThePointer)
+TEST(CaptureArea, TakesThePartOfTheScreenRoundThePointer)
 {
     const AroundCase cases[]{
         {"in the middle", mainScreen, {640, 400}, QRectF(260, 300, 760, 200), {0.5, 0.5}},
@@ -38,34 +38,34 @@ TEST(ScreenPiece, TakesThePartOfTheScreenRoundThePointer)
     };
     for (const AroundCase &c : cases) {
         SCOPED_TRACE(c.name);
-        const auto piece = ScreenPiece::around(c.point, c.screen);
+        const auto piece = CaptureArea::around(c.point, c.screen);
         ASSERT_EQ(piece.has_value(), c.area.has_value());
         if (!piece)
             continue;
-        EXPECT_EQ(piece->area, *c.area);
+        EXPECT_EQ(piece->rect, *c.area);
         EXPECT_NEAR(piece->normalized(c.point).x(), c.cursor.x(), 1e-9);
         EXPECT_NEAR(piece->normalized(c.point).y(), c.cursor.y(), 1e-9);
     }
 }
 
-TEST(ScreenPiece, PutsABoxBackToItsPlaceOnTheScreen)
+TEST(CaptureArea, PutsABoxBackToItsPlaceOnTheScreen)
 {
-    const ScreenPiece whole = ScreenPiece::around({640, 400}, mainScreen).value();
+    const CaptureArea whole = CaptureArea::around({640, 400}, mainScreen).value();
     EXPECT_EQ(whole.toGlobal({0, 0, 1, 1}), QRectF(260, 300, 760, 200));
     EXPECT_EQ(whole.toGlobal({0.5, 0.25, 0.1, 0.1}), QRectF(640, 350, 76, 20));
     // Clipped, on a screen left of and below the main one.
-    const ScreenPiece corner = ScreenPiece::around({-1900, -190}, leftScreen).value();
+    const CaptureArea corner = CaptureArea::around({-1900, -190}, leftScreen).value();
     EXPECT_EQ(corner.toGlobal({0, 0, 0.5, 0.5}), QRectF(-1920, -200, 200, 55));
 }
 
-TEST(ScreenPiece, TakesTheFramedPartIfItIsLargeEnough)
+TEST(CaptureArea, TakesTheFramedPartIfItIsLargeEnough)
 {
-    EXPECT_EQ(ScreenPiece::of({100, 200, 300, 150}, mainScreen)->area, QRectF(100, 450, 300, 150));
-    EXPECT_EQ(ScreenPiece::of({1200, 700, 300, 300}, mainScreen)->area, QRectF(1200, 0, 80, 100));
-    EXPECT_EQ(ScreenPiece::of({-1900, -200, 9, 9}, leftScreen)->area, QRectF(20, 1071, 9, 9));
-    EXPECT_FALSE(ScreenPiece::of({100, 200, 8, 100}, mainScreen));
-    EXPECT_FALSE(ScreenPiece::of({100, 200, 100, 8}, mainScreen));
-    EXPECT_FALSE(ScreenPiece::of({2000, 200, 100, 100}, mainScreen));
+    EXPECT_EQ(CaptureArea::of({100, 200, 300, 150}, mainScreen)->rect, QRectF(100, 450, 300, 150));
+    EXPECT_EQ(CaptureArea::of({1200, 700, 300, 300}, mainScreen)->rect, QRectF(1200, 0, 80, 100));
+    EXPECT_EQ(CaptureArea::of({-1900, -200, 9, 9}, leftScreen)->rect, QRectF(20, 1071, 9, 9));
+    EXPECT_FALSE(CaptureArea::of({100, 200, 8, 100}, mainScreen));
+    EXPECT_FALSE(CaptureArea::of({100, 200, 100, 8}, mainScreen));
+    EXPECT_FALSE(CaptureArea::of({2000, 200, 100, 100}, mainScreen));
 }
 
 } // namespace nimbrelle
