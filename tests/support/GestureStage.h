@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screen/RegionSelector.h"
+#include "screen/ScreenOCR.h"
 #include "screen/SelectionReader.h"
 #include "screen/TriggerController.h"
 #include "support/FakeDesktop.h"
@@ -42,8 +43,17 @@ struct GestureStage {
     SelectionReader selection{clock, accessibility, primary, clipboard, keys, pointer, front};
     ScreenOCR ocr{screens, capture, recognizer};
     RegionSelector region{screens, pointer, front, overlay};
-    TriggerController trigger{TriggerController::World{clock, notebook.config, input, pointer, front, screens,
-        capture, accessibility, selection, ocr, region, card}};
+    TriggerController trigger{{.clock = clock,
+        .config = notebook.config,
+        .input = input,
+        .pointer = pointer,
+        .front = front,
+        .screens = screens,
+        .accessibility = accessibility,
+        .selection = selection,
+        .ocr = ocr,
+        .region = region,
+        .card = card}};
 
     void advance(std::chrono::milliseconds time) { clock.advance(time); }
     template <class Edit> void configure(Edit edit) { notebook.configure(edit); }

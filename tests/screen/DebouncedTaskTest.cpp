@@ -1,4 +1,4 @@
-#include "screen/QuietDelay.h"
+#include "screen/DebouncedTask.h"
 
 #include "support/ManualClock.h"
 
@@ -8,17 +8,17 @@ namespace nimbrelle {
 
 using namespace std::chrono_literals;
 
-class QuietDelayTest : public testing::Test {
+class DebouncedTaskTest : public testing::Test {
 protected:
     ManualClock clock;
     int acted = 0;
-    QuietDelay delay{clock, [this] { ++acted; }};
+    DebouncedTask delay{clock, [this](std::stop_token) { ++acted; }};
 };
 
-TEST_F(QuietDelayTest, ActsOnceAfterTheLastArming)
+TEST_F(DebouncedTaskTest, ActsOnceAfterTheLastArming)
 {
     for (int move = 0; move < 100; ++move) {
-        delay.arm(1s);
+        delay.schedule(1s);
         clock.advance(10ms);
     }
     EXPECT_LE(clock.pending(), 1);
@@ -31,30 +31,30 @@ TEST_F(QuietDelayTest, ActsOnceAfterTheLastArming)
     EXPECT_EQ(clock.pending(), 0);
 }
 
-TEST_F(QuietDelayTest, AShorterWaitDoesNotWaitForTheLonger)
+TEST_F(DebouncedTaskTest, AShorterWaitDoesNotWaitForTheLonger)
 {
-    delay.arm(3s);
-    delay.arm(300ms);
+    delay.schedule(3s);
+    delay.schedule(300ms);
     clock.advance(300ms);
     EXPECT_EQ(acted, 1);
     clock.advance(1h);
     EXPECT_EQ(acted, 1);
 }
 
-TEST_F(QuietDelayTest, CancelledOrGoneItDoesNothing)
+TEST_F(DebouncedTaskTest, CancelledOrGoneItDoesNothing)
 {
-    delay.arm(1s);
+    delay.schedule(1s);
     delay.cancel();
     clock.advance(2s);
     {
-        QuietDelay brief{clock, [this] { ++acted; }};
-        brief.arm(1s);
+        DebouncedTask brief{clock, [this](std::stop_token) { ++acted; }};
+        brief.schedule(1s);
     }
     clock.advance(2s);
     EXPECT_EQ(acted, 0);
-    delay.arm(1s);
+    delay.schedule(1s);
     delay.cancel();
-    delay.arm(2s);
+    delay.schedule(2s);
     clock.advance(1999ms);
     EXPECT_EQ(acted, 0);
     clock.advance(1ms);

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "frame/TaskSlot.h"
+#include "screen/GestureParts.h"
+
+#include <QCoro/QCoroTask>
+#include <QPointF>
+#include <QString>
+
+#include <optional>
+
+namespace nimbrelle {
+
+class SelectionReader;
+
+/// Marking text with the mouse: a word is looked up, for a longer text a translation is offered. Its failures
+/// are silent. Points are global, y upward.
+class SelectionGesture {
+public:
+    SelectionGesture(const GestureParts &parts, SelectionReader &selection)
+        : m_parts(parts), m_selection(selection)
+    {
+    }
+
+    void mouseDown(QPointF at);
+    void mouseUp(QPointF at, int clickCount);
+
+    /// Text was marked, and the pointer is at its end. The program in front gets a moment to tell of it.
+    void textMarked(QPointF at);
+
+private:
+    QCoro::Task<> handleSelection(QPointF at, std::stop_token stop);
+    QCoro::Task<> lookup(QString word, std::optional<QString> context, QPointF at, std::stop_token stop);
+    QCoro::Task<std::optional<QString>> contextAround(QPointF at, std::stop_token stop);
+
+    const GestureParts m_parts;
+    SelectionReader &m_selection;
+    std::optional<QPointF> m_mouseDownPoint;
+    TaskSlot m_selectionTask;
+};
+
+} // namespace nimbrelle
