@@ -10,14 +10,15 @@ namespace nimbrelle {
 class HoverGesture;
 
 /// Letting the pointer rest on a word: it is looked up, and the card goes away by itself when the pointer
-/// leaves the word, unless the pointer has been on the card. Nobody asked for it, so its failures are silent.
+/// leaves the word, unless the pointer has been on the card. The user did not ask, so its failures are
+/// silent.
 class DwellGesture {
 public:
     DwellGesture(const GestureParts &parts, const HoverGesture &hover);
 
     void mouseDown();
     void keyDown();
-    /// Not while the hover key is held.
+    /// Not called while the hover key is held: the move is HoverGesture's then.
     void mouseMoved(QPointF at);
 
 private:

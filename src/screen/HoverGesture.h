@@ -9,7 +9,7 @@
 namespace nimbrelle {
 
 /// Holding the hover key and pointing: the word under the pointer is looked up, soon after the key went down
-/// and then wherever the pointer pauses. A failure is shown, for the user asked.
+/// and then wherever the pointer pauses. The user asked, so its failures are shown.
 class HoverGesture {
 public:
     explicit HoverGesture(const GestureParts &parts);
@@ -17,7 +17,7 @@ public:
     bool isKeyHeld() const { return m_hoverKeyHeld; }
 
     void flagsChanged(ModifierFlags mods);
-    /// Only while the key is held.
+    /// Called only while the key is held.
     void mouseMoved();
     void keyDown();
 

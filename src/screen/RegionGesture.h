@@ -11,8 +11,8 @@ namespace nimbrelle {
 
 class RegionSelector;
 
-/// Tapping the region key twice: the user frames a part of the screen, and its text is translated. A failure
-/// is shown, for the user asked.
+/// Tapping the region key twice: the user frames a part of the screen, and its text is translated. The
+/// user asked, so its failures are shown.
 class RegionGesture {
 public:
     RegionGesture(const GestureParts &parts, RegionSelector &region) : m_parts(parts), m_region(region) { }

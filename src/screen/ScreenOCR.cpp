@@ -14,7 +14,7 @@ bool ScreenOCR::isAllowed() const
     return m_capture.isAllowed();
 }
 
-QCoro::Task<Picture> ScreenOCR::captured(CaptureArea area, std::stop_token stop)
+QCoro::Task<Picture> ScreenOCR::pictureOf(CaptureArea area, std::stop_token stop)
 {
     Picture picture = co_await m_capture.capture(area.screen, area.rect);
     if (stop.stop_requested())
@@ -36,7 +36,7 @@ QCoro::Task<std::optional<ScreenOCR::Result>> ScreenOCR::recognize(
     const auto area = screen ? CaptureArea::around(around, *screen) : std::nullopt;
     if (!area)
         co_return std::nullopt;
-    const Picture picture = co_await captured(*area, stop);
+    const Picture picture = co_await pictureOf(*area, stop);
     if (!picture.isValid())
         co_return std::nullopt;
     const QPointF cursor = area->normalized(around);
@@ -57,7 +57,7 @@ QCoro::Task<std::optional<QString>> ScreenOCR::recognizeText(QRectF in, std::sto
     const auto area = screen ? CaptureArea::of(in, *screen) : std::nullopt;
     if (!area)
         co_return std::nullopt;
-    const Picture picture = co_await captured(*area, stop);
+    const Picture picture = co_await pictureOf(*area, stop);
     if (!picture.isValid())
         co_return std::nullopt;
     QList<Line> lines = co_await recognizeLines(picture, RecognitionStyle::plain, stop);

@@ -73,7 +73,7 @@ public:
 
 private:
     QCoro::Task<QList<Line>> recognizeLines(Picture picture, RecognitionStyle style, std::stop_token stop);
-    QCoro::Task<Picture> captured(CaptureArea area, std::stop_token stop);
+    QCoro::Task<Picture> pictureOf(CaptureArea area, std::stop_token stop);
 
     const Screens &m_screens;
     ScreenCapture &m_capture;

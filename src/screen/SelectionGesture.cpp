@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr double dragDistance = 4;
-constexpr auto selectionDelay = 80ms; // for the program in front to update its selection
+constexpr auto selectionDelay = 80ms;
 
 } // namespace
 

@@ -13,8 +13,8 @@ namespace nimbrelle {
 
 class SelectionReader;
 
-/// Marking text with the mouse: a word is looked up, for a longer text a translation is offered. Its failures
-/// are silent. Points are global, y upward.
+/// Marking text with the mouse: a word is looked up, and for a longer text a translation is offered. Its
+/// failures are silent. Points are global, y upward.
 class SelectionGesture {
 public:
     SelectionGesture(const GestureParts &parts, SelectionReader &selection)
@@ -25,7 +25,8 @@ public:
     void mouseDown(QPointF at);
     void mouseUp(QPointF at, int clickCount);
 
-    /// Text was marked, and the pointer is at its end. The program in front gets a moment to tell of it.
+    /// The user has marked text and the pointer is at `at`. The program in front first gets a moment to
+    /// update its selection.
     void textMarked(QPointF at);
 
 private:
