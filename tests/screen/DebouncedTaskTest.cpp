@@ -8,57 +8,39 @@ namespace nimbrelle {
 
 using namespace std::chrono_literals;
 
-class DebouncedTaskTest : public testing::Test {
-protected:
+TEST(DebouncedTask, StartsOnceItsNewestWaitIsOver)
+{
     ManualClock clock;
-    int acted = 0;
-    DebouncedTask delay{clock, [this](std::stop_token) { ++acted; }};
-};
-
-TEST_F(DebouncedTaskTest, ActsOnceAfterTheLastArming)
-{
-    for (int move = 0; move < 100; ++move) {
-        delay.schedule(1s);
-        clock.advance(10ms);
-    }
-    EXPECT_LE(clock.pending(), 1);
-    clock.advance(989ms);
-    EXPECT_EQ(acted, 0);
-    clock.advance(1ms);
-    EXPECT_EQ(acted, 1);
-    clock.advance(1h);
-    EXPECT_EQ(acted, 1);
-    EXPECT_EQ(clock.pending(), 0);
-}
-
-TEST_F(DebouncedTaskTest, AShorterWaitDoesNotWaitForTheLonger)
-{
-    delay.schedule(3s);
-    delay.schedule(300ms);
-    clock.advance(300ms);
-    EXPECT_EQ(acted, 1);
-    clock.advance(1h);
-    EXPECT_EQ(acted, 1);
-}
-
-TEST_F(DebouncedTaskTest, CancelledOrGoneItDoesNothing)
-{
-    delay.schedule(1s);
-    delay.cancel();
-    clock.advance(2s);
+    int starts = 0;
+    std::stop_token running;
     {
-        DebouncedTask brief{clock, [this](std::stop_token) { ++acted; }};
-        brief.schedule(1s);
+        DebouncedTask task{clock, [&](std::stop_token stop) {
+                               ++starts;
+                               running = stop;
+                           }};
+        for (int move = 0; move < 100; ++move) {
+            task.schedule(1s);
+            clock.advance(999ms);
+        }
+        EXPECT_EQ(clock.pending(), 1); // one timer for all of them
+        EXPECT_EQ(starts, 0);
+        clock.advance(1ms);
+        EXPECT_EQ(starts, 1);
+        EXPECT_FALSE(running.stop_requested());
+        task.schedule(3s);
+        EXPECT_TRUE(running.stop_requested());
+        task.schedule(300ms);
+        clock.advance(300ms);
+        EXPECT_EQ(starts, 2);
+        task.cancel();
+        EXPECT_TRUE(running.stop_requested());
+        task.schedule(1s);
+        task.cancel();
+        clock.advance(1h);
+        task.schedule(1s);
     }
-    clock.advance(2s);
-    EXPECT_EQ(acted, 0);
-    delay.schedule(1s);
-    delay.cancel();
-    delay.schedule(2s);
-    clock.advance(1999ms);
-    EXPECT_EQ(acted, 0);
-    clock.advance(1ms);
-    EXPECT_EQ(acted, 1);
+    clock.advance(1h); // it is gone by now
+    EXPECT_EQ(starts, 2);
 }
 
 } // namespace nimbrelle

@@ -24,7 +24,7 @@ public:
         finished(frame);
     }
 
-    int opened = 0;
+    int opened = 0; ///< how often
     QRectF screenFrame;
 
 private:
