@@ -11,7 +11,7 @@ namespace nimbrelle {
 
 /// Another client of the same X server: moves the mouse and types as a person would, and owns selections as
 /// another program would.
-class Stranger {
+class OtherXClient {
 public:
     void moveTo(QPoint pixel)
     {
@@ -34,7 +34,7 @@ public:
     {
         moveTo(from);
         button(1, true);
-        QTest::qWait(20); // nobody's hand is faster, and places are asked for when an event is heard
+        QTest::qWait(20); // no user is faster, and the pointer's place is asked for when the event arrives
         moveTo((from + to) / 2);
         moveTo(to);
         QTest::qWait(20);
