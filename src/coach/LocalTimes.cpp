@@ -13,7 +13,7 @@ using namespace std::chrono;
 seconds systemOffsetAt(Timestamp time)
 {
     const qint64 sinceEpoch = floor<milliseconds>(time.time_since_epoch()).count();
-    return seconds{QDateTime::fromMSecsSinceEpoch(sinceEpoch, Qt::LocalTime).offsetFromUtc()};
+    return seconds{QDateTime::fromMSecsSinceEpoch(sinceEpoch).offsetFromUtc()};
 }
 
 } // namespace

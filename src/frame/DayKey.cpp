@@ -11,7 +11,7 @@ QString string(Timestamp date)
     using namespace std::chrono;
     const auto time = std::clamp(date, distantPast, distantFuture);
     const qint64 sinceEpoch = floor<milliseconds>(time.time_since_epoch()).count();
-    const QDate local = QDateTime::fromMSecsSinceEpoch(sinceEpoch, Qt::LocalTime).date();
+    const QDate local = QDateTime::fromMSecsSinceEpoch(sinceEpoch).date();
 
     QString key = QStringLiteral("0000-00-00");
     const auto put = [&key](qsizetype at, int width, int value) {
@@ -37,7 +37,7 @@ std::optional<Timestamp> date(QStringView key)
     const QDate day{number(0, 4), number(5, 2), number(8, 2)};
     if (!day.isValid())
         return std::nullopt;
-    return Timestamp{std::chrono::milliseconds{day.startOfDay(Qt::LocalTime).toMSecsSinceEpoch()}};
+    return Timestamp{std::chrono::milliseconds{day.startOfDay().toMSecsSinceEpoch()}};
 }
 
 } // namespace nimbrelle::DayKey
