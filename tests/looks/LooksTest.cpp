@@ -105,9 +105,9 @@ std::string nameOf(const testing::TestParamInfo<std::tuple<Room, Look>> &info)
 }
 
 INSTANTIATE_TEST_SUITE_P(, Looks,
-    testing::Combine(
-        testing::Values(Room{"card", showCard}, Room{"review", showReview}, Room{"settings", showSettings},
-            Room{"addWord", showAddWord}, Room{"wordList", showWordList}),
+    testing::Combine(testing::Values(Room{"card", showCard}, Room{"ask", showAsk}, Room{"coach", showCoach},
+                         Room{"review", showReview}, Room{"settings", showSettings},
+                         Room{"addWord", showAddWord}, Room{"wordList", showWordList}),
         testing::Values(Look{"light", Theme::Scheme::light, 1}, Look{"dark", Theme::Scheme::dark, 1},
             Look{"large", Theme::Scheme::light, 2})),
     nameOf);

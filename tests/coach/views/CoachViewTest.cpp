@@ -1,8 +1,6 @@
 #include "coach/views/CoachView.h"
 
-#include "ai/AIError.h"
-#include "coach/CoachFacts.h"
-#include "support/TalkStage.h"
+#include "coach/views/CoachStage.h"
 
 #include <QSignalSpy>
 
@@ -13,28 +11,6 @@ namespace nimbrelle {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-struct CoachStage : TalkStage {
-    explicit CoachStage(double scale = 1, Theme::Scheme scheme = Theme::Scheme::light)
-        : TalkStage(scale, scheme)
-    {
-        session.open();
-        ViewStage::show(view, theme, {500, 680});
-    }
-
-    void fail() { TalkStage::fail(AIError(AIError::Kind::unauthorized)); }
-    void brief(const QString &text)
-    {
-        piece(text);
-        end();
-    }
-
-    CoachFacts facts{notebook.store, notebook.config, notebook.log};
-    CoachSession session{notebook.paths, notebook.clock, notebook.config,
-        [this](Timestamp now) { return facts.build(now); }, ai.factory()};
-    CoachView view{theme, session, facts, notebook.clock};
-    ViewStage user{view};
-};
 
 class CoachViewTest : public testing::Test, protected CoachStage { };
 
