@@ -62,7 +62,7 @@ public:
 private:
     const Value &readFile(std::string_view name);
     void addEntry(const Value &entry);
-    void addForm(std::string_view form, const Reading &reading);
+    void addForm(std::string_view key, const Reading &reading);
     void addForms(const Value &entry, const Value &sense);
     void addSentence(const Value &sentence);
     const Value *entryOfKey(std::string_view key) const;
