@@ -131,7 +131,7 @@ TEST_F(Contracts, Ask)
         EXPECT_THAT(lastWords(session), AllOf(HasSubstr("**post**"), HasSubstr(words), HasSubstr("不是 AI")));
     }
     session.setInput(u"今天天气怎么样"_s);
-    session.sendInput();
+    session.send();
     EXPECT_THAT(lastWords(session), AllOf(HasSubstr("答不上来"), HasSubstr("**post**")));
     const QList<ChatMessage> bare{{u"user"_s, u"用一句中文解释 ngl 是什么意思，不超过 20 字。"_s}};
     EXPECT_LE(RunningStream(client.streamChat(bare, 0.5)).result().join(QString()).size(), 20);
