@@ -90,7 +90,7 @@ std::string tokenOf(const Notebook &notebook, const DataDirectory &directory)
     if (!notebook.tokenHash)
         throw Failure("the token of \"" + notebook.name
             + "\" was revoked. Make another with: nimbrelle-server token add " + notebook.name);
-    const std::string token = tokenFor(tokenSecret(directory), notebook.tokenSalt);
+    std::string token = tokenFor(tokenSecret(directory), notebook.tokenSalt);
     if (!equalInConstantTime(sha256(token), *notebook.tokenHash))
         throw Failure(
             "this code was made with another token.secret and can't be printed. For a new one: " + again);

@@ -32,7 +32,7 @@ int newEvent()
 // True when the other side has closed, or broken off.
 bool drain(int socket)
 {
-    std::array<char, 64 * 1024> dropped{};
+    std::array<char, 64UL * 1024> dropped{};
     for (int round = 0; round < 64; ++round) {
         const ssize_t count = ::recv(socket, dropped.data(), dropped.size(), MSG_DONTWAIT);
         if (count <= 0)

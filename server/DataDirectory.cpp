@@ -74,7 +74,7 @@ std::filesystem::path DataDirectory::defaultPath()
         const char *value = std::getenv(name);
         return std::filesystem::path(value ? value : "");
     };
-    if (const auto given = from("NIMBRELLE_SERVER_DATA"); !given.empty())
+    if (auto given = from("NIMBRELLE_SERVER_DATA"); !given.empty())
         return given;
     if (const auto data = from("XDG_DATA_HOME"); data.is_absolute())
         return data / "nimbrelle-server";

@@ -21,7 +21,7 @@ public:
 
 private:
     RequestHead head() const;
-    bool refusesBody(const RequestHead &head) const;
+    bool refusesBody(const RequestHead &request) const;
     MHD_Result send(const Response &response);
     void log() const;
 

@@ -12,7 +12,7 @@ namespace nimbrelle::server {
 namespace {
 
 constexpr const char *tlsPriorities = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2:%SERVER_PRECEDENCE";
-constexpr std::intptr_t connectionMemory = 48 * 1024;
+constexpr std::intptr_t connectionMemory = 48L * 1024;
 
 MHD_OptionItem number(MHD_OPTION option, std::intptr_t value)
 {

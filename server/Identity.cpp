@@ -63,7 +63,7 @@ void setHostName(const Certificate &certificate, const std::string &host)
 void setValidity(const Certificate &certificate)
 {
     // A day of grace for a device whose clock runs behind.
-    constexpr std::time_t day = 24 * 60 * 60;
+    constexpr std::time_t day = 24L * 60 * 60;
     constexpr std::time_t fiftyYears = 18263 * day;
     const std::time_t now = std::time(nullptr);
     requireGnuTls(

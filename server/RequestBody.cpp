@@ -47,7 +47,7 @@ bool RequestBody::grow(std::uint64_t needed)
 {
     if (needed <= m_reserved)
         return true;
-    constexpr std::uint64_t firstStep = 64 * 1024;
+    constexpr std::uint64_t firstStep = 64UL * 1024;
     const std::uint64_t step = std::max({needed, m_reserved * 2, firstStep});
     const std::uint64_t target = std::max(needed, std::min(step, m_expected));
     if (!m_budget.reserve(target - m_reserved))

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view pingPath = "/v1/ping";
 constexpr std::string_view bundlePath = "/v1/bundle";
-constexpr std::size_t cacheBytes = 64 * 1024 * 1024;
+constexpr std::size_t cacheBytes = 64UL * 1024 * 1024;
 
 Response refusal(unsigned status, std::string text)
 {

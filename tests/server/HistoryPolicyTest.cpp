@@ -14,6 +14,7 @@ constexpr sys_seconds noon = sys_days(2026y / March / 1) + 12h;
 std::vector<VersionRecord> versions(int count, sys_seconds first, seconds apart)
 {
     std::vector<VersionRecord> records;
+    records.reserve(static_cast<std::size_t>(count));
     for (int index = 0; index < count; ++index)
         records.push_back({.version = index + 1, .writtenAt = first + index * apart, .words = 10});
     return records;

@@ -89,9 +89,9 @@ TEST(Protocol, OneOfManyWritersWinsEachVersion)
     TestServer server;
     std::array<std::atomic<int>, 8> won{};
     std::atomic<int> lost = 0;
-    std::vector<std::jthread> threads;
-    for (int writer = 0; writer < 6; ++writer) {
-        threads.emplace_back([&] {
+    std::vector<std::jthread> writers(6);
+    for (std::jthread &writer : writers) {
+        writer = std::jthread([&] {
             TlsClient client(server.port());
             for (std::size_t version = 0; version < won.size(); ++version) {
                 const std::string condition = "If-Match: \"" + std::to_string(version) + "\"\r\n";
@@ -102,7 +102,7 @@ TEST(Protocol, OneOfManyWritersWinsEachVersion)
             }
         });
     }
-    threads.clear();
+    writers.clear();
     for (const auto &each : won)
         EXPECT_EQ(each, 1);
     EXPECT_EQ(lost, 5 * won.size());

@@ -131,9 +131,9 @@ TEST_P(StoreSuite, OneOfManyWritersWinsEachVersion)
 {
     std::latch start(4);
     std::array<std::atomic<int>, 10> wins{};
-    std::vector<std::jthread> threads;
-    for (int writer = 0; writer < 4; ++writer) {
-        threads.emplace_back([&] {
+    std::vector<std::jthread> writers(4);
+    for (std::jthread &writer : writers) {
+        writer = std::jthread([&] {
             const auto own = open();
             start.arrive_and_wait();
             for (std::size_t version = 0; version < wins.size(); ++version)
@@ -141,7 +141,7 @@ TEST_P(StoreSuite, OneOfManyWritersWinsEachVersion)
                     own->append(id, static_cast<std::int64_t>(version), {.body = "{}"}, {}) ? 1 : 0;
         });
     }
-    threads.clear();
+    writers.clear();
     for (const auto &each : wins)
         EXPECT_EQ(each, 1);
 }

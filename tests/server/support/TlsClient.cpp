@@ -96,7 +96,7 @@ bool TlsClient::send(std::string_view bytes)
 
 bool TlsClient::readMore()
 {
-    std::array<char, 16 * 1024> piece{};
+    std::array<char, 16UL * 1024> piece{};
     ssize_t count = GNUTLS_E_AGAIN; // which stands for a session ticket, too
     while (count == GNUTLS_E_AGAIN || count == GNUTLS_E_INTERRUPTED)
         count = gnutls_record_recv(m_session, piece.data(), piece.size());
