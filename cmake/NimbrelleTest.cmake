@@ -4,7 +4,8 @@ function(nimbrelle_test)
     cmake_parse_arguments(arg "" "NAME" "SOURCES;LIBRARIES;LABELS" ${ARGN})
     add_executable(${arg_NAME}_tests ${arg_SOURCES})
     target_link_libraries(${arg_NAME}_tests PRIVATE nimbrelle_core nimbrelle_test_support ${arg_LIBRARIES})
-    target_precompile_headers(${arg_NAME}_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h> <QByteArray> <QList> <QString>)
+    target_precompile_headers(${arg_NAME}_tests REUSE_FROM nimbrelle_test_support)
+    set_property(TARGET ${arg_NAME}_tests PROPERTY AUTOMOC OFF) # no test has signals of its own
     add_test(NAME ${arg_NAME} COMMAND ${arg_NAME}_tests)
     set_tests_properties(${arg_NAME} PROPERTIES
         LABELS "${arg_LABELS}" TIMEOUT 300

@@ -43,6 +43,28 @@ std::optional<QUrl> linkOf(const PageSource &source)
     return url.isValid() && !url.scheme().isEmpty() ? std::optional(url) : std::nullopt;
 }
 
+struct TextsLook {
+    QString what; ///< tells a screen reader what the sentence is
+    int gap = 0;
+};
+
+QWidget *makeTexts(const Theme &theme, const TextsLook &look, const QString &sentence,
+    const QStringList &terms, const QString &translation)
+{
+    auto *holder = new QWidget;
+    auto *column = bareLayout<QVBoxLayout>(holder, look.gap);
+    if (!sentence.isEmpty()) {
+        auto *english = makeReadText(theme, u"sentence"_s, look.what, sentence, {});
+        for (const TextRange &range : WordPattern::allOccurrences(sentence, terms))
+            english->mark(range.start, range.length);
+        column->addWidget(english);
+    }
+    if (!translation.isEmpty())
+        column->addWidget(makeReadText(
+            theme, u"sentenceZh"_s, u"句子的意思"_s, translation, {TextType::small, Tone::ink2}));
+    return holder;
+}
+
 } // namespace
 
 QPushButton *makeSpeakButton(const Theme &theme, Speaker &speaker, const QString &name, const QString &text)
@@ -83,21 +105,10 @@ QWidget *makeSourceLabel(const Theme &theme, const PageSource &source, bool show
     return button;
 }
 
-QWidget *makeSentence(const Theme &theme, const QString &sentence, const QStringList &terms,
-    const QString &translation, int gap)
+QWidget *makeSentence(
+    const Theme &theme, const QString &sentence, const QStringList &terms, const QString &translation)
 {
-    auto *holder = new QWidget;
-    auto *column = bareLayout<QVBoxLayout>(holder, gap);
-    if (!sentence.isEmpty()) {
-        auto *english = makeReadText(theme, u"sentence"_s, u"例句"_s, sentence, {});
-        for (const TextRange &range : WordPattern::allOccurrences(sentence, terms))
-            english->mark(range.start, range.length);
-        column->addWidget(english);
-    }
-    if (!translation.isEmpty())
-        column->addWidget(makeReadText(
-            theme, u"sentenceZh"_s, u"句子的意思"_s, translation, {TextType::small, Tone::ink2}));
-    return holder;
+    return makeTexts(theme, {.what = u"例句"_s, .gap = 0}, sentence, terms, translation);
 }
 
 QWidget *makeQuote(
@@ -108,7 +119,8 @@ QWidget *makeQuote(
     QFrame *rule = makeArea(u"rule"_s);
     rule->setFixedWidth(theme.points(2));
     layout->addWidget(rule);
-    layout->addWidget(makeSentence(theme, sentence, terms, translation, theme.points(3)), 1);
+    layout->addWidget(
+        makeTexts(theme, {.what = u"原句"_s, .gap = theme.points(3)}, sentence, terms, translation), 1);
     return quote;
 }
 
