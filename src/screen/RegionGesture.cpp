@@ -14,8 +14,8 @@ namespace nimbrelle {
 
 namespace {
 
-constexpr double cardIndent =
-    24; // the card stands that far left of its anchor, so its edge meets the frame's
+// The card stands that far left of its anchor, so that its left edge is in line with the frame's.
+constexpr double cardIndent = 24;
 const QString noCapture = QStringLiteral("框选翻译需要「屏幕录制」权限，请在设置里打开。");
 const QString noText = QStringLiteral("框里没有识别到英文。");
 

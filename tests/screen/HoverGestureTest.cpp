@@ -18,6 +18,7 @@ protected:
 
 TEST_F(HoverGestureTest, ReadsTheWordAQuarterOfASecondAfterThePressAndItsCardStays)
 {
+    card.place = {600, 350, 100, 100}; // hidden, it is not in the way
     input.hold(modifier::option);
     advance(249ms);
     EXPECT_TRUE(card.calls.isEmpty());
@@ -27,6 +28,7 @@ TEST_F(HoverGestureTest, ReadsTheWordAQuarterOfASecondAfterThePressAndItsCardSta
     EXPECT_EQ(card.calls, QStringList{u"lookup a | a"_s});
     EXPECT_EQ(card.anchor, middle);
     EXPECT_TRUE(card.isVisible());
+    EXPECT_EQ(accessibility.gestures, 1);
 }
 
 TEST_F(HoverGestureTest, FollowsThePointerWhereItPauses)

@@ -119,8 +119,6 @@ TEST_F(ScreenRecognition, ReadsTheWordUnderThePointerAndTellsItsPlaceOnTheScreen
     EXPECT_EQ(result->context, u"was reluctant to"_s);
     EXPECT_TRUE(result->wordRect->contains(middle));
     EXPECT_NEAR(result->wordRect->height(), 20, 1e-9);
-    ASSERT_EQ(capture.requests.size(), 1u);
-    EXPECT_EQ(capture.requests[0].area, QRectF(260, 300, 760, 200));
 }
 
 TEST_F(ScreenRecognition, TriesSubtitlesOnlyWhereNoWordWasFound)
@@ -138,9 +136,9 @@ TEST_F(ScreenRecognition, ReadsAFrameRowByRowOnTheScreenThatHoldsItsMiddle)
 {
     screens.screens.append({.id = 2, .frame = {1280, 0, 1000, 800}, .workArea = {}, .scale = 2});
     recognizer.subtitles = {FakeTextRecognizer::line(u"today"_s, {0.1, 0.1, 0.1, 0.1}),
-        FakeTextRecognizer::line(u"thing"_s, {0.5, 0.52, 0.1, 0.1}), // in one row with "some-"
         FakeTextRecognizer::line(u"some-"_s, {0.1, 0.5, 0.1, 0.1}),
-        FakeTextRecognizer::line(u"new"_s, {0.1, 0.44, 0.1, 0.1})}; // and this is not
+        FakeTextRecognizer::line(u"new"_s, {0.05, 0.44, 0.1, 0.1}), // not in one row with it
+        FakeTextRecognizer::line(u"thing"_s, {0.5, 0.52, 0.1, 0.1})}; // and this is
     EXPECT_EQ(textIn({1200, 300, 400, 100}), u"something new today"_s);
     ASSERT_EQ(capture.requests.size(), 1u);
     EXPECT_EQ(capture.requests[0].screen.id, 2u);
