@@ -81,7 +81,14 @@ TEST_F(ConfigStoreTest, TakesMergedSettingsWithTheirOwnStamp)
 {
     ConfigStore store(m_paths, m_clock);
     QSignalSpy study(&store, &ConfigStore::studySettingsChanged);
-    const StudySettings merged{50, 9, 12, 60, 5, 14, false, m_clock.now() - 240h};
+    const StudySettings merged{{.learningSlots = 50,
+                                   .dailyNewLimit = 9,
+                                   .sessionSize = 12,
+                                   .graduateDays = 60,
+                                   .leechThreshold = 5,
+                                   .dormantDays = 14,
+                                   .recallOnLookup = false},
+        m_clock.now() - 240h};
     store.applySync(merged);
     EXPECT_EQ(store.config().studySettings(), merged);
     EXPECT_EQ(onDisk()->studySettings(), merged);
