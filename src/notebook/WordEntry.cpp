@@ -9,6 +9,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const FormRecord *recordOf(const QList<FormRecord> &records, FormKind kind)
@@ -29,15 +31,15 @@ QString label(DisplayStage stage)
 {
     switch (stage) {
     case DisplayStage::learning:
-        return QStringLiteral("在学");
+        return u"在学"_s;
     case DisplayStage::seen:
-        return QStringLiteral("见过");
+        return u"见过"_s;
     case DisplayStage::resting:
-        return QStringLiteral("休息");
+        return u"休息"_s;
     case DisplayStage::mastered:
-        return QStringLiteral("掌握");
+        return u"掌握"_s;
     case DisplayStage::dormant:
-        return QStringLiteral("沉睡");
+        return u"沉睡"_s;
     }
     return {};
 }

@@ -8,6 +8,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Cloze {
@@ -138,9 +140,9 @@ std::optional<QString> ReviewQuestion::formHint() const
         return std::nullopt;
     for (const FormSlot &slot : entry.formSlots()) {
         if (slot.form.toLower() == wanted)
-            return QStringLiteral("要用 %1 的%2").arg(entry.headword, label(slot.kind));
+            return u"要用 %1 的%2"_s.arg(entry.headword, label(slot.kind));
     }
-    return QStringLiteral("注意这里不是原形");
+    return u"注意这里不是原形"_s;
 }
 
 } // namespace nimbrelle

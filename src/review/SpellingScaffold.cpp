@@ -232,7 +232,7 @@ std::optional<QString> chunkPattern(const QString &word, const QList<Affix> &aff
         texts.append(chunk.text);
     QString &hidden = texts[hiddenChunk(all)];
     hidden = Letters::gap.repeated(characterCount(hidden));
-    return texts.join(QStringLiteral(" · "));
+    return texts.join(u" · "_s);
 }
 
 QStringList spellings(Affix affix)
