@@ -1,6 +1,7 @@
 #include "coach/Diary.h"
 
 #include "frame/DayKey.h"
+#include "frame/RecordCodec.h"
 
 #include <algorithm>
 
@@ -8,18 +9,12 @@ namespace nimbrelle {
 
 namespace {
 
-using namespace Qt::StringLiterals;
-
 constexpr std::chrono::seconds twoWeeks{1'209'600};
 
-// "recall" was once written for a review; logs that hold it are read for ever.
-Deed deedOf(const QString &kind)
+std::optional<LogKind> kindOf(const LearningLog::Event &event)
 {
-    static const QHash<QString, Deed> deeds{{u"save"_s, Deed::save}, {u"lookup"_s, Deed::lookup},
-        {u"review"_s, Deed::review}, {u"recall"_s, Deed::review}, {u"spell"_s, Deed::spell},
-        {u"glance"_s, Deed::glance}, {u"graduate"_s, Deed::graduate}, {u"leech"_s, Deed::leech},
-        {u"rest"_s, Deed::rest}};
-    return deeds.value(kind, Deed::other);
+    const auto kind = caseFrom<LogKind>(event.kind);
+    return kind == LogKind::recall ? LogKind::review : kind;
 }
 
 } // namespace
@@ -31,18 +26,21 @@ Diary::Diary(const QList<LearningLog::Event> &events, Timestamp now) : m_now(m_l
         const LocalTime local = m_localTimes.at(event.time);
         if (!m_days.contains(local.day))
             m_days.emplace(local.day, DayKey::string(event.time));
-        m_entries.append(
-            {event.time, local, deedOf(event.kind), event.word, event.detail.value_or(QString())});
+        m_entries.append({.time = event.time,
+            .local = local,
+            .kind = kindOf(event),
+            .word = event.word,
+            .detail = event.detail.value_or(QString())});
     }
     std::copy_if(m_entries.cbegin(), m_entries.cend(), std::back_inserter(m_recent),
         [from = now - twoWeeks](const DiaryEntry &entry) { return entry.time >= from; });
 }
 
-QMap<QString, QStringList> Diary::recentDetails(Deed deed) const
+QMap<QString, QStringList> Diary::recentDetails(LogKind kind) const
 {
     QList<const DiaryEntry *> wanted;
     for (const DiaryEntry &entry : m_recent) {
-        if (entry.deed == deed)
+        if (entry.kind == kind)
             wanted.append(&entry);
     }
     std::stable_sort(wanted.begin(), wanted.end(),

@@ -9,13 +9,10 @@
 
 namespace nimbrelle {
 
-/// What an event tells of, as far as the coach cares. A kind of no meaning here is still activity.
-enum class Deed { other, save, lookup, review, spell, glance, graduate, leech, rest };
-
 struct DiaryEntry {
     Timestamp time;
     LocalTime local;
-    Deed deed = Deed::other;
+    std::optional<LogKind> kind; ///< recall reads as review; absent for an unknown one, which is activity too
     QString word;
     QString detail; ///< of a review its rating, of a spelling the mode's label, a blank and the rating
 };
@@ -35,8 +32,8 @@ public:
     const QList<DiaryEntry> &entries() const { return m_entries; }
     /// Those of the last 14 days of 86,400 seconds, in file order.
     const QList<DiaryEntry> &recent() const { return m_recent; }
-    /// The details of recent events of one deed by word, each in order of time.
-    QMap<QString, QStringList> recentDetails(Deed deed) const;
+    /// The details of recent events of one kind by word, each in order of time.
+    QMap<QString, QStringList> recentDetails(LogKind kind) const;
 
 private:
     LocalTimes m_localTimes;

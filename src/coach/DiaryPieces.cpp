@@ -43,11 +43,11 @@ QString periodsOf(const Entries &day)
     return present.join(u'、');
 }
 
-Entries ofDeed(const Entries &entries, Deed deed)
+Entries ofKind(const Entries &entries, LogKind kind)
 {
     Entries wanted;
     std::copy_if(entries.cbegin(), entries.cend(), std::back_inserter(wanted),
-        [deed](const DiaryEntry &entry) { return entry.deed == deed; });
+        [kind](const DiaryEntry &entry) { return entry.kind == kind; });
     return wanted;
 }
 
@@ -82,22 +82,23 @@ QStringList wordsOf(const Entries &entries)
 QStringList itemsOf(const Entries &day)
 {
     QStringList items;
-    const auto tell = [&](Deed deed, auto text) {
-        const Entries entries = ofDeed(day, deed);
+    const auto tell = [&](LogKind kind, auto text) {
+        const Entries entries = ofKind(day, kind);
         if (!entries.isEmpty())
             items.append(text(entries, QString::number(entries.size())));
     };
-    tell(Deed::save, [](const Entries &, const QString &n) { return u"存了 "_s + n + u" 个词"_s; });
-    tell(Deed::lookup, [](const Entries &, const QString &n) { return u"又查到已存的词 "_s + n + u" 次"_s; });
-    tell(Deed::review, [](const Entries &reviews, const QString &n) {
+    tell(LogKind::save, [](const Entries &, const QString &n) { return u"存了 "_s + n + u" 个词"_s; });
+    tell(LogKind::lookup,
+        [](const Entries &, const QString &n) { return u"又查到已存的词 "_s + n + u" 次"_s; });
+    tell(LogKind::review, [](const Entries &reviews, const QString &n) {
         return u"复习 "_s + n + u" 题（"_s + ratingCounts(reviews) + u"）"_s;
     });
-    tell(Deed::spell, [](const Entries &spellings, const QString &n) {
+    tell(LogKind::spell, [](const Entries &spellings, const QString &n) {
         return u"拼写 "_s + n + u" 次（拼对 "_s + QString::number(spelledRight(spellings)) + u"）"_s;
     });
-    tell(Deed::glance,
+    tell(LogKind::glance,
         [](const Entries &, const QString &n) { return u"点开菜单栏的词看了 "_s + n + u" 次"_s; });
-    tell(Deed::graduate, [](const Entries &graduations, const QString &) {
+    tell(LogKind::graduate, [](const Entries &graduations, const QString &) {
         return u"记牢毕业："_s + wordsOf(graduations).join(u", "_s);
     });
     return items;
@@ -130,30 +131,32 @@ QString knowledgeOf(const WordEntry &entry)
     return text;
 }
 
-QString outcomeOf(const DiaryEntry &entry)
+QString spellingText(QString rating)
 {
-    switch (entry.deed) {
-    case Deed::spell: {
-        QString rating = entry.detail;
-        rating.replace(u"again"_s, u"拼错"_s).replace(u"hard"_s, u"有小错"_s);
-        rating.replace(u"good"_s, u"拼对"_s).replace(u"easy"_s, u"拼对"_s);
-        return u"拼写（"_s + rating + u"）"_s;
-    }
-    case Deed::graduate:
-        return u"毕业了"_s;
-    case Deed::leech:
-        return u"变成难啃的词"_s;
-    case Deed::rest:
-        return u"先休息"_s;
-    default:
-        return ratingLabel(entry.detail);
-    }
+    rating.replace(u"again"_s, u"拼错"_s).replace(u"hard"_s, u"有小错"_s);
+    rating.replace(u"good"_s, u"拼对"_s).replace(u"easy"_s, u"拼对"_s);
+    return u"拼写（"_s + rating + u"）"_s;
 }
 
-bool isOutcome(const DiaryEntry &entry)
+/// What became of the word; absent for an event that says nothing of that.
+std::optional<QString> outcomeOf(const DiaryEntry &entry)
 {
-    constexpr Deed outcomes[]{Deed::review, Deed::spell, Deed::graduate, Deed::leech, Deed::rest};
-    return std::find(std::begin(outcomes), std::end(outcomes), entry.deed) != std::end(outcomes);
+    if (!entry.kind)
+        return std::nullopt;
+    switch (*entry.kind) {
+    case LogKind::review:
+        return ratingLabel(entry.detail);
+    case LogKind::spell:
+        return spellingText(entry.detail);
+    case LogKind::graduate:
+        return u"毕业了"_s;
+    case LogKind::leech:
+        return u"变成难啃的词"_s;
+    case LogKind::rest:
+        return u"先休息"_s;
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -205,7 +208,7 @@ QStringList recentDays(const Diary &diary)
 
 QStringList forgottenWords(const Diary &diary, const QList<WordEntry> &words)
 {
-    const auto reviews = diary.recentDetails(Deed::review);
+    const auto reviews = diary.recentDetails(LogKind::review);
     const auto known = byHeadword(words);
     QStringList lines;
     for (auto word = reviews.cbegin(); word != reviews.cend(); ++word) {
@@ -223,7 +226,7 @@ QStringList forgottenWords(const Diary &diary, const QList<WordEntry> &words)
 
 QStringList recalledWords(const Diary &diary)
 {
-    const auto reviews = diary.recentDetails(Deed::review);
+    const auto reviews = diary.recentDetails(LogKind::review);
     QStringList words;
     for (auto word = reviews.cbegin(); word != reviews.cend(); ++word) {
         const QStringList &ratings = *word;
@@ -238,7 +241,7 @@ QStringList recalledWords(const Diary &diary)
 
 QStringList recentSpelling(const Diary &diary)
 {
-    const auto spellings = diary.recentDetails(Deed::spell);
+    const auto spellings = diary.recentDetails(LogKind::spell);
     QStringList lines;
     for (auto word = spellings.cbegin(); word != spellings.cend(); ++word)
         lines.append(ratingLine(word.key(), *word));
@@ -250,7 +253,7 @@ QStringList recentSpelling(const Diary &diary)
 qint64 reviewsToday(const Diary &diary)
 {
     return std::count_if(diary.entries().cbegin(), diary.entries().cend(),
-        [&diary](const DiaryEntry &entry) { return entry.deed == Deed::review && diary.isToday(entry); });
+        [&diary](const DiaryEntry &entry) { return entry.kind == LogKind::review && diary.isToday(entry); });
 }
 
 QStringList outcomesToday(const Diary &diary)
@@ -258,11 +261,12 @@ QStringList outcomesToday(const Diary &diary)
     QStringList order;
     QHash<QString, QStringList> outcomes;
     for (const DiaryEntry &entry : diary.entries()) {
-        if (!diary.isToday(entry) || !isOutcome(entry))
+        const auto outcome = diary.isToday(entry) ? outcomeOf(entry) : std::nullopt;
+        if (!outcome)
             continue;
         if (!outcomes.contains(entry.word))
             order.append(entry.word);
-        outcomes[entry.word].append(outcomeOf(entry));
+        outcomes[entry.word].append(*outcome);
     }
     QStringList lines;
     for (const QString &word : std::as_const(order))

@@ -6,6 +6,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -204,7 +206,7 @@ void ReviewSession::speakIfDictation()
 
 void ReviewSession::apply(Rating rating, const ReviewQuestion &question)
 {
-    m_lastOutcome = m_store.applyReview(question.entry.id, rating, QStringLiteral("review"));
+    m_lastOutcome = m_store.applyReview(question.entry.id, rating, LogKind::review);
     if (m_lastOutcome == ReviewOutcome::graduated)
         m_graduatedWords.append(question.entry.headword);
     if (rating != Rating::again) {

@@ -106,10 +106,9 @@ AffixFacts affixFacts(const WordStore &words, Affix affix)
     AffixFacts facts{affix, {}};
     for (const AffixEncounter &met : encountersOf(words.affixEncounters(), affix)) {
         AffixFacts::Meeting meeting{met, {}, {met.headword}};
-        if (const auto known = words.index(met.headword)) {
-            const WordEntry &entry = words.entries()[*known];
-            meeting.sentenceZh = translationIn(entry, met.sentence.value_or(QString()));
-            meeting.forms = formsOf(entry);
+        if (const WordEntry *entry = words.findHeadword(met.headword)) {
+            meeting.sentenceZh = translationIn(*entry, met.sentence.value_or(QString()));
+            meeting.forms = formsOf(*entry);
         }
         facts.meetings.append(meeting);
     }

@@ -179,7 +179,7 @@ TEST_F(CardControllerTest, CoversTheMeaningOfAKnownWordUnlessItWasJustReviewed)
     const QUuid id = notebook.save("run");
     lookupAndAnswer("run");
     EXPECT_EQ(recall(), RecallState::Kind::hidden);
-    notebook.store.applyReview(id, Rating::good, QStringLiteral("review"));
+    notebook.store.applyReview(id, Rating::good, LogKind::review);
     notebook.clock.advance(3599s);
     lookup("run");
     EXPECT_EQ(recall(), RecallState::Kind::off);

@@ -24,8 +24,8 @@ protected:
 
 TEST_F(LearningLogTest, AppendsCompactLinesInDeclaredOrder)
 {
-    m_log.add(QStringLiteral("save"), QStringLiteral("naïve/\"x\"\n"), QStringLiteral("example.org"));
-    m_log.add(QStringLiteral("rest"), QStringLiteral("run"));
+    m_log.add(LogKind::save, QStringLiteral("naïve/\"x\"\n"), QStringLiteral("example.org"));
+    m_log.add(LogKind::rest, QStringLiteral("run"));
     EXPECT_EQ(readFile(m_paths.log),
         "{\"time\":\"2026-03-01T08:30:05Z\",\"kind\":\"save\",\"word\":\"naïve/\\\"x\\\"\\n\","
         "\"detail\":\"example.org\"}\n"
@@ -48,7 +48,7 @@ TEST_F(LearningLogTest, KeepsWhateverStandsInTheFile)
 TEST_F(LearningLogTest, NeverEmptiesAFileThatItCannotOpen)
 {
     ASSERT_TRUE(QDir(m_directory.path()).mkdir(QStringLiteral("learning-log.jsonl")));
-    m_log.add(QStringLiteral("rest"), QStringLiteral("run"));
+    m_log.add(LogKind::rest, QStringLiteral("run"));
     EXPECT_TRUE(QFileInfo(m_paths.log).isDir());
     EXPECT_EQ(m_log.readLines(), QStringList());
 }

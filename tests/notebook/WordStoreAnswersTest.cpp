@@ -11,7 +11,7 @@ using testing::ElementsAre;
 
 namespace {
 
-const QString review = QStringLiteral("review");
+constexpr LogKind review = LogKind::review;
 
 class Answers : public testing::Test, protected Notebook {
 protected:

@@ -131,7 +131,7 @@ TEST_F(WordStoreFiles, TellObserversBeforeAChangeTakesEffect)
     store.setWantToLearn(run, true);
     EXPECT_EQ(taken.first().wantToLearn, std::nullopt) << "what was taken stays as it was";
     QSignalSpy spy(&store, &WordStore::changing);
-    store.applyReview(run, Rating::good, QStringLiteral("review"));
+    store.applyReview(run, Rating::good, LogKind::review);
     EXPECT_GE(spy.count(), 2);
 }
 
@@ -144,7 +144,7 @@ TEST(WordStore, WorksInMemoryWhenNothingCanBeWritten)
     WordStore store(nowhere, clock, config, log);
     const QUuid id = store.save(Notebook::explained("run"), {}).entry.id;
     EXPECT_EQ(store.fillSlots(0), 1);
-    EXPECT_EQ(store.applyReview(id, Rating::good, QStringLiteral("review")), ReviewOutcome::normal);
+    EXPECT_EQ(store.applyReview(id, Rating::good, LogKind::review), ReviewOutcome::normal);
     store.remove(id);
     EXPECT_EQ(store.deleted().size(), 1);
 }

@@ -73,7 +73,7 @@ protected:
 
     const WordEntry &live(const char *headword) const
     {
-        return words_->entries()[words_->index(QString::fromUtf8(headword)).value()];
+        return *words_->findHeadword(QString::fromUtf8(headword));
     }
 
     void judge(Rating rating)

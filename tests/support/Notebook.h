@@ -47,7 +47,8 @@ struct Notebook {
     QUuid save(const char *headword) { return store.save(explained(headword), {}).entry.id; }
     const WordEntry &word(const char *headword) const
     {
-        return store.entries()[store.index(QString::fromUtf8(headword)).value()];
+        const WordEntry *found = store.findHeadword(QString::fromUtf8(headword));
+        return found ? *found : throw std::runtime_error(headword);
     }
     QList<WordEntry> entriesOnDisk() const
     {

@@ -81,7 +81,7 @@ TEST(WordFacts, SaysWhatIsKnownOfAWord)
     EXPECT_TRUE(facts().actions[1].isEnabled);
     notebook.store.startLearning(notebook.save("ship"));
     EXPECT_FALSE(facts().actions[1].isEnabled); // the one place is taken
-    notebook.store.applyReview(id, Rating::good, u"recognize"_s);
+    notebook.store.applyReview(id, Rating::good, LogKind::review);
     EXPECT_THAT(
         facts().reviews.toStdString(), testing::MatchesRegex("下次复习：3 月 [0-9]+ 日 · 复习过 1 次"));
     EXPECT_FALSE(wordFacts(notebook.store, {}, {}, QUuid::createUuid()));

@@ -138,7 +138,7 @@ TEST_F(CoachViewTest, TheReviewOfTodayCanBeTalkedOverAsSoonAsThereIsOne)
     brief(u"早"_s);
     EXPECT_FALSE(user.shows("chip0"));
     const QUuid id = notebook.save("rewrite");
-    notebook.store.applyReview(id, Rating::good, u"review"_s);
+    notebook.store.applyReview(id, Rating::good, LogKind::review);
     QEvent activated(QEvent::WindowActivate);
     QCoreApplication::sendEvent(&view, &activated);
     EXPECT_EQ(user.text("chip0"), u"聊聊刚才的复习"_s);
