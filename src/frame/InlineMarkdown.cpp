@@ -175,7 +175,7 @@ private:
         m_at = *end + 1;
     }
 
-    // Where the ")" of "](address)" stands, with the "]" at the reading position.
+    // The position of the ")" of "](address)", with the "]" at the reading position.
     std::optional<qsizetype> destinationEnd() const
     {
         if (m_at + 1 >= m_text.size() || m_text[m_at + 1] != u'(')
@@ -235,7 +235,7 @@ private:
             if (!result.isEmpty() && result.last().style == piece.style)
                 result.last().text += piece.text;
             else
-                result.append({piece.text, piece.style});
+                result.append({.text = piece.text, .style = piece.style});
         }
         return result;
     }

@@ -159,6 +159,14 @@ QString displayForm(Affix affix)
     return isSuffix(affix) ? u'-' + caseText(affix) : caseText(affix) + u'-';
 }
 
+QStringList displayForms(const QList<Affix> &affixes)
+{
+    QStringList forms;
+    for (const Affix affix : affixes)
+        forms.append(displayForm(affix));
+    return forms;
+}
+
 QString meaning(Affix affix)
 {
     return textOf(affixTexts, affix).meaning;

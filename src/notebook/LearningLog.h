@@ -12,7 +12,7 @@ namespace nimbrelle {
 class AppPaths;
 class Clock;
 
-/// What an event tells of.
+/// The kind of an event.
 enum class LogKind {
     lookup,
     save,
@@ -55,7 +55,7 @@ public:
     /// The raw lines in file order, broken ones included; empty lines are left out.
     QStringList readLines() const;
 
-    /// Another after every change of the file. Tells nothing else, and reads nothing.
+    /// Differs after every change of the file. Found without reading it.
     struct Stamp {
         qint64 size = 0;
         qint64 modified = 0; ///< milliseconds since 1970

@@ -10,6 +10,9 @@ enum class ReviewOutcome { normal, graduated, becameLeech };
 /// What an answer or a decision of the learner does to a word. Log, files and counters are the store's.
 namespace WordChanges {
 
+/// How long a rest is that the screens offer.
+inline constexpr qint64 restDays = 7;
+
 ReviewOutcome review(WordEntry &word, Rating rating, const AppConfig &config, Timestamp now);
 /// One rung up the spelling ladder, or down, or none.
 void spell(WordEntry &word, Rating rating, Timestamp now);

@@ -71,11 +71,21 @@ QList<FormSlot> WordEntry::formSlots() const
     for (const FormKind kind : kinds) {
         const FormRecord *record = recordOf(records, kind);
         if (record)
-            result.append({kind, record->form, *record});
+            result.append({.kind = kind, .form = record->form, .record = *record});
         else
-            result.append({kind, known.value(caseText(kind)), std::nullopt});
+            result.append({.kind = kind, .form = known.value(caseText(kind))});
     }
     return result;
+}
+
+QStringList WordEntry::formTexts() const
+{
+    QStringList texts{headword};
+    for (const FormSlot &slot : formSlots())
+        texts.append(slot.form);
+    texts.removeAll(QString());
+    texts.removeDuplicates();
+    return texts;
 }
 
 DisplayStage WordEntry::displayStage(const AppConfig &config, Timestamp now) const

@@ -61,8 +61,8 @@ std::optional<qsizetype> WordStore::index(const QString &text) const
     return WordQueries::index(m_entries, text);
 }
 
-// Operations change a copy and put it back: an observer that takes the list while it is told keeps what it
-// took.
+// Operations change a copy and put it back, so that an observer that copies the list in its slot keeps what
+// it copied.
 void WordStore::put(qsizetype position, const WordEntry &word)
 {
     emit changing();

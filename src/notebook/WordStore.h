@@ -19,7 +19,7 @@ class ConfigStore;
 struct Explanation;
 struct PageSource;
 
-/// A word as it stands after a save, and what the save unlocked.
+/// A word after a save, and what the save unlocked.
 struct SavedWord {
     WordEntry entry;
     Unlock unlock;
@@ -28,7 +28,7 @@ struct SavedWord {
 /// The one owner of all learning data; every change of it goes through here and is on disk when the call
 /// returns, as far as the disk allows. What the lists say and what an operation does to a record are pure
 /// functions beside it (WordQueries, WordChanges, Encounters, SlotPlan, Rounds); the store holds, saves, logs
-/// and tells. An id or headword that isn't there is no error: the call does nothing. Lists hold the newest
+/// and notifies. An id or headword that isn't there is no error: the call does nothing. Lists hold the newest
 /// first. Ids are taken by value, since callers pass those of the very records that change. Main thread only.
 class WordStore : public QObject {
     Q_OBJECT
@@ -56,7 +56,7 @@ public:
     const WordEntry *find(const QUuid &id) const;
     /// Blanks round the text and letter case aside.
     const WordEntry *findHeadword(const QString &text) const;
-    /// Where the word of that headword stands in entries().
+    /// The position in entries() of the word of that headword.
     std::optional<qsizetype> index(const QString &text) const;
     /// @}
 
@@ -137,7 +137,7 @@ private:
     using Edit = std::function<void(WordEntry &word)>;
 
     void put(qsizetype position, const WordEntry &word);
-    /// The word as it now stands; null for an unknown id.
+    /// The changed word; null for an unknown id.
     const WordEntry *change(const QUuid &id, const Edit &edit);
     template <class Field> void set(Field &field, const Field &value);
     void count(qint64 ReviewStats::*counter);

@@ -47,9 +47,9 @@ std::optional<QString> capitalsNote(const QString &input, const QString &answer)
 Grade rightAnswer(const std::optional<QString> &note, qint64 hintsUsed)
 {
     if (hintsUsed < 1)
-        return {Rating::good, note};
+        return {.rating = Rating::good, .message = note};
     const QString helped = u"用了 %1 次提示，也算拼出来了"_s.arg(hintsUsed);
-    return {Rating::hard, note ? helped + u"。"_s + *note : helped};
+    return {.rating = Rating::hard, .message = note ? helped + u"。"_s + *note : helped};
 }
 
 // A slip that still shows that the word is known; short words leave too much to chance.
@@ -71,15 +71,15 @@ Grade grade(const QString &input, const ReviewQuestion &question, qint64 hintsUs
     const QString typed = normalized(input);
     const QString expected = normalized(question.answer);
     if (typed.isEmpty())
-        return {Rating::again, u"没关系，跟着打一遍就好"_s};
+        return {.rating = Rating::again, .message = u"没关系，跟着打一遍就好"_s};
     if (typed == expected)
         return rightAnswer(capitalsNote(input, question.answer), hintsUsed);
     const auto hint = question.formHint();
     if (hint && typed == normalized(question.entry.headword))
-        return {Rating::hard, u"意思对了！不过这里%1：%2"_s.arg(*hint, question.answer)};
+        return {.rating = Rating::hard, .message = u"意思对了！不过这里%1：%2"_s.arg(*hint, question.answer)};
     if (const auto remark = slip(typed, expected, question.answer))
-        return {Rating::hard, remark};
-    return {Rating::again, u"跟着打一遍，手会记住它"_s};
+        return {.rating = Rating::hard, .message = remark};
+    return {.rating = Rating::again, .message = u"跟着打一遍，手会记住它"_s};
 }
 
 qint64 editDistance(const QString &a, const QString &b)

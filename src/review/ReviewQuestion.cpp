@@ -37,7 +37,7 @@ std::optional<Cloze> cloze(const QString &sentence, const WordEntry &entry)
             continue;
         const QString found = sentence.mid(range->start, range->length);
         const QString gap(std::max(characterCount(found), shortestGap), u'_');
-        return Cloze{QString(sentence).replace(range->start, range->length, gap), found};
+        return Cloze{.sentence = QString(sentence).replace(range->start, range->length, gap), .found = found};
     }
     return std::nullopt;
 }
@@ -50,7 +50,7 @@ template <class Wanted> std::optional<Example> lastExample(const WordEntry &entr
 
 ReviewQuestion question(const WordEntry &entry, QuestionType type)
 {
-    ReviewQuestion made{QUuid::createUuid(), entry, type, {}, {}, entry.headword, {}, {}};
+    ReviewQuestion made{.id = QUuid::createUuid(), .entry = entry, .type = type, .answer = entry.headword};
     if (const auto example = ReviewQuestion::example(entry)) {
         made.sentence = example->sentence;
         made.sentenceZh = example->sentenceZh;
@@ -60,7 +60,7 @@ ReviewQuestion question(const WordEntry &entry, QuestionType type)
 
 ReviewQuestion fillQuestion(const WordEntry &entry, qint64 blanks)
 {
-    ReviewQuestion made = question(entry, Spell{SpellMode::fill});
+    ReviewQuestion made = question(entry, Spell{.mode = SpellMode::fill});
     made.scaffold = SpellingScaffold::fillPattern(entry.headword, blanks);
     return made;
 }
@@ -71,7 +71,7 @@ ReviewQuestion chunkQuestion(const WordEntry &entry)
         SpellingScaffold::chunkPattern(entry.headword, entry.affixes.value_or(QList<Affix>()));
     if (!pattern)
         return fillQuestion(entry, 2);
-    ReviewQuestion made = question(entry, Spell{SpellMode::chunks});
+    ReviewQuestion made = question(entry, Spell{.mode = SpellMode::chunks});
     made.scaffold = pattern;
     return made;
 }
@@ -79,7 +79,7 @@ ReviewQuestion chunkQuestion(const WordEntry &entry)
 // Without a sentence that holds the word, it is spelled from its meaning alone.
 ReviewQuestion fullQuestion(const WordEntry &entry)
 {
-    ReviewQuestion made = question(entry, Spell{SpellMode::full});
+    ReviewQuestion made = question(entry, Spell{.mode = SpellMode::full});
     if (!made.sentence)
         return made;
     if (const auto blanked = cloze(*made.sentence, entry)) {
@@ -116,7 +116,7 @@ ReviewQuestion ReviewQuestion::spelling(const WordEntry &entry)
     case SpellMode::dictation:
         break;
     }
-    return question(entry, Spell{mode});
+    return question(entry, Spell{.mode = mode});
 }
 
 std::optional<Example> ReviewQuestion::example(const WordEntry &entry)

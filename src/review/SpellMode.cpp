@@ -11,13 +11,6 @@ SpellMode spellModeForLevel(qint64 level)
     return static_cast<SpellMode>(std::clamp<qint64>(level, 0, maxSpellLevel));
 }
 
-std::optional<SpellMode> spellModeFromRaw(qint64 value)
-{
-    if (value < 0 || value > maxSpellLevel)
-        return std::nullopt;
-    return static_cast<SpellMode>(value);
-}
-
 QString label(SpellMode mode)
 {
     switch (mode) {

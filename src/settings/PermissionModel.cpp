@@ -15,7 +15,12 @@ PermissionRow makeRow(Grant grant, const QString &title, const QString &purpose,
 {
     const QString detail = state.note.isEmpty() ? purpose : purpose + u'\n' + state.note;
     const QString request = state.granted ? u"现在打开"_s : u"去开启"_s;
-    return {grant, title, detail, state.granted, state.canRequest ? request : QString(), state.needsRelaunch};
+    return {.grant = grant,
+        .title = title,
+        .detail = detail,
+        .granted = state.granted,
+        .request = state.canRequest ? request : QString(),
+        .needsRelaunch = state.needsRelaunch};
 }
 
 } // namespace
