@@ -1,7 +1,7 @@
 #include "Ratios.h"
 #include "SampleNotebook.h"
+#include "coach/ActivityLog.h"
 #include "coach/CoachFacts.h"
-#include "coach/Diary.h"
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
@@ -92,18 +92,18 @@ void readLog(benchmark::State &state)
         benchmark::DoNotOptimize(learner.log.readLines());
 }
 
-void makeDiary(benchmark::State &state)
+void makeActivityLog(benchmark::State &state)
 {
     const auto events = Learner::of(state).facts.events();
     for (auto _ : state)
-        benchmark::DoNotOptimize(Diary(events, now).recent().size());
+        benchmark::DoNotOptimize(ActivityLog(events, now).recent().size());
 }
 
 BENCHMARK(buildFacts)->Arg(0)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(todayReview)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(decodeLog)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(readLog)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(makeDiary)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(makeActivityLog)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
@@ -112,7 +112,8 @@ int main(int argc, char **argv)
     return runWithRatios(argc, argv,
         {
             {"record of 100,000 events / of 10,000", "buildFacts/100000", {"buildFacts/10000"}, 12.0},
-            {"diary of 100,000 events / of 10,000", "makeDiary/100000", {"makeDiary/10000"}, 12.0},
-            {"diary of 100,000 events / decoding of the log", "makeDiary/100000", {"decodeLog/100000"}, 0.5},
+            {"log of 100,000 events / of 10,000", "makeActivityLog/100000", {"makeActivityLog/10000"}, 12.0},
+            {"log of 100,000 events / decoding of the log", "makeActivityLog/100000", {"decodeLog/100000"},
+                0.5},
         });
 }

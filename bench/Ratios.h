@@ -6,7 +6,7 @@
 
 namespace nimbrelle::bench {
 
-/// A figure that says more than its two times: both were measured in one run, so the machine's mood cancels
+/// A figure that says more than its two times: both were measured in one run, so the machine's load cancels
 /// out.
 struct Ratio {
     std::string label;

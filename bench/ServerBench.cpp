@@ -35,9 +35,9 @@ std::string sampleBundle()
     return text + "]}";
 }
 
-class House {
+class Servers {
 public:
-    House()
+    Servers()
     {
         std::string name = (std::filesystem::temp_directory_path() / "nimbrelle-bench-XXXXXX").string();
         if (!::mkdtemp(name.data()))
@@ -49,9 +49,9 @@ public:
         ours = std::make_unique<ServerProgram>(data(), std::vector<std::string>{"--no-access-log"});
         startNginx();
     }
-    House(const House &) = delete;
-    House &operator=(const House &) = delete;
-    ~House()
+    Servers(const Servers &) = delete;
+    Servers &operator=(const Servers &) = delete;
+    ~Servers()
     {
         ours.reset();
         nginx.reset();
@@ -84,7 +84,7 @@ private:
     std::string m_body = sampleBundle();
 };
 
-std::unique_ptr<House> house;
+std::unique_ptr<Servers> servers;
 
 double processorSeconds(pid_t process)
 {
@@ -111,27 +111,26 @@ std::unique_ptr<TlsClient> connected(std::uint16_t port)
 Reply ask(TlsClient &client, const std::string &request, int status)
 {
     auto reply = client.exchange(request);
-    if (!reply || reply->status != status)
-        throw std::runtime_error(
-            "an answer is missing or wrong: " + std::to_string(reply ? reply->status : 0));
-    return *reply;
+    if (reply.status != status)
+        throw std::runtime_error("an answer is missing or wrong: " + std::to_string(reply.status));
+    return reply;
 }
 
-std::string getText(const std::string &more = {})
+std::string getText(const std::string &headers = {})
 {
-    return requestText("GET", "/v1/bundle", house->token, more);
+    return requestText("GET", "/v1/bundle", servers->token, headers);
 }
 
 std::string putText(std::int64_t over)
 {
-    return requestText(
-        "PUT", "/v1/bundle", house->token, "If-Match: \"" + std::to_string(over) + "\"\r\n", house->body());
+    return requestText("PUT", "/v1/bundle", servers->token, "If-Match: \"" + std::to_string(over) + "\"\r\n",
+        servers->body());
 }
 
 std::int64_t currentVersion(TlsClient &client)
 {
     const auto reply = client.exchange(getText());
-    return reply && reply->status == 200 ? std::stoll(reply->header("etag").substr(1)) : 0;
+    return reply.status == 200 ? std::stoll(reply.header("etag").substr(1)) : 0;
 }
 
 void measureRequests(benchmark::State &state, std::uint16_t port, pid_t process, bool conditional)
@@ -154,26 +153,26 @@ void measureRequests(benchmark::State &state, std::uint16_t port, pid_t process,
 
 void ours(benchmark::State &state, bool conditional)
 {
-    measureRequests(state, house->ours->port(), house->ours->process(), conditional);
+    measureRequests(state, servers->ours->port(), servers->ours->process(), conditional);
 }
 
 void nginx(benchmark::State &state, bool conditional)
 {
-    if (!house->nginx)
+    if (!servers->nginx)
         return state.SkipWithError("nginx is not installed");
-    measureRequests(state, house->nginx->port(), house->nginx->process(), conditional);
+    measureRequests(state, servers->nginx->port(), servers->nginx->process(), conditional);
 }
 
 void getOneMegabyte(benchmark::State &state)
 {
-    const auto client = connected(house->ours->port());
+    const auto client = connected(servers->ours->port());
     for (auto _ : state)
         ask(*client, getText(), 200);
 }
 
 void putOneMegabyte(benchmark::State &state)
 {
-    const auto client = connected(house->ours->port());
+    const auto client = connected(servers->ours->port());
     std::int64_t version = currentVersion(*client);
     for (auto _ : state)
         ask(*client, putText(version++), 200);
@@ -181,10 +180,11 @@ void putOneMegabyte(benchmark::State &state)
 
 void writeAndFlush(benchmark::State &state)
 {
-    const auto file = house->folder / "raw";
+    const auto file = servers->folder / "raw";
     for (auto _ : state) {
         const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-        if (::write(descriptor, house->body().data(), house->body().size()) < 0 || ::fsync(descriptor) != 0)
+        if (::write(descriptor, servers->body().data(), servers->body().size()) < 0
+            || ::fsync(descriptor) != 0)
             state.SkipWithError("the disk refuses");
         ::close(descriptor);
     }
@@ -202,7 +202,7 @@ BENCHMARK(putOneMegabyte)->Iterations(30)->UseRealTime()->Repetitions(repetition
 
 int measure(int argc, char **argv)
 {
-    ask(*connected(house->ours->port()), putText(0), 200);
+    ask(*connected(servers->ours->port()), putText(0), 200);
     return runWithRatios(argc, argv,
         {
             {"conditional GET: processor time / nginx",
@@ -223,12 +223,12 @@ int measure(int argc, char **argv)
 int main(int argc, char **argv)
 {
     try {
-        house = std::make_unique<House>();
+        servers = std::make_unique<Servers>();
         const int code = measure(argc, argv);
-        house.reset();
+        servers.reset();
         return code;
     } catch (const std::exception &error) {
-        house.reset(); // ends the servers
+        servers.reset(); // ends the servers
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
     }

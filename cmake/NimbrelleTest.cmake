@@ -27,6 +27,7 @@ endfunction()
 function(nimbrelle_session_test)
     cmake_parse_arguments(arg "" "NAME" "SOURCES;LIBRARIES" ${ARGN})
     add_executable(${arg_NAME}_tests ${arg_SOURCES})
+    target_compile_options(${arg_NAME}_tests PRIVATE -Werror) # what is built for tests alone is held to it
     target_link_libraries(${arg_NAME}_tests PRIVATE nimbrelle_test_support ${arg_LIBRARIES})
     add_test(NAME ${arg_NAME}
         COMMAND "${CMAKE_SOURCE_DIR}/tests/support/x-session" $<TARGET_FILE:${arg_NAME}_tests>)

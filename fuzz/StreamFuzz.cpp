@@ -17,18 +17,18 @@ struct Outcome {
 Outcome read(const QByteArrayList &parts)
 {
     StreamReader reader;
-    RefusalReader refusal;
+    ErrorBodyReader body;
     Outcome outcome;
     bool isComplete = false;
     for (const QByteArray &part : parts) {
         outcome.pieces += reader.read(part);
-        isComplete = isComplete || refusal.completesWith(part);
+        isComplete = isComplete || body.completesWith(part);
     }
     if (!isComplete)
-        refusal.completesWith({});
+        body.completesWith({});
     outcome.pieces += reader.finish();
     outcome.isDone = reader.isDone();
-    outcome.refusal = refusal.text();
+    outcome.refusal = body.text();
     return outcome;
 }
 

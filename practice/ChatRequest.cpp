@@ -1,65 +1,53 @@
 #include "practice/ChatRequest.h"
 
+#include "practice/Json.h"
+
 #include <algorithm>
 #include <ranges>
-#include <rapidjson/document.h>
 
 namespace nimbrelle::practice {
-
-using Value = rapidjson::Value;
-
-static std::string_view textOf(const Value &object, const char *name)
-{
-    const auto found = object.FindMember(name);
-    if (found == object.MemberEnd() || !found->value.IsString())
-        return {};
-    return {found->value.GetString(), found->value.GetStringLength()};
-}
-
-static std::optional<std::vector<ChatMessage>> readMessages(const Value &request)
-{
-    const auto found = request.FindMember("messages");
-    if (found == request.MemberEnd() || !found->value.IsArray() || found->value.Empty())
-        return std::nullopt;
-    std::vector<ChatMessage> messages;
-    for (const Value &message : found->value.GetArray()) {
-        if (!message.IsObject() || textOf(message, "role").empty())
-            return std::nullopt;
-        messages.push_back({std::string(textOf(message, "role")), std::string(textOf(message, "content"))});
-    }
-    return messages;
-}
 
 std::optional<ChatRequest> readChatRequest(std::string_view json)
 {
     rapidjson::Document document;
     document.Parse<rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag>(
         json.data(), json.size());
-    if (document.HasParseError() || !document.IsObject())
+    if (document.HasParseError())
         return std::nullopt;
-    auto messages = readMessages(document);
-    if (!messages)
+    ChatRequest request;
+    for (const Value &message : listAt(document, "messages")) {
+        if (textAt(message, "role").empty())
+            return std::nullopt;
+        request.messages.push_back({.role = std::string(textAt(message, "role")),
+            .content = std::string(textAt(message, "content"))});
+    }
+    if (request.messages.empty())
         return std::nullopt;
-    ChatRequest request{std::move(*messages), false, false};
-    const auto stream = document.FindMember("stream");
-    request.stream = stream != document.MemberEnd() && stream->value.IsTrue();
-    const auto format = document.FindMember("response_format");
-    request.wantsJson = format != document.MemberEnd() && format->value.IsObject()
-        && textOf(format->value, "type") == "json_object";
+    request.stream = isTrueAt(document, "stream");
+    const Value *format = memberAt(document, "response_format");
+    request.wantsJson = format && textAt(*format, "type") == "json_object";
     return request;
+}
+
+template <typename Messages> static std::string_view firstOf(Messages &&messages, std::string_view role)
+{
+    const auto found = std::ranges::find(messages, role, &ChatMessage::role);
+    return found == std::ranges::end(messages) ? std::string_view() : found->content;
 }
 
 std::string_view ChatRequest::systemText() const
 {
-    const auto found = std::ranges::find(messages, "system", &ChatMessage::role);
-    return found == messages.end() ? std::string_view() : found->content;
+    return firstOf(messages, "system");
+}
+
+std::string_view ChatRequest::opening() const
+{
+    return firstOf(messages, "user");
 }
 
 std::string_view ChatRequest::question() const
 {
-    const auto fromBehind = std::views::reverse(messages);
-    const auto found = std::ranges::find(fromBehind, "user", &ChatMessage::role);
-    return found == fromBehind.end() ? std::string_view() : found->content;
+    return firstOf(std::views::reverse(messages), "user");
 }
 
 } // namespace nimbrelle::practice

@@ -18,9 +18,12 @@ struct ChatRequest {
     bool stream = false;
     bool wantsJson = false;
 
-    /// The content of the first system message, and of the last user message; empty when there is none.
+    /// The content of the first system message, and of the first and the last user message; empty when there
+    /// is none.
     std::string_view systemText() const;
+    std::string_view opening() const;
     std::string_view question() const;
+    bool isFirstQuestion() const { return opening().data() == question().data(); }
 };
 
 /// Absent for anything that is no such request.

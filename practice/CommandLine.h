@@ -2,11 +2,12 @@
 
 #include "practice/Server.h"
 
+#include <iosfwd>
 #include <variant>
 
 namespace nimbrelle::practice {
 
-enum class Mode { serve, showHelp, listWords };
+enum class Mode { serve, listWords };
 
 struct CommandLine {
     Mode mode = Mode::serve;
@@ -14,10 +15,8 @@ struct CommandLine {
     std::string portFile; ///< where to write the port once it is known; empty for nowhere
 };
 
-/// The options, or one sentence that says what is wrong with them. `arguments` are without the program's
-/// name.
-std::variant<CommandLine, std::string> readCommandLine(std::span<const std::string_view> arguments);
-
-std::string_view helpText();
+/// The options, or the exit code when all is said: the help on `out`, or one line on `errors` and 2.
+std::variant<CommandLine, int> readCommandLine(
+    int count, const char *const *arguments, std::ostream &out, std::ostream &errors);
 
 } // namespace nimbrelle::practice

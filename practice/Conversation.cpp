@@ -1,41 +1,112 @@
 #include "practice/Conversation.h"
 
-#include "practice/AskTalk.h"
-#include "practice/CoachTalk.h"
-#include "practice/Gloss.h"
+#include "practice/Explain.h"
+#include "practice/Mnemonic.h"
+#include "practice/Talk.h"
 
-#include <charconv>
+#include <algorithm>
+#include <unicode/regex.h>
 
 namespace nimbrelle::practice {
 
-std::optional<size_t> lengthLimitOf(std::string_view question)
+/// The first known words of a text, each once, with the grammar that they show in `context`.
+static std::vector<JsonObject> knownWords(
+    const Lexicon &lexicon, std::string_view text, std::string_view context)
 {
-    constexpr std::string_view mark = "不超过";
-    const size_t found = question.find(mark);
-    if (found == std::string_view::npos)
-        return std::nullopt;
-    const std::string_view rest = trimmed(question.substr(found + mark.size()));
-    size_t limit = 0;
-    const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), limit);
-    return error == std::errc() ? std::optional(limit) : std::nullopt;
+    constexpr size_t most = 4;
+    std::vector<JsonObject> subjects;
+    std::set<const Value *> seen;
+    const std::vector<Word> words = wordsOf(text);
+    for (const Match &match : lexicon.wordsIn(words)) {
+        if (subjects.size() == most || !seen.insert(match.of).second)
+            continue;
+        const JsonObject met = explain(lexicon, match.in(text, words), context);
+        subjects.emplace_back(*match.of);
+        if (!isTrueAt(met.value(), "sentence_is_example"))
+            subjects.back().copy(met.value(), {"grammar_note_zh"});
+    }
+    return subjects;
 }
 
-static std::string shortAnswer(const Lexicon &lexicon, std::string_view question, size_t limit)
+static std::string_view lastKnownWord(const Lexicon &lexicon, std::string_view text)
 {
-    const std::vector<KeyTerm> terms = keyTermsOf(lexicon, question, 1);
-    const std::string answer = terms.empty()
-        ? "练习词库里没有这个词"
-        : terms.front().text + "：" + terms.front().meaningZh + "（练习，非 AI）";
-    return firstCodePoints(answer, limit);
+    const std::vector<Word> words = wordsOf(text);
+    const std::vector<Match> known = lexicon.wordsIn(words);
+    return known.empty() ? std::string_view() : known.back().in(text, words);
+}
+
+/// A talk about a text opens with a message that has the text and, at its end, the word in question.
+static Subjects subjectsOfText(const Lexicon &lexicon, const ChatRequest &request)
+{
+    const std::string_view question = request.question();
+    const std::string_view context = request.isFirstQuestion() ? std::string_view() : request.opening();
+    const std::string text = std::string(lastKnownWord(lexicon, context)) + '\n' + std::string(context);
+    Subjects subjects;
+    subjects["named"] = knownWords(lexicon, question, context);
+    subjects["text"] = knownWords(lexicon, text, context);
+    const bool namesAny = !subjects["named"].empty();
+    subjects["asked"] = knownWords(lexicon, namesAny ? question : text, context);
+    return subjects;
+}
+
+static icu::UnicodeString unicode(std::string_view text)
+{
+    return icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
+}
+
+/// What a pattern of the talk file finds in a text: its groups, and what is known of the word in the first.
+static std::vector<JsonObject> caught(const Lexicon &lexicon, std::string_view pattern, std::string_view text)
+{
+    std::vector<JsonObject> subjects;
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeString searched = unicode(text);
+    icu::RegexMatcher matcher(unicode(pattern), searched, UREGEX_MULTILINE, status);
+    while (U_SUCCESS(status) && matcher.find()) {
+        std::string word, detail;
+        matcher.group(1, status).toUTF8String(word);
+        if (matcher.groupCount() > 1)
+            matcher.group(2, status).toUTF8String(detail);
+        const Value *entry = lexicon.entryOf(word);
+        JsonObject &subject = entry ? subjects.emplace_back(*entry) : subjects.emplace_back();
+        subject.set("1", word).set("2", detail).set("tip", tipOnOneLine(lexicon, word));
+    }
+    return subjects;
+}
+
+/// The words most worth the learner's time: those forgotten first, then the newest.
+static std::vector<JsonObject> watchedWords(const Lexicon &lexicon, std::string_view record)
+{
+    const auto patterns = memberAt(lexicon.talk(), "record");
+    std::vector<JsonObject> watched = caught(lexicon, textAt(*patterns, "forgotten"), record);
+    for (JsonObject &saved : caught(lexicon, textAt(*patterns, "saved"), record)) {
+        const auto same = [&saved](const JsonObject &word) {
+            return textAt(word.value(), "1") == textAt(saved.value(), "1");
+        };
+        if (std::ranges::none_of(watched, same))
+            watched.push_back(std::move(saved));
+    }
+    return watched;
+}
+
+static Subjects subjectsOfRecord(const Lexicon &lexicon, const ChatRequest &request)
+{
+    Subjects subjects;
+    for (const auto &[kind, pattern] : membersAt(lexicon.talk(), "record"))
+        subjects[kind.GetString()] = caught(lexicon, textOf(pattern), request.opening());
+    for (const auto &[kind, pattern] : membersAt(lexicon.talk(), "question"))
+        subjects[kind.GetString()] = caught(lexicon, textOf(pattern), request.question());
+    subjects["watched"] = watchedWords(lexicon, request.opening());
+    subjects["named"] = knownWords(lexicon, request.question(), {});
+    return subjects;
 }
 
 std::string converse(const Lexicon &lexicon, const ChatRequest &request)
 {
-    if (request.systemText().find("英语教练") != std::string_view::npos)
-        return coachTalk(lexicon, request) + "\n\n" + std::string(whatAnswersZh);
-    if (const auto limit = lengthLimitOf(request.question()))
-        return shortAnswer(lexicon, request.question(), *limit);
-    return askTalk(lexicon, request) + "\n\n" + std::string(whatAnswersZh);
+    constexpr std::string_view role = "教练"; // the coach's system text tells it what it is
+    const bool isCoach = request.systemText().find(role) != std::string_view::npos;
+    const Subjects subjects = isCoach ? subjectsOfRecord(lexicon, request) : subjectsOfText(lexicon, request);
+    const std::string_view coachs = request.isFirstQuestion() ? "briefing" : "coach";
+    return Talk(lexicon.talk(), subjects).answer(isCoach ? coachs : "ask", request.question());
 }
 
 } // namespace nimbrelle::practice

@@ -1,12 +1,10 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
 
-/// The JSON files of practice/lexicon, put into the program by the build.
 namespace nimbrelle::practice {
 
-std::vector<std::string_view> embeddedWordFiles();
-std::string_view embeddedSentences();
+/// A JSON file of practice/lexicon, put into the program by the build; `name` is without its ending.
+std::string_view embeddedFile(std::string_view name);
 
 } // namespace nimbrelle::practice

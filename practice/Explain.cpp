@@ -1,165 +1,140 @@
 #include "practice/Explain.h"
 
-#include "practice/Grammar.h"
 #include "practice/Sentences.h"
 
 #include <algorithm>
-#include <set>
 
 namespace nimbrelle::practice {
 
-static constexpr std::string_view selectionMark = "Selection: ";
-static constexpr std::string_view contextMark = "\nSurrounding text: ";
-
-std::optional<ExplainQuestion> readExplainQuestion(std::string_view message)
+JsonObject describe(const Value &entry, const Value &sense)
 {
-    if (!message.starts_with(selectionMark))
-        return std::nullopt;
-    message.remove_prefix(selectionMark.size());
-    const size_t mark = message.find(contextMark);
-    if (mark == std::string_view::npos)
-        return ExplainQuestion{std::string(message), {}};
-    const std::string_view context = message.substr(mark + contextMark.size());
-    return ExplainQuestion{
-        std::string(message.substr(0, mark)), context == "(none)" ? "" : std::string(context)};
+    JsonObject answer;
+    answer.copy(entry, {"headword", "phonetic", "definition_en", "register", "family_root", "affixes"});
+    answer.copy(sense, {"pos", "meaning_zh", "inflections"});
+    const bool isNeutral = textAt(entry, "register") == "neutral";
+    return std::move(answer.set("register_note_zh", isNeutral ? "" : textAt(entry, "note_zh")));
 }
 
-WordAnswer describe(const Entry &entry, const Sense &sense)
+JsonObject describeUnknown(std::string_view text)
 {
-    WordAnswer answer;
-    answer.headword = entry.headword;
-    answer.phonetic = entry.phonetic;
-    answer.pos = sense.pos;
-    answer.meaningZh = sense.meaningZh;
-    answer.definitionEn = entry.definitionEn;
-    answer.reg = entry.reg;
-    answer.registerNoteZh = entry.reg == "neutral" ? "" : entry.noteZh;
-    answer.inflections = sense.forms;
-    answer.familyRoot = entry.familyRoot;
-    answer.affixes = entry.affixes;
-    return answer;
+    std::string word = collapsed(trimmed(text, " \t\r\n.,;:!?\"'()[]{}<>*_~`|"));
+    if (word.empty())
+        word = collapsed(text);
+    JsonObject answer;
+    answer.set("headword", word).set("family_root", word).set("surface_form", word).set("form_kind", "base");
+    answer.set("meaning_zh", "练习词条：没有收录").set("register", "neutral").set("grammar", "none");
+    answer.set("sentence", "I came across \"" + word + "\" in a thread today.");
+    answer.set("sentence_zh", "我今天在一个帖子里碰到了“" + word + "”。");
+    return std::move(answer.set("sentence_is_example", Value(true)));
 }
 
-WordAnswer describeUnknown(std::string_view text)
+JsonObject &addExample(JsonObject &answer, const Value &sentence)
 {
-    WordAnswer answer;
-    answer.headword = collapsed(withoutEdgePunctuation(text));
-    if (answer.headword.empty())
-        answer.headword = collapsed(text);
-    answer.meaningZh = "练习词条：没有收录";
-    answer.familyRoot = answer.headword;
-    answer.surfaceForm = answer.headword;
-    answer.sentence = "I came across \"" + answer.headword + "\" in a thread today.";
-    answer.sentenceZh = "我今天在一个帖子里碰到了“" + answer.headword + "”。";
-    return answer;
+    answer.set("sentence", textAt(sentence, "en")).set("sentence_zh", textAt(sentence, "zh"));
+    return answer.set("sentence_is_example", Value(true));
 }
 
-/// A selection such as "has been running" leads with helpers; they belong to the surface, not to the word.
-static bool isHelper(const std::string &word)
+static void addSentence(JsonObject &answer, const Place &place)
 {
-    static const std::set<std::string> helpers = {"have", "has", "had", "be", "been", "being", "is", "are",
-        "was", "were", "am", "will", "would", "can", "could", "should", "must", "might", "may", "do", "does",
-        "did", "not", "never", "i", "you", "he", "she", "it", "we", "they", "to", "the", "a", "an"};
-    return helpers.contains(word) || word.find('\'') != std::string::npos;
+    answer.set("sentence", place.sentence).set("sentence_is_example", Value(false));
+    answer.set("sentence_zh", place.known ? textAt(*place.known, "zh") : "（练习模式没有这句的译文）");
 }
 
-struct Selection {
-    std::string text; ///< as marked, without the noise at its ends
-    size_t helpers = 0; ///< words in front of the word itself
-    std::span<const FormHit> hits;
+/// What was marked, and how its form reads. Of "has been running" that is the form at its end.
+struct Marked {
+    std::vector<Word> words;
+    std::string form;
+    std::span<const Reading> readings;
 };
 
-static constexpr size_t mostHelpers = 5;
-
-static Selection readSelection(const Lexicon &lexicon, std::string_view marked)
+static Marked readMarked(const Lexicon &lexicon, std::string_view selection)
 {
-    Selection selection{collapsed(withoutEdgePunctuation(marked)), 0, {}};
-    const std::vector<Word> words = wordsOf(selection.text);
-    for (size_t skipped = 0; skipped < std::min(words.size(), mostHelpers); ++skipped) {
-        selection.helpers = skipped;
-        selection.hits = lexicon.readingsOf(selection.text.substr(words[skipped].begin));
-        if (!selection.hits.empty() || !isHelper(words[skipped].folded))
-            break;
+    Marked marked{.words = wordsOf(selection), .form = keyOf(selection), .readings = {}};
+    marked.readings = lexicon.readingsOf(marked.form);
+    const std::vector<Match> known = lexicon.wordsIn(marked.words);
+    if (marked.readings.empty() && !known.empty() && known.back().end == marked.words.size()) {
+        marked.form = keyOf(std::span(marked.words).subspan(known.back().begin));
+        marked.readings = lexicon.readingsOf(marked.form);
     }
-    return selection;
+    return marked;
 }
 
-static void put(WordAnswer &answer, const GrammarReading &reading, std::string surface)
+/// The rule that a form shows, and the words that show it.
+struct Usage {
+    const Value *rule = nullptr;
+    std::string words;
+};
+
+/// The lexicon says it of its own sentences; elsewhere only what a form shows in any sentence is told.
+static Usage usageOf(const Lexicon &lexicon, const Marked &marked, const Place &place)
 {
-    answer.surfaceForm = std::move(surface);
-    answer.formKind = reading.hit.kind;
-    answer.grammar = reading.grammar;
-    answer.grammarNoteZh = reading.noteZh;
+    if (place.known) {
+        for (const auto &[words, rule] : membersAt(*place.known, "grammar")) {
+            if (keyHolds(keyOf(textOf(words)), marked.form))
+                return {.rule = lexicon.grammar(textOf(rule)), .words = std::string(textOf(words))};
+        }
+        return {};
+    }
+    const std::string_view form = marked.readings.front().form;
+    const auto isSame = [form](const Reading &reading) { return reading.form == form; };
+    if (!std::ranges::all_of(marked.readings, isSame))
+        return {};
+    return {.rule = lexicon.grammar(form), .words = place.surface};
 }
 
-static std::string translationOr(const Lexicon &lexicon, const std::string &sentence)
+static const Reading &fitting(std::span<const Reading> readings, const Value *rule)
 {
-    return lexicon.translationOf(sentence).value_or(std::string(noTranslationZh));
-}
-
-static WordAnswer explainIn(const Lexicon &lexicon, const Selection &selection, const FoundSentence &found)
-{
-    const std::vector<Word> words = wordsOf(found.text);
-    const size_t end = found.wordBegin + wordsOf(selection.text).size();
-    const Place place{found.text, words, found.wordBegin + selection.helpers, end};
-    const GrammarReading reading = readGrammar(selection.hits, place);
-    WordAnswer answer = describe(*reading.hit.entry, *reading.hit.sense);
-    put(answer, reading,
-        std::string(textOf(found.text, std::span(words).subspan(found.wordBegin, end - found.wordBegin))));
-    answer.sentence = found.text;
-    answer.sentenceIsExample = false;
-    answer.sentenceZh = translationOr(lexicon, found.text);
-    return answer;
-}
-
-static const ExampleSentence &exampleFor(const Entry &entry, std::string_view selection)
-{
-    const std::string key = " " + matchKey(selection) + " ";
-    const auto holds = [&key](const ExampleSentence &example) {
-        return (" " + matchKey(example.en) + " ").find(key) != std::string::npos;
+    const auto fits = [rule](const Reading &reading) {
+        const std::string_view pos = rule ? textAt(*rule, "pos") : "";
+        return rule && reading.form == textAt(*rule, "form")
+            && (pos.empty() || pos == textAt(*reading.sense, "pos"));
     };
-    const auto found = std::ranges::find_if(entry.examples, holds);
-    return found == entry.examples.end() ? entry.examples.front() : *found;
+    const auto found = std::ranges::find_if(readings, fits);
+    return found == readings.end() ? readings.front() : *found;
 }
 
-static WordAnswer explainByExample(const Lexicon &lexicon, const Selection &selection)
+static JsonObject explainAt(const Lexicon &lexicon, const Marked &marked, const Place &place)
 {
-    const Entry &entry = *selection.hits.front().entry;
-    const ExampleSentence &example = exampleFor(entry, selection.text);
-    const std::vector<Word> words = wordsOf(example.en);
-    const FormMatch match = lexicon.firstMatchOf(entry, words).value_or(FormMatch{0, words.size(), &entry});
-    const std::string surface(
-        textOf(example.en, std::span(words).subspan(match.begin, match.end - match.begin)));
-    const auto own = lexicon.readingsOf(surface);
-    const GrammarReading reading =
-        readGrammar(own.empty() ? selection.hits : own, {example.en, words, match.begin, match.end});
-    WordAnswer answer =
-        describe(entry, reading.hit.entry == &entry ? *reading.hit.sense : entry.usualSense());
-    put(answer, reading, surface);
-    answer.sentence = example.en;
-    answer.sentenceZh = example.zh;
+    const auto [rule, words] = usageOf(lexicon, marked, place);
+    const Reading &reading = fitting(marked.readings, rule);
+    JsonObject answer = describe(*reading.entry, *reading.sense);
+    addSentence(answer, place);
+    answer.set("surface_form", place.surface).set("form_kind", reading.form);
+    const std::string_view point = rule ? textAt(*rule, "point") : "";
+    answer.set("grammar", point.empty() ? "none" : point);
+    answer.set("grammar_note_zh", point.empty() ? "" : words + "：" + std::string(textAt(*rule, "note_zh")));
     return answer;
 }
 
-static WordAnswer explainUnknown(
-    const Lexicon &lexicon, std::string_view marked, const std::optional<FoundSentence> &found)
+/// In an example of the word's own, one with the marked form if there is any.
+static JsonObject explainByExample(const Lexicon &lexicon, const Marked &marked)
 {
-    WordAnswer answer = describeUnknown(marked);
-    if (found) {
-        answer.sentence = found->text;
-        answer.sentenceIsExample = false;
-        answer.sentenceZh = translationOr(lexicon, found->text);
-    }
-    return answer;
+    const Value &entry = *marked.readings.front().entry;
+    const auto examples = listAt(entry, "examples");
+    const auto holds = [&marked](const Value &example) {
+        return keyHolds(keyOf(textAt(example, "en")), marked.form);
+    };
+    const auto found = std::ranges::find_if(examples, holds);
+    const Value &example = found == examples.end() ? examples.front() : *found;
+    const std::string_view text = textAt(example, "en");
+    const std::vector<Word> words = wordsOf(text);
+    const std::vector<Match> known = lexicon.wordsIn(words);
+    const auto own = std::ranges::find(known, &entry, &Match::of);
+    JsonObject answer =
+        own == known.end() ? describe(entry, entry) : explain(lexicon, own->in(text, words), text);
+    return std::move(addExample(answer, example));
 }
 
-WordAnswer explain(const Lexicon &lexicon, const ExplainQuestion &question)
+JsonObject explain(const Lexicon &lexicon, std::string_view selection, std::string_view context)
 {
-    const Selection selection = readSelection(lexicon, question.selection);
-    const auto found = sentenceWith(question.context, selection.text);
-    if (selection.hits.empty())
-        return explainUnknown(lexicon, question.selection, found);
-    return found ? explainIn(lexicon, selection, *found) : explainByExample(lexicon, selection);
+    const Marked marked = readMarked(lexicon, selection);
+    const auto place = placeIn(lexicon, context, marked.words);
+    if (!marked.readings.empty())
+        return place ? explainAt(lexicon, marked, *place) : explainByExample(lexicon, marked);
+    JsonObject answer = describeUnknown(selection);
+    if (place)
+        addSentence(answer, *place);
+    return answer;
 }
 
 } // namespace nimbrelle::practice

@@ -1,205 +1,126 @@
 #include "practice/Lexicon.h"
 
-#include "practice/EditDistance.h"
+#include "practice/EmbeddedLexicon.h"
 
 #include <algorithm>
-#include <array>
+#include <stdexcept>
 
 namespace nimbrelle::practice {
 
-static constexpr std::array<std::string_view, 8> formKindNames = {
-    "base", "third_person", "ing", "past", "past_participle", "plural", "comparative", "superlative"};
+static constexpr size_t longestForm = 8; // in words
+static constexpr size_t longestSentence = 40;
 
-std::string_view nameOf(FormKind kind)
+Lexicon::Lexicon() : m_grammar(&readFile("grammar")), m_talk(&readFile("talk"))
 {
-    return formKindNames[static_cast<size_t>(kind)];
-}
-
-std::optional<FormKind> formKindOf(std::string_view name)
-{
-    const auto found = std::ranges::find(formKindNames, name);
-    if (found == formKindNames.end())
-        return std::nullopt;
-    return static_cast<FormKind>(found - formKindNames.begin());
-}
-
-bool Sense::isVerb() const
-{
-    return std::ranges::any_of(forms, [](const Form &form) { return form.kind == FormKind::past; });
-}
-
-/// "TL;DR" is typed "tldr" as often.
-static std::string withoutDividers(std::string_view headword)
-{
-    std::string key = matchKey(headword);
-    std::erase(key, ' ');
-    return key;
-}
-
-Lexicon::Lexicon(std::vector<Entry> entries, std::vector<ExampleSentence> sentences)
-    : m_entries(std::move(entries))
-{
-    for (const Entry &entry : m_entries) {
-        addForm(entry.headword, {&entry, &entry.usualSense(), FormKind::base});
-        if (entry.headword.find(' ') == std::string::npos)
-            addForm(withoutDividers(entry.headword), {&entry, &entry.usualSense(), FormKind::base});
-        for (const Sense &sense : entry.senses) {
-            for (const Form &form : sense.forms)
-                addForm(form.text, {&entry, &sense, form.kind});
-        }
-        for (const ExampleSentence &example : entry.examples)
-            addSentence(example);
+    for (const std::string_view name : {"everyday", "forum", "technical", "phrases", "names"}) {
+        for (const Value &entry : readFile(name).GetArray())
+            addEntry(entry);
     }
-    for (const ExampleSentence &sentence : sentences)
+    for (const Value &sentence : readFile("sentences").GetArray())
         addSentence(sentence);
 }
 
-void Lexicon::addForm(std::string_view form, FormHit hit)
+const Value &Lexicon::readFile(std::string_view name)
 {
-    const std::string key = matchKey(form);
-    std::vector<FormHit> &hits = m_forms[key];
-    const auto same = [&hit](const FormHit &other) {
-        return other.sense == hit.sense && other.kind == hit.kind;
+    const std::string_view json = embeddedFile(name);
+    rapidjson::Document &file = m_files.emplace_back();
+    file.Parse<rapidjson::kParseValidateEncodingFlag>(json.data(), json.size());
+    if (file.HasParseError() || !(file.IsArray() || file.IsObject()))
+        throw std::runtime_error("the lexicon's file " + std::string(name) + " is broken");
+    return file;
+}
+
+void Lexicon::addEntry(const Value &entry)
+{
+    const std::string_view headword = textAt(entry, "headword");
+    const Reading plain{.entry = &entry, .sense = &entry, .form = "base"};
+    m_entries.push_back(&entry);
+    addForm(keyOf(headword), plain);
+    if (headword.find(' ') == std::string_view::npos) { // "TL;DR" is typed "tldr" as often
+        std::string undivided = keyOf(headword);
+        std::erase(undivided, ' ');
+        addForm(undivided, plain);
+    }
+    addForms(entry, entry);
+    for (const Value &sense : listAt(entry, "also"))
+        addForms(entry, sense);
+    for (const Value &example : listAt(entry, "examples"))
+        addSentence(example);
+}
+
+void Lexicon::addForms(const Value &entry, const Value &sense)
+{
+    for (const auto &[name, form] : membersAt(sense, "inflections"))
+        addForm(keyOf(textOf(form)), {.entry = &entry, .sense = &sense, .form = textOf(name)});
+}
+
+void Lexicon::addForm(std::string_view key, const Reading &reading)
+{
+    std::vector<Reading> &readings = m_forms[std::string(key)];
+    const auto same = [&reading](const Reading &other) {
+        return other.sense == reading.sense && other.form == reading.form;
     };
-    if (std::ranges::none_of(hits, same))
-        hits.push_back(hit);
-    m_longestPhrase = std::max(m_longestPhrase, wordsOf(key).size());
+    if (std::ranges::none_of(readings, same))
+        readings.push_back(reading);
 }
 
-void Lexicon::addSentence(const ExampleSentence &sentence)
+void Lexicon::addSentence(const Value &sentence)
 {
-    m_translations.try_emplace(matchKey(sentence.en), sentence.zh);
-    for (const Word &word : wordsOf(sentence.en))
-        m_plainWords[word.folded] = true;
+    const std::vector<Word> words = wordsOf(textAt(sentence, "en"));
+    m_sentences.try_emplace(keyOf(words), &sentence);
+    for (const Word &word : words)
+        m_commonWords.insert(word.folded);
 }
 
-std::span<const FormHit> Lexicon::hitsOfKey(std::string_view key) const
+std::span<const Reading> Lexicon::readingsOf(std::string_view text) const
+{
+    const auto found = m_forms.find(keyOf(text));
+    return found == m_forms.end() ? std::span<const Reading>() : std::span(found->second);
+}
+
+const Value *Lexicon::entryOfKey(std::string_view key) const
 {
     const auto found = m_forms.find(key);
-    return found == m_forms.end() ? std::span<const FormHit>() : std::span(found->second);
-}
-
-const Entry *Lexicon::entryOfKey(std::string_view key) const
-{
-    const auto hits = hitsOfKey(key);
-    if (hits.empty())
+    if (found == m_forms.end())
         return nullptr;
-    const auto isHeadword = [key](const FormHit &hit) { return matchKey(hit.entry->headword) == key; };
-    const auto exact = std::ranges::find_if(hits, isHeadword);
-    return exact == hits.end() ? hits.front().entry : exact->entry;
+    const auto isHeadword = [key](const Reading &reading) {
+        return keyOf(textAt(*reading.entry, "headword")) == key;
+    };
+    const auto exact = std::ranges::find_if(found->second, isHeadword);
+    return (exact == found->second.end() ? found->second.front() : *exact).entry;
 }
 
-std::span<const FormHit> Lexicon::readingsOf(std::string_view text) const
+/// What `find` knows of the words' keys: the longest at each place, without overlaps.
+template <typename Find>
+static std::vector<Match> longestMatches(std::span<const Word> words, size_t longest, Find find)
 {
-    return hitsOfKey(matchKey(text));
-}
-
-const Entry *Lexicon::entryOf(std::string_view text) const
-{
-    return entryOfKey(matchKey(text));
-}
-
-std::vector<FormMatch> Lexicon::matchesIn(std::span<const Word> words) const
-{
-    std::vector<FormMatch> matches;
+    std::vector<Match> matches;
     for (size_t begin = 0; begin < words.size();) {
-        size_t end = begin;
-        const Entry *entry = nullptr;
+        Match match{.begin = begin, .end = begin, .of = nullptr};
         std::string key;
-        for (size_t i = begin; i < std::min(words.size(), begin + m_longestPhrase); ++i) {
-            key += (i == begin ? "" : " ") + words[i].folded;
-            if (const Entry *found = entryOfKey(key)) {
-                entry = found;
-                end = i + 1;
-            }
+        for (size_t end = begin; end < std::min(words.size(), begin + longest);) {
+            key += (key.empty() ? "" : " ") + words[end++].folded;
+            if (const Value *found = find(key))
+                match = {.begin = begin, .end = end, .of = found};
         }
-        if (entry)
-            matches.push_back({begin, end, entry});
-        begin = entry ? end : begin + 1;
+        if (match.of)
+            matches.push_back(match);
+        begin = std::max(match.end, begin + 1);
     }
     return matches;
 }
 
-std::optional<FormMatch> Lexicon::firstMatchOf(const Entry &entry, std::span<const Word> words) const
+std::vector<Match> Lexicon::wordsIn(std::span<const Word> words) const
 {
-    std::optional<FormMatch> best;
-    for (size_t begin = 0; begin < words.size() && !best; ++begin) {
-        std::string key;
-        for (size_t i = begin; i < std::min(words.size(), begin + m_longestPhrase); ++i) {
-            key += (i == begin ? "" : " ") + words[i].folded;
-            const auto mine = [&entry](const FormHit &hit) { return hit.entry == &entry; };
-            if (std::ranges::any_of(hitsOfKey(key), mine))
-                best = FormMatch{begin, i + 1, &entry};
-        }
-    }
-    return best;
+    return longestMatches(words, longestForm, [this](const std::string &key) { return entryOfKey(key); });
 }
 
-std::optional<std::string> Lexicon::translationOf(std::string_view sentence) const
+std::vector<Match> Lexicon::sentencesIn(std::span<const Word> words) const
 {
-    const auto found = m_translations.find(matchKey(sentence));
-    return found == m_translations.end() ? std::nullopt : std::optional(found->second);
-}
-
-/// Smaller is nearer; absent when the meaning has nothing of the query.
-static std::optional<size_t> distanceOfMeaning(const Entry &entry, std::string_view query)
-{
-    for (const std::string &key : entry.chinese) {
-        if (key == query)
-            return static_cast<size_t>(&key - entry.chinese.data());
-    }
-    constexpr size_t partly = 100;
-    for (const std::string &key : entry.chinese) {
-        if (key.find(query) != std::string::npos
-            || (codePointCount(key) > 1 && query.find(key) != std::string_view::npos))
-            return partly + codePointCount(key);
-    }
-    const auto means = [&](const Sense &sense) { return sense.meaningZh.find(query) != std::string::npos; };
-    return std::ranges::any_of(entry.senses, means) ? std::optional(2 * partly) : std::nullopt;
-}
-
-std::vector<const Entry *> Lexicon::byMeaning(std::string_view chinese) const
-{
-    const std::string query = collapsed(chinese);
-    std::vector<std::pair<size_t, const Entry *>> found;
-    for (const Entry &entry : m_entries) {
-        if (const auto distance = distanceOfMeaning(entry, query))
-            found.emplace_back(*distance, &entry);
-    }
-    std::ranges::stable_sort(found, {}, &std::pair<size_t, const Entry *>::first);
-    std::vector<const Entry *> entries;
-    for (const auto &[distance, entry] : found)
-        entries.push_back(entry);
-    return entries;
-}
-
-/// How many slips are forgiven. Names are typed wrong oftenest and seldom collide with a word.
-static size_t toleranceFor(size_t length, const Entry &entry)
-{
-    if (length < (entry.isName() ? 5u : 6u))
-        return 0;
-    return length < 9 ? 1 : 2;
-}
-
-const Entry *Lexicon::correctionOf(std::string_view typed) const
-{
-    const std::string key = matchKey(typed);
-    if (m_forms.contains(key) || m_plainWords.contains(key))
-        return nullptr;
-    const Entry *best = nullptr;
-    size_t bestDistance = 3;
-    for (const auto &[form, hits] : m_forms) {
-        const size_t longer = std::max(form.size(), key.size());
-        const size_t shorter = std::min(form.size(), key.size());
-        if (key.empty() || form.front() != key.front() || longer - shorter >= bestDistance)
-            continue;
-        const size_t distance = editDistance(key, form);
-        if (distance < bestDistance && distance <= toleranceFor(key.size(), *hits.front().entry)) {
-            best = hits.front().entry;
-            bestDistance = distance;
-        }
-    }
-    return best;
+    return longestMatches(words, longestSentence, [this](const std::string &key) -> const Value * {
+        const auto found = m_sentences.find(key);
+        return found == m_sentences.end() ? nullptr : found->second;
+    });
 }
 
 } // namespace nimbrelle::practice

@@ -1,117 +1,79 @@
 #pragma once
 
+#include "practice/Json.h"
 #include "practice/Text.h"
 
+#include <deque>
 #include <map>
-#include <optional>
-#include <span>
-#include <string>
-#include <string_view>
-#include <vector>
+#include <set>
 
-/// The words that the practice provider knows.
+/// What the practice provider knows. An entry is a word's object in the word files, a sense is the entry or
+/// one of its "also", and a sentence has its English, its Chinese and the grammar that its words show.
 namespace nimbrelle::practice {
 
-enum class FormKind { base, thirdPerson, ing, past, pastParticiple, plural, comparative, superlative };
-
-/// As the contracts write it, such as "past_participle"; back again, absent for anything else.
-std::string_view nameOf(FormKind kind);
-std::optional<FormKind> formKindOf(std::string_view name);
-
-struct Form {
-    FormKind kind = FormKind::base;
-    std::string text;
+/// One reading of a form: whose it is and which form of that word, as the contracts name it.
+struct Reading {
+    const Value *entry = nullptr;
+    const Value *sense = nullptr;
+    std::string_view form;
 };
 
-/// One part of speech of a word with what it means there. Names and set phrases have no forms.
-struct Sense {
-    std::string pos;
-    std::string meaningZh;
-    std::vector<Form> forms;
-
-    bool isVerb() const;
-};
-
-struct ExampleSentence {
-    std::string en;
-    std::string zh;
-};
-
-struct Alternative {
-    std::string text;
-    std::string meaningZh;
-};
-
-struct Entry {
-    std::string headword;
-    std::string phonetic;
-    std::string reg; ///< the register; the word itself is taken by the language
-    std::string definitionEn;
-    std::string noteZh; ///< when people use it, or what the name stands for
-    std::string familyRoot;
-    std::vector<std::string> affixes; ///< with their hyphen, such as "un-"
-    std::vector<ExampleSentence> examples;
-    std::string tipZh; ///< lines of a memory aid, or empty
-    std::vector<std::string> chinese;
-    std::vector<Alternative> alternatives;
-    std::vector<Sense> senses; ///< never empty; the first is the usual one
-    bool isBasic = false; ///< too plain to be named as a key term
-
-    const Sense &usualSense() const { return senses.front(); }
-    bool isName() const { return usualSense().pos == "name"; }
-};
-
-/// One reading of a form: whose it is and which form of that word.
-struct FormHit {
-    const Entry *entry = nullptr;
-    const Sense *sense = nullptr;
-    FormKind kind = FormKind::base;
-};
-
-/// Words `begin` to `end` (exclusive) of a text are a form of a word.
-struct FormMatch {
+/// Words `begin` to `end` (exclusive) of a text are this entry or sentence.
+struct Match {
     size_t begin = 0;
     size_t end = 0;
-    const Entry *entry = nullptr;
+    const Value *of = nullptr;
+
+    /// The part of `text`, whose words are `words`.
+    std::string_view in(std::string_view text, std::span<const Word> words) const
+    {
+        return textOf(text, words.subspan(begin, end - begin));
+    }
 };
 
 class Lexicon {
 public:
-    Lexicon(std::vector<Entry> entries, std::vector<ExampleSentence> sentences);
-    Lexicon(const Lexicon &) = delete; // hits point into the entries
+    /// Reads the files that the program carries with it.
+    Lexicon();
+    Lexicon(const Lexicon &) = delete; // what it hands out points into it
     Lexicon &operator=(const Lexicon &) = delete;
 
-    const std::vector<Entry> &entries() const { return m_entries; }
+    const std::vector<const Value *> &entries() const { return m_entries; }
 
     /// Every reading of a form or headword, in any case; empty when the text is unknown.
-    std::span<const FormHit> readingsOf(std::string_view text) const;
-    const Entry *entryOf(std::string_view text) const;
+    std::span<const Reading> readingsOf(std::string_view text) const;
+    /// Null when the text is unknown.
+    const Value *entryOf(std::string_view text) const { return entryOfKey(keyOf(text)); }
 
     /// All known words and phrases of `words`, the longest first at each place, without overlaps.
-    std::vector<FormMatch> matchesIn(std::span<const Word> words) const;
-    std::optional<FormMatch> firstMatchOf(const Entry &entry, std::span<const Word> words) const;
+    std::vector<Match> wordsIn(std::span<const Word> words) const;
+    /// The sentences that are known as a whole; punctuation and case may differ.
+    std::vector<Match> sentencesIn(std::span<const Word> words) const;
 
-    /// The translation of a sentence written for this project; punctuation and case may differ.
-    std::optional<std::string> translationOf(std::string_view sentence) const;
+    /// The keys of all forms, and whether a word stands in any known sentence.
+    const std::map<std::string, std::vector<Reading>, std::less<>> &forms() const { return m_forms; }
+    bool isCommon(const std::string &word) const { return m_commonWords.contains(word); }
 
-    /// Words whose meaning is, or else contains, the Chinese text; the nearest first.
-    std::vector<const Entry *> byMeaning(std::string_view chinese) const;
-
-    /// The word meant by a text with a slip or two in it, or null. Short texts and words known from the
-    /// sentences here are never "corrected".
-    const Entry *correctionOf(std::string_view typed) const;
+    /// A rule of the grammar file; null when there is none of this name.
+    const Value *grammar(std::string_view name) const { return memberAt(*m_grammar, name); }
+    /// What the conversations are made of.
+    const Value &talk() const { return *m_talk; }
 
 private:
-    std::span<const FormHit> hitsOfKey(std::string_view key) const; // of what matchKey() made
-    const Entry *entryOfKey(std::string_view key) const;
-    void addForm(std::string_view form, FormHit hit);
-    void addSentence(const ExampleSentence &sentence);
+    const Value &readFile(std::string_view name);
+    void addEntry(const Value &entry);
+    void addForm(std::string_view key, const Reading &reading);
+    void addForms(const Value &entry, const Value &sense);
+    void addSentence(const Value &sentence);
+    const Value *entryOfKey(std::string_view key) const;
 
-    std::vector<Entry> m_entries;
-    std::map<std::string, std::vector<FormHit>, std::less<>> m_forms;
-    std::map<std::string, std::string, std::less<>> m_translations;
-    std::map<std::string, bool, std::less<>> m_plainWords;
-    size_t m_longestPhrase = 1;
+    std::deque<rapidjson::Document> m_files;
+    const Value *m_grammar = nullptr;
+    const Value *m_talk = nullptr;
+    std::vector<const Value *> m_entries;
+    std::map<std::string, std::vector<Reading>, std::less<>> m_forms;
+    std::map<std::string, const Value *, std::less<>> m_sentences;
+    std::set<std::string, std::less<>> m_commonWords;
 };
 
 } // namespace nimbrelle::practice

@@ -1,53 +1,89 @@
 #include "practice/Lookup.h"
 
+#include "practice/Correction.h"
+#include "practice/Explain.h"
+
 #include <algorithm>
+#include <optional>
 
 namespace nimbrelle::practice {
 
-static constexpr size_t mostAlternatives = 3;
-
-static LookupAnswer answerWith(const Entry &entry)
+static JsonObject answerWith(const Value &entry)
 {
-    LookupAnswer answer{describe(entry, entry.usualSense()), entry.noteZh, false, {}};
-    answer.word.sentence = entry.examples.front().en;
-    answer.word.sentenceZh = entry.examples.front().zh;
-    answer.word.surfaceForm = entry.headword;
-    return answer;
+    JsonObject answer = describe(entry, entry);
+    addExample(answer, listAt(entry, "examples").front());
+    answer.set("about_zh", textAt(entry, "note_zh")).set("corrected", Value(false));
+    return std::move(answer.set("alternatives", std::span<const JsonObject>()));
 }
 
-static LookupAnswer answerUnknown(std::string_view query)
+static JsonObject answerUnknown(std::string_view query)
 {
-    return {describeUnknown(query), "内置的练习词库里没有它。在设置里填上自己的 API key，就能查到任何词。",
-        false, {}};
+    JsonObject answer = describeUnknown(query);
+    answer.set("about_zh", "内置的练习词库里没有它。在设置里填上自己的 API key，就能查到任何词。");
+    return std::move(answer.set("corrected", Value(false)));
 }
 
-static LookupAnswer lookUpChinese(const Lexicon &lexicon, std::string_view query)
+/// Smaller is nearer; absent when the entry's Chinese has nothing of the query.
+static std::optional<size_t> distanceOf(const Value &entry, std::string_view query)
 {
-    const std::vector<const Entry *> found = lexicon.byMeaning(query);
+    constexpr size_t partly = 1000;
+    constexpr size_t oneLetter = 3; // in bytes
+    std::optional<size_t> distance;
+    const auto keys = listAt(entry, "chinese");
+    for (size_t i = 0; i < keys.size(); ++i) {
+        const std::string_view key = textOf(keys[i]);
+        if (key == query)
+            return i;
+        const bool isPart = key.find(query) != std::string_view::npos
+            || (key.size() > oneLetter && query.find(key) != std::string_view::npos);
+        if (isPart && !distance)
+            distance = partly + key.size();
+    }
+    const bool isMeant = textAt(entry, "meaning_zh").find(query) != std::string_view::npos;
+    return distance || !isMeant ? distance : 2 * partly;
+}
+
+/// The entries whose meaning is, or else contains, the query, the nearest first.
+static std::vector<const Value *> entriesFor(const Lexicon &lexicon, std::string_view query)
+{
+    std::multimap<size_t, const Value *> found;
+    for (const Value *entry : lexicon.entries()) {
+        if (const auto distance = distanceOf(*entry, query))
+            found.emplace(*distance, entry);
+    }
+    std::vector<const Value *> entries;
+    for (const auto &[distance, entry] : found)
+        entries.push_back(entry);
+    return entries;
+}
+
+static JsonObject lookUpChinese(const Lexicon &lexicon, std::string_view query)
+{
+    constexpr size_t mostAlternatives = 3;
+    const std::vector<const Value *> found = entriesFor(lexicon, query);
     if (found.empty())
         return answerUnknown(query);
-    LookupAnswer answer = answerWith(*found.front());
-    answer.alternatives = found.front()->alternatives;
-    for (size_t i = 1; i < found.size() && answer.alternatives.size() < mostAlternatives; ++i) {
-        const auto same = [&](const Alternative &other) { return other.text == found[i]->headword; };
-        if (std::ranges::none_of(answer.alternatives, same))
-            answer.alternatives.push_back({found[i]->headword, found[i]->usualSense().meaningZh});
-    }
-    return answer;
+    std::vector<JsonObject> others;
+    const auto add = [&others](std::string_view text, std::string_view meaning) {
+        const auto same = [text](const JsonObject &other) { return textAt(other.value(), "text") == text; };
+        if (others.size() < mostAlternatives && std::ranges::none_of(others, same))
+            others.emplace_back().set("text", text).set("meaning_zh", meaning);
+    };
+    for (const Value &other : listAt(*found.front(), "alternatives"))
+        add(textAt(other, "text"), textAt(other, "meaning_zh"));
+    for (const Value *other : std::span(found).subspan(1))
+        add(textAt(*other, "headword"), textAt(*other, "meaning_zh"));
+    return std::move(answerWith(*found.front()).set("alternatives", others));
 }
 
-LookupAnswer lookUp(const Lexicon &lexicon, std::string_view query)
+JsonObject lookUp(const Lexicon &lexicon, std::string_view query)
 {
     if (containsHan(query))
-        return lookUpChinese(lexicon, query);
-    if (const Entry *entry = lexicon.entryOf(query))
+        return lookUpChinese(lexicon, collapsed(query));
+    if (const Value *entry = lexicon.entryOf(query))
         return answerWith(*entry);
-    const Entry *meant = lexicon.correctionOf(query);
-    if (!meant)
-        return answerUnknown(query);
-    LookupAnswer answer = answerWith(*meant);
-    answer.corrected = true;
-    return answer;
+    const Value *meant = correctionOf(lexicon, query);
+    return meant ? std::move(answerWith(*meant).set("corrected", Value(true))) : answerUnknown(query);
 }
 
 } // namespace nimbrelle::practice

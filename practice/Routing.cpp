@@ -1,103 +1,76 @@
 #include "practice/Routing.h"
 
-#include "practice/Contracts.h"
-#include "practice/JsonText.h"
-#include "practice/Pieces.h"
+#include "practice/Answer.h"
 
+#include <algorithm>
+#include <cctype>
 #include <chrono>
 
 namespace nimbrelle::practice {
 
-static constexpr std::string_view chatPath = "/chat/completions";
-static constexpr std::string_view model = "nimbrelle-practice";
-
 static Reply errorReply(
     unsigned status, std::string_view type, std::string_view code, std::string_view message)
 {
-    JsonText json;
-    json.object([&] {
-        json.key("error").object([&] {
-            json.member("message", message).member("type", type);
-            json.key("param").null();
-            json.member("code", code);
-        });
-    });
+    JsonObject error, envelope;
+    error.set("message", message).set("type", type).set("param", Value()).set("code", code);
     Reply reply;
     reply.status = status;
-    reply.parts = {json.text()};
+    reply.parts = {envelope.set("error", error).text()};
     return reply;
 }
 
-static std::string keyOf(std::string_view authorization)
+static std::string keyOf(const Request &request)
 {
-    constexpr std::string_view scheme = "bearer ";
-    if (!foldedAscii(authorization).starts_with(scheme))
+    const std::string_view scheme = "bearer ";
+    const auto isSame = [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); };
+    const std::string_view value = request.authorization;
+    if (!std::ranges::equal(scheme, value.substr(0, scheme.size()), isSame))
         return {};
-    return std::string(trimmed(authorization.substr(scheme.size())));
+    return std::string(trimmed(value.substr(scheme.size())));
 }
 
-static void writeHead(JsonText &json, std::string_view object)
+/// A completion or an event of a stream, with what its one choice says.
+static std::string choiceJson(
+    std::string_view kind, std::string_view member, const JsonObject &said, const Value &finishReason)
 {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
-    json.member("id", "practice").member("object", object);
-    json.key("created").integer(std::chrono::duration_cast<std::chrono::seconds>(now).count());
-    json.member("model", model);
+    std::vector<JsonObject> choices(1);
+    choices.front().set("index", Value(0)).set(member, said).set("finish_reason", finishReason);
+    JsonObject json;
+    json.set("id", "practice").set("object", kind).set("model", "nimbrelle-practice");
+    json.set("created", Value(int64_t{std::chrono::duration_cast<std::chrono::seconds>(now).count()}));
+    return json.set("choices", choices).text();
 }
 
 static std::string completionJson(std::string_view content)
 {
-    JsonText json;
-    json.object([&] {
-        writeHead(json, "chat.completion");
-        json.key("choices").array([&] {
-            json.object([&] {
-                json.key("index").integer(0);
-                json.key("message").object(
-                    [&] { json.member("role", "assistant").member("content", content); });
-                json.member("finish_reason", "stop");
-            });
-        });
-    });
-    return json.text();
+    JsonObject message;
+    message.set("role", "assistant").set("content", content);
+    return choiceJson("chat.completion", "message", message, Value("stop"));
 }
 
-/// One event of a stream; `key` names the member of its delta, and an empty key ends the answer.
-static std::string chunkEvent(std::string_view key, std::string_view text)
+static std::string chunkEvent(const JsonObject &delta, const Value &finishReason = Value())
 {
-    JsonText json;
-    json.object([&] {
-        writeHead(json, "chat.completion.chunk");
-        json.key("choices").array([&] {
-            json.object([&] {
-                json.key("index").integer(0);
-                json.key("delta").object([&] {
-                    if (!key.empty())
-                        json.member(key, text);
-                });
-                json.key("finish_reason");
-                key.empty() ? json.string("stop") : json.null();
-            });
-        });
-    });
-    return "data: " + json.text() + "\n\n";
+    return "data: " + choiceJson("chat.completion.chunk", "delta", delta, finishReason) + "\n\n";
 }
 
 static std::vector<std::string> streamEvents(std::string_view content, Failure failure)
 {
-    std::vector<std::string> events = {chunkEvent("role", "assistant")};
+    JsonObject delta;
+    std::vector<std::string> events = {chunkEvent(delta.set("role", "assistant"))};
     for (const std::string &piece : piecesOf(content)) {
-        events.push_back(chunkEvent("content", piece));
+        JsonObject grown;
+        events.push_back(chunkEvent(grown.set("content", piece)));
         if (failure == Failure::garbage)
             events.emplace_back("data: {\"choices\": [oops\n\n");
     }
-    events.push_back(chunkEvent({}, {}));
+    events.push_back(chunkEvent({}, Value("stop")));
     events.emplace_back("data: [DONE]\n\n");
     return events;
 }
 
-static Reply answerReply(const Lexicon &lexicon, const ChatRequest &chat, Failure failure)
+static Reply answerReply(const ChatRequest &chat, std::string_view content, Failure failure)
 {
-    const std::string content = answerContent(lexicon, chat);
     Reply reply;
     reply.stream = chat.stream;
     reply.waitsFirst = failure == Failure::slow;
@@ -112,9 +85,14 @@ static Reply answerReply(const Lexicon &lexicon, const ChatRequest &chat, Failur
     return reply;
 }
 
+static Reply badRequest(std::string_view message)
+{
+    return errorReply(400, "invalid_request_error", "bad_request", message);
+}
+
 static Reply chatReply(const Request &request, const Lexicon &lexicon, Failure always)
 {
-    const Failure byKey = failureOfKey(keyOf(request.authorization));
+    const Failure byKey = failureOfKey(keyOf(request));
     const Failure failure = always == Failure::none || byKey == Failure::unauthorized ? byKey : always;
     if (failure == Failure::unauthorized)
         return errorReply(
@@ -126,9 +104,11 @@ static Reply chatReply(const Request &request, const Lexicon &lexicon, Failure a
         return errorReply(500, "server_error", "internal_error", "The practice provider was told to fail.");
     const auto chat = readChatRequest(request.body);
     if (!chat)
-        return errorReply(
-            400, "invalid_request_error", "bad_request", "The body is no chat-completions request.");
-    return answerReply(lexicon, *chat, failure);
+        return badRequest("The body is no chat-completions request.");
+    const auto content = answerTo(lexicon, *chat);
+    return content
+        ? answerReply(*chat, *content, failure)
+        : badRequest("The practice provider knows no JSON answer with the members that are asked for.");
 }
 
 static Reply aboutReply(const Lexicon &lexicon)
@@ -157,7 +137,7 @@ Reply replyTo(const Request &request, const Lexicon &lexicon, Failure always)
 {
     if (request.bodyTooLarge)
         return errorReply(413, "invalid_request_error", "too_large", "The body is larger than 1 MiB.");
-    if (request.path.ends_with(chatPath))
+    if (request.path.ends_with("/chat/completions"))
         return request.method == "POST" ? chatReply(request, lexicon, always) : wrongMethod("POST");
     if (request.path == "/")
         return request.method == "GET" ? aboutReply(lexicon) : wrongMethod("GET");

@@ -5,7 +5,7 @@
 
 namespace nimbrelle::practice {
 
-inline constexpr size_t largestBody = 1024 * 1024;
+inline constexpr size_t largestBody = size_t{1024} * 1024;
 
 /// An HTTP request as the server took it in.
 struct Request {

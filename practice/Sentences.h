@@ -1,25 +1,23 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "practice/Lexicon.h"
 
-/// Finding the one sentence round a marked word in a text that may be full of buttons and counters.
+#include <optional>
+
 namespace nimbrelle::practice {
 
-/// The sentences of a text, white space collapsed. A line that runs on is joined with the next.
-std::vector<std::string> sentencesOf(std::string_view text);
+/// Where marked words stand.
+struct Place {
+    std::string sentence;
+    std::string surface; ///< the marked words as the sentence has them
+    const Value *known = nullptr; ///< the sentence in the lexicon; null for a sentence of elsewhere
+};
+
+/// The real sentence of `text` that holds the words next to each other. Where several do, it is the one
+/// nearest the middle, for a selection is sent with as much text behind it as before it.
+std::optional<Place> placeIn(const Lexicon &lexicon, std::string_view text, std::span<const Word> marked);
 
 /// False for labels, user names, counters and the like.
 bool looksLikeSentence(std::string_view text);
-
-struct FoundSentence {
-    std::string text;
-    size_t wordBegin = 0; ///< where the looked-for words stand, counted in words of `text`
-};
-
-/// The first real sentence of `text` that holds `words` next to each other, in any case.
-std::optional<FoundSentence> sentenceWith(std::string_view text, std::string_view words);
 
 } // namespace nimbrelle::practice

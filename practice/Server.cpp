@@ -76,7 +76,7 @@ static ssize_t send(void *opaque, uint64_t, char *buffer, size_t capacity)
         return MHD_CONTENT_READER_END_WITH_ERROR;
     const std::string &part = out.reply.parts[out.part];
     const size_t count = std::min({capacity, part.size() - out.offset, out.end - out.sent});
-    std::memcpy(buffer, part.data() + out.offset, count);
+    std::copy_n(part.data() + out.offset, count, buffer);
     out.offset += count;
     out.sent += count;
     if (out.offset == part.size()) {
@@ -102,8 +102,8 @@ MHD_Result Server::State::respond(MHD_Connection *connection, const Request &req
     const size_t end = reply.breaksOff ? length / 2 : length;
     const std::string type = reply.contentType;
     const std::string allow = reply.allow;
-    auto *out = new Outgoing{std::move(reply), pause, options.delay, 0, 0, 0, end};
-    constexpr size_t blockSize = 16 * 1024;
+    auto *out = new Outgoing{.reply = std::move(reply), .pause = pause, .delay = options.delay, .end = end};
+    constexpr size_t blockSize = size_t{16} * 1024;
     MHD_Response *response = MHD_create_response_from_callback(size, blockSize, send, out, forget);
     if (!response) {
         delete out;
@@ -121,7 +121,7 @@ static Request *newRequest(MHD_Connection *connection, const char *method, const
 {
     const char *authorization =
         MHD_lookup_connection_value(connection, MHD_HEADER_KIND, MHD_HTTP_HEADER_AUTHORIZATION);
-    return new Request{method, url, authorization ? authorization : "", {}, false};
+    return new Request{.method = method, .path = url, .authorization = authorization ? authorization : ""};
 }
 
 MHD_Result Server::State::receive(void *self, MHD_Connection *connection, const char *url, const char *method,

@@ -1,76 +1,49 @@
 #include "practice/Text.h"
 
-#include <algorithm>
-#include <cctype>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <unicode/brkiter.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/uscript.h>
+#include <unicode/utf8.h>
 
 namespace nimbrelle::practice {
 
-static constexpr std::string_view whiteSpace = " \t\r\n\f\v";
-
-static bool isAsciiLetterOrDigit(char32_t c)
+static bool isHan(UChar32 c)
 {
-    return c < 0x80 && std::isalnum(static_cast<int>(c)) != 0;
+    UErrorCode status = U_ZERO_ERROR;
+    return uscript_getScript(c, &status) == USCRIPT_HAN;
 }
 
-static bool isWordCharacter(char32_t c)
+static bool isLetter(UChar32 c)
 {
-    const bool latin = c >= 0xC0 && c <= 0x24F && c != 0xD7 && c != 0xF7;
-    return isAsciiLetterOrDigit(c) || latin;
+    return u_isalnum(c) && !isHan(c);
 }
 
-static bool isApostrophe(char32_t c)
+static bool isApostrophe(UChar32 c)
 {
     return c == U'\'' || c == U'’';
 }
 
-static size_t lengthOfSequence(unsigned char lead)
+/// The character at `at`, which is moved behind it; negative behind the end and for malformed bytes.
+static UChar32 next(std::string_view text, size_t &at)
 {
-    if (lead < 0x80)
-        return 1;
-    if (lead >= 0xF0)
-        return 4;
-    return lead >= 0xE0 ? 3 : 2;
-}
-
-/// The code point at `at`, which is moved behind it. Malformed bytes come out as U+FFFD, one at a time.
-static char32_t next(std::string_view text, size_t &at)
-{
-    const auto lead = static_cast<unsigned char>(text[at]);
-    const size_t length = lengthOfSequence(lead);
-    if (length == 1 || lead < 0xC2 || at + length > text.size()) {
-        ++at;
-        return lead < 0x80 ? lead : U'\uFFFD';
-    }
-    char32_t c = lead & (0x7Fu >> length);
-    for (size_t i = 1; i < length; ++i)
-        c = (c << 6) | (static_cast<unsigned char>(text[at + i]) & 0x3Fu);
-    at += length;
+    UChar32 c = U_SENTINEL;
+    if (at < text.size())
+        U8_NEXT(text.data(), at, text.size(), c);
     return c;
 }
 
-static void append(std::string &out, char32_t c)
+static std::string folded(std::string_view text)
 {
-    const auto byte = [&out](char32_t value) { out.push_back(static_cast<char>(value)); };
-    if (c < 0x80) {
-        byte(c);
-    } else if (c < 0x800) {
-        byte(0xC0 | (c >> 6));
-        byte(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        byte(0xE0 | (c >> 12));
-        byte(0x80 | ((c >> 6) & 0x3F));
-        byte(0x80 | (c & 0x3F));
-    } else {
-        byte(0xF0 | (c >> 18));
-        byte(0x80 | ((c >> 12) & 0x3F));
-        byte(0x80 | ((c >> 6) & 0x3F));
-        byte(0x80 | (c & 0x3F));
-    }
-}
-
-static bool continuesWord(std::string_view text, size_t at)
-{
-    return at < text.size() && isWordCharacter(next(text, at));
+    std::string out;
+    icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())})
+        .findAndReplace(u"’", u"'")
+        .foldCase()
+        .toUTF8String(out);
+    return out;
 }
 
 std::vector<Word> wordsOf(std::string_view text)
@@ -79,27 +52,37 @@ std::vector<Word> wordsOf(std::string_view text)
     bool inside = false;
     for (size_t at = 0; at < text.size();) {
         const size_t begin = at;
-        const char32_t c = next(text, at);
-        const bool joins = isWordCharacter(c) || (inside && isApostrophe(c) && continuesWord(text, at));
-        if (joins && !inside)
-            words.push_back({{}, begin, begin});
-        if (joins) {
-            append(words.back().folded, isApostrophe(c) ? U'\'' : c);
+        const UChar32 c = next(text, at);
+        size_t ahead = at;
+        inside = isLetter(c) || (inside && isApostrophe(c) && isLetter(next(text, ahead)));
+        const bool continues = inside && !words.empty() && words.back().end == begin;
+        if (inside && !continues)
+            words.push_back({.folded = {}, .begin = begin, .end = begin});
+        if (inside)
             words.back().end = at;
-        }
-        inside = joins;
     }
     for (Word &word : words)
-        word.folded = foldedAscii(word.folded);
+        word.folded = folded(text.substr(word.begin, word.end - word.begin));
     return words;
 }
 
-std::string matchKey(std::string_view text)
+std::string keyOf(std::span<const Word> words)
 {
     std::string key;
-    for (const Word &word : wordsOf(text))
+    for (const Word &word : words)
         key += (key.empty() ? "" : " ") + word.folded;
     return key;
+}
+
+std::string keyOf(std::string_view text)
+{
+    return keyOf(wordsOf(text));
+}
+
+bool keyHolds(std::string_view key, std::string_view part)
+{
+    const auto fenced = [](std::string_view words) { return " " + std::string(words) + " "; };
+    return fenced(key).find(fenced(part)) != std::string::npos;
 }
 
 std::string_view textOf(std::string_view text, std::span<const Word> words)
@@ -108,17 +91,25 @@ std::string_view textOf(std::string_view text, std::span<const Word> words)
                          : text.substr(words.front().begin, words.back().end - words.front().begin);
 }
 
-std::string foldedAscii(std::string_view text)
+bool containsHan(std::string_view text)
 {
-    std::string folded(text);
-    for (char &c : folded) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
+    for (size_t at = 0; at < text.size();) {
+        if (isHan(next(text, at)))
+            return true;
     }
-    return folded;
+    return false;
 }
 
-static std::string_view trimmedOf(std::string_view text, std::string_view unwanted)
+std::string_view beforeHan(std::string_view text)
+{
+    constexpr UChar32 firstOfCjk = 0x2E80;
+    size_t end = 0;
+    for (size_t at = 0; at < text.size() && next(text, at) < firstOfCjk;)
+        end = at;
+    return text.substr(0, end);
+}
+
+std::string_view trimmed(std::string_view text, std::string_view unwanted)
 {
     const size_t begin = text.find_first_not_of(unwanted);
     if (begin == std::string_view::npos)
@@ -126,85 +117,56 @@ static std::string_view trimmedOf(std::string_view text, std::string_view unwant
     return text.substr(begin, text.find_last_not_of(unwanted) - begin + 1);
 }
 
-std::string_view trimmed(std::string_view text)
-{
-    return trimmedOf(text, whiteSpace);
-}
-
 std::string collapsed(std::string_view text)
 {
+    std::istringstream in{std::string(text)};
     std::string out;
-    for (const char c : trimmed(text)) {
-        const bool blank = whiteSpace.find(c) != std::string_view::npos;
-        if (!blank)
-            out.push_back(c);
-        else if (out.back() != ' ')
-            out.push_back(' ');
-    }
+    for (std::string part; in >> part;)
+        out += (out.empty() ? "" : " ") + part;
     return out;
 }
 
-std::string_view withoutEdgePunctuation(std::string_view text)
+using Rules = std::unique_ptr<icu::BreakIterator>;
+
+static Rules rulesOf(icu::BreakIterator *(*make)(const icu::Locale &, UErrorCode &))
 {
-    return trimmedOf(text, " \t\r\n\f\v.,;:!?\"'()[]{}<>*_~`|");
+    UErrorCode status = U_ZERO_ERROR;
+    Rules rules(make(icu::Locale("en@ss=standard"), status)); // knows that "e.g." ends no sentence
+    if (U_FAILURE(status))
+        throw std::runtime_error(u_errorName(status));
+    return rules;
 }
 
-std::vector<std::string_view> split(std::string_view text, std::string_view separator)
+static std::vector<std::string_view> cut(icu::BreakIterator &rules, std::string_view text)
 {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::LocalUTextPointer opened(
+        utext_openUTF8(nullptr, text.data(), static_cast<int64_t>(text.size()), &status));
+    rules.setText(opened.getAlias(), status);
     std::vector<std::string_view> parts;
-    for (size_t at; (at = text.find(separator)) != std::string_view::npos;) {
-        parts.push_back(text.substr(0, at));
-        text.remove_prefix(at + separator.size());
-    }
-    parts.push_back(text);
+    for (int32_t begin = 0, end = rules.next(); end > 0; begin = end, end = rules.next())
+        parts.push_back(text.substr(static_cast<size_t>(begin), static_cast<size_t>(end - begin)));
     return parts;
 }
 
-std::string joined(std::span<const std::string> parts, std::string_view separator)
+std::vector<std::string_view> sentencesOf(std::string_view text)
 {
-    std::string out;
-    for (const std::string &part : parts) {
-        if (&part != &parts.front())
-            out += separator;
-        out += part;
+    static thread_local const Rules rules = rulesOf(icu::BreakIterator::createSentenceInstance);
+    return cut(*rules, text);
+}
+
+std::vector<std::string> piecesOf(std::string_view text)
+{
+    constexpr size_t cutsOfPiece = 3; // a cut is behind a Han letter or an English word, with its marks
+    static thread_local const Rules rules = rulesOf(icu::BreakIterator::createLineInstance);
+    std::vector<std::string> pieces;
+    size_t cuts = 0;
+    for (const std::string_view part : cut(*rules, text)) {
+        if (cuts++ % cutsOfPiece == 0)
+            pieces.emplace_back();
+        pieces.back() += part;
     }
-    return out;
-}
-
-std::u32string codePoints(std::string_view utf8)
-{
-    std::u32string out;
-    for (size_t at = 0; at < utf8.size();)
-        out.push_back(next(utf8, at));
-    return out;
-}
-
-std::string utf8(std::u32string_view codePoints)
-{
-    std::string out;
-    for (const char32_t c : codePoints)
-        append(out, c);
-    return out;
-}
-
-bool isHan(char32_t c)
-{
-    return (c >= 0x4E00 && c <= 0x9FFF) || (c >= 0x3400 && c <= 0x4DBF) || (c >= 0x20000 && c <= 0x323AF);
-}
-
-bool containsHan(std::string_view text)
-{
-    return std::ranges::any_of(codePoints(text), isHan);
-}
-
-size_t codePointCount(std::string_view text)
-{
-    return codePoints(text).size();
-}
-
-std::string firstCodePoints(std::string_view text, size_t count)
-{
-    return utf8(codePoints(text).substr(0, count));
+    return pieces;
 }
 
 } // namespace nimbrelle::practice

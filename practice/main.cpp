@@ -1,5 +1,4 @@
 #include "practice/CommandLine.h"
-#include "practice/LexiconReader.h"
 
 #include <csignal>
 #include <filesystem>
@@ -54,23 +53,13 @@ static int serve(const CommandLine &line, const Lexicon &lexicon)
     return 0;
 }
 
-static int run(std::span<const std::string_view> arguments)
+static int run(const CommandLine &line)
 {
-    const auto parsed = readCommandLine(arguments);
-    if (const auto *fault = std::get_if<std::string>(&parsed)) {
-        std::cerr << "nimbrelle-practice: " << *fault << " (see --help)\n";
-        return 2;
-    }
-    const auto &line = std::get<CommandLine>(parsed);
-    if (line.mode == Mode::showHelp) {
-        std::cout << helpText();
-        return 0;
-    }
-    const auto lexicon = embeddedLexicon();
+    const Lexicon lexicon;
     if (line.mode == Mode::serve)
-        return serve(line, *lexicon);
-    for (const Entry &entry : lexicon->entries())
-        std::cout << entry.headword << '\n';
+        return serve(line, lexicon);
+    for (const Value *entry : lexicon.entries())
+        std::cout << textAt(*entry, "headword") << '\n';
     return 0;
 }
 
@@ -78,9 +67,11 @@ static int run(std::span<const std::string_view> arguments)
 
 int main(int argc, char **argv)
 {
-    const std::vector<std::string_view> arguments(argv + 1, argv + argc);
+    using namespace nimbrelle::practice;
     try {
-        return nimbrelle::practice::run(arguments);
+        const auto parsed = readCommandLine(argc, argv, std::cout, std::cerr);
+        const auto *line = std::get_if<CommandLine>(&parsed);
+        return line ? run(*line) : std::get<int>(parsed);
     } catch (const std::exception &error) {
         std::cerr << "nimbrelle-practice: " << error.what() << '\n';
         return 1;

@@ -7,7 +7,7 @@ namespace nimbrelle::server {
 
 namespace {
 
-constexpr int deepest = 64;
+constexpr int maxDepth = 64;
 
 // A false result of any of these ends the reading.
 class WordCounter : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, WordCounter> {
@@ -34,7 +34,7 @@ public:
     bool StartObject()
     {
         countElement();
-        return !isWordsValue() && ++m_depth <= deepest;
+        return !isWordsValue() && ++m_depth <= maxDepth;
     }
     bool EndObject(rapidjson::SizeType)
     {
@@ -46,7 +46,7 @@ public:
         countElement();
         if (isWordsValue())
             m_words = 0;
-        return m_depth > 0 && ++m_depth <= deepest;
+        return m_depth > 0 && ++m_depth <= maxDepth;
     }
     bool EndArray(rapidjson::SizeType)
     {

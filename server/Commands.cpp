@@ -1,11 +1,11 @@
 #include "server/Commands.h"
 
-#include "server/DataDirectory.h"
-#include "server/Failure.h"
+#include "server/Clock.h"
 #include "server/Identity.h"
 #include "server/ServerUrl.h"
-#include "server/SqliteStore.h"
+#include "server/StoreFactory.h"
 #include "server/SyncCode.h"
+#include "server/VersionedWrite.h"
 
 #include <algorithm>
 #include <array>
@@ -18,23 +18,18 @@ namespace nimbrelle::server {
 namespace {
 
 constexpr std::size_t secretBytes = 32;
-constexpr std::size_t longestName = 64;
-
-std::chrono::sys_seconds now()
-{
-    return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-}
+constexpr std::size_t maxNameBytes = 64;
 
 // The data folder and its store, checked.
-struct House {
-    explicit House(const Options &options) : directory(options.data)
+struct Installation {
+    explicit Installation(const Options &options) : directory(options.data)
     {
-        directory.requireSetUp();
-        store = std::make_unique<SqliteStore>(directory.database());
+        directory.requirePrivate();
+        store = openStore(directory);
     }
 
     DataDirectory directory;
-    std::unique_ptr<SqliteStore> store;
+    std::unique_ptr<Store> store;
 };
 
 void requireUsableName(const std::string &name)
@@ -43,7 +38,7 @@ void requireUsableName(const std::string &name)
         const auto value = static_cast<unsigned char>(character);
         return value <= 0x20 || value == 0x7f;
     };
-    if (name.empty() || name.size() > longestName || name.front() == '-' || std::ranges::any_of(name, bad))
+    if (name.empty() || name.size() > maxNameBytes || name.front() == '-' || std::ranges::any_of(name, bad))
         throw UsageFailure("a notebook's name has 1 to 64 bytes, no blanks, and no - in front");
 }
 
@@ -55,7 +50,7 @@ ServerUrl parsedUrl(const std::string &text)
         "--url takes https://HOST or https://HOST:PORT and nothing behind it, not \"" + text + "\"");
 }
 
-Notebook chosen(Store &store, const std::string &name)
+Notebook selectedNotebook(Store &store, const std::string &name)
 {
     if (!name.empty()) {
         if (const auto notebook = store.notebookNamed(name))
@@ -70,7 +65,7 @@ Notebook chosen(Store &store, const std::string &name)
             : "there are several notebooks; say which. See: nimbrelle-server token list");
 }
 
-std::string secretIn(const DataDirectory &directory)
+std::string tokenSecret(const DataDirectory &directory)
 {
     const auto file = directory.tokenSecret();
     std::string secret = std::filesystem::exists(file) ? readFile(file) : "";
@@ -82,6 +77,12 @@ std::string secretIn(const DataDirectory &directory)
     return secret;
 }
 
+// 43 characters, 256 bits. Neither the database nor the secret alone gives it.
+std::string tokenFor(std::string_view secret, std::string_view salt)
+{
+    return base64Url(bytesOf(hmacSha256(secret, salt)));
+}
+
 std::string tokenOf(const Notebook &notebook, const DataDirectory &directory)
 {
     const std::string again = "nimbrelle-server token revoke " + notebook.name
@@ -89,22 +90,23 @@ std::string tokenOf(const Notebook &notebook, const DataDirectory &directory)
     if (!notebook.tokenHash)
         throw Failure("the token of \"" + notebook.name
             + "\" was revoked. Make another with: nimbrelle-server token add " + notebook.name);
-    const std::string token = tokenFor(secretIn(directory), notebook.tokenSalt);
+    const std::string token = tokenFor(tokenSecret(directory), notebook.tokenSalt);
     if (!equalInConstantTime(sha256(token), *notebook.tokenHash))
         throw Failure(
             "this code was made with another token.secret and can't be printed. For a new one: " + again);
     return token;
 }
 
-void showCode(House &house, const Notebook &notebook, const Options &options, std::ostream &out,
-    Commands::Screen screen)
+void showCode(const Installation &installation, const Notebook &notebook, const Options &options,
+    std::ostream &out, Commands::Output output)
 {
-    const SyncCode code{house.store->setting(Setting::url).value_or(""), tokenOf(notebook, house.directory),
-        loadIdentity(house.directory).pin()};
+    const SyncCode code{.server = installation.store->setting(Setting::url).value_or(""),
+        .token = tokenOf(notebook, installation.directory),
+        .pin = loadIdentity(installation.directory).pin()};
     out << "The sync code of \"" << notebook.name
         << "\". It holds the password: give it to your own devices only.\n\n"
         << code.text() << "\n\n";
-    const bool inTerminal = options.qr == Options::Qr::inTerminal && screen == Commands::Screen::terminal;
+    const bool inTerminal = options.qr == Options::Qr::inTerminal && output == Commands::Output::terminal;
     if (inTerminal || options.qr == Options::Qr::always)
         out << terminalQr(code.text()) << '\n';
 }
@@ -122,22 +124,22 @@ void makeFiles(const DataDirectory &directory, const ServerUrl &url)
         writePrivateFile(directory.tokenSecret(), randomBytes(secretBytes));
 }
 
-Notebook added(House &house, const std::string &name)
+Notebook addNotebook(const Installation &installation, const std::string &name)
 {
     const std::string salt = randomBytes(secretBytes);
-    const Digest hash = sha256(tokenFor(secretIn(house.directory), salt));
-    if (const auto present = house.store->notebookNamed(name)) {
+    const Digest hash = sha256(tokenFor(tokenSecret(installation.directory), salt));
+    if (const auto present = installation.store->notebookNamed(name)) {
         if (present->tokenHash)
             throw Failure(
                 "\"" + name + "\" is there already. Print its code with: nimbrelle-server code " + name);
-        house.store->setToken(present->id, salt, hash);
+        installation.store->setToken(present->id, salt, hash);
     } else {
-        house.store->addNotebook(name, salt, hash, now());
+        installation.store->addNotebook(name, salt, hash, now());
     }
-    return *house.store->notebookNamed(name);
+    return *installation.store->notebookNamed(name);
 }
 
-std::string shownTime(std::chrono::sys_seconds time)
+std::string localTimeText(std::chrono::sys_seconds time)
 {
     const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
     std::tm parts{};
@@ -149,7 +151,7 @@ std::string shownTime(std::chrono::sys_seconds time)
 
 void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 {
-    out << std::setw(9) << record.version << "  " << shownTime(record.writtenAt) << std::setw(9)
+    out << std::setw(9) << record.version << "  " << localTimeText(record.writtenAt) << std::setw(9)
         << record.words << " words" << std::setw(12) << record.bytes << " bytes"
         << (isNewest ? "  current" : "") << (record.beforeLoss ? "  before a third of the words went" : "")
         << '\n';
@@ -157,87 +159,83 @@ void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 
 } // namespace
 
-std::string tokenFor(std::string_view secret, std::string_view salt)
-{
-    return base64Url(bytesOf(hmacSha256(secret, salt)));
-}
-
-void Commands::init(const Options &options, std::ostream &out, Screen screen)
+void Commands::init(const Options &options, std::ostream &out, Output output)
 {
     const DataDirectory directory(options.data);
     const std::string name = options.name.empty() ? "notebook" : options.name;
     requireUsableName(name);
-    const std::uint16_t port = options.port.value_or(usualPort);
-    const ServerUrl url = options.url ? parsedUrl(*options.url) : ServerUrl{guessedHost(), port};
+    const std::uint16_t port = options.port.value_or(defaultPort);
+    const ServerUrl url =
+        options.url ? parsedUrl(*options.url) : ServerUrl{.host = guessedHost(), .port = port};
 
     directory.create();
     makeFiles(directory, url);
-    SqliteStore::create(directory.database());
-    House house(options);
-    if (!house.store->notebooks().empty())
+    createStore(directory);
+    const Installation installation(options);
+    if (!installation.store->notebooks().empty())
         throw Failure(directory.path().string()
             + " is set up already. Print a code with: nimbrelle-server code; change the address in it with: "
               "nimbrelle-server code --url https://HOST:PORT");
-    house.store->setSetting(Setting::url, url.text());
-    house.store->setSetting(Setting::port, std::to_string(port));
-    house.store->setSetting(Setting::bind, options.bind.value_or(""));
+    installation.store->setSetting(Setting::url, url.text());
+    installation.store->setSetting(Setting::port, std::to_string(port));
+    installation.store->setSetting(Setting::bind, options.bind.value_or(""));
 
     out << "All that this server keeps is in " << directory.path().string() << ".\n"
         << "Devices will look for it at " << url.text()
         << (options.url ? ".\n"
                         : ", which is a guess. If they reach it elsewhere: nimbrelle-server code --url "
                           "https://HOST:PORT\n");
-    showCode(house, added(house, name), options, out, screen);
+    showCode(installation, addNotebook(installation, name), options, out, output);
     out << "Start the server with: nimbrelle-server serve\n";
 }
 
-void Commands::addToken(const Options &options, std::ostream &out, Screen screen)
+void Commands::addToken(const Options &options, std::ostream &out, Output output)
 {
     requireUsableName(options.name);
-    House house(options);
-    const Notebook notebook = added(house, options.name);
+    const Installation installation(options);
+    const Notebook notebook = addNotebook(installation, options.name);
     if (notebook.version > 0)
         out << "\"" << notebook.name << "\" has a new token; its words are as they were.\n";
-    showCode(house, notebook, options, out, screen);
+    showCode(installation, notebook, options, out, output);
 }
 
 void Commands::listTokens(const Options &options, std::ostream &out)
 {
-    const House house(options);
-    for (const Notebook &notebook : house.store->notebooks()) {
+    const Installation installation(options);
+    for (const Notebook &notebook : installation.store->notebooks()) {
         out << notebook.name << (notebook.tokenHash ? "" : "  (revoked)") << "\n    since "
-            << shownTime(notebook.createdAt);
-        const auto history = house.store->history(notebook.id);
+            << localTimeText(notebook.createdAt);
+        const auto history = installation.store->history(notebook.id);
         if (history.empty())
             out << ", nothing stored yet\n";
         else
-            out << ", version " << notebook.version << " of " << shownTime(history.back().writtenAt)
+            out << ", version " << notebook.version << " of " << localTimeText(history.back().writtenAt)
                 << " with " << history.back().words << " words, " << history.size() << " versions kept\n";
     }
 }
 
 void Commands::revokeToken(const Options &options, std::ostream &out)
 {
-    const House house(options);
-    const Notebook notebook = chosen(*house.store, options.name);
-    house.store->setToken(notebook.id, notebook.tokenSalt, std::nullopt);
+    const Installation installation(options);
+    const Notebook notebook = selectedNotebook(*installation.store, options.name);
+    installation.store->setToken(notebook.id, notebook.tokenSalt, std::nullopt);
     out << "No device can reach \"" << notebook.name << "\" any more; its words are kept. A new token: "
         << "nimbrelle-server token add " << notebook.name << '\n';
 }
 
-void Commands::printCode(const Options &options, std::ostream &out, Screen screen)
+void Commands::printCode(const Options &options, std::ostream &out, Output output)
 {
-    House house(options);
+    const Installation installation(options);
     if (options.url)
-        house.store->setSetting(Setting::url, parsedUrl(*options.url).text());
-    showCode(house, chosen(*house.store, options.name), options, out, screen);
+        installation.store->setSetting(Setting::url, parsedUrl(*options.url).text());
+    showCode(installation, selectedNotebook(*installation.store, options.name), options, out, output);
 }
 
 void Commands::printHistory(const Options &options, std::ostream &out)
 {
-    const House house(options);
-    const Notebook notebook = chosen(*house.store, options.name);
-    const auto records = house.store->history(notebook.id);
+    const Installation installation(options);
+    const Notebook notebook = selectedNotebook(*installation.store, options.name);
+    const auto records = installation.store->history(notebook.id);
     if (records.empty())
         out << "Nothing is stored yet in \"" << notebook.name << "\".\n";
     for (const VersionRecord &record : records)
@@ -246,9 +244,9 @@ void Commands::printHistory(const Options &options, std::ostream &out)
 
 void Commands::restore(const Options &options, std::ostream &out)
 {
-    const House house(options);
-    const Notebook notebook = chosen(*house.store, options.name);
-    const auto raised = house.store->restore(notebook.id, options.version, now());
+    const Installation installation(options);
+    const Notebook notebook = selectedNotebook(*installation.store, options.name);
+    const auto raised = restoreVersion(*installation.store, notebook.id, options.version, now());
     if (!raised)
         throw Failure("version " + std::to_string(options.version) + " of \"" + notebook.name
             + "\" is not kept. See: nimbrelle-server history " + notebook.name);

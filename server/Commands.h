@@ -7,16 +7,16 @@
 
 namespace nimbrelle::server {
 
-/// The commands that end by themselves. Each throws Failure with one line for the person.
+/// The commands that end by themselves. Each throws Failure.
 namespace Commands {
 
-enum class Screen { terminal, file };
+enum class Output { terminal, file };
 
-void init(const Options &options, std::ostream &out, Screen screen);
-void addToken(const Options &options, std::ostream &out, Screen screen);
+void init(const Options &options, std::ostream &out, Output output);
+void addToken(const Options &options, std::ostream &out, Output output);
 void listTokens(const Options &options, std::ostream &out);
 void revokeToken(const Options &options, std::ostream &out);
-void printCode(const Options &options, std::ostream &out, Screen screen);
+void printCode(const Options &options, std::ostream &out, Output output);
 void printHistory(const Options &options, std::ostream &out);
 void restore(const Options &options, std::ostream &out);
 
@@ -32,10 +32,6 @@ inline constexpr std::string_view port = "port";
 inline constexpr std::string_view bind = "bind";
 } // namespace Setting
 
-inline constexpr std::uint16_t usualPort = 8443;
-
-/// The token that belongs to a salt: 43 characters, 256 bits. Neither the database nor the secret alone gives
-/// it.
-std::string tokenFor(std::string_view secret, std::string_view salt);
+inline constexpr std::uint16_t defaultPort = 8443;
 
 } // namespace nimbrelle::server

@@ -50,7 +50,7 @@ std::optional<EntityTags> EntityTags::parse(std::string_view text)
         skip(text, blanks);
         if (!opaque || (!text.empty() && text.front() != ','))
             return std::nullopt;
-        tags.m_tags.push_back({*opaque, weak});
+        tags.m_tags.push_back({.opaque = *opaque, .weak = weak});
     }
     return tags.m_tags.empty() ? std::nullopt : std::optional(tags);
 }

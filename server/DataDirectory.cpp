@@ -14,9 +14,9 @@ namespace nimbrelle::server {
 
 namespace {
 
-constexpr mode_t othersMay = S_IRWXG | S_IRWXO;
+constexpr mode_t accessForOthers = S_IRWXG | S_IRWXO;
 
-[[noreturn]] void failFor(const std::filesystem::path &path, const char *what)
+[[noreturn]] void throwSystemError(const std::filesystem::path &path, const char *what)
 {
     const std::string reason = std::strerror(errno);
     throw Failure("cannot " + std::string(what) + " " + path.string() + ": " + reason
@@ -48,18 +48,18 @@ void writeAll(const File &file, std::string_view bytes, const std::filesystem::p
     while (!bytes.empty()) {
         const ssize_t written = ::write(file.descriptor(), bytes.data(), bytes.size());
         if (written < 0 && errno != EINTR)
-            failFor(path, "write");
+            throwSystemError(path, "write");
         if (written > 0)
             bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     if (::fsync(file.descriptor()) != 0)
-        failFor(path, "flush");
+        throwSystemError(path, "flush");
 }
 
-void requireHidden(const std::filesystem::path &path, const char *mode)
+void requireMode(const std::filesystem::path &path, const char *mode)
 {
     struct stat status { };
-    if (::stat(path.c_str(), &status) == 0 && (status.st_mode & othersMay) != 0)
+    if (::stat(path.c_str(), &status) == 0 && (status.st_mode & accessForOthers) != 0)
         throw Failure(path.string() + " is open to other users of this machine. Close it with: chmod " + mode
             + " '" + path.string() + "'");
 }
@@ -68,7 +68,7 @@ void requireHidden(const std::filesystem::path &path, const char *mode)
 
 DataDirectory::DataDirectory(std::filesystem::path path) : m_path(std::move(path)) { }
 
-std::filesystem::path DataDirectory::usual()
+std::filesystem::path DataDirectory::defaultPath()
 {
     const auto from = [](const char *name) {
         const char *value = std::getenv(name);
@@ -89,7 +89,7 @@ void DataDirectory::create() const
     if (!m_path.parent_path().empty())
         std::filesystem::create_directories(m_path.parent_path(), error);
     if (::mkdir(m_path.c_str(), 0700) != 0 && errno != EEXIST)
-        failFor(m_path, "create");
+        throwSystemError(m_path, "create");
     requirePrivate();
 }
 
@@ -100,30 +100,22 @@ void DataDirectory::requirePrivate() const
         if (errno == ENOENT)
             throw Failure("there is no data folder " + m_path.string()
                 + ". Make one with: nimbrelle-server init, or name the right one with --data DIR.");
-        failFor(m_path, "look at");
+        throwSystemError(m_path, "look at");
     }
     if (!S_ISDIR(status.st_mode))
         throw Failure(m_path.string() + " is not a folder; name another one with --data DIR.");
     if (::access(m_path.c_str(), R_OK | W_OK | X_OK) != 0)
-        failFor(m_path, "use the data folder");
-    requireHidden(m_path, "700");
+        throwSystemError(m_path, "use the data folder");
+    requireMode(m_path, "700");
     for (const auto &file : {key(), tokenSecret(), database()})
-        requireHidden(file, "600");
-}
-
-void DataDirectory::requireSetUp() const
-{
-    requirePrivate();
-    if (!std::filesystem::exists(database()))
-        throw Failure("nothing is set up in " + m_path.string()
-            + ". Do it with: nimbrelle-server init, or name the right folder with --data DIR.");
+        requireMode(file, "600");
 }
 
 std::string readFile(const std::filesystem::path &path)
 {
     const File file(path, O_RDONLY);
     if (!file.isOpen())
-        failFor(path, "read");
+        throwSystemError(path, "read");
     std::string bytes;
     std::array<char, 4096> piece{};
     for (;;) {
@@ -131,7 +123,7 @@ std::string readFile(const std::filesystem::path &path)
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            failFor(path, "read");
+            throwSystemError(path, "read");
         if (count == 0)
             return bytes;
         bytes.append(piece.data(), static_cast<std::size_t>(count));
@@ -146,11 +138,11 @@ void writePrivateFile(const std::filesystem::path &path, std::string_view bytes)
     {
         const File file(temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
         if (!file.isOpen())
-            failFor(temporary, "create");
+            throwSystemError(temporary, "create");
         writeAll(file, bytes, temporary);
     }
     if (::rename(temporary.c_str(), path.c_str()) != 0)
-        failFor(path, "replace");
+        throwSystemError(path, "replace");
     const File directory(path.parent_path(), O_RDONLY | O_DIRECTORY);
     if (directory.isOpen())
         ::fsync(directory.descriptor());

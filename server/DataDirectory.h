@@ -12,7 +12,7 @@ public:
     explicit DataDirectory(std::filesystem::path path);
 
     /// NIMBRELLE_SERVER_DATA, else nimbrelle-server in the user's data folder.
-    static std::filesystem::path usual();
+    static std::filesystem::path defaultPath();
 
     const std::filesystem::path &path() const { return m_path; }
     std::filesystem::path database() const { return m_path / "notebooks.db"; }
@@ -26,8 +26,6 @@ public:
 
     /// Throws Failure when the folder is missing or when others on this machine could read what is in it.
     void requirePrivate() const;
-    /// As well when init has not done its work here.
-    void requireSetUp() const;
 
 private:
     std::filesystem::path m_path;

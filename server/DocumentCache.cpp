@@ -8,7 +8,7 @@ DocumentCache::DocumentCache(std::size_t byteLimit) : m_byteLimit(byteLimit) { }
 
 std::shared_ptr<const Document> DocumentCache::find(std::int64_t notebook, std::int64_t version)
 {
-    const std::lock_guard held(m_mutex);
+    const std::lock_guard lock(m_mutex);
     const auto entry = m_entries.find(notebook);
     if (entry == m_entries.end() || entry->second.document->version != version)
         return nullptr;
@@ -18,7 +18,7 @@ std::shared_ptr<const Document> DocumentCache::find(std::int64_t notebook, std::
 
 void DocumentCache::put(std::int64_t notebook, std::shared_ptr<const Document> document)
 {
-    const std::lock_guard held(m_mutex);
+    const std::lock_guard lock(m_mutex);
     const auto present = m_entries.find(notebook);
     // Two requests may arrive here in another order than they read.
     if (present != m_entries.end() && present->second.document->version >= document->version)
@@ -29,7 +29,7 @@ void DocumentCache::put(std::int64_t notebook, std::shared_ptr<const Document> d
     while (m_bytes + document->body.size() > m_byteLimit)
         dropLeastUsed();
     m_bytes += document->body.size();
-    m_entries.emplace(notebook, Entry{std::move(document), ++m_uses});
+    m_entries.emplace(notebook, Entry{.document = std::move(document), .lastUse = ++m_uses});
 }
 
 void DocumentCache::drop(std::int64_t notebook)

@@ -4,30 +4,31 @@
 #include <array>
 #include <charconv>
 #include <ctime>
+#include <strings.h>
 
 namespace nimbrelle::server {
 
 namespace {
 
 // A refused body up to this long is read and dropped, so that the connection stays in use.
-constexpr std::uint64_t mostDropped = 1 << 20;
+constexpr std::uint64_t maxDiscardedBody = 1 << 20;
 
-using Response = std::unique_ptr<MHD_Response, decltype(&MHD_destroy_response)>;
+using MhdResponse = std::unique_ptr<MHD_Response, decltype(&MHD_destroy_response)>;
 
-std::optional<std::string> headerOf(MHD_Connection *wire, const char *name)
+// Several lines of one name are joined with a comma.
+std::optional<std::string> headerOf(MHD_Connection *mhd, const char *name)
 {
     struct Search {
-        std::string_view name;
+        const char *name;
         std::optional<std::string> value;
-    } search{name, std::nullopt};
+    } search{.name = name, .value = std::nullopt};
     const auto collect = [](void *context, MHD_ValueKind, const char *key, const char *value) {
-        auto &into = *static_cast<Search *>(context);
-        const auto sameLetter = [](char a, char b) { return (a | 0x20) == (b | 0x20); };
-        if (std::ranges::equal(std::string_view(key), into.name, sameLetter))
-            into.value = (into.value ? *into.value + ',' : std::string()) + (value ? value : "");
+        auto &found = *static_cast<Search *>(context);
+        if (::strcasecmp(key, found.name) == 0)
+            found.value = (found.value ? *found.value + ',' : std::string()) + (value ? value : "");
         return MHD_YES;
     };
-    MHD_get_connection_values(wire, MHD_HEADER_KIND, collect, &search);
+    MHD_get_connection_values(mhd, MHD_HEADER_KIND, collect, &search);
     return search.value;
 }
 
@@ -39,7 +40,7 @@ std::optional<std::uint64_t> parsedLength(const std::optional<std::string> &text
     return length;
 }
 
-std::string timeText()
+std::string utcTimeText()
 {
     const std::time_t now = std::time(nullptr);
     std::tm parts{};
@@ -49,44 +50,44 @@ std::string timeText()
     return text.data();
 }
 
-Response documentResponse(const std::shared_ptr<const Document> &document)
+MhdResponse documentResponse(const std::shared_ptr<const Document> &document)
 {
-    auto *keeper = new std::shared_ptr<const Document>(document);
+    auto *owner = new std::shared_ptr<const Document>(document);
     const auto release = [](void *context) {
         delete static_cast<std::shared_ptr<const Document> *>(context);
     };
     auto *bytes = const_cast<char *>(document->body.data()); // only read
     MHD_Response *response =
-        MHD_create_response_from_buffer_with_free_callback_cls(document->body.size(), bytes, release, keeper);
+        MHD_create_response_from_buffer_with_free_callback_cls(document->body.size(), bytes, release, owner);
     if (!response)
-        release(keeper);
+        release(owner);
     return {response, &MHD_destroy_response};
 }
 
-Response textResponse(const std::string &text)
+MhdResponse textResponse(const std::string &text)
 {
     std::string line = text.empty() ? text : text + '\n';
     return {MHD_create_response_from_buffer(line.size(), line.data(), MHD_RESPMEM_MUST_COPY),
         &MHD_destroy_response};
 }
 
-void addHeaders(MHD_Response *response, const Answer &answer)
+void addHeaders(MHD_Response *mhdResponse, const Response &response)
 {
     const auto add = [&](const char *name, const std::string &value) {
-        MHD_add_response_header(response, name, value.c_str());
+        MHD_add_response_header(mhdResponse, name, value.c_str());
     };
     add("Cache-Control", "private, no-cache");
-    if (answer.version)
-        add("ETag", entityTag(*answer.version));
-    if (answer.document)
+    if (response.version)
+        add("ETag", entityTag(*response.version));
+    if (response.document)
         add("Content-Type", "application/json");
-    else if (!answer.text.empty())
+    else if (!response.text.empty())
         add("Content-Type", "text/plain; charset=utf-8");
-    if (!answer.allow.empty())
-        add("Allow", answer.allow);
-    if (answer.status == 401)
+    if (!response.allow.empty())
+        add("Allow", response.allow);
+    if (response.status == 401)
         add("WWW-Authenticate", "Bearer realm=\"nimbrelle\"");
-    if (answer.status == 503)
+    if (response.status == 503)
         add("Retry-After", "30");
 }
 
@@ -100,54 +101,58 @@ std::string shownMethod(const std::string &method)
 
 } // namespace
 
-Exchange::Exchange(HttpServer &server, HttpServer::Connection &connection, MHD_Connection *wire,
+Exchange::Exchange(HttpServer &server, HttpServer::Connection &connection, MHD_Connection *mhd,
     std::string method, std::string path)
     : m_server(server)
     , m_connection(connection)
-    , m_wire(wire)
+    , m_mhd(mhd)
     , m_method(std::move(method))
     , m_path(std::move(path))
 {
-    m_server.exchangeBegins();
-    m_server.m_watch.allow(m_connection.entry, m_server.m_limits.bodyTime);
+    m_server.beginRequest();
+    m_server.m_watchdog.setTimeout(m_connection.entry, m_server.m_limits.bodyTimeout);
 }
 
 Exchange::~Exchange()
 {
     log();
-    m_server.m_watch.allow(m_connection.entry, m_server.m_limits.headTime);
-    m_server.exchangeEnds();
+    m_server.m_watchdog.setTimeout(m_connection.entry, m_server.m_limits.headTimeout);
+    m_server.endRequest();
 }
 
 RequestHead Exchange::head() const
 {
-    return {m_method, m_path, headerOf(m_wire, "Authorization"), headerOf(m_wire, "If-Match"),
-        headerOf(m_wire, "If-None-Match"), parsedLength(headerOf(m_wire, "Content-Length"))};
+    return {.method = m_method,
+        .path = m_path,
+        .authorization = headerOf(m_mhd, "Authorization"),
+        .ifMatch = headerOf(m_mhd, "If-Match"),
+        .ifNoneMatch = headerOf(m_mhd, "If-None-Match"),
+        .contentLength = parsedLength(headerOf(m_mhd, "Content-Length"))};
 }
 
 MHD_Result Exchange::begin()
 {
     const RequestHead request = head();
-    Admission admission = m_server.m_api.admit(request);
-    m_notebookName = admission.notebookName;
-    if (auto *write = std::get_if<AdmittedWrite>(&admission.next)) {
+    HeadResult result = m_server.m_api.handleHead(request);
+    m_notebookName = result.notebookName;
+    if (auto *write = std::get_if<PendingWrite>(&result.next)) {
         m_write = std::move(*write);
         m_body.emplace(m_server.m_budget, m_server.m_limits.maxBody, request.contentLength);
         return MHD_YES;
     }
-    m_answer = std::get<Answer>(std::move(admission.next));
+    m_response = std::get<Response>(std::move(result.next));
     if (!refusesBody(request))
         return MHD_YES;
-    m_connection.ending = ConnectionWatch::Ending::lingering;
-    return send(m_answer);
+    m_connection.close = ConnectionWatchdog::Close::lingering;
+    return send(m_response);
 }
 
-// Whether the answer goes out before the body came; the connection then closes. Who asked whether to go on
+// Whether the response goes out before the body came; the connection then closes. Who asked whether to go on
 // gets told at once.
 bool Exchange::refusesBody(const RequestHead &request) const
 {
     const std::uint64_t length = request.contentLength.value_or(0);
-    return length > mostDropped || (length > 0 && headerOf(m_wire, "Expect").has_value());
+    return length > maxDiscardedBody || (length > 0 && headerOf(m_mhd, "Expect").has_value());
 }
 
 void Exchange::receive(std::string_view piece)
@@ -156,50 +161,51 @@ void Exchange::receive(std::string_view piece)
     if (!m_write)
         return;
     const auto outcome = m_body->append(piece);
-    if (outcome == HeldBody::Outcome::kept)
+    if (outcome == RequestBody::Outcome::kept)
         return;
-    // An answer can't be given in the middle of a body: the rest is dropped, within its time.
+    // A response can't be given in the middle of a body: the rest is dropped, within its time.
     m_write.reset();
-    if (outcome == HeldBody::Outcome::tooLong)
-        m_answer = {.status = 413, .text = "The body is too long."};
+    if (outcome == RequestBody::Outcome::tooLong)
+        m_response = {.status = 413, .text = "The body is too long."};
     else
-        m_answer = {.status = 503, .text = "Too much is being received; try again later."};
+        m_response = {.status = 503, .text = "Too much is being received; try again later."};
 }
 
-MHD_Result Exchange::answer()
+MHD_Result Exchange::respond()
 {
     if (m_write)
-        m_answer = m_server.m_api.finish(*m_write, m_body->take());
-    return send(m_answer);
+        m_response = m_server.m_api.handleBody(*m_write, m_body->take());
+    return send(m_response);
 }
 
-MHD_Result Exchange::send(const Answer &answer)
+MHD_Result Exchange::send(const Response &response)
 {
-    const Response response = answer.document ? documentResponse(answer.document) : textResponse(answer.text);
-    if (!response)
+    const auto &document = response.document;
+    const MhdResponse mhdResponse = document ? documentResponse(document) : textResponse(response.text);
+    if (!mhdResponse)
         return MHD_NO;
-    addHeaders(response.get(), answer);
-    m_status = answer.status;
-    m_sent = answer.document && m_method != "HEAD" ? answer.document->body.size() : 0;
-    return MHD_queue_response(m_wire, answer.status, response.get());
+    addHeaders(mhdResponse.get(), response);
+    m_status = response.status;
+    m_sent = document && m_method != "HEAD" ? document->body.size() : 0;
+    return MHD_queue_response(m_mhd, response.status, mhdResponse.get());
 }
 
 void Exchange::log() const
 {
     using std::chrono::milliseconds;
-    if (!m_server.m_log.eachRequest && m_answer.trouble.empty())
+    if (!m_server.m_log.eachRequest && m_response.errorDetail.empty())
         return;
-    const auto *address = MHD_get_connection_info(m_wire, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
-    const auto took = std::chrono::duration_cast<milliseconds>(ConnectionWatch::Clock::now() - m_start);
-    std::string line = timeText() + ' ' + (address ? addressText(address->client_addr) : "-") + ' '
+    const auto *address = MHD_get_connection_info(m_mhd, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
+    const auto took = std::chrono::duration_cast<milliseconds>(ConnectionWatchdog::Clock::now() - m_start);
+    std::string line = utcTimeText() + ' ' + (address ? addressText(address->client_addr) : "-") + ' '
         + (m_notebookName.empty() ? "-" : m_notebookName) + ' ' + shownMethod(m_method) + ' '
         + (SyncApi::knowsPath(m_path) ? m_path : "(other)") + ' '
         + (m_status > 0 ? std::to_string(m_status) : "-") + " in=" + std::to_string(m_received)
         + " out=" + std::to_string(m_sent) + ' ' + std::to_string(took.count()) + "ms";
-    if (m_cut)
+    if (m_aborted)
         line += " broken off";
-    if (!m_answer.trouble.empty())
-        line += ": " + m_answer.trouble;
+    if (!m_response.errorDetail.empty())
+        line += ": " + m_response.errorDetail;
     m_server.m_log.write(line);
 }
 

@@ -11,7 +11,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The command itself was wrong, not the world around it: exit code 2.
+/// The command itself was wrong: exit code 2.
 class UsageFailure : public Failure {
 public:
     using Failure::Failure;

@@ -2,7 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
-#include <span>
+#include <optional>
 #include <vector>
 
 namespace nimbrelle::server {
@@ -16,17 +16,17 @@ struct VersionRecord {
     bool beforeLoss = false; ///< the version after it held at most two thirds of its words
 };
 
+/// What a new version does to the ones before it.
+struct HistoryChange {
+    std::optional<std::int64_t> beforeLoss; ///< to be marked so
+    std::vector<std::int64_t> dropped; ///< in order of version
+};
+
 namespace HistoryPolicy {
 
-inline constexpr std::size_t newestKept = 20;
-inline constexpr std::chrono::days dailyKept{60};
-
-bool losesThird(std::int64_t wordsBefore, std::int64_t wordsAfter);
-
-/// Kept are the newest twenty, the last of each UTC day of the past sixty, and all before a loss.
-/// `oldestFirst` is in order of version; so is the result.
-std::vector<std::int64_t> versionsToDrop(
-    std::span<const VersionRecord> oldestFirst, std::chrono::sys_seconds now);
+/// Kept are the newest twenty, the last of each UTC day of the past sixty, and all before a loss. `records`
+/// are those kept so far, in order of version; the past is counted from when `added` was written.
+HistoryChange changeFor(const VersionRecord &added, std::vector<VersionRecord> records);
 
 } // namespace HistoryPolicy
 

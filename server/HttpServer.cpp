@@ -5,7 +5,6 @@
 
 #include <array>
 #include <csignal>
-#include <cstring>
 #include <microhttpd.h>
 
 namespace nimbrelle::server {
@@ -13,48 +12,59 @@ namespace nimbrelle::server {
 namespace {
 
 constexpr const char *tlsPriorities = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2:%SERVER_PRECEDENCE";
-constexpr std::size_t connectionMemory = 48 * 1024;
+constexpr std::intptr_t connectionMemory = 48 * 1024;
 
-std::chrono::sys_seconds systemNow()
+MHD_OptionItem number(MHD_OPTION option, std::intptr_t value)
 {
-    return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    return {.option = option, .value = value, .ptr_value = nullptr};
+}
+
+MHD_OptionItem text(MHD_OPTION option, const char *value)
+{
+    return {.option = option, .value = 0, .ptr_value = const_cast<char *>(value)}; // only read
+}
+
+MHD_OptionItem callback(MHD_OPTION option, auto *function, void *context)
+{
+    return {.option = option, .value = reinterpret_cast<std::intptr_t>(function), .ptr_value = context};
 }
 
 } // namespace
 
-/// What the server library calls; its signatures, our objects. No exception may pass through it.
+/// What the server library calls; its signatures, and contexts that are our objects. No exception may pass
+/// through it.
 struct HttpCallbacks {
     static void connection(
-        void *context, MHD_Connection *wire, void **own, MHD_ConnectionNotificationCode code)
+        void *context, MHD_Connection *mhd, void **state, MHD_ConnectionNotificationCode code)
     {
         auto &server = *static_cast<HttpServer *>(context);
         if (code == MHD_CONNECTION_NOTIFY_STARTED) {
-            const auto *socket = MHD_get_connection_info(wire, MHD_CONNECTION_INFO_CONNECTION_FD);
-            auto *entry = server.m_watch.add(socket->connect_fd, server.m_limits.headTime);
-            *own = new HttpServer::Connection{entry};
+            const auto *socket = MHD_get_connection_info(mhd, MHD_CONNECTION_INFO_CONNECTION_FD);
+            auto *entry = server.m_watchdog.add(socket->connect_fd, server.m_limits.headTimeout);
+            *state = new HttpServer::Connection{.entry = entry};
             return;
         }
-        const std::unique_ptr<HttpServer::Connection> ended(static_cast<HttpServer::Connection *>(*own));
-        *own = nullptr;
-        if (ended)
-            server.m_watch.remove(ended->entry, ended->ending);
+        const std::unique_ptr<HttpServer::Connection> closed(static_cast<HttpServer::Connection *>(*state));
+        *state = nullptr;
+        if (closed)
+            server.m_watchdog.remove(closed->entry, closed->close);
     }
 
-    static MHD_Result request(void *context, MHD_Connection *wire, const char *url, const char *method,
-        const char *, const char *bytes, std::size_t *count, void **own)
+    static MHD_Result request(void *context, MHD_Connection *mhd, const char *url, const char *method,
+        const char *, const char *bytes, std::size_t *count, void **state)
     {
         try {
-            if (!*own) {
-                const auto *info = MHD_get_connection_info(wire, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
+            if (!*state) {
+                const auto *info = MHD_get_connection_info(mhd, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
                 auto &connection = *static_cast<HttpServer::Connection *>(info->socket_context);
                 auto *exchange =
-                    new Exchange(*static_cast<HttpServer *>(context), connection, wire, method, url);
-                *own = exchange;
+                    new Exchange(*static_cast<HttpServer *>(context), connection, mhd, method, url);
+                *state = exchange;
                 return exchange->begin();
             }
-            auto &exchange = *static_cast<Exchange *>(*own);
+            auto &exchange = *static_cast<Exchange *>(*state);
             if (*count == 0)
-                return exchange.answer();
+                return exchange.respond();
             exchange.receive({bytes, *count});
             *count = 0;
             return MHD_YES;
@@ -63,22 +73,22 @@ struct HttpCallbacks {
         }
     }
 
-    static void completed(void *, MHD_Connection *, void **own, MHD_RequestTerminationCode code)
+    static void completed(void *, MHD_Connection *, void **state, MHD_RequestTerminationCode code)
     {
-        const std::unique_ptr<Exchange> exchange(static_cast<Exchange *>(*own));
-        *own = nullptr;
+        const std::unique_ptr<Exchange> exchange(static_cast<Exchange *>(*state));
+        *state = nullptr;
         if (exchange && code != MHD_REQUEST_TERMINATED_COMPLETED_OK)
-            exchange->markCut();
+            exchange->markAborted();
     }
 };
 
 HttpServer::HttpServer(std::unique_ptr<ListeningSocket> socket, const Identity &identity, Store &store,
-    const ServerLimits &limits, Log log, SyncApi::Now now)
+    const ServerLimits &limits, Log log)
     : m_socket(std::move(socket))
     , m_limits(limits)
     , m_log(std::move(log))
-    , m_api(store, limits.maxBody, now ? std::move(now) : systemNow)
-    , m_budget(limits.maxHeld)
+    , m_api(store, limits.maxBody)
+    , m_budget(limits.maxBuffered)
 {
     std::signal(SIGPIPE, SIG_IGN); // a peer that is gone is an error of the write, not our end
     startDaemon(identity);
@@ -87,23 +97,21 @@ HttpServer::HttpServer(std::unique_ptr<ListeningSocket> socket, const Identity &
 void HttpServer::startDaemon(const Identity &identity)
 {
     unsigned flags = MHD_USE_EPOLL_INTERNAL_THREAD | MHD_USE_ITC | MHD_USE_TLS;
-    if (m_socket->isAddress6())
+    if (m_socket->isIPv6())
         flags |= MHD_USE_DUAL_STACK;
-    const auto pointer = [](const std::string &text) { return const_cast<char *>(text.c_str()); };
-    const auto function = [](auto *callback) { return reinterpret_cast<std::intptr_t>(callback); };
     const unsigned threads = std::min(m_limits.threads, m_limits.maxConnections);
     const std::array options{
-        MHD_OptionItem{MHD_OPTION_LISTEN_SOCKET, m_socket->descriptor(), nullptr},
-        MHD_OptionItem{MHD_OPTION_HTTPS_MEM_KEY, 0, pointer(identity.key)},
-        MHD_OptionItem{MHD_OPTION_HTTPS_MEM_CERT, 0, pointer(identity.certificate)},
-        MHD_OptionItem{MHD_OPTION_HTTPS_PRIORITIES, 0, const_cast<char *>(tlsPriorities)},
-        MHD_OptionItem{MHD_OPTION_THREAD_POOL_SIZE, threads, nullptr},
-        MHD_OptionItem{MHD_OPTION_CONNECTION_LIMIT, m_limits.maxConnections, nullptr},
-        MHD_OptionItem{MHD_OPTION_PER_IP_CONNECTION_LIMIT, m_limits.maxPerAddress, nullptr},
-        MHD_OptionItem{MHD_OPTION_CONNECTION_MEMORY_LIMIT, connectionMemory, nullptr},
-        MHD_OptionItem{MHD_OPTION_NOTIFY_CONNECTION, function(&HttpCallbacks::connection), this},
-        MHD_OptionItem{MHD_OPTION_NOTIFY_COMPLETED, function(&HttpCallbacks::completed), this},
-        MHD_OptionItem{MHD_OPTION_END, 0, nullptr},
+        number(MHD_OPTION_LISTEN_SOCKET, m_socket->descriptor()),
+        text(MHD_OPTION_HTTPS_MEM_KEY, identity.key.c_str()),
+        text(MHD_OPTION_HTTPS_MEM_CERT, identity.certificate.c_str()),
+        text(MHD_OPTION_HTTPS_PRIORITIES, tlsPriorities),
+        number(MHD_OPTION_THREAD_POOL_SIZE, threads),
+        number(MHD_OPTION_CONNECTION_LIMIT, m_limits.maxConnections),
+        number(MHD_OPTION_PER_IP_CONNECTION_LIMIT, m_limits.maxPerAddress),
+        number(MHD_OPTION_CONNECTION_MEMORY_LIMIT, connectionMemory),
+        callback(MHD_OPTION_NOTIFY_CONNECTION, &HttpCallbacks::connection, this),
+        callback(MHD_OPTION_NOTIFY_COMPLETED, &HttpCallbacks::completed, this),
+        number(MHD_OPTION_END, 0),
     };
     m_daemon = MHD_start_daemon(flags, 0, nullptr, nullptr, &HttpCallbacks::request, this, MHD_OPTION_ARRAY,
         options.data(), MHD_OPTION_END);
@@ -122,23 +130,23 @@ void HttpServer::stop(std::chrono::milliseconds grace)
         return;
     MHD_quiesce_daemon(m_daemon);
     {
-        std::unique_lock held(m_mutex);
-        m_idle.wait_for(held, grace, [this] { return m_underWay == 0; });
+        std::unique_lock lock(m_mutex);
+        m_idle.wait_for(lock, grace, [this] { return m_activeRequests == 0; });
     }
     MHD_stop_daemon(m_daemon);
     m_daemon = nullptr;
 }
 
-void HttpServer::exchangeBegins()
+void HttpServer::beginRequest()
 {
-    const std::lock_guard held(m_mutex);
-    ++m_underWay;
+    const std::lock_guard lock(m_mutex);
+    ++m_activeRequests;
 }
 
-void HttpServer::exchangeEnds()
+void HttpServer::endRequest()
 {
-    const std::lock_guard held(m_mutex);
-    --m_underWay;
+    const std::lock_guard lock(m_mutex);
+    --m_activeRequests;
     m_idle.notify_all();
 }
 

@@ -1,13 +1,12 @@
 #include "server/Identity.h"
 
 #include "server/Crypto.h"
-#include "server/Failure.h"
+#include "server/GnuTls.h"
 
 #include <arpa/inet.h>
 #include <array>
 #include <chrono>
 #include <ctime>
-#include <gnutls/gnutls.h>
 #include <gnutls/x509.h>
 #include <memory>
 
@@ -18,54 +17,35 @@ namespace {
 using Key = std::unique_ptr<gnutls_x509_privkey_int, decltype(&gnutls_x509_privkey_deinit)>;
 using Certificate = std::unique_ptr<gnutls_x509_crt_int, decltype(&gnutls_x509_crt_deinit)>;
 
-void require(int code, const std::string &what)
-{
-    if (code < 0)
-        throw Failure(what + ": " + gnutls_strerror(code));
-}
-
 Key newKey()
 {
     gnutls_x509_privkey_t key = nullptr;
-    require(gnutls_x509_privkey_init(&key), "preparing a key");
+    requireGnuTls(gnutls_x509_privkey_init(&key), "preparing a key");
     return {key, &gnutls_x509_privkey_deinit};
 }
 
 Certificate newCertificate()
 {
     gnutls_x509_crt_t certificate = nullptr;
-    require(gnutls_x509_crt_init(&certificate), "preparing a certificate");
+    requireGnuTls(gnutls_x509_crt_init(&certificate), "preparing a certificate");
     return {certificate, &gnutls_x509_crt_deinit};
-}
-
-gnutls_datum_t datum(const std::string &text)
-{
-    auto *data = reinterpret_cast<unsigned char *>(const_cast<char *>(text.data()));
-    return {data, static_cast<unsigned>(text.size())};
-}
-
-std::string taken(gnutls_datum_t &output)
-{
-    std::string text(reinterpret_cast<char *>(output.data), output.size);
-    gnutls_free(output.data);
-    return text;
 }
 
 std::string pem(const Key &key)
 {
     gnutls_datum_t output{};
-    require(gnutls_x509_privkey_export2(key.get(), GNUTLS_X509_FMT_PEM, &output), "writing the key");
-    return taken(output);
+    requireGnuTls(gnutls_x509_privkey_export2(key.get(), GNUTLS_X509_FMT_PEM, &output), "writing the key");
+    return takeText(output);
 }
 
 std::string exported(const Certificate &certificate, gnutls_x509_crt_fmt_t format)
 {
     gnutls_datum_t output{};
-    require(gnutls_x509_crt_export2(certificate.get(), format, &output), "writing the certificate");
-    return taken(output);
+    requireGnuTls(gnutls_x509_crt_export2(certificate.get(), format, &output), "writing the certificate");
+    return takeText(output);
 }
 
-void nameHost(const Certificate &certificate, const std::string &host)
+void setHostName(const Certificate &certificate, const std::string &host)
 {
     std::array<unsigned char, 16> address{};
     unsigned size = 0;
@@ -77,7 +57,7 @@ void nameHost(const Certificate &certificate, const std::string &host)
                          certificate.get(), GNUTLS_SAN_IPADDRESS, address.data(), size, GNUTLS_FSAN_SET)
                               : gnutls_x509_crt_set_subject_alt_name(certificate.get(), GNUTLS_SAN_DNSNAME,
                                   host.data(), static_cast<unsigned>(host.size()), GNUTLS_FSAN_SET);
-    require(code, "naming the host in the certificate");
+    requireGnuTls(code, "naming the host in the certificate");
 }
 
 void setValidity(const Certificate &certificate)
@@ -86,8 +66,9 @@ void setValidity(const Certificate &certificate)
     constexpr std::time_t day = 24 * 60 * 60;
     constexpr std::time_t fiftyYears = 18263 * day;
     const std::time_t now = std::time(nullptr);
-    require(gnutls_x509_crt_set_activation_time(certificate.get(), now - day), "dating the certificate");
-    require(
+    requireGnuTls(
+        gnutls_x509_crt_set_activation_time(certificate.get(), now - day), "dating the certificate");
+    requireGnuTls(
         gnutls_x509_crt_set_expiration_time(certificate.get(), now + fiftyYears), "dating the certificate");
 }
 
@@ -95,7 +76,7 @@ void setSerial(const Certificate &certificate)
 {
     std::string serial = randomBytes(16);
     serial[0] = static_cast<char>((serial[0] & 0x3f) | 0x40); // positive and of full length
-    require(gnutls_x509_crt_set_serial(certificate.get(), serial.data(), serial.size()),
+    requireGnuTls(gnutls_x509_crt_set_serial(certificate.get(), serial.data(), serial.size()),
         "numbering the certificate");
 }
 
@@ -103,19 +84,20 @@ Certificate signedCertificate(const Key &key, const std::string &host)
 {
     Certificate certificate = newCertificate();
     constexpr std::string_view name = "nimbrelle-server";
-    require(gnutls_x509_crt_set_version(certificate.get(), 3), "making the certificate");
-    require(gnutls_x509_crt_set_dn_by_oid(certificate.get(), GNUTLS_OID_X520_COMMON_NAME, 0, name.data(),
-                static_cast<unsigned>(name.size())),
+    requireGnuTls(gnutls_x509_crt_set_version(certificate.get(), 3), "making the certificate");
+    requireGnuTls(gnutls_x509_crt_set_dn_by_oid(certificate.get(), GNUTLS_OID_X520_COMMON_NAME, 0,
+                      name.data(), static_cast<unsigned>(name.size())),
         "naming the certificate");
-    require(gnutls_x509_crt_set_key(certificate.get(), key.get()), "making the certificate");
-    require(gnutls_x509_crt_set_key_usage(certificate.get(), GNUTLS_KEY_DIGITAL_SIGNATURE),
+    requireGnuTls(gnutls_x509_crt_set_key(certificate.get(), key.get()), "making the certificate");
+    requireGnuTls(gnutls_x509_crt_set_key_usage(certificate.get(), GNUTLS_KEY_DIGITAL_SIGNATURE),
         "making the certificate");
-    require(gnutls_x509_crt_set_key_purpose_oid(certificate.get(), GNUTLS_KP_TLS_WWW_SERVER, 0),
+    requireGnuTls(gnutls_x509_crt_set_key_purpose_oid(certificate.get(), GNUTLS_KP_TLS_WWW_SERVER, 0),
         "making the certificate");
-    nameHost(certificate, host);
+    setHostName(certificate, host);
     setValidity(certificate);
     setSerial(certificate);
-    require(gnutls_x509_crt_sign2(certificate.get(), certificate.get(), key.get(), GNUTLS_DIG_SHA256, 0),
+    requireGnuTls(
+        gnutls_x509_crt_sign2(certificate.get(), certificate.get(), key.get(), GNUTLS_DIG_SHA256, 0),
         "signing the certificate");
     return certificate;
 }
@@ -124,7 +106,7 @@ std::string publicKeyId(const Key &key)
 {
     std::array<unsigned char, 64> id{};
     std::size_t size = id.size();
-    require(gnutls_x509_privkey_get_key_id(key.get(), GNUTLS_KEYID_USE_SHA256, id.data(), &size),
+    requireGnuTls(gnutls_x509_privkey_get_key_id(key.get(), GNUTLS_KEYID_USE_SHA256, id.data(), &size),
         "reading the key");
     return {reinterpret_cast<char *>(id.data()), size};
 }
@@ -133,7 +115,7 @@ std::string publicKeyId(const Certificate &certificate)
 {
     std::array<unsigned char, 64> id{};
     std::size_t size = id.size();
-    require(gnutls_x509_crt_get_key_id(certificate.get(), GNUTLS_KEYID_USE_SHA256, id.data(), &size),
+    requireGnuTls(gnutls_x509_crt_get_key_id(certificate.get(), GNUTLS_KEYID_USE_SHA256, id.data(), &size),
         "reading the certificate");
     return {reinterpret_cast<char *>(id.data()), size};
 }
@@ -142,7 +124,7 @@ Certificate parsedCertificate(const std::string &text, const std::string &what)
 {
     Certificate certificate = newCertificate();
     const gnutls_datum_t input = datum(text);
-    require(gnutls_x509_crt_import(certificate.get(), &input, GNUTLS_X509_FMT_PEM), what);
+    requireGnuTls(gnutls_x509_crt_import(certificate.get(), &input, GNUTLS_X509_FMT_PEM), what);
     return certificate;
 }
 
@@ -157,20 +139,20 @@ std::string Identity::pin() const
 Identity makeIdentity(const std::string &host)
 {
     Key key = newKey();
-    require(gnutls_x509_privkey_generate(
-                key.get(), GNUTLS_PK_ECDSA, GNUTLS_CURVE_TO_BITS(GNUTLS_ECC_CURVE_SECP256R1), 0),
+    requireGnuTls(gnutls_x509_privkey_generate(
+                      key.get(), GNUTLS_PK_ECDSA, GNUTLS_CURVE_TO_BITS(GNUTLS_ECC_CURVE_SECP256R1), 0),
         "making a key");
-    return {pem(key), exported(signedCertificate(key, host), GNUTLS_X509_FMT_PEM)};
+    return {.key = pem(key), .certificate = exported(signedCertificate(key, host), GNUTLS_X509_FMT_PEM)};
 }
 
 Identity loadIdentity(const DataDirectory &directory)
 {
-    Identity identity{readFile(directory.key()), readFile(directory.certificate())};
+    Identity identity{.key = readFile(directory.key()), .certificate = readFile(directory.certificate())};
     const std::string advice = "put the file back from a backup, or remove server.key and server.crt and run "
                                "init again (all devices must then be connected anew)";
     Key key = newKey();
     const gnutls_datum_t input = datum(identity.key);
-    require(gnutls_x509_privkey_import(key.get(), &input, GNUTLS_X509_FMT_PEM),
+    requireGnuTls(gnutls_x509_privkey_import(key.get(), &input, GNUTLS_X509_FMT_PEM),
         directory.key().string() + " is damaged; " + advice);
     const auto certificate =
         parsedCertificate(identity.certificate, directory.certificate().string() + " is damaged; " + advice);

@@ -78,7 +78,7 @@ ListeningSocket::ListeningSocket(const std::string &address, std::uint16_t port)
 void ListeningSocket::open(const std::string &address, std::uint16_t port)
 {
     const AddressList list = resolved(address, port);
-    m_isAddress6 = list->ai_family == AF_INET6;
+    m_isIPv6 = list->ai_family == AF_INET6;
     m_descriptor = newSocket(list->ai_family);
     if (m_descriptor < 0 || !bindAndListen(m_descriptor, list->ai_addr, list->ai_addrlen)) {
         const int error = errno;
@@ -100,8 +100,8 @@ std::uint16_t ListeningSocket::port() const
     sockaddr_storage address{};
     socklen_t size = sizeof address;
     ::getsockname(m_descriptor, reinterpret_cast<sockaddr *>(&address), &size);
-    return ntohs(m_isAddress6 ? reinterpret_cast<sockaddr_in6 *>(&address)->sin6_port
-                              : reinterpret_cast<sockaddr_in *>(&address)->sin_port);
+    return ntohs(m_isIPv6 ? reinterpret_cast<sockaddr_in6 *>(&address)->sin6_port
+                          : reinterpret_cast<sockaddr_in *>(&address)->sin_port);
 }
 
 std::string addressText(const sockaddr *address)

@@ -17,13 +17,13 @@ public:
 
     int descriptor() const { return m_descriptor; }
     std::uint16_t port() const;
-    bool isAddress6() const { return m_isAddress6; }
+    bool isIPv6() const { return m_isIPv6; }
 
 private:
     void open(const std::string &address, std::uint16_t port);
 
     int m_descriptor = -1;
-    bool m_isAddress6 = false;
+    bool m_isIPv6 = false;
 };
 
 /// Numeric, and an IPv4 address that came over an IPv6 socket in its usual form.

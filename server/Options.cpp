@@ -18,9 +18,9 @@ constexpr const char *firstSteps = R"(First steps:
 
 using Milliseconds = std::chrono::milliseconds;
 
-class Grammar {
+class CommandLineParser {
 public:
-    explicit Grammar(Options &options) : m_options(options)
+    explicit CommandLineParser(Options &options) : m_options(options)
     {
         m_app.name("nimbrelle-server");
         m_app.set_help_flag("-h,--help", "Say what can be given, and end");
@@ -50,7 +50,7 @@ private:
     {
         to->add_option("--url", m_options.url, description)->type_name("https://HOST:PORT");
     }
-    void addPlace(CLI::App *to)
+    void addListenAddress(CLI::App *to)
     {
         to->add_option("--port", m_options.port, "The port to listen at")->type_name("N");
         to->add_option("--bind", m_options.bind, "The address to listen at; all of them when empty")
@@ -91,25 +91,25 @@ private:
     CLI::App m_app{"Keeps Nimbrelle notebooks equal on all of a person's devices."};
 };
 
-void Grammar::addInit()
+void CommandLineParser::addInit()
 {
     CLI::App *init = add(m_app, Command::init, "init", "Make the data folder and the first sync code");
     init->add_option("--name", m_options.name, "The first notebook's name (else \"notebook\")");
     addUrl(init, "Where devices reach this server (else guessed)");
-    addPlace(init);
+    addListenAddress(init);
     addQr(init);
 }
 
-void Grammar::addServe()
+void CommandLineParser::addServe()
 {
     CLI::App *serve = add(m_app, Command::serve, "serve", "Run the server until SIGTERM or Ctrl+C");
-    addPlace(serve);
+    addListenAddress(serve);
     serve->add_flag_callback(
         "--no-access-log", [this] { m_options.accessLog = false; }, "Write no line for each request");
     addLimits(serve);
 }
 
-void Grammar::addLimits(CLI::App *serve)
+void CommandLineParser::addLimits(CLI::App *serve)
 {
     ServerLimits &limits = m_options.limits;
     const auto bytes = [&](const char *name, std::uint64_t &value, const char *description) {
@@ -131,15 +131,16 @@ void Grammar::addLimits(CLI::App *serve)
             ->type_name("SECONDS");
     };
     bytes("--max-body", limits.maxBody, "The longest document, such as 64MiB (the default)");
-    bytes("--max-held", limits.maxHeld, "All unfinished documents together (256MiB)");
+    bytes("--max-held", limits.maxBuffered, "All unfinished documents together (256MiB)");
     count("--max-connections", limits.maxConnections, "Connections in all (512)");
     count("--max-per-address", limits.maxPerAddress, "Connections from one address (32)");
-    seconds("--head-time", limits.headTime, "For a request's head, from connecting or the last answer (15)");
-    seconds("--body-time", limits.bodyTime, "For its body and the answer (120)");
+    seconds(
+        "--head-time", limits.headTimeout, "For a request's head, from connecting or the last answer (15)");
+    seconds("--body-time", limits.bodyTimeout, "For its body and the answer (120)");
     count("--threads", limits.threads, "Worker threads (4)");
 }
 
-void Grammar::addTokens()
+void CommandLineParser::addTokens()
 {
     CLI::App *token = m_app.add_subcommand("token", "Manage notebooks; each has one token and one document");
     token->require_subcommand(1);
@@ -153,7 +154,7 @@ void Grammar::addTokens()
     revoked->add_option("NAME", m_options.name, "The notebook's name")->required();
 }
 
-void Grammar::addCode()
+void CommandLineParser::addCode()
 {
     CLI::App *code = add(m_app, Command::code, "code", "Print a sync code again");
     addName(code, "The notebook; may be left out when there is only one");
@@ -161,7 +162,7 @@ void Grammar::addCode()
     addQr(code);
 }
 
-void Grammar::addHistory()
+void CommandLineParser::addHistory()
 {
     CLI::App *history = add(m_app, Command::history, "history", "List the kept versions of a notebook");
     addName(history, "The notebook; may be left out when there is only one");
@@ -183,16 +184,16 @@ std::variant<Options, int> parseCommandLine(
     int count, const char *const *arguments, std::ostream &out, std::ostream &errors)
 {
     Options options;
-    Grammar grammar(options);
+    CommandLineParser parser(options);
     try {
-        grammar.app().parse(count, arguments);
+        parser.app().parse(count, arguments);
         if (options.data.empty())
-            options.data = DataDirectory::usual();
+            options.data = DataDirectory::defaultPath();
         return options;
-    } catch (const CLI::Success &wish) {
-        return grammar.app().exit(wish, out, errors);
+    } catch (const CLI::Success &success) {
+        return parser.app().exit(success, out, errors);
     } catch (const CLI::RequiredError &error) {
-        const auto unknown = grammar.app().remaining(true);
+        const auto unknown = parser.app().remaining(true);
         errors << "nimbrelle-server: "
                << (unknown.empty() ? onOneLine(error.what())
                                    : "there is no command \"" + unknown.front() + '"')

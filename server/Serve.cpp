@@ -1,7 +1,7 @@
 #include "server/Commands.h"
 #include "server/DataDirectory.h"
 #include "server/Failure.h"
-#include "server/SqliteStore.h"
+#include "server/StoreFactory.h"
 
 #include <charconv>
 #include <csignal>
@@ -13,13 +13,13 @@ namespace nimbrelle::server {
 
 namespace {
 
-constexpr std::chrono::seconds graceAtEnd{5};
-constexpr rlim_t descriptorsBesides = 64; // for the database, the log and what lingers
+constexpr std::chrono::seconds shutdownGrace{5};
+constexpr rlim_t otherDescriptors = 64; // for the database, the log and lingering connections
 
 // Must stand before the first thread starts, for threads inherit what is blocked.
-class EndSignals {
+class TerminationSignals {
 public:
-    EndSignals()
+    TerminationSignals()
     {
         ::sigemptyset(&m_signals);
         for (const int signal : {SIGTERM, SIGINT, SIGHUP})
@@ -36,25 +36,25 @@ private:
     sigset_t m_signals{};
 };
 
-void makeRoomForConnections(unsigned connections)
+void raiseFileLimit(unsigned connections)
 {
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
         return;
-    const rlim_t wanted = connections + descriptorsBesides;
-    if (limit.rlim_cur >= wanted)
+    const rlim_t needed = connections + otherDescriptors;
+    if (limit.rlim_cur >= needed)
         return;
-    if (limit.rlim_max < wanted)
+    if (limit.rlim_max < needed)
         throw Failure("only " + std::to_string(limit.rlim_max)
             + " files may be open. Raise that limit, or lower --max-connections.");
-    limit.rlim_cur = wanted;
+    limit.rlim_cur = needed;
     ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 std::uint16_t storedPort(Store &store)
 {
     const std::string text = store.setting(Setting::port).value_or("");
-    std::uint16_t port = usualPort;
+    std::uint16_t port = defaultPort;
     std::from_chars(text.data(), text.data() + text.size(), port);
     return port;
 }
@@ -70,20 +70,21 @@ void writeLine(const std::string &line)
 
 void serve(const Options &options, std::ostream &messages)
 {
-    const EndSignals signals;
+    const TerminationSignals signals;
     const DataDirectory directory(options.data);
-    directory.requireSetUp();
+    directory.requirePrivate();
+    const auto store = openStore(directory);
     const Identity identity = loadIdentity(directory);
-    SqliteStore store(directory.database(), SqliteStore::Check::quick);
-    makeRoomForConnections(options.limits.maxConnections);
-    const std::string address = options.bind.value_or(store.setting(Setting::bind).value_or(""));
-    auto socket = std::make_unique<ListeningSocket>(address, options.port.value_or(storedPort(store)));
-    const HttpServer::Log log{writeLine, options.accessLog};
-    HttpServer server(std::move(socket), identity, store, options.limits, log);
+    store->check();
+    raiseFileLimit(options.limits.maxConnections);
+    const std::string address = options.bind.value_or(store->setting(Setting::bind).value_or(""));
+    auto socket = std::make_unique<ListeningSocket>(address, options.port.value_or(storedPort(*store)));
+    const HttpServer::Log log{.write = writeLine, .eachRequest = options.accessLog};
+    HttpServer server(std::move(socket), identity, *store, options.limits, log);
     messages << "nimbrelle-server: listening at " << (address.empty() ? "all addresses" : address) << " port "
-             << server.port() << "; devices use " << store.setting(Setting::url).value_or("") << std::endl;
+             << server.port() << "; devices use " << store->setting(Setting::url).value_or("") << std::endl;
     signals.wait();
-    server.stop(graceAtEnd);
+    server.stop(shutdownGrace);
     messages << "nimbrelle-server: ended" << std::endl;
 }
 

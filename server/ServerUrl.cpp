@@ -24,7 +24,7 @@ bool isHost(const std::string &host)
     return !host.empty() && std::ranges::all_of(host, isHostCharacter);
 }
 
-bool isAddress6(const std::string &host)
+bool isIPv6Address(const std::string &host)
 {
     in6_addr address{};
     return ::inet_pton(AF_INET6, host.c_str(), &address) == 1;
@@ -46,8 +46,8 @@ bool isVirtual(std::string_view interface)
         prefixes, [&](std::string_view prefix) { return interface.starts_with(prefix); });
 }
 
-// Home networks first; 0 is no use at all.
-int usefulness(std::string_view address)
+// Home networks first; 0 is of no use.
+int preference(std::string_view address)
 {
     if (address.starts_with("169.254.") || address.starts_with("127."))
         return 0;
@@ -86,7 +86,7 @@ std::optional<ServerUrl> ServerUrl::parse(std::string_view text)
     const bool bracketed = text.starts_with('[');
     const auto hostEnd = std::min(bracketed ? text.find(']') : text.find(':'), text.size());
     url.host = text.substr(bracketed ? 1 : 0, hostEnd - (bracketed ? 1 : 0));
-    if (bracketed ? hostEnd == text.size() || !isAddress6(url.host) : !isHost(url.host))
+    if (bracketed ? hostEnd == text.size() || !isIPv6Address(url.host) : !isHost(url.host))
         return std::nullopt;
     const auto rest = text.substr(std::min(hostEnd + (bracketed ? 1 : 0), text.size()));
     if (rest.empty())
@@ -115,7 +115,7 @@ std::string guessedHost()
         const bool usable = each->ifa_addr && each->ifa_addr->sa_family == AF_INET
             && (each->ifa_flags & IFF_UP) != 0 && !isVirtual(each->ifa_name);
         const std::string address = usable ? addressText(each->ifa_addr) : "";
-        if (!address.empty() && usefulness(address) > (best.empty() ? 0 : usefulness(best)))
+        if (!address.empty() && preference(address) > (best.empty() ? 0 : preference(best)))
             best = address;
     }
     return best.empty() ? hostName() : best;

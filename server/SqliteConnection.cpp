@@ -1,12 +1,13 @@
 #include "server/SqliteConnection.h"
 
+#include <algorithm>
 #include <sqlite3.h>
 
 namespace nimbrelle::server {
 
 namespace {
 
-constexpr int applicationId = 0x4e6d6253; // "NmbS", which tells our file from others
+constexpr int applicationId = 0x4e6d6253; // "NmbS", which tells our file from another program's
 constexpr int schemaVersion = 1;
 constexpr int busyMilliseconds = 10'000;
 
@@ -74,6 +75,9 @@ SqliteConnection::SqliteConnection(const std::filesystem::path &file, Opening op
     : m_database(file.string(),
         SQLite::OPEN_READWRITE | (opening == Opening::fresh ? SQLite::OPEN_CREATE : 0), busyMilliseconds)
 {
+    // Before anything is changed in it.
+    if (opening == Opening::existing || !isEmpty())
+        requireSupported(file);
     // Documents are large: with fewer and larger pages a write costs less. Of effect only in a fresh file.
     m_database.exec("PRAGMA page_size = 16384");
     // An acknowledged write must survive a loss of power, so each commit flushes the log.
@@ -83,8 +87,21 @@ SqliteConnection::SqliteConnection(const std::filesystem::path &file, Opening op
     m_database.exec("PRAGMA journal_size_limit = 67108864");
 }
 
-void SqliteConnection::requireOurs(const std::filesystem::path &file)
+SQLite::Statement SqliteConnection::prepared(std::string_view sql, std::string_view more)
 {
+    return {m_database, std::string(sql) + std::string(more)};
+}
+
+SQLite::Transaction SqliteConnection::begin()
+{
+    return SQLite::Transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
+}
+
+void SqliteConnection::requireSupported(const std::filesystem::path &file)
+{
+    if (isEmpty())
+        throw StoreFailure(StoreFailure::Kind::other,
+            file.string() + " is empty, as an interrupted init leaves it; run: nimbrelle-server init");
     if (m_database.execAndGet("PRAGMA application_id").getInt() != applicationId)
         throw StoreFailure(StoreFailure::Kind::other,
             file.string() + " is not a notebook database; name the right folder with --data DIR");
@@ -93,23 +110,24 @@ void SqliteConnection::requireOurs(const std::filesystem::path &file)
             file.string() + " was made by a newer nimbrelle-server; install that version or a later one");
 }
 
-bool SqliteConnection::isBlank()
+bool SqliteConnection::isEmpty()
 {
     return m_database.execAndGet("SELECT count(*) FROM sqlite_master").getInt() == 0;
 }
 
 void SqliteConnection::createTables()
 {
-    SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
+    auto transaction = begin();
     m_database.exec("PRAGMA application_id = " + std::to_string(applicationId));
     m_database.exec("PRAGMA user_version = " + std::to_string(schemaVersion));
     m_database.exec(tables);
     transaction.commit();
 }
 
-std::string SqliteConnection::damage()
+std::string SqliteConnection::quickCheck()
 {
-    const std::string verdict = m_database.execAndGet("PRAGMA quick_check(1)").getString();
+    std::string verdict = m_database.execAndGet("PRAGMA quick_check(1)").getString();
+    std::ranges::replace(verdict, '\n', ' ');
     return verdict == "ok" ? "" : verdict;
 }
 
@@ -125,10 +143,10 @@ std::chrono::sys_seconds BoundStatement::time(int column) const
     return std::chrono::sys_seconds(std::chrono::seconds(number(column)));
 }
 
-void BoundStatement::bind(Bytes bytes)
+void BoundStatement::bind(Blob blob)
 {
     m_statement.bindNoCopy(
-        ++m_bound, static_cast<const void *>(bytes.view.data()), static_cast<int>(bytes.view.size()));
+        ++m_bound, static_cast<const void *>(blob.bytes.data()), static_cast<int>(blob.bytes.size()));
 }
 
 } // namespace nimbrelle::server

@@ -12,11 +12,11 @@ public:
     /// Makes the file and its tables, where they aren't there yet.
     static void create(const std::filesystem::path &file);
 
-    enum class Check { quick, none };
-    /// The file must be there; with Check::quick all of its structure is looked at, at about a second a
-    /// gigabyte.
-    explicit SqliteStore(const std::filesystem::path &file, Check check = Check::none);
+    /// The file must be there.
+    explicit SqliteStore(const std::filesystem::path &file);
     ~SqliteStore() override;
+
+    void check() override;
 
     std::optional<std::string> setting(std::string_view key) override;
     void setSetting(std::string_view key, std::string_view value) override;
@@ -28,16 +28,19 @@ public:
         std::chrono::sys_seconds now) override;
     void setToken(std::int64_t notebook, std::string_view salt, std::optional<Digest> tokenHash) override;
 
-    std::shared_ptr<const Document> read(std::int64_t notebook) override;
-    std::optional<std::int64_t> write(
-        std::int64_t notebook, const Conditions &conditions, const NewDocument &document) override;
+    std::optional<std::int64_t> version(std::int64_t notebook) override;
+    std::shared_ptr<const Document> newestDocument(std::int64_t notebook) override;
+    std::shared_ptr<const Document> document(std::int64_t notebook, std::int64_t version) override;
     std::vector<VersionRecord> history(std::int64_t notebook) override;
-    std::optional<std::int64_t> restore(
-        std::int64_t notebook, std::int64_t version, std::chrono::sys_seconds now) override;
+    bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
+        const HistoryChange &change) override;
 
 private:
-    class Reader;
-    class Writer;
+    struct Reader;
+    struct Writer;
+
+    template <typename Work> auto reading(const Work &work);
+    template <typename Work> auto writing(const Work &work);
 
     std::filesystem::path m_file;
     std::unique_ptr<Reader> m_reader;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "server/Conditions.h"
 #include "server/Crypto.h"
 #include "server/Failure.h"
 #include "server/HistoryPolicy.h"
@@ -26,7 +25,7 @@ private:
     Kind m_kind;
 };
 
-/// One notebook on this server: a name for its keeper, a token for its devices, a document with a version.
+/// One notebook on this server: a name for the operator, a token for its devices, a document with a version.
 struct Notebook {
     std::int64_t id = 0;
     std::string name;
@@ -41,7 +40,7 @@ struct Document {
     std::string body;
 };
 
-/// A write that comes from a device.
+/// A document to be stored as a new version.
 struct NewDocument {
     std::string_view body;
     std::int64_t words = 0;
@@ -49,11 +48,14 @@ struct NewDocument {
 };
 
 /// Where notebooks are kept. Every call may come from any thread, and other processes may work on the same
-/// data. What a call has written when it returns survives a loss of power. Trouble with the medium is thrown
+/// data. What a call has written when it returns survives a loss of power. Failures of the medium are thrown
 /// as StoreFailure.
 class Store {
 public:
     virtual ~Store() = default;
+
+    /// Throws StoreFailure when what is kept is damaged. Takes up to a second a gigabyte.
+    virtual void check() = 0;
 
     /// A small value under a name, kept for good.
     virtual std::optional<std::string> setting(std::string_view key) = 0;
@@ -69,17 +71,20 @@ public:
     /// Absent: nobody gets in until another token is set. The document stays.
     virtual void setToken(std::int64_t notebook, std::string_view salt, std::optional<Digest> tokenHash) = 0;
 
+    /// The current version, 0 when nothing is stored; absent when there is no such notebook.
+    virtual std::optional<std::int64_t> version(std::int64_t notebook) = 0;
     /// Null when nothing is stored.
-    virtual std::shared_ptr<const Document> read(std::int64_t notebook) = 0;
-    /// The new version; absent when the conditions don't allow a write over the current one. One transaction.
-    virtual std::optional<std::int64_t> write(
-        std::int64_t notebook, const Conditions &conditions, const NewDocument &document) = 0;
-
-    /// Oldest first.
+    virtual std::shared_ptr<const Document> newestDocument(std::int64_t notebook) = 0;
+    /// Null when that version isn't kept.
+    virtual std::shared_ptr<const Document> document(std::int64_t notebook, std::int64_t version) = 0;
+    /// What is kept, in order of version.
     virtual std::vector<VersionRecord> history(std::int64_t notebook) = 0;
-    /// Writes what `version` held as a new, higher version and returns that; absent when it isn't kept.
-    virtual std::optional<std::int64_t> restore(
-        std::int64_t notebook, std::int64_t version, std::chrono::sys_seconds now) = 0;
+
+    /// Compare-and-set: stores the document as version `expected` + 1 and changes the history along with it,
+    /// all or nothing; false when `expected` isn't the current version. Which versions are kept is the
+    /// caller's matter (see writeVersion).
+    virtual bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
+        const HistoryChange &change) = 0;
 };
 
 } // namespace nimbrelle::server

@@ -4,7 +4,6 @@
 #include "server/DocumentCache.h"
 #include "server/Store.h"
 
-#include <functional>
 #include <variant>
 
 namespace nimbrelle::server {
@@ -19,49 +18,47 @@ struct RequestHead {
     std::optional<std::uint64_t> contentLength;
 };
 
-struct Answer {
+struct Response {
     unsigned status = 200;
     std::optional<std::int64_t> version; ///< becomes the ETag
     std::shared_ptr<const Document> document; ///< the body; else `text` is
     std::string text; ///< a line for a person; may be empty
     std::string allow; ///< the methods, with 405
-    std::string trouble; ///< for the log of the server's keeper
+    std::string errorDetail; ///< for the log
 };
 
-/// A write that may send its body.
-struct AdmittedWrite {
+/// A write whose body is awaited.
+struct PendingWrite {
     std::int64_t notebook = 0;
     Conditions conditions;
 };
 
-/// What became of a head: an answer, or a write whose body is awaited.
-struct Admission {
+/// What a request comes to before its body.
+struct HeadResult {
     std::string notebookName; ///< empty when no token was right
-    std::variant<Answer, AdmittedWrite> next;
+    std::variant<Response, PendingWrite> next;
 };
 
-/// The conversation without the wire. Calls may come from any thread; none throws.
+/// The protocol without HTTP's transport. Calls may come from any thread; none throws.
 class SyncApi {
 public:
-    using Now = std::function<std::chrono::sys_seconds()>;
-    SyncApi(Store &store, std::uint64_t maxBody, Now now);
+    SyncApi(Store &store, std::uint64_t maxBody);
 
-    Admission admit(const RequestHead &head);
-    Answer finish(const AdmittedWrite &write, std::string body);
+    HeadResult handleHead(const RequestHead &head);
+    Response handleBody(const PendingWrite &write, std::string body);
 
     /// A path that the log may show; another path could hold a secret.
     static bool knowsPath(std::string_view path);
 
 private:
-    Admission admitKnown(const RequestHead &head);
-    Answer read(const RequestHead &head, const Notebook &notebook);
-    std::variant<Answer, AdmittedWrite> admitWrite(const RequestHead &head, const Notebook &notebook);
-    Answer store(const AdmittedWrite &write, std::string body);
+    HeadResult route(const RequestHead &head);
+    Response read(const RequestHead &head, const Notebook &notebook);
+    std::variant<Response, PendingWrite> beginWrite(const RequestHead &head, const Notebook &notebook);
+    Response store(const PendingWrite &write, std::string body);
     std::shared_ptr<const Document> current(const Notebook &notebook);
 
     Store &m_store;
     const std::uint64_t m_maxBody;
-    const Now m_now;
     DocumentCache m_cache;
 };
 

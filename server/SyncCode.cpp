@@ -12,13 +12,13 @@ namespace {
 
 constexpr int quietZone = 4; // modules of margin that readers rely on
 constexpr std::string_view darkOnLight = "\033[30;107m";
-constexpr std::string_view plain = "\033[0m";
+constexpr std::string_view reset = "\033[0m";
 
-// What may stand in a query, less the three characters that part its pieces.
+// What may stand in a query, less the three characters that separate its parts.
 constexpr std::string_view unescaped = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"
                                        "-._~!$'()*+,;:@/";
 
-std::string escaped(std::string_view text)
+std::string percentEncoded(std::string_view text)
 {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string result;
@@ -67,7 +67,8 @@ std::string_view halfBlocks(bool upper, bool lower)
 
 std::string SyncCode::text() const
 {
-    return "nimbrelle://sync?server=" + escaped(server) + "&token=" + escaped(token) + "&pin=" + pin;
+    return "nimbrelle://sync?server=" + percentEncoded(server) + "&token=" + percentEncoded(token)
+        + "&pin=" + pin;
 }
 
 std::string terminalQr(std::string_view text)
@@ -78,7 +79,7 @@ std::string terminalQr(std::string_view text)
         picture += darkOnLight;
         for (int x = 0; x < modules.width(); ++x)
             picture += halfBlocks(modules.isDark(x, y), modules.isDark(x, y + 1));
-        picture += plain;
+        picture += reset;
         picture += '\n';
     }
     return picture;

@@ -15,7 +15,7 @@ struct SyncCode {
 };
 
 /// The code as a picture for a terminal: two modules a character, dark on light whatever the terminal's
-/// colours. Throws Failure when the text is too long for any QR code.
+/// colors. Throws Failure when the text is too long for any QR code.
 std::string terminalQr(std::string_view text);
 
 } // namespace nimbrelle::server

@@ -11,20 +11,20 @@ using namespace nimbrelle::server;
 
 void run(const Options &options)
 {
-    const auto screen = ::isatty(STDOUT_FILENO) != 0 ? Commands::Screen::terminal : Commands::Screen::file;
+    const auto output = ::isatty(STDOUT_FILENO) != 0 ? Commands::Output::terminal : Commands::Output::file;
     switch (options.command) {
     case Command::init:
-        return Commands::init(options, std::cout, screen);
+        return Commands::init(options, std::cout, output);
     case Command::serve:
         return serve(options, std::cerr);
     case Command::tokenAdd:
-        return Commands::addToken(options, std::cout, screen);
+        return Commands::addToken(options, std::cout, output);
     case Command::tokenList:
         return Commands::listTokens(options, std::cout);
     case Command::tokenRevoke:
         return Commands::revokeToken(options, std::cout);
     case Command::code:
-        return Commands::printCode(options, std::cout, screen);
+        return Commands::printCode(options, std::cout, output);
     case Command::history:
         return Commands::printHistory(options, std::cout);
     case Command::restore:
@@ -32,7 +32,7 @@ void run(const Options &options)
     }
 }
 
-int complain(const std::exception &error, int code)
+int report(const std::exception &error, int code)
 {
     std::cerr << "nimbrelle-server: " << error.what() << '\n';
     return code;
@@ -50,8 +50,8 @@ int main(int argc, char **argv)
         run(std::get<Options>(parsed));
         return 0;
     } catch (const UsageFailure &failure) {
-        return complain(failure, 2);
+        return report(failure, 2);
     } catch (const std::exception &error) {
-        return complain(error, 1);
+        return report(error, 1);
     }
 }

@@ -12,6 +12,29 @@ packages_of() { # SECTION...
         inside { for (i = 1; i <= NF; i++) print $i }' "$root/tools/packages.txt"
 }
 
+is_installed() { # PACKAGE
+    [[ $(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+}
+
+is_offered() { # PACKAGE
+    LC_ALL=C apt-cache policy "$1" 2>/dev/null | grep -q '^  Candidate: [^(]'
+}
+
+# Of each set of alternatives one: installed, or else offered, or else the first, to be told as missing.
+chosen_of() { # PACKAGE[|PACKAGE...]...
+    local names name test
+    for names in "$@"; do
+        for test in is_installed is_offered true; do
+            for name in ${names//|/ }; do
+                if "$test" "$name"; then
+                    echo "$name"
+                    continue 3
+                fi
+            done
+        done
+    done
+}
+
 missing_of() { # PACKAGE...
     comm -23 <(printf '%s\n' "$@" | sort -u) \
         <(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "$@" 2>/dev/null \
@@ -39,21 +62,24 @@ find_root() {
 
 install_packages() { # SECTION...
     local wanted missing as_root log apt updated=yes
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        say "This is no Debian-like system, so nothing is installed; what is missing will be named."
+        return 0
+    fi
     mapfile -t wanted < <(packages_of "$@")
-    command -v dpkg-query >/dev/null && command -v apt-get >/dev/null \
-        || fail "this is no Debian-like system. Install the like of these, then use the CMake presets: ${wanted[*]}"
-    mapfile -t missing < <(missing_of "${wanted[@]}")
+    mapfile -t missing < <(missing_of $(chosen_of "${wanted[@]}"))
     ((${#missing[@]})) || return 0
 
     find_root "${missing[@]}"
     need_room 2000 /usr "Installing ${#missing[@]} packages and what they depend on"
-    say "Installing: ${missing[*]}"
     log=$(mktemp "${TMPDIR:-/tmp}/nimbrelle-setup.XXXXXX")
     apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C apt-get -q -y
         -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0)
 
     "${apt[@]}" -o APT::Update::Error-Mode=any update >"$log" 2>&1 || updated=no
+    mapfile -t missing < <(missing_of $(chosen_of "${wanted[@]}")) # now it is known what is offered
     check_offered "$updated" "$log" "${missing[@]}"
+    say "Installing: ${missing[*]}"
     "${apt[@]}" install --no-install-recommends "${missing[@]}" 2>&1 </dev/null \
         | tee -a "$log" | grep --line-buffered -E '^(Need to get|After this|Fetched)' >&2 \
         || true # what counts is what stands installed now
@@ -78,7 +104,16 @@ check_offered() { # WHETHER-UPDATED LOG PACKAGE...
             /^[^ ]/ { sub(/:$/, "", $1); name = $1 }
             $1 == "Candidate:" && $2 != "(none)" { print name }' | sort -u))
     [[ -n $unknown ]] || return 0
-    fail_by_apt "$updated" "$log" "this system does not offer: ${unknown//$'\n'/ } (Debian 12 does)."
+    fail_by_apt "$updated" "$log" "this system does not offer: ${unknown//$'\n'/ } (Debian 12 and 13 do)."
+}
+
+# A tool of LLVM under the name that this system gives it: llvm_tool clang-tidy
+llvm_tool() { # NAME
+    local version
+    for version in -19 -18 -17 -16 ''; do
+        if command -v "$1$version"; then return; fi
+    done
+    return 1
 }
 
 # As many compilers as there are processors, and no more than the memory holds.
@@ -94,6 +129,21 @@ build_folder() { # PRESET
     if [[ $1 == release ]]; then echo "$root/build"; else echo "$root/build/$1"; fi
 }
 
+# What CMake did not find, in a line, since elsewhere the packages have other names.
+tell_missing() { # LOG
+    local missing
+    missing=$(sed -nE \
+        -e 's/.*Could not find a package configuration file provided by "([^"]+)".*/\1 (CMake package)/p' \
+        -e 's/.*Could NOT find ([A-Za-z0-9]+).*/\1/p' \
+        -e "s/.*Package '([^']+)'.* not found.*/\\1 (pkg-config)/p" \
+        -e 's/^  (No suitable compiler.*)/\1/p' "$1" | sort -u | paste -sd, | sed 's/,/, /g')
+    if [[ -n $missing ]]; then
+        say "Not found: $missing. README.md names all libraries that Nimbrelle is built with."
+    else
+        cat "$1" >&2
+    fi
+}
+
 build_preset() { # PRESET [TARGET...]
     local folder log
     folder=$(build_folder "$1")
@@ -101,8 +151,8 @@ build_preset() { # PRESET [TARGET...]
     if [[ ! -d $folder ]]; then need_room 1500 "$root" "Building"; fi
     mkdir -p "$folder"
     (cd "$root" && cmake --preset "$1") >"$log" 2>&1 || {
-        cat "$log" >&2
-        fail "configuring the $1 build failed."
+        tell_missing "$log"
+        fail "configuring the $1 build failed; all of what CMake said is in $log."
     }
     cmake --build "$folder" -j "$(job_count)" ${2:+--target "${@:2}"} >&2 || fail "the $1 build failed."
 }

@@ -4,8 +4,8 @@
 
 namespace nimbrelle {
 
-/// What the AI provider answered, or what keeps us from asking it. Failures of the way there are
-/// TransportErrors.
+/// What the AI provider refused, or what keeps us from asking it. A provider that could not be reached is a
+/// TransportError.
 class AIError : public Failure {
 public:
     enum class Kind {
@@ -13,7 +13,7 @@ public:
         noKey,
         unauthorized,
         noBalance,
-        badResponse, ///< a reply that can't be read, or an address that is none
+        badResponse, ///< a reply that can't be read, or an address that is not valid
     };
 
     /// Of a kind other than http.

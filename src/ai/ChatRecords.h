@@ -7,13 +7,26 @@
 
 #include <optional>
 
-/// The envelopes of the provider's protocol, with the keys as they stand on the wire. Members that nobody
-/// asks for are left out.
+/// The messages of the provider's protocol, with the keys as they stand on the wire. Members that nobody
+/// reads are left out.
 namespace nimbrelle {
 
 struct ChatMessage {
     QString role; ///< "system", "user" or "assistant"
     QString content;
+
+    static ChatMessage system(const QString &content)
+    {
+        return {.role = QStringLiteral("system"), .content = content};
+    }
+    static ChatMessage user(const QString &content)
+    {
+        return {.role = QStringLiteral("user"), .content = content};
+    }
+    static ChatMessage assistant(const QString &content)
+    {
+        return {.role = QStringLiteral("assistant"), .content = content};
+    }
 
     bool operator==(const ChatMessage &) const = default;
 };

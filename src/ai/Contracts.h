@@ -23,7 +23,7 @@ struct LookupResult {
         bool operator==(const Alternative &) const = default;
     };
 
-    Explanation explanation; ///< its fields stand in the same flat reply
+    Explanation explanation; ///< its fields are in the same flat object
     std::optional<QString> aboutZh;
     std::optional<bool> corrected; ///< true when the AI changed the spelling of what was typed
     std::optional<QList<Alternative>> alternatives; ///< other ways to say a Chinese query
@@ -40,7 +40,7 @@ inline constexpr auto fieldsOf<LookupResult> = fields("aboutZh", &LookupResult::
 
 struct Translation {
     struct KeyTerm {
-        QString text; ///< as it stands in the translated text
+        QString text; ///< as in the translated text
         QString meaningZh;
 
         bool operator==(const KeyTerm &) const = default;

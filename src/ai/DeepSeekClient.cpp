@@ -30,7 +30,7 @@ QByteArray keyOf(const AppConfig &config)
     return key.toUtf8();
 }
 
-// A line break at the end of the address is no blank and stays, and so the address is none.
+// A line break at the end of the address is not trimmed, and so the address is not valid.
 QUrl addressOf(const AppConfig &config)
 {
     const QString base = trimmedOf(trimmedBlanks(config.baseURL), u"/");
@@ -65,8 +65,8 @@ QByteArray contentIn(const QByteArray &reply)
 } // namespace
 
 DeepSeekClient::DeepSeekClient(
-    AppConfig config, QNetworkAccessManager &network, std::chrono::milliseconds patience)
-    : m_config(std::move(config)), m_network(&network), m_patience(patience)
+    AppConfig config, QNetworkAccessManager &network, std::chrono::milliseconds timeout)
+    : m_config(std::move(config)), m_network(&network), m_timeout(timeout)
 {
 }
 
@@ -83,7 +83,7 @@ DeepSeekClient::Request DeepSeekClient::makeRequest(
     head.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     // Closing a stream then closes its connection.
     head.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    head.setTransferTimeout(static_cast<int>(m_patience.count()));
+    head.setTransferTimeout(static_cast<int>(m_timeout.count()));
     return {head, bodyOf(m_config.model, messages, extra)};
 }
 
@@ -124,7 +124,7 @@ QCoro::Task<QString> DeepSeekClient::tipOf(DeepSeekClient client, QString user, 
 QCoro::Task<QByteArray> DeepSeekClient::contentOf(
     DeepSeekClient client, QString system, QString user, std::stop_token stop)
 {
-    const QList<ChatMessage> messages{{u"system"_s, system}, {u"user"_s, user}};
+    const QList<ChatMessage> messages{ChatMessage::system(system), ChatMessage::user(user)};
     const QJsonObject extra{
         {u"response_format"_s, QJsonObject{{u"type"_s, u"json_object"_s}}},
         {u"temperature"_s, 0.2},
@@ -158,10 +158,10 @@ QCoro::AsyncGenerator<QString> DeepSeekClient::piecesOf(
 
     HttpExchange exchange(*client.m_network, request.head, request.body, stop);
     co_await exchange.answered();
-    for (RefusalReader refusal; exchange.status() != statusOk;) {
+    for (ErrorBodyReader body; exchange.status() != statusOk;) {
         const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isFailure);
-        if (refusal.completesWith(bytes))
-            throw AIError::ofStatus(exchange.status(), refusal.text());
+        if (body.completesWith(bytes))
+            throw AIError::ofStatus(exchange.status(), body.text());
     }
 
     StreamReader reader;

@@ -22,12 +22,12 @@ public:
         QByteArray body;
     };
 
-    /// `patience`: how long the connection may stay silent.
+    /// `timeout`: how long the connection may stay silent.
     DeepSeekClient(AppConfig config, QNetworkAccessManager &network,
-        std::chrono::milliseconds patience = std::chrono::seconds{60});
+        std::chrono::milliseconds timeout = std::chrono::seconds{60});
 
     /// `extra`: members of the body beside the model and the messages. Throws AIError when there is no key or
-    /// the address is none.
+    /// the address is not valid.
     Request makeRequest(const QList<ChatMessage> &messages, const QJsonObject &extra) const;
 
     /// One exchange whose reply is a JSON object in the form of `Reply`, read by the rules for AI replies.
@@ -67,7 +67,7 @@ private:
 
     AppConfig m_config;
     QNetworkAccessManager *m_network;
-    std::chrono::milliseconds m_patience;
+    std::chrono::milliseconds m_timeout;
 };
 
 } // namespace nimbrelle

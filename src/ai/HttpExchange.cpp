@@ -10,8 +10,8 @@
 
 namespace nimbrelle {
 
-/// A body that is read once. When a server closes the connection without a word, the network layer sends the
-/// request again by itself, and the user would pay for two answers; so the second one finds no body and
+/// A body that is read once. When a server closes the connection without an answer, the network layer sends
+/// the request again by itself, and the user would pay for two answers; so the second one finds no body and
 /// fails. (Refusing to be rewound would be simpler, but fails a redirect, for which the layer rewinds and
 /// sends nothing.)
 class OneTimeBody final : public QIODevice {
@@ -79,7 +79,7 @@ HttpExchange::~HttpExchange()
 {
     m_onStop.reset();
     QObject::disconnect(m_reply, nullptr, &m_context, nullptr);
-    // Its end closes the connection. Later, for we may stand inside one of its signals.
+    // Its deletion closes the connection. Later, for we may be called from one of its signals.
     m_reply->deleteLater();
 }
 
@@ -88,7 +88,7 @@ int HttpExchange::status() const
     return m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
-bool HttpExchange::hasNews() const
+bool HttpExchange::isReady() const
 {
     return m_stop.stop_requested() || m_reply->isFinished() || !m_unread.isEmpty();
 }
@@ -103,7 +103,7 @@ void HttpExchange::collect()
 
 void HttpExchange::resume()
 {
-    if (m_waiting && hasNews())
+    if (m_waiting && isReady())
         std::exchange(m_waiting, nullptr).resume(); // may destroy us
 }
 
@@ -124,17 +124,14 @@ void HttpExchange::throwUnlessEnded() const
 {
     if (m_stop.stop_requested())
         throw Cancelled();
-    const QNetworkReply::NetworkError error = m_reply->error();
-    if (!isTransportFailure(error))
+    const std::optional<TransportError> failure = TransportError::of(*m_reply);
+    if (!failure)
         return;
     if (m_body->wasAskedTwice())
         throw TransportError(TransportError::Kind::lost);
-    if (error == QNetworkReply::RemoteHostClosedError && m_cutOff == CutOff::isEnd && m_hasBody)
+    if (failure->kind() == TransportError::Kind::lost && m_cutOff == CutOff::isEnd && m_hasBody)
         return;
-    // Nobody but the time limit cancels a reply that was not stopped.
-    if (error == QNetworkReply::OperationCanceledError)
-        throw TransportError(TransportError::Kind::timedOut);
-    throw TransportError(TransportError::kindOf(error));
+    throw *failure;
 }
 
 } // namespace nimbrelle

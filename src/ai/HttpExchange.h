@@ -47,7 +47,7 @@ private:
     template <auto result> struct Wait {
         HttpExchange &exchange;
 
-        bool await_ready() const { return exchange.hasNews(); }
+        bool await_ready() const { return exchange.isReady(); }
         void await_suspend(std::coroutine_handle<> waiting) { exchange.m_waiting = waiting; }
         auto await_resume() { return (exchange.*result)(); }
     };
@@ -56,7 +56,7 @@ private:
         void operator()() const { exchange->m_reply->abort(); }
     };
 
-    bool hasNews() const;
+    bool isReady() const; ///< whether a wait may end
     void collect();
     void resume();
     void checkAnswered();

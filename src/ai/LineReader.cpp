@@ -7,14 +7,7 @@ QByteArrayList LineReader::read(QByteArrayView bytes)
     QByteArrayList lines;
     qsizetype from = 0;
     for (qsizetype at = 0; at < bytes.size(); ++at) {
-        const char c = bytes[at];
-        const bool endsPair = c == '\n' && std::exchange(m_endedInCarriageReturn, false);
-        if (endsPair) {
-            from = at + 1;
-            continue;
-        }
-        m_endedInCarriageReturn = c == '\r';
-        if (c != '\n' && c != '\r')
+        if (bytes[at] != '\n' && bytes[at] != '\r')
             continue;
         lines.append(m_line.append(bytes.sliced(from, at - from)));
         m_line.clear();

@@ -7,9 +7,9 @@
 
 namespace nimbrelle {
 
-/// Turns bytes that arrive in pieces, cut anywhere, into lines without their ends. A line ends at LF, CR or
-/// CR LF, and is given out as soon as its end is seen. Bytes stay bytes: a character cut in two is whole
-/// again in its line.
+/// Turns bytes that arrive in pieces, cut anywhere, into lines without their ends. A line ends at LF or CR,
+/// so that CR LF is followed by an empty line. Bytes stay bytes: a character cut in two is whole again in its
+/// line.
 class LineReader {
 public:
     /// The lines that `bytes` complete.
@@ -19,7 +19,6 @@ public:
 
 private:
     QByteArray m_line;
-    bool m_endedInCarriageReturn = false; ///< an LF that follows belongs to the line given out already
 };
 
 } // namespace nimbrelle

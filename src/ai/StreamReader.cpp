@@ -41,7 +41,7 @@ QString StreamReader::pieceOf(const QByteArray &line)
     return chunk->choices.first().delta.content.value_or(QString());
 }
 
-bool RefusalReader::completesWith(const QByteArray &bytes)
+bool ErrorBodyReader::completesWith(const QByteArray &bytes)
 {
     if (bytes.isEmpty()) {
         m_text.append(m_lines.finish().value_or(QByteArray()));
@@ -55,14 +55,14 @@ bool RefusalReader::completesWith(const QByteArray &bytes)
     return false;
 }
 
-bool RefusalReader::isEnough() const
+bool ErrorBodyReader::isEnough() const
 {
     constexpr qsizetype enoughCharacters = 200;
     // A character takes at least one byte, which spares counting most texts.
     return m_text.size() > enoughCharacters && characterCount(QString::fromUtf8(m_text)) > enoughCharacters;
 }
 
-QString RefusalReader::text() const
+QString ErrorBodyReader::text() const
 {
     return textFromUtf8(m_text);
 }

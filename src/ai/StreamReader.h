@@ -6,8 +6,8 @@
 
 namespace nimbrelle {
 
-/// Reads the body of a streamed answer: "data:" lines, each with a JSON chunk, up to "[DONE]". Whatever can't
-/// be read costs its own line and no other.
+/// Reads the body of a streamed answer: "data:" lines, each with a JSON chunk, up to "[DONE]". A line that
+/// can't be read is passed over.
 class StreamReader {
 public:
     /// The pieces of text that `bytes` complete, each as the AI sent it and never empty.
@@ -25,10 +25,10 @@ private:
     bool m_isDone = false;
 };
 
-/// Reads the body of a refusal, line by line, until it is longer than what is shown of it.
-class RefusalReader {
+/// Reads the body of an error response, line by line, until it is longer than what is shown of it.
+class ErrorBodyReader {
 public:
-    /// Takes the next bytes of the body, or none at its end; true when the text is complete.
+    /// Takes the next bytes of the body, empty at its end; true when the text is complete.
     bool completesWith(const QByteArray &bytes);
     /// The lines without their ends; empty when they are not UTF-8.
     QString text() const;

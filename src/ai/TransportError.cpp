@@ -1,5 +1,7 @@
 #include "ai/TransportError.h"
 
+#include <QNetworkReply>
+
 namespace nimbrelle {
 
 namespace {
@@ -19,22 +21,19 @@ QString textOf(TransportError::Kind kind)
         return QStringLiteral("服务器太久没有回应，请稍后再试。");
     case TransportError::Kind::tls:
         return QStringLiteral("无法和服务器建立安全连接。");
+    case TransportError::Kind::certificate:
+        return QStringLiteral("服务器的证书对不上，可能连到了别的地方");
     case TransportError::Kind::proxy:
         return QStringLiteral("代理服务器连不上，请检查代理设置。");
-    case TransportError::Kind::cancelled:
-        return QStringLiteral("已取消");
     case TransportError::Kind::other:
         break;
     }
     return QStringLiteral("网络请求失败，请稍后再试。");
 }
 
-} // namespace
-
-TransportError::TransportError(Kind kind) : Failure(textOf(kind)), m_kind(kind) { }
-
-TransportError::Kind TransportError::kindOf(QNetworkReply::NetworkError error)
+TransportError::Kind kindOf(QNetworkReply::NetworkError error)
 {
+    using Kind = TransportError::Kind;
     switch (error) {
     case QNetworkReply::TemporaryNetworkFailureError:
     case QNetworkReply::NetworkSessionFailedError:
@@ -47,11 +46,10 @@ TransportError::Kind TransportError::kindOf(QNetworkReply::NetworkError error)
     case QNetworkReply::RemoteHostClosedError:
         return Kind::lost;
     case QNetworkReply::TimeoutError:
+    case QNetworkReply::OperationCanceledError:
         return Kind::timedOut;
     case QNetworkReply::SslHandshakeFailedError:
         return Kind::tls;
-    case QNetworkReply::OperationCanceledError:
-        return Kind::cancelled;
     default:
         return error >= QNetworkReply::ProxyConnectionRefusedError
                 && error <= QNetworkReply::UnknownProxyError
@@ -60,7 +58,8 @@ TransportError::Kind TransportError::kindOf(QNetworkReply::NetworkError error)
     }
 }
 
-bool isTransportFailure(QNetworkReply::NetworkError error)
+// The errors behind those of the proxy only repeat the status, but for two.
+bool isOfTransport(QNetworkReply::NetworkError error)
 {
     switch (error) {
     case QNetworkReply::NoError:
@@ -71,6 +70,20 @@ bool isTransportFailure(QNetworkReply::NetworkError error)
     default:
         return error <= QNetworkReply::UnknownProxyError;
     }
+}
+
+} // namespace
+
+TransportError::TransportError(Kind kind, QString detail)
+    : Failure(textOf(kind)), m_kind(kind), m_detail(std::move(detail))
+{
+}
+
+std::optional<TransportError> TransportError::of(const QNetworkReply &reply)
+{
+    if (!isOfTransport(reply.error()))
+        return std::nullopt;
+    return TransportError(kindOf(reply.error()), reply.errorString());
 }
 
 } // namespace nimbrelle

@@ -2,27 +2,31 @@
 
 #include "frame/Failure.h"
 
-#include <QNetworkReply>
+#include <optional>
+
+class QNetworkReply;
 
 namespace nimbrelle {
 
-/// A server could not be reached, or the way to it broke. What the server said is never one of these.
+/// A server could not be reached, or the connection to it broke. What a server answers, with whatever status,
+/// is never one of these.
 class TransportError : public Failure {
 public:
-    enum class Kind { noNetwork, hostNotFound, refused, lost, timedOut, tls, proxy, cancelled, other };
+    enum class Kind { noNetwork, hostNotFound, refused, lost, timedOut, tls, certificate, proxy, other };
 
-    explicit TransportError(Kind kind);
+    /// `detail`: the network layer's own words, for the command line.
+    explicit TransportError(Kind kind, QString detail = {});
 
     Kind kind() const { return m_kind; }
+    const QString &detail() const { return m_detail; }
 
-    /// A time-out of ours looks like a cancellation to the network layer; who set it must tell them apart.
-    static Kind kindOf(QNetworkReply::NetworkError error);
+    /// Why a finished reply is no answer; absent when it is one. The caller knows whether it aborted the
+    /// reply: the abort of a time limit, which looks the same, counts as timedOut.
+    static std::optional<TransportError> of(const QNetworkReply &reply);
 
 private:
     Kind m_kind;
+    QString m_detail;
 };
-
-/// Whether `error` tells of the way to the server. Statuses from 400 on come as errors of other kinds.
-bool isTransportFailure(QNetworkReply::NetworkError error);
 
 } // namespace nimbrelle

@@ -15,7 +15,7 @@ struct AskContext {
     std::optional<Explanation> explanation; ///< what that card said
     std::optional<PageSource> source; ///< where the text was met
 
-    /// What introduces the text to the model.
+    /// What introduces the text to the AI.
     QString contextText() const;
 
     bool operator==(const AskContext &) const = default;
@@ -26,10 +26,10 @@ enum class QuickQuestion { why, structure, simpler, examples };
 inline constexpr std::array allQuickQuestions{
     QuickQuestion::why, QuickQuestion::structure, QuickQuestion::simpler, QuickQuestion::examples};
 
-/// The short text of the button, which also stands for the question in the conversation.
+/// The short text of the button, which is also shown in the conversation.
 QString label(QuickQuestion question);
 
-/// The full question that the model gets.
+/// The full question that the AI gets.
 QString prompt(QuickQuestion question, const AskContext &context);
 
 } // namespace nimbrelle

@@ -1,9 +1,6 @@
 #include "card/AskSession.h"
 
 #include "frame/Clock.h"
-#include "frame/ConfigStore.h"
-#include "frame/Failure.h"
-#include "frame/Text.h"
 #include "notebook/WordStore.h"
 
 #include <algorithm>
@@ -29,20 +26,8 @@ QString systemPrompt()
 
 AskSession::AskSession(const Clock &clock, const ConfigStore &config, WordStore &words,
     AIClientFactory newClient, QObject *parent)
-    : QObject(parent), m_clock(clock), m_config(config), m_words(words), m_newClient(std::move(newClient))
+    : Conversation(config, std::move(newClient), temperature, parent), m_clock(clock), m_words(words)
 {
-}
-
-AskSession::~AskSession() = default;
-
-bool AskSession::canSend() const
-{
-    return !m_isAnswering && !trimmedSpace(m_input).isEmpty();
-}
-
-bool AskSession::isStreaming(const Message &message) const
-{
-    return m_isAnswering && !m_messages.isEmpty() && m_messages.last().id == message.id;
 }
 
 QString AskSession::saveLabel() const
@@ -53,33 +38,14 @@ QString AskSession::saveLabel() const
 
 void AskSession::start(const AskContext &context, std::optional<QuickQuestion> question)
 {
-    m_task.cancel();
     m_context = context;
-    m_messages.clear();
-    m_input.clear();
-    m_error.clear();
     m_savedIDs.clear();
-    m_isAnswering = false;
+    setMessages({});
+    clearError();
+    setInput(QString());
     emit started();
     if (question)
         sendQuestion(*question);
-}
-
-void AskSession::setInput(const QString &input)
-{
-    if (m_input == input)
-        return;
-    m_input = input;
-    emit inputChanged();
-}
-
-void AskSession::sendInput()
-{
-    if (!canSend())
-        return;
-    const QString text = trimmedSpace(m_input);
-    setInput(QString());
-    send(text, text);
 }
 
 void AskSession::sendQuestion(QuickQuestion question)
@@ -87,93 +53,40 @@ void AskSession::sendQuestion(QuickQuestion question)
     send(prompt(question, m_context), label(question));
 }
 
-void AskSession::send(const QString &text, const QString &shown)
+QList<ChatMessage> AskSession::exchangeFor(const QString &question) const
 {
-    if (m_isAnswering)
-        return;
-    const QList<ChatMessage> exchange = exchangeFor(text);
-    m_error.clear();
-    m_messages.append({QUuid::createUuid(), true, shown});
-    m_messages.append({QUuid::createUuid(), false, QString()});
-    m_isAnswering = true;
-    emit messagesChanged();
-    emit stateChanged();
-    receive(exchange, m_messages.size() - 1, m_task.renew());
-}
-
-QList<ChatMessage> AskSession::exchangeFor(const QString &text) const
-{
-    const QString user = QStringLiteral("user");
-    QList<ChatMessage> exchange{{QStringLiteral("system"), systemPrompt()}, {user, m_context.contextText()}};
-    for (const Message &message : m_messages)
-        exchange.append({message.isUser ? user : QStringLiteral("assistant"), message.text});
-    exchange.append({user, text});
+    QList<ChatMessage> exchange{
+        ChatMessage::system(systemPrompt()), ChatMessage::user(m_context.contextText())};
+    for (const Message &message : messages())
+        exchange.append(chatMessage(message));
+    exchange.append(ChatMessage::user(question));
     return exchange;
 }
 
-// A new conversation or a stop cancels the flow, so that no piece of an old answer lands anywhere.
-QCoro::Task<> AskSession::receive(QList<ChatMessage> exchange, qsizetype index, std::stop_token stop)
+// The AI, too, finds only the short label in what was said before.
+AskSession::Message AskSession::questionMessage(
+    const QString &question, const std::optional<QString> &shown) const
 {
-    try {
-        const auto client = m_newClient(m_config.config());
-        auto stream = client->streamChat(std::move(exchange), temperature, stop);
-        auto piece = co_await stream.begin();
-        while (!stop.stop_requested() && piece != stream.end()) {
-            m_messages[index].text += *piece;
-            emit messageGrew(index);
-            co_await ++piece;
-        }
-        if (!stop.stop_requested())
-            endAnswer();
-    } catch (const std::exception &failure) {
-        if (!stop.stop_requested())
-            fail(index, Failure::shownText(failure));
-    }
-}
-
-void AskSession::fail(qsizetype index, const QString &text)
-{
-    if (m_messages[index].text.isEmpty()) {
-        m_messages.remove(index - 1, 2); // the question goes with its empty answer
-        emit messagesChanged();
-    }
-    m_error = text;
-    endAnswer();
-}
-
-void AskSession::endAnswer()
-{
-    m_isAnswering = false;
-    emit stateChanged();
-}
-
-void AskSession::stop()
-{
-    if (!m_isAnswering)
-        return;
-    m_isAnswering = false;
-    m_task.cancel();
-    emit stateChanged();
+    return {.id = QUuid::createUuid(), .isUser = true, .text = shown.value_or(question)};
 }
 
 void AskSession::save(const QUuid &id)
 {
-    const auto message = std::find_if(m_messages.cbegin(), m_messages.cend(),
-        [&id](const Message &candidate) { return candidate.id == id; });
-    if (message == m_messages.cend() || message->isUser)
+    const auto message = std::ranges::find(messages(), id, &Message::id);
+    if (message == messages().cend() || message->isUser)
         return;
-    const AINote note = noteOf(message - m_messages.cbegin());
+    const AINote note = noteOf(message - messages().cbegin());
     if (!keepWithWord(note))
         m_words.addSentenceNote(note);
     m_savedIDs.insert(id);
-    emit stateChanged();
+    emit changed();
 }
 
 AINote AskSession::noteOf(qsizetype index) const
 {
-    AINote note{.id = QUuid::createUuid(), .answer = m_messages[index].text};
+    AINote note{.id = QUuid::createUuid(), .answer = messages()[index].text};
     if (index > 0)
-        note.question = m_messages[index - 1].text;
+        note.question = messages()[index - 1].text;
     note.original = m_context.original;
     note.translation = m_context.translation;
     if (m_context.source) {

@@ -31,7 +31,7 @@ CardError errorOf(const std::exception &failure)
     const auto *error = dynamic_cast<const AIError *>(&failure);
     const bool needsSettings =
         error && (error->kind() == AIError::Kind::noKey || error->kind() == AIError::Kind::unauthorized);
-    return {Failure::shownText(failure), needsSettings};
+    return {.message = Failure::shownText(failure), .needsSettings = needsSettings};
 }
 
 } // namespace
@@ -52,7 +52,7 @@ CardController::CardController(Clock &clock, const ConfigStore &config, WordStor
 
 CardController::~CardController()
 {
-    m_task.cancel(); // first, so that nobody shows what the next line ends
+    m_task.cancel(); // first, so that no flow shows what the next line stops
     m_exchanges.request_stop();
 }
 
@@ -76,7 +76,7 @@ void CardController::open(CardState state, QPointF at)
 
 void CardController::lookup(const QString &selection, const std::optional<QString> &context, QPointF at)
 {
-    open(CardLoading{selection}, at);
+    open(CardLoading{.selection = selection}, at);
     const PageSource source = m_currentSource();
     explain(selection, context, source, m_task.renew());
 }
@@ -116,12 +116,12 @@ RecallState CardController::recallFor(const WordEntry &entry) const
 {
     const bool isFresh = entry.review && m_clock.now() - entry.review->lastReview < recallPause;
     const bool asks = m_config.config().recallOnLookup && !isFresh;
-    return {asks ? RecallState::Kind::hidden : RecallState::Kind::off};
+    return {.kind = asks ? RecallState::Kind::hidden : RecallState::Kind::off};
 }
 
 void CardController::offerTranslation(const QString &text, QPointF at)
 {
-    open(TranslateOffer{text}, at);
+    open(TranslateOffer{.text = text}, at);
     m_translationSource = m_currentSource();
     hideOfferLater(m_offerHideTask.renew());
 }
@@ -136,13 +136,13 @@ QCoro::Task<> CardController::hideOfferLater(std::stop_token stop)
 void CardController::translate(const QString &text)
 {
     m_offerHideTask.cancel();
-    update(Translating{text});
+    update(Translating{.text = text});
     fetchTranslation(text, m_task.renew());
 }
 
 void CardController::showTranslation(const QString &text, QPointF at)
 {
-    open(Translating{text}, at);
+    open(Translating{.text = text}, at);
     m_translationSource = m_currentSource();
     translate(text);
 }
@@ -153,7 +153,7 @@ QCoro::Task<> CardController::fetchTranslation(QString text, std::stop_token sto
         const auto client = m_newClient(m_config.config());
         Translation translation = co_await client->translate(text, stop);
         if (!stop.stop_requested())
-            update(TranslationData{text, std::move(translation)});
+            update(TranslationData{.original = text, .translation = std::move(translation)});
     } catch (const std::exception &failure) {
         if (!stop.stop_requested())
             update(errorOf(failure));
@@ -193,7 +193,7 @@ void CardController::revealRecall()
     if (!card || card->recall.kind != RecallState::Kind::hidden)
         return;
     WordCardData revealed = *card;
-    revealed.recall = {RecallState::Kind::revealed};
+    revealed.recall = {.kind = RecallState::Kind::revealed};
     update(std::move(revealed));
 }
 
@@ -207,7 +207,7 @@ void CardController::rateRecall(bool remembered)
     if (!word)
         return;
     m_words.applyReview(word->id, remembered ? Rating::good : Rating::again, LogKind::review);
-    rated.recall = {RecallState::Kind::done, remembered};
+    rated.recall = {.kind = RecallState::Kind::done, .remembered = remembered};
     update(std::move(rated));
 }
 
@@ -217,11 +217,15 @@ void CardController::ask(std::optional<QuickQuestion> question)
     if (const auto *word = payload<WordCardData>()) {
         const Explanation &explanation = word->explanation;
         const QString sentence = explanation.sentence.value_or(QString());
-        context = {sentence.isEmpty() ? word->selection : sentence, explanation.sentenceZh,
-            explanation.headword, explanation, word->source};
+        context = {.original = sentence.isEmpty() ? word->selection : sentence,
+            .translation = explanation.sentenceZh,
+            .focusWord = explanation.headword,
+            .explanation = explanation,
+            .source = word->source};
     } else if (const auto *done = payload<TranslationData>()) {
-        context = {
-            done->original, done->translation.translationZh, std::nullopt, std::nullopt, m_translationSource};
+        context = {.original = done->original,
+            .translation = done->translation.translationZh,
+            .source = m_translationSource};
     } else {
         return;
     }

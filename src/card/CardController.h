@@ -15,9 +15,9 @@ class ConfigStore;
 class Screens;
 class WordStore;
 
-/// Owns the floating card: what it shows, where it stands, and the road from a text to its explanation. A
-/// newer call replaces what is under way; an exchange that was begun for an explanation still runs to its end
-/// and its answer is kept for the next time. Main thread only.
+/// Owns the floating card: what it shows, where it is placed, and the flow from a text to its explanation. A
+/// newer call replaces the flow before; an exchange that was begun for an explanation still runs to its end,
+/// and its answer is cached. Main thread only.
 class CardController : public QObject, public Card {
     Q_OBJECT
 
@@ -42,7 +42,7 @@ public:
     void showError(const CardError &error, QPointF at) override;
     void hide() override;
 
-    /// Takes an offer up.
+    /// Accepts the offer.
     void translate(const QString &text);
 
     /// @name For the card's buttons. Each does nothing in a state that has no such button.
@@ -90,7 +90,8 @@ private:
     PageSource m_translationSource;
     TaskSlot m_task;
     TaskSlot m_offerHideTask;
-    std::stop_source m_exchanges; // for explanations; stopped only when we go
+    // Of explanations, of which several run to their ends side by side; stopped only when we go.
+    std::stop_source m_exchanges;
 };
 
 } // namespace nimbrelle

@@ -5,14 +5,14 @@
 
 namespace nimbrelle {
 
-/// The floating window that shows the card. It never takes the focus and stands above everything. Frames are
+/// The floating window that shows the card. It never takes the focus and stays above all windows. Frames are
 /// in global points, origin at the bottom left of the main screen, y upward.
 class CardPanel {
 public:
     virtual ~CardPanel() = default;
 
-    /// The size that the present content needs on a screen with `room` free for windows.
-    virtual QSizeF fittingSize(QSizeF room) = 0;
+    /// The size that the present content needs on a screen with `available` free for windows.
+    virtual QSizeF fittingSize(QSizeF available) = 0;
 
     virtual void place(const QRectF &frame) = 0;
 

@@ -40,19 +40,21 @@ QList<UnlockItem> unlockItems(const Unlock &unlock)
     using Kind = UnlockItem::Kind;
     QList<UnlockItem> items;
     if (unlock.newForm)
-        items.append({Kind::form,
-            u"新形式 "_s + unlock.newForm->form + u"（"_s + label(unlock.newForm->kind) + u"）"_s
+        items.append({.kind = Kind::form,
+            .text = u"新形式 "_s + unlock.newForm->form + u"（"_s + label(unlock.newForm->kind) + u"）"_s
                 + progressText(unlock.formProgress)});
     if (unlock.newGrammar)
-        items.append(
-            {Kind::grammar, u"新语法 "_s + label(*unlock.newGrammar) + progressText(unlock.grammarProgress)});
+        items.append({.kind = Kind::grammar,
+            .text = u"新语法 "_s + label(*unlock.newGrammar) + progressText(unlock.grammarProgress)});
     if (!unlock.newAffixes.isEmpty())
-        items.append({Kind::affixes,
-            u"新词缀 "_s + displayForms(unlock.newAffixes).join(u'、') + progressText(unlock.affixProgress)});
+        items.append({.kind = Kind::affixes,
+            .text = u"新词缀 "_s + displayForms(unlock.newAffixes).join(u'、') + progressText(unlock.affixProgress)});
     if (unlock.awakenedAfterDays)
-        items.append({Kind::awakened, u"好久不见！上次见它是 %1 天前"_s.arg(*unlock.awakenedAfterDays)});
+        items.append({.kind = Kind::awakened,
+            .text = u"好久不见！上次见它是 %1 天前"_s.arg(*unlock.awakenedAfterDays)});
     if (!unlock.familyMembers.isEmpty())
-        items.append({Kind::family, u"和 "_s + unlock.familyMembers.join(u"、"_s) + u" 是一家"_s});
+        items.append(
+            {.kind = Kind::family, .text = u"和 "_s + unlock.familyMembers.join(u"、"_s) + u" 是一家"_s});
     return items;
 }
 

@@ -5,7 +5,7 @@
 
 #include <QList>
 
-/// The lines of the card that are put together from several fields. What is absent is not to be shown.
+/// The lines of the card that are put together from several fields. What is absent is not shown.
 namespace nimbrelle {
 
 /// "overthinking = overthink 的-ing 形式"; absent for the base form.

@@ -39,27 +39,27 @@ QList<LearningLog::Event> CoachFacts::events() const
 
 QString CoachFacts::build(Timestamp now) const
 {
-    const Diary diary(events(), now);
+    const ActivityLog log(events(), now);
     const QList<WordEntry> &words = m_words.entries();
     const AppConfig &config = m_config.config();
 
     const QList<QStringList> pieces{
-        facts::timeOfDay(diary, DayKey::string(now)),
-        facts::firstUse(diary),
-        facts::lastStudyDay(diary),
+        facts::timeOfDay(log, DayKey::string(now)),
+        facts::firstUse(log),
+        facts::lastStudyDay(log),
         facts::interests(m_words.topInterests()),
-        facts::recentDays(diary),
+        facts::recentDays(log),
         facts::newWords(words, now),
         facts::stageCounts(words, config, now),
         facts::learningWords(words),
-        facts::forgottenWords(diary, words),
-        facts::recalledWords(diary),
+        facts::forgottenWords(log, words),
+        facts::recalledWords(log),
         facts::hardWords(words, config.leechThreshold),
         facts::restingWords(words),
         facts::masteredWords(words),
-        facts::recentSpelling(diary),
+        facts::recentSpelling(log),
         facts::spellPracticeWords(words, m_words.spellPracticeCount()),
-        workload(facts::reviewsToday(diary), m_words.sessionCount(now)),
+        workload(facts::reviewsToday(log), m_words.sessionCount(now)),
     };
     QStringList lines;
     for (const QStringList &piece : pieces)
@@ -71,7 +71,7 @@ QString CoachFacts::todayReview(Timestamp now) const
 {
     const std::pair at(m_log.stamp(), DayKey::string(now));
     if (m_readAt != at) {
-        m_todayReview = facts::outcomesToday(Diary(events(), now)).join(u'\n');
+        m_todayReview = facts::outcomesToday(ActivityLog(events(), now)).join(u'\n');
         m_readAt = at;
     }
     return m_todayReview;

@@ -10,7 +10,7 @@ class ConfigStore;
 class WordStore;
 
 /// Everything that the program knows about the learner, as one Chinese text: the AI coach may only say what
-/// stands in it. Reads the stores and the log at each call and changes nothing; no key or token ever gets
+/// is in it. Reads the stores and the log at each call and changes nothing; no key or token ever gets
 /// in. Days are the learner's own, by the time zone of the moment. Main thread only; all handed in must
 /// outlive it.
 class CoachFacts {

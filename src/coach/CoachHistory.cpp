@@ -27,7 +27,8 @@ std::optional<CoachHistory::Briefing> CoachHistory::briefingBefore(const QString
             [](const CoachMessage &message) { return message.fromCoach; });
         if (first == day->messages.cend())
             continue;
-        return first->text.isEmpty() ? std::nullopt : std::optional(Briefing{day->day, first->text});
+        return first->text.isEmpty() ? std::nullopt
+                                     : std::optional(Briefing{.day = day->day, .text = first->text});
     }
     return std::nullopt;
 }
@@ -36,7 +37,7 @@ void CoachHistory::put(const QString &today, const QList<CoachMessage> &messages
 {
     m_days.removeIf([&today](const CoachDay &day) { return day.day == today; });
     if (!messages.isEmpty())
-        m_days.append({today, messages});
+        m_days.append({.day = today, .messages = messages});
     m_days.remove(0, std::max<qsizetype>(0, m_days.size() - daysKept));
     writeRecordFile(m_path, m_days);
 }

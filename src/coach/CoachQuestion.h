@@ -9,7 +9,7 @@ namespace nimbrelle {
 /// The ready-made questions to the coach.
 enum class CoachQuestion { afterReview, focus, weakest, trick };
 
-/// In the order in which they are offered. afterReview has a place only when something was reviewed today.
+/// In the order in which they are offered. afterReview is offered only when something was reviewed today.
 inline constexpr std::array allCoachQuestions{
     CoachQuestion::afterReview, CoachQuestion::focus, CoachQuestion::weakest, CoachQuestion::trick};
 

@@ -1,25 +1,25 @@
 #pragma once
 
-#include "coach/Diary.h"
+#include "coach/ActivityLog.h"
 #include "notebook/WordEntry.h"
 
-/// The pieces of the coach's record, each as the lines that it puts there: none when it has nothing to tell.
-/// A line break at the beginning of a heading sets the piece apart. Words come in the notebook's order.
+/// The pieces of the learner's record, each as its lines; empty when it does not apply. A line break at the
+/// beginning of a heading separates the piece from the one before. Words come in the notebook's order.
 namespace nimbrelle::facts {
 
 /// @name From the log
 /// @{
-QStringList timeOfDay(const Diary &diary, const QString &today);
-QStringList firstUse(const Diary &diary);
-QStringList lastStudyDay(const Diary &diary);
-QStringList recentDays(const Diary &diary);
-/// Words forgotten at least twice in two weeks; `words` lends meaning, sentence and memory aid.
-QStringList forgottenWords(const Diary &diary, const QList<WordEntry> &words);
-QStringList recalledWords(const Diary &diary);
-QStringList recentSpelling(const Diary &diary);
-qint64 reviewsToday(const Diary &diary);
+QStringList timeOfDay(const ActivityLog &log, const QString &today);
+QStringList firstUse(const ActivityLog &log);
+QStringList lastStudyDay(const ActivityLog &log);
+QStringList recentDays(const ActivityLog &log);
+/// Words forgotten at least twice in two weeks; meaning, sentence and memory aid come from `words`.
+QStringList forgottenWords(const ActivityLog &log, const QList<WordEntry> &words);
+QStringList recalledWords(const ActivityLog &log);
+QStringList recentSpelling(const ActivityLog &log);
+qint64 reviewsToday(const ActivityLog &log);
 /// One line for each word of today's reviews.
-QStringList outcomesToday(const Diary &diary);
+QStringList outcomesToday(const ActivityLog &log);
 /// @}
 
 /// @name From the notebook

@@ -74,14 +74,14 @@ QString placeOf(const Example *example)
     return title.isEmpty() ? site : site + u"「"_s + title + u"」"_s;
 }
 
-QString toneOf(const WordEntry &entry)
+QString registerSuffix(const WordEntry &entry)
 {
     return entry.register_ == Register::neutral ? QString() : u"，"_s + label(entry.register_);
 }
 
 QString describe(const WordEntry &entry)
 {
-    QString text = entry.headword + u"（"_s + entry.meaningZh + toneOf(entry) + u"）"_s;
+    QString text = entry.headword + u"（"_s + entry.meaningZh + registerSuffix(entry) + u"）"_s;
     if (entry.review)
         text += u"：复习 "_s + QString::number(entry.review->reps) + u" 次，忘 "_s
             + QString::number(entry.review->lapses) + u" 次，现在大约能记 "_s

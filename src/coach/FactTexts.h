@@ -4,10 +4,10 @@
 
 #include <chrono>
 
-/// The small texts that the coach's record is put together from.
+/// The small texts that the learner's record is put together from.
 namespace nimbrelle::facts {
 
-/// The Chinese of a rating's case name; any other text as it stands.
+/// The Chinese of a rating's case name; any other text unchanged.
 QString ratingLabel(const QString &rating);
 /// 上午, 下午, 晚上 or 深夜 for a local hour.
 QString periodOf(int hour);
@@ -18,13 +18,13 @@ QString formatDays(double days);
 
 /// The first sentence that the learner met, else the first of any kind, else null. Valid as long as `entry`.
 const Example *sentenceOf(const WordEntry &entry);
-/// The beginning of a sentence, as much as the record shows.
+/// The beginning of a sentence, as much as the record holds.
 QString beginning(const QString &sentence);
 /// Where it was met, such as old.example.org「A thread」. Empty when unknown, and for null.
 QString placeOf(const Example *example);
-/// "，" and the label of a tone that is not neutral.
-QString toneOf(const WordEntry &entry);
-/// One word on one line: meaning, how firmly it sits, how far its spelling has come.
+/// "，" and the label of a register that is not neutral.
+QString registerSuffix(const WordEntry &entry);
+/// One word on one line: its meaning, how well it is known, how far its spelling is.
 QString describe(const WordEntry &entry);
 
 } // namespace nimbrelle::facts

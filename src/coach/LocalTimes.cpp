@@ -13,7 +13,7 @@ using namespace std::chrono;
 seconds systemOffsetAt(Timestamp time)
 {
     const qint64 sinceEpoch = floor<milliseconds>(time.time_since_epoch()).count();
-    return seconds{QDateTime::fromMSecsSinceEpoch(sinceEpoch, Qt::LocalTime).offsetFromUtc()};
+    return seconds{QDateTime::fromMSecsSinceEpoch(sinceEpoch).offsetFromUtc()};
 }
 
 } // namespace
@@ -23,10 +23,10 @@ LocalTime LocalTimes::at(Timestamp time)
     const Timestamp moment = std::clamp(time, distantPast, distantFuture);
     const local_time<microseconds> local{(moment + offsetAt(moment)).time_since_epoch()};
     const local_days day = floor<days>(local);
-    return {day, static_cast<int>(floor<hours>(local - day).count())};
+    return {.day = day, .hour = static_cast<int>(floor<hours>(local - day).count())};
 }
 
-// Clocks never change twice within a day, so equal ends mean an even day.
+// Clocks never change twice within a day, so equal offsets at both ends mean that there was no change.
 LocalTimes::Offset LocalTimes::offsetAt(Timestamp time)
 {
     const auto start = floor<days>(time);

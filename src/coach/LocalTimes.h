@@ -14,8 +14,9 @@ struct LocalTime {
     bool operator==(const LocalTime &) const = default;
 };
 
-/// Turns many moments into local time. A conversion by the system costs microseconds, so the distance to UTC
-/// is asked for once for each day of UTC. An object sees one time zone: make it afresh for each task.
+/// Turns many moments into local time. A conversion by the system costs microseconds, so the offset from UTC
+/// is asked for once for each day of UTC. It keeps the offsets of one time zone: make it afresh for each
+/// task.
 class LocalTimes {
 public:
     LocalTime at(Timestamp time);
@@ -25,7 +26,7 @@ private:
 
     Offset offsetAt(Timestamp time);
 
-    /// By day of UTC since the epoch; absent where the distance changes within the day.
+    /// By day of UTC since the epoch; absent where the offset changes within the day.
     QHash<qint64, std::optional<Offset>> m_offsets;
 };
 

@@ -50,7 +50,7 @@ QString newWordLine(const WordEntry &word)
 {
     const Example *example = sentenceOf(word);
     QString line = u"- "_s + DayKey::string(word.createdAt) + u' ' + word.headword + u"（"_s + word.pos + u' '
-        + word.meaningZh + toneOf(word) + u"）"_s;
+        + word.meaningZh + registerSuffix(word) + u"）"_s;
     if (const QString place = placeOf(example); !place.isEmpty())
         line += u" 来自 "_s + place;
     if (example && !example->isGenerated && !example->sentence.isEmpty())

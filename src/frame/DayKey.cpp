@@ -13,7 +13,7 @@ QString string(Timestamp date)
     using namespace std::chrono;
     const auto time = std::clamp(date, distantPast, distantFuture);
     const qint64 sinceEpoch = floor<milliseconds>(time.time_since_epoch()).count();
-    const QDate local = QDateTime::fromMSecsSinceEpoch(sinceEpoch, Qt::LocalTime).date();
+    const QDate local = QDateTime::fromMSecsSinceEpoch(sinceEpoch).date();
 
     QString key = u"0000-00-00"_s;
     const auto put = [&key](qsizetype at, int width, int value) {
@@ -39,7 +39,7 @@ std::optional<Timestamp> date(QStringView key)
     const QDate day{number(0, 4), number(5, 2), number(8, 2)};
     if (!day.isValid())
         return std::nullopt;
-    return Timestamp{std::chrono::milliseconds{day.startOfDay(Qt::LocalTime).toMSecsSinceEpoch()}};
+    return Timestamp{std::chrono::milliseconds{day.startOfDay().toMSecsSinceEpoch()}};
 }
 
 } // namespace nimbrelle::DayKey

@@ -16,9 +16,17 @@ CardRoad::CardRoad(Services &services, const Platform &platform, const Theme &th
     , m_card(services.clock(), services.config(), services.words(), services.newAI(), platform.screens,
           m_panel, [this] { return m_source.current(); })
     , m_view({.theme = theme, .controller = m_card, .words = services.words(), .speaker = platform.speaker})
-    , m_trigger({services.clock(), services.config(), platform.input, platform.pointer,
-          platform.frontApplication, platform.screens, platform.capture, platform.accessibility, m_selection,
-          m_ocr, m_region, m_card})
+    , m_trigger({.clock = services.clock(),
+          .config = services.config(),
+          .input = platform.input,
+          .pointer = platform.pointer,
+          .front = platform.frontApplication,
+          .screens = platform.screens,
+          .accessibility = platform.accessibility,
+          .selection = m_selection,
+          .ocr = m_ocr,
+          .region = m_region,
+          .card = m_card})
 {
     m_panel.setView(m_view);
 }

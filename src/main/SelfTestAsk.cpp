@@ -9,8 +9,7 @@ namespace nimbrelle::SelfTest {
 
 QCoro::Task<> runAsk(const AIClient &client, QTextStream &out)
 {
-    const ChatMessage question{
-        QStringLiteral("user"), QStringLiteral("用一句中文解释 ngl 是什么意思，不超过 20 字。")};
+    const auto question = ChatMessage::user(QStringLiteral("用一句中文解释 ngl 是什么意思，不超过 20 字。"));
     try {
         auto stream = client.streamChat({question}, 0.5);
         qsizetype count = 0;

@@ -11,7 +11,7 @@ namespace {
 
 int ends[2] = {-1, -1};
 
-void hear(int)
+void handleSignal(int)
 {
     // Nothing else is safe inside a signal handler; and what it interrupted must not see our errno.
     const int before = errno;
@@ -39,7 +39,7 @@ TerminationSignals::TerminationSignals(std::function<void()> terminate)
             [[maybe_unused]] const auto read = ::read(ends[0], &mark, 1);
             terminate();
         });
-    handle(&hear);
+    handle(&handleSignal);
 }
 
 TerminationSignals::~TerminationSignals()

@@ -23,10 +23,7 @@ ReviewSession::ReviewSession(WordStore &store, Clock &clock, Speaker &speaker, Q
     connect(&store, &WordStore::changing, this, &ReviewSession::changed, Qt::QueuedConnection);
 }
 
-ReviewSession::~ReviewSession()
-{
-    m_advance.request_stop();
-}
+ReviewSession::~ReviewSession() = default;
 
 void ReviewSession::start(qint64 extraNew)
 {
@@ -110,7 +107,7 @@ void ReviewSession::next()
 
 void ReviewSession::waitForLearner()
 {
-    m_advance.request_stop();
+    m_advance.cancel();
 }
 
 void ReviewSession::restWord()
@@ -173,7 +170,7 @@ void ReviewSession::begin(const QList<ReviewQuestion> &questions)
     m_retried.clear();
     resetInput();
     m_phase = m_queue.isEmpty() ? Phase(Empty{}) : Phase(Asking{});
-    m_advance.request_stop();
+    m_advance.cancel();
     emit changed();
     speakIfDictation();
 }
@@ -184,7 +181,7 @@ void ReviewSession::moveOn()
     ++m_index;
     resetInput();
     m_phase = m_index < m_queue.size() ? Phase(Asking{}) : Phase(Finished{});
-    m_advance.request_stop();
+    m_advance.cancel();
     emit changed();
     speakIfDictation();
 }
@@ -233,9 +230,7 @@ bool ReviewSession::awaitsRating() const
 
 void ReviewSession::advanceSoon(const QUuid &questionId)
 {
-    m_advance.request_stop();
-    m_advance = std::stop_source();
-    advance(questionId, m_advance.get_token());
+    advance(questionId, m_advance.renew());
 }
 
 // The learner may have moved on by hand during the wait.

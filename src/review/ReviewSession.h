@@ -1,11 +1,10 @@
 #pragma once
 
+#include "frame/TaskSlot.h"
 #include "notebook/WordStore.h"
 #include "review/ReviewQuestion.h"
 
 #include <QCoro/QCoroTask>
-
-#include <stop_token>
 
 namespace nimbrelle {
 
@@ -120,7 +119,7 @@ private:
     ReviewOutcome m_lastOutcome = ReviewOutcome::normal;
     bool m_isSpellingPractice = false;
     QSet<QUuid> m_retried; ///< words put back into the queue in this round
-    std::stop_source m_advance;
+    TaskSlot m_advance;
 };
 
 } // namespace nimbrelle

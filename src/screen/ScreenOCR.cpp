@@ -9,9 +9,14 @@ ScreenOCR::ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecogni
 {
 }
 
-QCoro::Task<Picture> ScreenOCR::captured(ScreenPiece piece, std::stop_token stop)
+bool ScreenOCR::isAllowed() const
 {
-    Picture picture = co_await m_capture.capture(piece.screen, piece.area);
+    return m_capture.isAllowed();
+}
+
+QCoro::Task<Picture> ScreenOCR::pictureOf(CaptureArea area, std::stop_token stop)
+{
+    Picture picture = co_await m_capture.capture(area.screen, area.rect);
     if (stop.stop_requested())
         throw Cancelled();
     co_return picture;
@@ -28,31 +33,31 @@ QCoro::Task<std::optional<ScreenOCR::Result>> ScreenOCR::recognize(
     QPointF around, Seek seek, std::stop_token stop)
 {
     const auto screen = screenHolding(m_screens.all(), around);
-    const auto piece = screen ? ScreenPiece::around(around, *screen) : std::nullopt;
-    if (!piece)
+    const auto area = screen ? CaptureArea::around(around, *screen) : std::nullopt;
+    if (!area)
         co_return std::nullopt;
-    const Picture picture = co_await captured(*piece, stop);
+    const Picture picture = co_await pictureOf(*area, stop);
     if (!picture.isValid())
         co_return std::nullopt;
-    const QPointF cursor = piece->normalized(around);
+    const QPointF cursor = area->normalized(around);
     const QList<Line> lines = co_await recognizeLines(picture, RecognitionStyle::plain, stop);
     std::optional<Result> result = analyze(lines, cursor, seek);
     if (!result && seek == Seek::word) {
-        const QList<Line> bright = co_await recognizeLines(picture, RecognitionStyle::subtitles, stop);
-        result = analyze(bright, cursor, seek);
+        const QList<Line> subtitles = co_await recognizeLines(picture, RecognitionStyle::subtitles, stop);
+        result = analyze(subtitles, cursor, seek);
     }
     if (result && result->wordRect)
-        result->wordRect = piece->toGlobal(*result->wordRect);
+        result->wordRect = area->toGlobal(*result->wordRect);
     co_return result;
 }
 
 QCoro::Task<std::optional<QString>> ScreenOCR::recognizeText(QRectF in, std::stop_token stop)
 {
     const auto screen = screenHolding(m_screens.all(), in.center());
-    const auto piece = screen ? ScreenPiece::of(in, *screen) : std::nullopt;
-    if (!piece)
+    const auto area = screen ? CaptureArea::of(in, *screen) : std::nullopt;
+    if (!area)
         co_return std::nullopt;
-    const Picture picture = co_await captured(*piece, stop);
+    const Picture picture = co_await pictureOf(*area, stop);
     if (!picture.isValid())
         co_return std::nullopt;
     QList<Line> lines = co_await recognizeLines(picture, RecognitionStyle::plain, stop);

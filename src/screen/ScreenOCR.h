@@ -1,7 +1,8 @@
 #pragma once
 
+#include "frame/TextRange.h"
 #include "platform/TextRecognizer.h"
-#include "screen/ScreenPiece.h"
+#include "screen/CaptureArea.h"
 
 namespace nimbrelle {
 
@@ -9,9 +10,9 @@ class ScreenCapture;
 
 /// Reads text that exists only as pixels. Keeps nothing: no picture outlives the call that took it.
 ///
-/// What is static is pure. Its boxes and points are normalized to the picture: 0...1, origin at the bottom
-/// left, y upward. Points and rectangles on the screen are global, origin at the bottom left of the main
-/// screen, y upward.
+/// The static functions are pure. Their boxes and points are normalized to the picture: 0...1, origin at the
+/// bottom left, y upward. Points and rectangles on the screen are global, origin at the bottom left of the
+/// main screen, y upward.
 class ScreenOCR {
 public:
     struct Word {
@@ -39,17 +40,12 @@ public:
 
     enum class Seek { contextOnly, word };
 
-    /// In UTF-16 units.
-    struct Range {
-        qsizetype from = 0;
-        qsizetype length = 0;
-
-        bool operator==(const Range &) const = default;
-    };
-
     ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecognizer &recognizer);
 
-    /// What stands at and round a point. Absent when the point is on no screen, or on no word when one is
+    /// Whether the screen may be captured. Never asks the user.
+    bool isAllowed() const;
+
+    /// The text at and round a point. Absent when the point is on no screen, or on no word when one is
     /// sought, or there is no text. Throws CaptureFailure, RecognitionFailure, or Cancelled after a stop.
     QCoro::Task<std::optional<Result>> recognize(QPointF around, Seek seek, std::stop_token stop);
 
@@ -59,11 +55,12 @@ public:
     /// The lines cleaned and cut into words, in the order of the engine.
     static QList<Line> linesFrom(const QList<RecognizedLine> &recognized);
 
-    /// A bar that can only be a misread l becomes one. The length stays, so ranges of the raw text hold good.
+    /// A bar that can only be a misread l becomes one. The length stays, so ranges of the raw text stay
+    /// valid.
     static QString cleaned(QString text);
 
-    /// Where the words of `text` stand: split at blanks and punctuation, an apostrophe inside a word kept.
-    static QList<Range> wordRanges(const QString &text);
+    /// The words of `text`: split at blanks and punctuation, an apostrophe inside a word kept.
+    static QList<TextRange> wordRanges(const QString &text);
 
     /// The lines as running text; a word split by a hyphen at a line's end is mended.
     static QString join(const QList<Line> &lines);
@@ -76,7 +73,7 @@ public:
 
 private:
     QCoro::Task<QList<Line>> recognizeLines(Picture picture, RecognitionStyle style, std::stop_token stop);
-    QCoro::Task<Picture> captured(ScreenPiece piece, std::stop_token stop);
+    QCoro::Task<Picture> pictureOf(CaptureArea area, std::stop_token stop);
 
     const Screens &m_screens;
     ScreenCapture &m_capture;

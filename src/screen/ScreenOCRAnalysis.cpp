@@ -13,12 +13,12 @@ using Word = ScreenOCR::Word;
 
 namespace {
 
-constexpr double lineReach = 0.01; // how far beside a line a point still counts as on it
-constexpr double wordReach = 0.015;
-constexpr double leastAnchorHeight = 0.02;
-constexpr double leastRowHeight = 0.005;
+constexpr double lineMargin = 0.01; // how far beside a line a point still counts as on it
+constexpr double wordMargin = 0.015;
+constexpr double minAnchorHeight = 0.02;
+constexpr double minRowHeight = 0.005;
 constexpr double contextHeights = 3.5;
-constexpr double columnReach = 0.05;
+constexpr double columnMargin = 0.05;
 
 double minX(const QRectF &box)
 {
@@ -71,7 +71,7 @@ bool readsBefore(const Line &a, const Line &b, double rowThreshold)
     return minX(a.box) < minX(b.box);
 }
 
-// Stable. By hand because "in the same row" is not transitive, and the library's sorts demand an order that
+// A stable insertion sort: "in the same row" is not transitive, and the library's sorts need an order that
 // is.
 template <class Before> QList<Line> sorted(const QList<Line> &lines, Before before)
 {
@@ -88,27 +88,27 @@ template <class Before> QList<Line> sorted(const QList<Line> &lines, Before befo
 const Line *lineUnder(const QList<Line> &lines, QPointF cursor)
 {
     const auto under = std::find_if(
-        lines.begin(), lines.end(), [&](const Line &line) { return holds(line.box, lineReach, cursor); });
+        lines.begin(), lines.end(), [&](const Line &line) { return holds(line.box, lineMargin, cursor); });
     return under == lines.end() ? nullptr : &*under;
 }
 
 const Line *lineNearest(const QList<Line> &lines, QPointF cursor)
 {
-    const auto far = [cursor](const Line &line) {
+    const auto distanceTo = [cursor](const Line &line) {
         return std::pair(distance(cursor.y(), minY(line.box), maxY(line.box)),
             distance(cursor.x(), minX(line.box), maxX(line.box)));
     };
-    const auto nearest = std::min_element(
-        lines.begin(), lines.end(), [&](const Line &a, const Line &b) { return far(a) < far(b); });
+    const auto nearest = std::min_element(lines.begin(), lines.end(),
+        [&](const Line &a, const Line &b) { return distanceTo(a) < distanceTo(b); });
     return nearest == lines.end() ? nullptr : &*nearest;
 }
 
 const Word *wordAt(const Line &line, double x)
 {
-    const auto far = [x](const Word &word) { return distance(x, minX(word.box), maxX(word.box)); };
-    const auto nearest = std::min_element(
-        line.words.begin(), line.words.end(), [&](const Word &a, const Word &b) { return far(a) < far(b); });
-    if (nearest == line.words.end() || far(*nearest) >= wordReach || !hasAsciiLetter(nearest->text))
+    const auto distanceTo = [x](const Word &word) { return distance(x, minX(word.box), maxX(word.box)); };
+    const auto nearest = std::min_element(line.words.begin(), line.words.end(),
+        [&](const Word &a, const Word &b) { return distanceTo(a) < distanceTo(b); });
+    if (nearest == line.words.end() || distanceTo(*nearest) >= wordMargin || !hasAsciiLetter(nearest->text))
         return nullptr;
     return &*nearest;
 }
@@ -116,12 +116,12 @@ const Word *wordAt(const Line &line, double x)
 // Lines of the anchor's paragraph: near it, and in its column.
 QString contextRound(const Line &anchor, const QList<Line> &lines)
 {
-    const double height = std::max(anchor.box.height(), leastAnchorHeight);
+    const double height = std::max(anchor.box.height(), minAnchorHeight);
     QList<Line> near;
     std::copy_if(lines.begin(), lines.end(), std::back_inserter(near), [&](const Line &line) {
         return std::abs(midY(line.box) - midY(anchor.box)) <= contextHeights * height
-            && maxX(line.box) >= minX(anchor.box) - columnReach
-            && minX(line.box) <= maxX(anchor.box) + columnReach;
+            && maxX(line.box) >= minX(anchor.box) - columnMargin
+            && minX(line.box) <= maxX(anchor.box) + columnMargin;
     });
     return ScreenOCR::join(
         sorted(near, [height](const Line &a, const Line &b) { return readsBefore(a, b, height * 0.5); }));
@@ -129,11 +129,11 @@ QString contextRound(const Line &anchor, const QList<Line> &lines)
 
 Line lineFrom(const RecognizedLine &recognized)
 {
-    Line line{ScreenOCR::cleaned(recognized.text), recognized.box, {}};
-    for (const ScreenOCR::Range &range : ScreenOCR::wordRanges(line.text)) {
-        const QRectF box = recognized.boxOf(range.from, range.length);
+    Line line{.text = ScreenOCR::cleaned(recognized.text), .box = recognized.box, .words = {}};
+    for (const TextRange &range : ScreenOCR::wordRanges(line.text)) {
+        const QRectF box = recognized.boxOf(range.start, range.length);
         if (!box.isNull())
-            line.words.append({line.text.sliced(range.from, range.length), box});
+            line.words.append({.text = line.text.sliced(range.start, range.length), .box = box});
     }
     return line;
 }
@@ -146,12 +146,12 @@ QString ScreenOCR::cleaned(QString text)
     return text.replace(misreadBar, QStringLiteral("l"));
 }
 
-QList<ScreenOCR::Range> ScreenOCR::wordRanges(const QString &text)
+QList<TextRange> ScreenOCR::wordRanges(const QString &text)
 {
     static const QRegularExpression word(QStringLiteral(R"([\p{L}\p{M}\p{N}]+(?:['’][\p{L}\p{M}\p{N}]+)*)"));
-    QList<Range> ranges;
+    QList<TextRange> ranges;
     for (const QRegularExpressionMatch &match : word.globalMatch(text))
-        ranges.append({match.capturedStart(), match.capturedLength()});
+        ranges.append({.start = match.capturedStart(), .length = match.capturedLength()});
     return ranges;
 }
 
@@ -180,20 +180,22 @@ std::optional<ScreenOCR::Result> ScreenOCR::analyze(const QList<Line> &lines, QP
 {
     if (seek == Seek::contextOnly) {
         const Line *anchor = lineNearest(lines, cursor);
-        return anchor ? std::optional(Result{std::nullopt, contextRound(*anchor, lines), std::nullopt})
-                      : std::nullopt;
+        if (!anchor)
+            return std::nullopt;
+        return Result{
+            .word = std::nullopt, .context = contextRound(*anchor, lines), .wordRect = std::nullopt};
     }
     const Line *anchor = lineUnder(lines, cursor);
     const Word *word = anchor ? wordAt(*anchor, cursor.x()) : nullptr;
     if (!word)
         return std::nullopt;
-    return Result{word->text, contextRound(*anchor, lines), word->box};
+    return Result{.word = word->text, .context = contextRound(*anchor, lines), .wordRect = word->box};
 }
 
 QList<Line> ScreenOCR::inReadingOrder(const QList<Line> &lines)
 {
     return sorted(lines, [](const Line &a, const Line &b) {
-        const double row = std::max(std::min(a.box.height(), b.box.height()), leastRowHeight);
+        const double row = std::max(std::min(a.box.height(), b.box.height()), minRowHeight);
         return readsBefore(a, b, row * 0.5);
     });
 }

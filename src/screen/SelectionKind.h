@@ -4,12 +4,12 @@
 
 namespace nimbrelle {
 
-/// What a marked text is to us.
+/// What kind of thing a marked text is.
 struct SelectionKind {
     enum class Kind {
         word, ///< one to five words: look it up
         passage, ///< longer English: offer a translation
-        ignored, ///< nothing to react to
+        ignored, ///< no English, or code or figures
     };
 
     Kind kind = Kind::ignored;

@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr qsizetype contextReach = 300;
+constexpr qsizetype contextReach = 300; // UTF-16 units
 constexpr int copySteps = 10;
 constexpr auto copyStep = 30ms;
 constexpr QChar embeddedObject = QChar::ObjectReplacementCharacter;
@@ -57,20 +57,20 @@ void SelectionReader::noteMouseDown()
 
 QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::stop_token stop)
 {
-    const std::optional<Result> heard = readViaAccessibility();
-    if (heard && !heard->text.contains(embeddedObject))
-        co_return heard;
-    // Browsers put a stand-in where a link or a picture is; its text comes by the other road, whole.
+    const std::optional<Result> accessible = readViaAccessibility();
+    if (accessible && !accessible->text.contains(embeddedObject))
+        co_return accessible;
+    // Browsers put a placeholder where a link or a picture is; the clipboards hold its text too.
     const std::optional<QString> text = co_await readViaClipboard(stop);
     if (stop.stop_requested())
         co_return std::nullopt;
     std::optional<Result> result;
     if (text)
-        result = Result{*text, std::nullopt};
-    else if (heard && !isBlankText(withoutEmbedded(heard->text)))
-        result = Result{withoutEmbedded(heard->text), std::nullopt};
-    if (result && heard && heard->context && heard->context->contains(result->text))
-        result->context = heard->context; // else the stand-ins hide the very place
+        result = Result{.text = *text, .context = std::nullopt};
+    else if (accessible && !isBlankText(withoutEmbedded(accessible->text)))
+        result = Result{.text = withoutEmbedded(accessible->text), .context = std::nullopt};
+    if (result && accessible && accessible->context && accessible->context->contains(result->text))
+        result->context = accessible->context; // without the text, placeholders hide the very place
     co_return result;
 }
 
@@ -81,7 +81,7 @@ std::optional<SelectionReader::Result> SelectionReader::readViaAccessibility()
     if (!text)
         return std::nullopt;
     const auto piece = m_accessibility.textRoundSelection(*element, contextReach);
-    return Result{*text, piece ? contextOf(*piece) : std::nullopt};
+    return Result{.text = *text, .context = piece ? contextOf(*piece) : std::nullopt};
 }
 
 std::optional<QString> SelectionReader::contextOf(const TextPiece &piece)
@@ -147,7 +147,7 @@ QCoro::Task<std::optional<QString>> SelectionReader::copyOver(ClipboardSnapshot 
         co_return std::nullopt;
     const bool hasCopied = co_await clipboardChangesFrom(count);
     if (!hasCopied)
-        co_return std::nullopt; // untouched, so nothing is put back either
+        co_return std::nullopt; // untouched, so there is nothing to restore
     std::optional<QString> text = co_await m_clipboard.string();
     m_clipboard.restore(before);
     co_return text;

@@ -15,9 +15,9 @@ class FrontApplication;
 class KeySender;
 class Pointer;
 
-/// Fetches the text that the user has just marked in the program in front. Two roads lead to it: what the
-/// program tells screen readers, which also gives the text round it, and the clipboards. Nothing here fails
-/// aloud; a road that leads nowhere gives nothing. Main thread only; it must outlive its reads.
+/// Fetches the text that the user has just marked in the program in front: through accessibility, which also
+/// gives the text round it, or else through the clipboards. Its failures are silent: what cannot be read is
+/// absent. Main thread only; it must outlive its reads.
 class SelectionReader : public QObject {
     Q_OBJECT
 
@@ -32,18 +32,18 @@ public:
     SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
         Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front);
 
-    /// The left button went down: what is marked from now on is the gesture's own.
+    /// The left button went down: a primary selection claimed from now on is that of this gesture.
     void noteMouseDown();
 
-    /// All roads, in their order. A stop is heeded until the clipboard is touched; from there on the read
-    /// goes through, so that the clipboard is put back.
+    /// All ways, in their order. A stop takes effect until the clipboard is touched; from there on the read
+    /// goes through, so that the clipboard is restored.
     QCoro::Task<std::optional<Result>> read(std::stop_token stop);
 
     /// Blocks as long as the accessibility reader's questions do.
     std::optional<Result> readViaAccessibility();
 
-    /// The primary selection where the gesture at hand made it, else a simulated copy with the clipboard put
-    /// back afterwards. The copy is left out in a terminal and while a modifier is held.
+    /// The primary selection if it was claimed since noteMouseDown(), else a simulated copy with the
+    /// clipboard restored afterwards. The copy is left out in a terminal and while a modifier is held.
     QCoro::Task<std::optional<QString>> readViaClipboard(std::stop_token stop);
 
     /// 300 UTF-16 units to each side of the selection, without halves of surrogate pairs at the ends. Absent

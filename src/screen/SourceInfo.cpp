@@ -7,7 +7,7 @@ namespace nimbrelle {
 
 namespace {
 
-constexpr int mostElements = 40;
+constexpr int maxElements = 40;
 
 bool isPageAddress(const QString &address)
 {
@@ -27,7 +27,7 @@ PageSource SourceInfo::current() const
         if (const auto focused = m_accessibility.focusedElement())
             address = webAreaURL(*focused);
     }
-    PageSource source{application->name, std::nullopt, application->windowTitle};
+    PageSource source{.app = application->name, .url = std::nullopt, .title = application->windowTitle};
     if (address && isPageAddress(*address))
         source.url = address;
     if (source.title && source.title->isEmpty())
@@ -40,7 +40,7 @@ std::optional<QString> SourceInfo::webAreaURL(AccessibleElement element) const
     for (int looked = 1;; ++looked) {
         if (m_accessibility.isWebArea(element) == true)
             return m_accessibility.address(element);
-        const auto parent = looked < mostElements ? m_accessibility.parent(element) : std::nullopt;
+        const auto parent = looked < maxElements ? m_accessibility.parent(element) : std::nullopt;
         if (!parent)
             return std::nullopt;
         element = *parent;

@@ -10,8 +10,8 @@ class AccessibilityReader;
 class FrontApplication;
 struct AccessibleElement;
 
-/// Where the user is reading: the program in front, its window's title and the page's address. What can't be
-/// had is absent; nothing here fails.
+/// Where the user is reading: the program in front, its window's title and the page's address. Its failures
+/// are silent: what cannot be read is absent.
 class SourceInfo {
 public:
     SourceInfo(const FrontApplication &front, AccessibilityReader &accessibility)

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// All of the settings that an answer depends on.
-QStringList ways(const ConfigStore &config)
+QStringList connectionSettings(const ConfigStore &config)
 {
     return {config.config().apiKey, config.config().baseURL, config.config().model};
 }
@@ -18,7 +18,7 @@ QStringList ways(const ConfigStore &config)
 } // namespace
 
 KeyTest::KeyTest(const ConfigStore &config, AIClientFactory makeClient)
-    : m_config(config), m_makeClient(std::move(makeClient)), m_tested(ways(config))
+    : m_config(config), m_makeClient(std::move(makeClient)), m_tested(connectionSettings(config))
 {
     connect(&config, &ConfigStore::configChanged, this, &KeyTest::forgetIfOther);
 }
@@ -26,9 +26,9 @@ KeyTest::KeyTest(const ConfigStore &config, AIClientFactory makeClient)
 /// A result tells nothing of another key or address.
 void KeyTest::forgetIfOther()
 {
-    if (m_tested == ways(m_config))
+    if (m_tested == connectionSettings(m_config))
         return;
-    m_tested = ways(m_config);
+    m_tested = connectionSettings(m_config);
     if (!m_isRunning && !m_result)
         return;
     m_task.cancel();

@@ -2,7 +2,6 @@
 
 #include "card/AskSession.h"
 #include "coach/CoachSession.h"
-#include "frame/Clock.h"
 #include "frame/ConfigStore.h"
 #include "notebook/WordStore.h"
 #include "platform/Permissions.h"
@@ -31,17 +30,18 @@ AppDelegate::AppDelegate(Parts parts, QObject *parent)
     , m_parts(std::move(parts))
     , m_menuBarWord(m_parts.words, m_parts.config, m_parts.log, m_parts.clock)
     , m_archive(m_parts.paths)
+    , m_permissionPoll(m_parts.clock, permissionPeriod)
 {
     connect(&m_menuBarWord, &MenuBarWord::changed, this, &AppDelegate::updateStatusTitle);
     connect(&m_archive, &GrowthArchive::updated, this, &AppDelegate::openArchive);
     connect(&m_parts.statusItem, &StatusItem::chosen, this, &AppDelegate::choose);
+    connect(&m_permissionPoll, &Recheck::due, this, &AppDelegate::startTriggerOnceAccessible);
 }
 
 AppDelegate::~AppDelegate()
 {
     if (sharedDelegate == this)
         sharedDelegate = nullptr;
-    m_permissionTimer.request_stop();
 }
 
 AppDelegate *AppDelegate::shared()
@@ -63,7 +63,7 @@ void AppDelegate::applicationDidFinishLaunching()
     if (isGranted)
         m_parts.startTrigger();
     else
-        waitForAccessibility(m_permissionTimer.get_token());
+        m_permissionPoll.start();
     // A new user lands in the settings.
     if (!isGranted || m_parts.config.config().apiKey.isEmpty())
         showSettings();
@@ -74,13 +74,11 @@ void AppDelegate::applicationShouldHandleReopen()
     showSettings();
 }
 
-QCoro::Task<> AppDelegate::waitForAccessibility(std::stop_token stop)
+void AppDelegate::startTriggerOnceAccessible()
 {
-    do {
-        co_await m_parts.clock.sleep(permissionPeriod, stop);
-        if (stop.stop_requested())
-            co_return;
-    } while (!isAccessible());
+    if (!isAccessible())
+        return;
+    m_permissionPoll.stop();
     m_parts.startTrigger();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "card/AskContext.h"
+#include "frame/Recheck.h"
 #include "platform/StatusItem.h"
 #include "shell/GrowthArchive.h"
 #include "shell/MenuBarWord.h"
@@ -88,12 +89,12 @@ private:
     bool isAccessible() const;
     bool journeyInstalled() const { return m_archive.isInstalled(); }
     void openArchive();
-    QCoro::Task<> waitForAccessibility(std::stop_token stop);
+    void startTriggerOnceAccessible();
 
     const Parts m_parts;
     MenuBarWord m_menuBarWord;
     GrowthArchive m_archive;
-    std::stop_source m_permissionTimer;
+    Recheck m_permissionPoll;
 };
 
 } // namespace nimbrelle

@@ -1,6 +1,5 @@
 #include "shell/MenuBarWord.h"
 
-#include "frame/Clock.h"
 #include "frame/ConfigStore.h"
 #include "notebook/LearningLog.h"
 #include "notebook/WordStore.h"
@@ -30,22 +29,18 @@ MenuBarWord::MenuBarWord(
     , m_store(store)
     , m_config(config)
     , m_log(log)
-    , m_clock(clock)
     , m_shuffle(shuffleAtRandom)
+    , m_rotation(clock, rotationPeriod)
 {
-}
-
-MenuBarWord::~MenuBarWord()
-{
-    m_rotation.request_stop();
 }
 
 void MenuBarWord::start()
 {
     // Queued, since the store tells of a change before it takes effect.
     connect(&m_store, &WordStore::changing, this, &MenuBarWord::replaceMissing, Qt::QueuedConnection);
+    connect(&m_rotation, &Recheck::due, this, &MenuBarWord::next);
     next();
-    rotate(m_rotation.get_token());
+    m_rotation.start();
 }
 
 void MenuBarWord::next()
@@ -100,16 +95,6 @@ void MenuBarWord::replaceMissing()
 {
     if (!entry())
         next();
-}
-
-QCoro::Task<> MenuBarWord::rotate(std::stop_token stop)
-{
-    for (;;) {
-        co_await m_clock.sleep(rotationPeriod, stop);
-        if (stop.stop_requested())
-            co_return;
-        next();
-    }
 }
 
 } // namespace nimbrelle

@@ -1,15 +1,12 @@
 #pragma once
 
+#include "frame/Recheck.h"
 #include "notebook/WordEntry.h"
 
-#include <QCoro/QCoroTask>
 #include <QObject>
-
-#include <stop_token>
 
 namespace nimbrelle {
 
-class Clock;
 class ConfigStore;
 class LearningLog;
 class WordStore;
@@ -24,7 +21,6 @@ public:
 
     MenuBarWord(WordStore &store, const ConfigStore &config, LearningLog &log, Clock &clock,
         QObject *parent = nullptr);
-    ~MenuBarWord() override;
 
     /// Tests hand in an order of their own; by default it is random.
     void setShuffle(Shuffle shuffle) { m_shuffle = std::move(shuffle); }
@@ -49,18 +45,16 @@ private:
     QList<QUuid> learningIds() const;
     void beginPass(const QList<QUuid> &ids);
     void replaceMissing();
-    QCoro::Task<> rotate(std::stop_token stop);
 
     WordStore &m_store;
     const ConfigStore &m_config;
     LearningLog &m_log;
-    Clock &m_clock;
     Shuffle m_shuffle;
 
     std::optional<QUuid> m_current;
     bool m_glanced = false;
     QList<QUuid> m_queue; ///< still to come in this pass
-    std::stop_source m_rotation;
+    Recheck m_rotation;
 };
 
 } // namespace nimbrelle

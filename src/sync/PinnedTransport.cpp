@@ -1,5 +1,6 @@
 #include "sync/PinnedTransport.h"
 
+#include "ai/TransportError.h"
 #include "sync/SyncError.h"
 
 #include <QCoro/QCoroSignal>
@@ -25,20 +26,6 @@ QSslConfiguration tlsConfiguration()
     configuration.setSslOption(QSsl::SslOptionDisableSessionTickets, true);
     configuration.setSslOption(QSsl::SslOptionDisableSessionSharing, true);
     return configuration;
-}
-
-bool isTransportFailure(QNetworkReply::NetworkError error)
-{
-    switch (error) {
-    case QNetworkReply::NoError:
-        return false;
-    case QNetworkReply::ProtocolUnknownError:
-    case QNetworkReply::ProtocolInvalidOperationError:
-    case QNetworkReply::ProtocolFailure:
-        return true;
-    default: // the others from 200 on only say what the status says
-        return error < QNetworkReply::ContentAccessDenied;
-    }
 }
 
 // A line break in it would let a sync code write headers of its own.
@@ -85,7 +72,7 @@ QNetworkRequest PinnedTransport::platformRequest(const SyncRequest &request) con
 {
     const QUrl url(m_link.server + request.path, QUrl::StrictMode);
     if (url.scheme() != QStringLiteral("https"))
-        throw SyncTransportError(SyncTransportError::Kind::certificate, QStringLiteral("not https"));
+        throw TransportError(TransportError::Kind::certificate, QStringLiteral("not https"));
     QNetworkRequest result(url);
     result.setSslConfiguration(tlsConfiguration());
     result.setTransferTimeout(static_cast<int>(m_timeLimit.count()));
@@ -140,11 +127,12 @@ bool PinnedTransport::hasPin(const QSslCertificate &leaf) const
 SyncResponse PinnedTransport::answerOf(QNetworkReply &reply) const
 {
     if (m_isRefused)
-        throw SyncTransportError(SyncTransportError::Kind::certificate, reply.errorString());
-    if (isTransportFailure(reply.error()))
-        throw SyncTransportError(SyncTransportError::Kind::connection, reply.errorString());
-    return {reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply.rawHeader("ETag"),
-        reply.readAll()};
+        throw TransportError(TransportError::Kind::certificate, reply.errorString());
+    if (const auto failure = TransportError::of(reply))
+        throw *failure;
+    return {.status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
+        .eTag = reply.rawHeader("ETag"),
+        .body = reply.readAll()};
 }
 
 } // namespace nimbrelle

@@ -1,5 +1,7 @@
 #include "sync/SyncError.h"
 
+#include "ai/TransportError.h"
+
 namespace nimbrelle {
 
 namespace {
@@ -11,15 +13,11 @@ QString sentenceOfStatus(qint64 status)
     return QStringLiteral("服务器出错了（%1）").arg(status);
 }
 
-QString sentenceOf(SyncTransportError::Kind kind)
+QString sentenceOf(const TransportError &error)
 {
-    switch (kind) {
-    case SyncTransportError::Kind::certificate:
-        return QStringLiteral("服务器的证书对不上，可能连到了别的地方");
-    case SyncTransportError::Kind::connection:
-        return QStringLiteral("连不上同步服务器（没网，或者服务器停了）");
-    }
-    return {};
+    return error.kind() == TransportError::Kind::certificate
+        ? error.text()
+        : QStringLiteral("连不上同步服务器（没网，或者服务器停了）");
 }
 
 } // namespace
@@ -39,21 +37,18 @@ SyncError SyncError::busy()
     return {Kind::busy, 0, QStringLiteral("服务器上的单词本一直在变，过一会儿再试")};
 }
 
-SyncTransportError::SyncTransportError(Kind kind, QString detail)
-    : Failure(sentenceOf(kind)), m_kind(kind), m_detail(std::move(detail))
-{
-}
-
 QString describe(const std::exception &error)
 {
-    if (dynamic_cast<const SyncError *>(&error) || dynamic_cast<const SyncTransportError *>(&error))
-        return static_cast<const Failure &>(error).text();
+    if (const auto *transport = dynamic_cast<const TransportError *>(&error))
+        return sentenceOf(*transport);
+    if (const auto *answer = dynamic_cast<const SyncError *>(&error))
+        return answer->text();
     return QStringLiteral("同步出错了：") + QString::fromUtf8(error.what());
 }
 
 QString detailOf(const std::exception &error)
 {
-    if (const auto *transport = dynamic_cast<const SyncTransportError *>(&error))
+    if (const auto *transport = dynamic_cast<const TransportError *>(&error))
         return transport->detail();
     if (const auto *answer = dynamic_cast<const SyncError *>(&error))
         return answer->kind() == SyncError::Kind::busy ? QStringLiteral("busy")

@@ -6,15 +6,15 @@
 
 namespace nimbrelle {
 
-/// What the server made of a request.
+/// The server answered, but not with what was asked for. A server without an answer is a TransportError.
 class SyncError : public Failure {
 public:
     enum class Kind {
-        http, ///< a status that the request can't take
+        http, ///< a status that the request doesn't accept
         busy, ///< other devices wrote in between at every attempt
     };
 
-    /// 0 stands for a response that is no HTTP response.
+    /// Status 0 stands for a response that is not HTTP.
     static SyncError http(qint64 status);
     static SyncError busy();
 
@@ -28,29 +28,10 @@ private:
     qint64 m_status;
 };
 
-/// The exchange did not come about.
-class SyncTransportError : public Failure {
-public:
-    enum class Kind {
-        certificate, ///< the server did not show the certificate of the pin; nothing was sent
-        connection,
-    };
-
-    SyncTransportError(Kind kind, QString detail);
-
-    Kind kind() const { return m_kind; }
-    /// The platform's own words, not for the card or the settings.
-    const QString &detail() const { return m_detail; }
-
-private:
-    Kind m_kind;
-    QString m_detail;
-};
-
 /// The one sentence that the user sees.
 QString describe(const std::exception &error);
 
-/// The raw text behind it, for the command line.
+/// The raw text of the error, for the command line.
 QString detailOf(const std::exception &error);
 
 } // namespace nimbrelle

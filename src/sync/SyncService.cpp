@@ -18,6 +18,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+constexpr auto roundPeriod = 600s;
 constexpr int mostAttempts = 4;
 constexpr qint64 unknownVersion = -1; ///< makes the next read fetch the document; never on disk
 
@@ -40,17 +41,18 @@ Document documentOf(const SyncBundle &bundle)
 
 SyncService::SyncService(WordStore &store, ConfigStore &config, const AppPaths &paths, Clock &clock,
     SyncTransport::Factory connect)
-    : m_store(store), m_config(config), m_paths(paths), m_clock(clock), m_connect(std::move(connect))
+    : m_store(store)
+    , m_config(config)
+    , m_paths(paths)
+    , m_clock(clock)
+    , m_connect(std::move(connect))
+    , m_rounds(clock, roundPeriod)
 {
     if (const auto state = readRecordFile<SyncState>(m_paths.syncState))
         m_lastSyncAt = state->lastSyncAt;
 }
 
-SyncService::~SyncService()
-{
-    m_life.request_stop();
-    m_soon.request_stop();
-}
+SyncService::~SyncService() = default;
 
 void SyncService::start()
 {
@@ -59,15 +61,14 @@ void SyncService::start()
             syncSoon(5s);
     });
     connect(&m_config, &ConfigStore::studySettingsChanged, this, [this] { syncSoon(5s); });
-    syncEvery(600s, m_life.get_token());
+    connect(&m_rounds, &Recheck::due, this, [this] { syncNow(); });
+    m_rounds.start();
     syncNow();
 }
 
 void SyncService::syncSoon(std::chrono::seconds after)
 {
-    m_soon.request_stop();
-    m_soon = std::stop_source();
-    syncAfter(after, m_soon.get_token());
+    syncAfter(after, m_soon.renew());
 }
 
 QCoro::Task<> SyncService::syncAfter(std::chrono::seconds delay, std::stop_token stop)
@@ -77,16 +78,6 @@ QCoro::Task<> SyncService::syncAfter(std::chrono::seconds delay, std::stop_token
         syncNow();
 }
 
-QCoro::Task<> SyncService::syncEvery(std::chrono::seconds interval, std::stop_token stop)
-{
-    for (;;) {
-        co_await m_clock.sleep(interval, stop);
-        if (stop.stop_requested())
-            co_return;
-        syncNow();
-    }
-}
-
 QCoro::Task<bool> SyncService::syncNow()
 {
     const auto link = SyncLink::fromConfig(m_config.config());
@@ -94,7 +85,7 @@ QCoro::Task<bool> SyncService::syncNow()
         co_return true;
     setBusy(true);
     try {
-        co_await runOnce(*link, m_life.get_token());
+        co_await runOnce(*link, m_run.renew());
         m_lastError.reset();
         m_lastErrorDetail.reset();
         m_lastSyncAt = m_clock.now();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/Recheck.h"
 #include "sync/SyncLink.h"
 #include "sync/SyncState.h"
 #include "sync/SyncTransport.h"
@@ -64,7 +65,6 @@ private:
     void saveState(SyncState state, qint64 version, const QString &hash) const;
 
     QCoro::Task<> syncAfter(std::chrono::seconds delay, std::stop_token stop);
-    QCoro::Task<> syncEvery(std::chrono::seconds interval, std::stop_token stop);
     void setBusy(bool busy);
 
     WordStore &m_store;
@@ -78,8 +78,9 @@ private:
     std::optional<QString> m_lastError;
     std::optional<QString> m_lastErrorDetail;
     std::optional<Timestamp> m_lastSyncAt;
-    std::stop_source m_soon{std::nostopstate};
-    std::stop_source m_life;
+    Recheck m_rounds;
+    TaskSlot m_soon;
+    TaskSlot m_run;
 };
 
 } // namespace nimbrelle

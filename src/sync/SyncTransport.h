@@ -12,24 +12,24 @@ namespace nimbrelle {
 
 struct SyncLink;
 
-/// One request to the sync server. The transport adds what all of them share.
+/// One request to the sync server. The transport adds the headers that all of them share.
 struct SyncRequest {
     enum class Method { get, put };
 
     Method method = Method::get;
-    QString path; ///< behind the server's address, with its leading slash
+    QString path; ///< relative to the server's address, with its leading slash
     std::optional<QByteArray> ifNoneMatch;
     std::optional<QByteArray> ifMatch;
     QByteArray body; ///< JSON; of a PUT only
 };
 
 struct SyncResponse {
-    int status = 0; ///< 0 when the answer was no HTTP
+    int status = 0; ///< 0 when the answer was not HTTP
     QByteArray eTag; ///< empty when there is none
     QByteArray body;
 };
 
-/// The road to one sync server for the length of one run: no cache, no cookies, nothing kept behind it.
+/// The session with one sync server for the length of one run: no cache, no cookies, nothing is stored.
 class SyncTransport {
 public:
     /// A fresh session for each run.
@@ -37,7 +37,7 @@ public:
 
     virtual ~SyncTransport() = default;
 
-    /// Any status is an answer. Throws SyncTransportError when there was none, Cancelled when stopped. The
+    /// Any status is an answer. Throws TransportError when there was none, Cancelled when stopped. The
     /// transport must outlive the task.
     virtual QCoro::Task<SyncResponse> send(SyncRequest request, std::stop_token stop) = 0;
 };

@@ -70,17 +70,17 @@ QPushButton *makeButton(const Theme &theme, const QString &name, const QString &
     if (look.icon) {
         const bool isBehind = look.iconPlace == IconPlace::behind;
         const int size = theme.points(iconBesideText);
-        const int air = text.isEmpty() ? 0 : airBesideIcon(theme);
+        const int padding = text.isEmpty() ? 0 : iconPadding(theme);
         button->setIcon(
             iconOf(*look.icon, size, devicePixelRatio(), theme.colour(look.iconTone.value_or(kind.text)),
-                isBehind ? QMargins(air, 0, 0, 0) : QMargins(0, 0, air, 0)));
-        button->setIconSize({size + air, size});
+                isBehind ? QMargins(padding, 0, 0, 0) : QMargins(0, 0, padding, 0)));
+        button->setIconSize({size + padding, size});
         button->setLayoutDirection(isBehind ? Qt::RightToLeft : Qt::LeftToRight);
     }
     return button;
 }
 
-int airBesideIcon(const Theme &theme)
+int iconPadding(const Theme &theme)
 {
     return theme.points(gapBesideIcon) - gapOfStyle;
 }
@@ -207,10 +207,10 @@ QFrame *makeArea(const QString &kind)
     return area;
 }
 
-QSize boundedByScreen(const QWidget &window, QSize wished)
+QSize boundedByScreen(const QWidget &window, QSize preferred)
 {
     const QScreen *screen = window.screen();
-    return screen ? wished.boundedTo(screen->availableSize() * screenShare) : wished;
+    return screen ? preferred.boundedTo(screen->availableSize() * screenShare) : preferred;
 }
 
 void setPlainToolTip(QWidget &widget, const QString &text)

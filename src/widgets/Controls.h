@@ -30,7 +30,7 @@ struct ButtonLook {
 QPushButton *makeButton(const Theme &theme, const QString &name, const QString &text, const ButtonLook &look);
 /// What a button's icon needs on the side of the text beyond the gap that the style leaves; in
 /// device-independent pixels.
-int airBesideIcon(const Theme &theme);
+int iconPadding(const Theme &theme);
 /// For a button without an icon; its height stays.
 void setButtonKind(QPushButton &button, ButtonKind kind);
 /// Disables a control while what it began runs, without handing the focus to another in between: it has it
@@ -63,8 +63,8 @@ QFrame *makeLine();
 /// An empty area of a kind that the style sheet knows.
 QFrame *makeArea(const QString &kind);
 
-/// As much of a window's wished size as the screen that the user looks at has room for.
-QSize boundedByScreen(const QWidget &window, QSize wished);
+/// As much of a window's preferred size as the screen that the user looks at has room for.
+QSize boundedByScreen(const QWidget &window, QSize preferred);
 
 void setPlainToolTip(QWidget &widget, const QString &text);
 

@@ -33,7 +33,7 @@ QIcon chevron(const Theme &theme, qreal ratio, bool open)
     if (!open)
         picture = picture.transformed(QTransform().rotate(-90));
     picture.setDevicePixelRatio(ratio);
-    return withAir(picture, {0, 0, airBesideIcon(theme), 0});
+    return padded(picture, {0, 0, iconPadding(theme), 0});
 }
 
 } // namespace
@@ -143,7 +143,7 @@ Fold::Fold(const Theme &theme, const QString &name, const QString &title, QWidge
     column->setSpacing(theme.points(columnGap));
     m_title->setProperty("fold", true);
     m_title->setFont(theme.font(TextType::text));
-    m_title->setIconSize({theme.points(chevronSize) + airBesideIcon(theme), theme.points(chevronSize)});
+    m_title->setIconSize({theme.points(chevronSize) + iconPadding(theme), theme.points(chevronSize)});
     column->addWidget(m_title, 0, Qt::AlignLeft);
     column->addWidget(body);
     connect(m_title, &QPushButton::clicked, this, [this] {

@@ -114,24 +114,25 @@ QPixmap iconPixmap(Icon icon, double size, double devicePixelRatio, const QColor
     return pixmap;
 }
 
-QPixmap withAir(const QPixmap &picture, const QMargins &air)
+QPixmap padded(const QPixmap &picture, const QMargins &padding)
 {
-    if (air.isNull())
+    if (padding.isNull())
         return picture;
     const double ratio = picture.devicePixelRatio();
-    QPixmap whole(picture.size() + QSize(air.left() + air.right(), air.top() + air.bottom()) * ratio);
+    QPixmap whole(
+        picture.size() + QSize(padding.left() + padding.right(), padding.top() + padding.bottom()) * ratio);
     whole.setDevicePixelRatio(ratio);
     whole.fill(Qt::transparent);
-    QPainter(&whole).drawPixmap(air.left(), air.top(), picture);
+    QPainter(&whole).drawPixmap(padding.left(), padding.top(), picture);
     return whole;
 }
 
-QIcon iconOf(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QMargins &air)
+QIcon iconOf(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QMargins &padding)
 {
-    QIcon made(withAir(iconPixmap(icon, size, devicePixelRatio, colour), air));
+    QIcon made(padded(iconPixmap(icon, size, devicePixelRatio, colour), padding));
     QColor faint = colour;
     faint.setAlphaF(static_cast<float>(disabledOpacity));
-    made.addPixmap(withAir(iconPixmap(icon, size, devicePixelRatio, faint), air), QIcon::Disabled);
+    made.addPixmap(padded(iconPixmap(icon, size, devicePixelRatio, faint), padding), QIcon::Disabled);
     return made;
 }
 

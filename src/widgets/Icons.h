@@ -15,9 +15,10 @@ QPixmap iconPixmap(
     Icon icon, double size, double devicePixelRatio, const QColor &colour, const QColor &cut = {});
 
 /// The picture with empty room around it, in device-independent pixels.
-QPixmap withAir(const QPixmap &picture, const QMargins &air);
+QPixmap padded(const QPixmap &picture, const QMargins &padding);
 
 /// The same for a button; where it is disabled the icon is as faint as its text.
-QIcon iconOf(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QMargins &air = {});
+QIcon iconOf(
+    Icon icon, double size, double devicePixelRatio, const QColor &colour, const QMargins &padding = {});
 
 } // namespace nimbrelle

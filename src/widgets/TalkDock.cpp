@@ -27,7 +27,7 @@ constexpr double chipHeight = 26;
 constexpr double sendSize = 30;
 constexpr double sendIconSize = 28;
 
-/// Lets what lies below it run out into the window's ground.
+/// Fades what lies below it into the background of the window.
 class Fade : public QWidget {
 public:
     Fade(const Theme &theme, QWidget *parent) : QWidget(parent), m_theme(theme)
@@ -48,9 +48,9 @@ private:
     const Theme &m_theme;
 };
 
-QPushButton *makeSendButton(const Theme &theme, const QString &name, const QString &what, Icon icon)
+QPushButton *makeSendButton(const Theme &theme, const QString &name, const QString &label, Icon icon)
 {
-    auto *button = makeIconButton(theme, name, what, icon, sendIconSize);
+    auto *button = makeIconButton(theme, name, label, icon, sendIconSize);
     button->setProperty("kind", u"send"_s);
     button->setFixedSize(theme.points(sendSize), theme.points(sendSize));
     const int size = theme.points(sendIconSize);
@@ -150,7 +150,7 @@ QWidget *TalkDock::makeErrorRow()
     auto *row = new QHBoxLayout(holder);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(m_theme.points(10));
-    m_error = new ReadText(m_theme, {TextType::small, Tone::bad});
+    m_error = new ReadText(m_theme, {.type = TextType::small, .tone = Tone::bad});
     m_error->setObjectName(u"error"_s);
     m_error->setAccessibleName(u"出错了"_s);
     row->addWidget(m_error, 1, Qt::AlignVCenter);
@@ -163,7 +163,7 @@ QWidget *TalkDock::makeInputRow(const Look &look)
     auto *row = new QHBoxLayout(holder);
     row->setContentsMargins(m_theme.points(look.margin), 0, m_theme.points(look.margin), 0);
     row->setSpacing(m_theme.points(8));
-    m_field = new TalkField(m_theme, look.what, look.placeholder);
+    m_field = new TalkField(m_theme, look.fieldName, look.placeholder);
     setFocusProxy(m_field);
     m_send = makeSendButton(m_theme, u"send"_s, u"发送（回车）"_s, Icon::arrowUp);
     m_stop = makeSendButton(m_theme, u"stop"_s, u"停止"_s, Icon::stop);
@@ -180,20 +180,36 @@ QWidget *TalkDock::makeInputRow(const Look &look)
     return holder;
 }
 
-void TalkDock::setChips(const QList<QPushButton *> &chips)
+QPushButton *TalkDock::makeQuestionChip(const QString &name, const QString &text)
 {
-    m_chips->setChips(chips);
+    auto *chip = makeButton(m_theme, name, text, {.kind = ButtonKind::dockChip});
+    // Before the chip is disabled, which would send the focus anywhere.
+    connect(chip, &QPushButton::clicked, this, &TalkDock::focusField);
+    return chip;
 }
 
-void TalkDock::setError(const QString &text, QPushButton *remedy)
+void TalkDock::setChips(const QList<QPushButton *> &questions, const QList<QPushButton *> &others)
 {
-    if (m_remedy) {
-        m_remedy->hide();
-        m_remedy->deleteLater(); // it may be what was pressed
+    m_questions = questions;
+    m_chips->setChips(questions + others);
+    refreshQuestions();
+}
+
+void TalkDock::refreshQuestions()
+{
+    for (QPushButton *chip : std::as_const(m_questions))
+        chip->setEnabled(!m_isAnswering);
+}
+
+void TalkDock::setError(const QString &text, QPushButton *retry)
+{
+    if (m_retry) {
+        m_retry->hide();
+        m_retry->deleteLater(); // it may be what was pressed
     }
-    m_remedy = remedy;
-    if (remedy)
-        m_errorRow->layout()->addWidget(remedy);
+    m_retry = retry;
+    if (retry)
+        m_errorRow->layout()->addWidget(retry);
     m_error->setPlain(text);
     m_errorRow->setVisible(!text.isEmpty());
 }
@@ -205,6 +221,8 @@ void TalkDock::setInput(const QString &text)
 
 void TalkDock::setAnswering(bool isAnswering)
 {
+    m_isAnswering = isAnswering;
+    refreshQuestions();
     const bool hadFocus = m_send->hasFocus() || m_stop->hasFocus();
     m_send->setVisible(!isAnswering);
     m_stop->setVisible(isAnswering);

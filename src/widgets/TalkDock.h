@@ -12,7 +12,7 @@ namespace nimbrelle {
 class ReadText;
 class TalkField;
 
-/// Buttons beside one another; where they don't fit, the row goes on behind a fading end and scrolls.
+/// Buttons in a row, which scrolls where they don't fit; its end then fades out.
 class ChipRow : public QScrollArea {
     Q_OBJECT
 
@@ -36,22 +36,26 @@ private:
     QWidget *m_fade;
 };
 
-/// The foot of a conversation: what failed, ready-made questions, and the field with its button.
+/// The bottom of a conversation: the error, the ready-made questions, and the field with its button.
 class TalkDock : public QWidget {
     Q_OBJECT
 
 public:
     struct Look {
         double margin = 20; ///< left and right, in points
-        QString what; ///< what the field is for, to a screen reader
+        QString fieldName; ///< of the field, for a screen reader
         QString placeholder;
     };
 
     TalkDock(const Theme &theme, const Look &look);
 
-    void setChips(const QList<QPushButton *> &chips);
-    /// Empty for none. `remedy`, if there is one, stands behind it.
-    void setError(const QString &text, QPushButton *remedy = nullptr);
+    /// A chip that asks a ready-made question. Pressed, it first gives the focus to the field.
+    QPushButton *makeQuestionChip(const QString &name, const QString &text);
+    /// Takes all of them over, in place of those before. The questions are disabled while an answer is
+    /// coming.
+    void setChips(const QList<QPushButton *> &questions, const QList<QPushButton *> &others = {});
+    /// Empty for none. `retry`, if there is one, is shown beside it.
+    void setError(const QString &text, QPushButton *retry = nullptr);
     void setInput(const QString &text);
     void setAnswering(bool isAnswering);
     void focusField();
@@ -65,12 +69,15 @@ private:
     QWidget *makeErrorRow();
     QWidget *makeInputRow(const Look &look);
     void refreshSend();
+    void refreshQuestions();
 
     const Theme &m_theme;
+    bool m_isAnswering = false;
     QWidget *m_errorRow = nullptr;
     ReadText *m_error = nullptr;
-    QPushButton *m_remedy = nullptr;
+    QPushButton *m_retry = nullptr;
     ChipRow *m_chips;
+    QList<QPushButton *> m_questions;
     TalkField *m_field = nullptr;
     QPushButton *m_send = nullptr;
     QPushButton *m_stop = nullptr;

@@ -17,17 +17,17 @@ namespace {
 
 constexpr double linePitch = 20;
 constexpr int mostLines = 5;
-constexpr double aboveAndBelow = 8;
-constexpr double beside = 10;
-constexpr int frame = 2; // of the sheet, the room of the ring included
+constexpr double verticalPadding = 8;
+constexpr double horizontalPadding = 10;
+constexpr int frame = 2; // of the style sheet, with the focus ring
 
 } // namespace
 
-TalkField::TalkField(const Theme &theme, const QString &what, const QString &placeholder)
+TalkField::TalkField(const Theme &theme, const QString &name, const QString &placeholder)
     : m_theme(theme), m_placeholder(placeholder), m_composing(*new ComposingGuard(*this))
 {
     setObjectName(u"input"_s);
-    setAccessibleName(what);
+    setAccessibleName(name);
     setAccessibleDescription(placeholder);
     setProperty("kind", u"talkField"_s);
     setAcceptRichText(false);
@@ -36,8 +36,8 @@ TalkField::TalkField(const Theme &theme, const QString &what, const QString &pla
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    const int side = theme.points(beside) - frame;
-    const int edge = theme.points(aboveAndBelow) - frame;
+    const int side = theme.points(horizontalPadding) - frame;
+    const int edge = theme.points(verticalPadding) - frame;
     setViewportMargins(side, edge, side, edge);
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(0);
@@ -47,7 +47,7 @@ TalkField::TalkField(const Theme &theme, const QString &what, const QString &pla
     fitHeight();
 }
 
-/// New lines take it over from the one they are broken off.
+// New lines take it over from the line that was broken.
 void TalkField::setLinePitch()
 {
     QTextBlockFormat format;
@@ -73,13 +73,13 @@ void TalkField::fitHeight()
     const int lines =
         std::clamp(qRound(document()->documentLayout()->documentSize().height() / line), 1, mostLines);
     setVerticalScrollBarPolicy(lines < mostLines ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
-    setFixedHeight(lines * line + 2 * m_theme.points(aboveAndBelow));
+    setFixedHeight(lines * line + 2 * m_theme.points(verticalPadding));
 }
 
 void TalkField::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown) {
-        event->ignore(); // the conversation's
+        event->ignore(); // they scroll the conversation
         return;
     }
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -108,10 +108,10 @@ void TalkField::paintEvent(QPaintEvent *event)
     painter.setFont(font());
     painter.setPen(m_theme.colour(Tone::ink3));
     const QString shown = fontMetrics().elidedText(m_placeholder, Qt::ElideRight, viewport()->width());
-    painter.drawText(QPointF(0, m_theme.points(linePitch) * 0.8), shown); // as its lines have their baseline
+    painter.drawText(QPointF(0, m_theme.points(linePitch) * 0.8), shown); // the baseline of its lines
 }
 
-// The ring is the frame's, which a scroll area does not draw anew by itself.
+// The focus ring belongs to the frame, which a scroll area does not redraw by itself.
 void TalkField::focusInEvent(QFocusEvent *event)
 {
     QTextEdit::focusInEvent(event);

@@ -9,13 +9,13 @@ namespace nimbrelle {
 class ComposingGuard;
 
 /// A field for a message: one line high, growing with its text to five. Return sends, Shift and Return break
-/// a line; while an input method composes, Return is the method's alone.
+/// a line; while an input method composes, Return belongs to the method.
 class TalkField : public QTextEdit {
     Q_OBJECT
 
 public:
-    /// `what` tells a screen reader what the field is for.
-    TalkField(const Theme &theme, const QString &what, const QString &placeholder);
+    /// `name` is for a screen reader.
+    TalkField(const Theme &theme, const QString &name, const QString &placeholder);
 
     QString text() const { return toPlainText(); }
     /// Keeps the cursor where it is if the text is the same.

@@ -76,7 +76,7 @@ void TalkList::setMessages(const QList<TalkMessage> &messages)
         verticalScrollBar()->setValue(find(m_question)->widget->y() - m_theme.points(m_look.above));
 }
 
-/// Whether any were left.
+// Whether any are left.
 bool TalkList::removeOthers(const QList<TalkMessage> &messages)
 {
     std::erase_if(m_rows, [&messages](const Row &row) {
@@ -98,7 +98,7 @@ void TalkList::append(const TalkMessage &message)
     row->setParent(m_content);
     row->setText(message.text);
     row->show();
-    m_rows.push_back({message.id, row, message.isLearner});
+    m_rows.push_back({.id = message.id, .widget = row, .isLearner = message.isLearner});
 }
 
 void TalkList::noteNewQuestion()
@@ -127,17 +127,17 @@ void TalkList::setFooter(const QUuid &id, QWidget *footer)
     arrange();
 }
 
-/// The rows by themselves, since a layout would put off what the scrolling has to know now.
+// Without a layout, which would place the rows only after the scrolling needs to know where they are.
 void TalkList::arrange()
 {
     const QScopedValueRollback guard(m_isArranging, true);
     const int value = verticalScrollBar()->value();
     const int end = placeRows(width() - 2 * m_theme.points(m_look.margin));
-    m_content->resize(viewport()->width(), end + roomBelow(end));
-    keepPlace(value);
+    m_content->resize(viewport()->width(), end + spaceBelow(end));
+    restoreScroll(value);
 }
 
-// The scroll bar stands in the margin, so that its coming wraps nothing anew.
+// The scroll bar lies in the margin, so that no text is wrapped anew when it appears.
 int TalkList::placeRows(int width)
 {
     const int left = m_theme.points(m_look.margin) - frameWidth();
@@ -152,7 +152,7 @@ int TalkList::placeRows(int width)
     return m_rows.empty() ? y + m_hint->height() + gap : y;
 }
 
-int TalkList::roomBelow(int end) const
+int TalkList::spaceBelow(int end) const
 {
     const auto question = std::ranges::find(m_rows, m_question, &Row::id);
     if (question == m_rows.end())
@@ -161,7 +161,7 @@ int TalkList::roomBelow(int end) const
     return std::max(0, top + viewport()->height() - end);
 }
 
-void TalkList::keepPlace(int value)
+void TalkList::restoreScroll(int value)
 {
     QScrollBar &bar = *verticalScrollBar();
     bar.setValue(m_look.follow == Follow::newest && m_isAtEnd ? bar.maximum() : value);

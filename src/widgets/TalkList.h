@@ -15,16 +15,16 @@ class TalkList : public QScrollArea {
     Q_OBJECT
 
 public:
-    /// What comes into view by itself: the newest text as it grows, unless the user has scrolled away from
-    /// it, or a new question, at the top, so that its answer is read from the start.
+    /// What is scrolled into view: the newest text as it grows, unless the user has scrolled away from it, or
+    /// a new question, to the top, so that its answer is read from the start.
     enum class Follow { newest, question };
 
     struct Look {
         Follow follow = Follow::newest;
         double margin = 20; ///< left and right, in points
-        double above = 14;
-        QString waiting; ///< stands for an answer without text
-        QString hint; ///< stands for the messages while there are none
+        double above = 14; ///< the first row, in points
+        QString waiting; ///< shown for an answer without text
+        QString hint; ///< shown while there are no messages
     };
 
     TalkList(const Theme &theme, const Look &look);
@@ -32,7 +32,7 @@ public:
     /// Rows of messages that stay are kept; messages are told apart by their ids.
     void setMessages(const QList<TalkMessage> &messages);
     void grow(const TalkMessage &message);
-    /// For an answer; takes the widget over. Null for none.
+    /// What is shown below an answer; takes the widget over. Null for none.
     void setFooter(const QUuid &id, QWidget *footer);
     /// Up is -1, down is 1.
     void scrollPage(int direction);
@@ -55,8 +55,8 @@ private:
     void noteNewQuestion();
     void arrange();
     int placeRows(int width);
-    int roomBelow(int end) const;
-    void keepPlace(int value);
+    int spaceBelow(int end) const;
+    void restoreScroll(int value);
 
     const Theme &m_theme;
     const Look m_look;

@@ -17,8 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double bubbleMargin = 10;
-constexpr double besideBubble = 50; // free space at its left, at least
+constexpr double bubblePadding = 10;
+constexpr double leftOfBubble = 50; // at least
 constexpr double aboveFooter = 8;
 constexpr double footerHeight = 28;
 
@@ -48,27 +48,27 @@ LearnerRow::LearnerRow(const Theme &theme)
 
 void LearnerRow::setText(const QString &text)
 {
-    if (m_natural && text == m_text->toPlainText())
+    if (m_naturalWidth && text == m_text->toPlainText())
         return;
     m_text->setPlain(text);
-    m_natural = m_text->naturalWidth() + 2 * m_theme.points(bubbleMargin);
+    m_naturalWidth = m_text->naturalWidth() + 2 * m_theme.points(bubblePadding);
 }
 
 int LearnerRow::bubbleWidth(int width) const
 {
-    return std::max(0, std::min(m_natural, width - m_theme.points(besideBubble)));
+    return std::max(0, std::min(m_naturalWidth, width - m_theme.points(leftOfBubble)));
 }
 
 int LearnerRow::heightFor(int width) const
 {
-    const int margins = 2 * m_theme.points(bubbleMargin);
+    const int margins = 2 * m_theme.points(bubblePadding);
     return m_text->heightForWidth(bubbleWidth(width) - margins) + margins;
 }
 
 void LearnerRow::resizeEvent(QResizeEvent *)
 {
     const int bubble = bubbleWidth(width());
-    const int margin = m_theme.points(bubbleMargin);
+    const int margin = m_theme.points(bubblePadding);
     m_bubble->setGeometry(width() - bubble, 0, bubble, height());
     m_text->setGeometry(margin, margin, bubble - 2 * margin, height() - 2 * margin);
 }

@@ -16,7 +16,7 @@ struct TalkMessage {
     QString text;
 };
 
-/// The place of one message. Widths and heights in device-independent pixels.
+/// The row of one message. Widths and heights in device-independent pixels.
 class TalkRow : public QWidget {
     Q_OBJECT
 
@@ -44,10 +44,10 @@ private:
     const Theme &m_theme;
     QFrame *m_bubble;
     ReadText *m_text;
-    int m_natural = 0; // the bubble's width in one line
+    int m_naturalWidth = 0; // of the bubble with its text in one line
 };
 
-/// What the AI said, across the column. Without a text it tells that one is waited for.
+/// What the AI said, across the column. Without a text it shows that one is waited for.
 class AnswerRow final : public TalkRow {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ public:
 
     void setText(const QString &text) override;
     int heightFor(int width) const override;
-    /// What stands below the text, in place of what did; null for nothing.
+    /// What is shown below the text, in place of what was before; null for nothing.
     void setFooter(QWidget *footer);
 
 protected:

@@ -24,15 +24,23 @@ const QString badResponse = u"AI 返回的内容看不懂，再试一次吧。"_
 QByteArray replyWith(const QString &content)
 {
     const QJsonObject message{{u"role"_s, u"assistant"_s}, {u"content"_s, content}};
-    return QJsonDocument(
-        QJsonObject{{u"id"_s, u"1"_s},
-            {u"choices"_s, QJsonArray{QJsonObject{{u"index"_s, 0}, {u"message"_s, message}}}}})
-        .toJson();
+    const QJsonArray choices{QJsonObject{{u"index"_s, 0}, {u"message"_s, message}}};
+    return QJsonDocument(QJsonObject{{u"id"_s, u"1"_s}, {u"choices"_s, choices}}).toJson();
 }
 
 QByteArray explanationReply()
 {
     return replyWith(uR"({"headword":"run","meaning_zh":"跑","unknown":{}})"_s);
+}
+
+QByteArray event(const QByteArray &content)
+{
+    return R"(data: {"choices":[{"delta":{"content":")" + content + "\"}}]}\n\n";
+}
+
+QJsonObject message(const QString &role, const QString &content)
+{
+    return {{u"role"_s, role}, {u"content"_s, content}};
 }
 
 template <class Flow> QString failureOf(Flow flow)
@@ -45,6 +53,11 @@ template <class Flow> QString failureOf(Flow flow)
     return u"no failure"_s;
 }
 
+QString textOf(TransportError::Kind kind)
+{
+    return TransportError(kind).text();
+}
+
 class DeepSeekClientTest : public testing::Test {
 protected:
     DeepSeekClientTest()
@@ -53,18 +66,32 @@ protected:
         config.baseURL = server.address();
     }
 
-    DeepSeekClient client(std::chrono::milliseconds patience = 60s)
+    DeepSeekClient client() { return DeepSeekClient(config, network, timeout); }
+    Explanation explain() { return await(client().explain(u"ran \"词\""_s, u"He ran."_s)); }
+    QCoro::AsyncGenerator<QString> stream(std::stop_token stop = {})
     {
-        return DeepSeekClient(config, network, patience);
+        const QList<ChatMessage> messages{ChatMessage::system(u"s"_s), ChatMessage::user(u"问"_s)};
+        return client().streamChat(messages, 0.7, std::move(stop));
     }
-    QString explainFailure()
+    QStringList streamed(Script script)
     {
-        return failureOf([this] { await(client().explain(u"ran"_s, std::nullopt)); });
+        server.answer(std::move(script));
+        return RunningStream(stream()).result();
     }
+    /// The failure that a response brings to an exchange and to a stream alike.
+    QString failureAfter(const Script &script)
+    {
+        server.answer(script);
+        const QString text = failureOf([this] { explain(); });
+        EXPECT_EQ(failureOf([&] { streamed(script); }), text);
+        return text;
+    }
+    QJsonObject sentBody() const { return QJsonDocument::fromJson(server.requests().last().body).object(); }
 
     ScriptedServer server;
     QNetworkAccessManager network;
     AppConfig config;
+    std::chrono::milliseconds timeout = 60s;
 };
 
 TEST_F(DeepSeekClientTest, SendsExactlyWhatTheProtocolAsksFor)
@@ -72,92 +99,85 @@ TEST_F(DeepSeekClientTest, SendsExactlyWhatTheProtocolAsksFor)
     config.apiKey = u"\n sk-1 \t\r\n"_s;
     config.model = u" my-model "_s;
     server.answer(Script::response(200, explanationReply()));
-    const Explanation explanation = await(client().explain(u"ran \"词\""_s, u"He ran."_s));
-    EXPECT_EQ(explanation.headword, u"run"_s);
-    EXPECT_EQ(explanation.meaningZh, u"跑"_s);
-
-    ASSERT_EQ(server.requests().size(), 1);
-    const auto &request = server.requests().first();
+    EXPECT_EQ(explain().meaningZh, u"跑"_s);
+    const auto request = server.requests().first();
     EXPECT_EQ(request.method, "POST");
     EXPECT_EQ(request.target, "/chat/completions");
     EXPECT_EQ(request.headers.value("authorization"), "Bearer sk-1");
     EXPECT_EQ(request.headers.value("content-type"), "application/json");
-    const QJsonObject expected{
-        {u"model"_s, u" my-model "_s},
-        {u"messages"_s,
-            QJsonArray{QJsonObject{{u"role"_s, u"system"_s}, {u"content"_s, prompts::explain()}},
-                QJsonObject{{u"role"_s, u"user"_s},
-                    {u"content"_s, u"Selection: ran \"词\"\nSurrounding text: He ran."_s}}}},
-        {u"response_format"_s, QJsonObject{{u"type"_s, u"json_object"_s}}},
-        {u"temperature"_s, 0.2},
-        {u"stream"_s, false},
-    };
-    EXPECT_EQ(QJsonDocument::fromJson(request.body).object(), expected) << request.body.toStdString();
+    const QJsonArray contract{message(u"system"_s, prompts::explain()),
+        message(u"user"_s, u"Selection: ran \"词\"\nSurrounding text: He ran."_s)};
+    EXPECT_EQ(sentBody(),
+        (QJsonObject{{u"model"_s, u" my-model "_s}, {u"messages"_s, contract},
+            {u"response_format"_s, QJsonObject{{u"type"_s, u"json_object"_s}}}, {u"temperature"_s, 0.2},
+            {u"stream"_s, false}}));
+
+    EXPECT_EQ(streamed(Script::response(200, event("好") + event(" 的 ") + "data: [DONE]\n\n")),
+        (QStringList{u"好"_s, u" 的 "_s}));
+    const QJsonArray conversation{message(u"system"_s, u"s"_s), message(u"user"_s, u"问"_s)};
+    EXPECT_EQ(sentBody(),
+        (QJsonObject{{u"model"_s, u" my-model "_s}, {u"messages"_s, conversation}, {u"temperature"_s, 0.7},
+            {u"stream"_s, true}}));
 }
 
 TEST_F(DeepSeekClientTest, EachContractSendsItsOwnPromptAndReadsItsOwnReply)
 {
+    const auto expectSent = [this](const QString &system, const QString &user) {
+        EXPECT_EQ(
+            sentBody()[u"messages"], (QJsonArray{message(u"system"_s, system), message(u"user"_s, user)}));
+    };
     WordEntry word;
     word.headword = u"run"_s;
     server.answer(Script::response(200, replyWith(uR"({"headword":"canva","meaning_zh":"设计工具"})"_s)));
     server.answer(Script::response(200, replyWith(uR"({"translation_zh":"译"})"_s)));
     server.answer(Script::response(200, replyWith(uR"({"tip_zh":"联想：跑"})"_s)));
     EXPECT_EQ(await(client().lookup(u"canva"_s)).explanation.meaningZh, u"设计工具"_s);
+    expectSent(prompts::lookup(), u"Query: canva"_s);
     EXPECT_EQ(await(client().translate(u"A text."_s)).translationZh, u"译"_s);
+    expectSent(prompts::translate(), u"A text."_s);
     EXPECT_EQ(await(client().mnemonic(word, {}, {})), u"联想：跑"_s);
-
-    const QStringList texts[] = {
-        {prompts::lookup(), u"Query: canva"_s},
-        {prompts::translate(), u"A text."_s},
-        {prompts::mnemonic(), u"要记的词：run（ ）"_s},
-    };
-    for (qsizetype i = 0; i < 3; ++i) {
-        const QJsonArray messages = QJsonDocument::fromJson(server.requests()[i].body)[u"messages"].toArray();
-        EXPECT_EQ(messages[0][u"content"].toString(), texts[i][0]);
-        EXPECT_EQ(messages[1][u"content"].toString(), texts[i][1]);
-    }
+    expectSent(prompts::mnemonic(), u"要记的词：run（ ）"_s);
 }
 
-TEST_F(DeepSeekClientTest, ForgivesBlanksAndSlashesRoundTheAddress)
+TEST_F(DeepSeekClientTest, ForgivesBlanksAndSlashesAroundTheAddress)
 {
-    const struct {
-        const char *base, *address;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[]{
         {" https://example.org/ ", "https://example.org/chat/completions"},
         {"\thttps://example.org/v1///", "https://example.org/v1/chat/completions"},
         {"//https://example.org", "https://example.org/chat/completions"},
         {"http://[::1]:8080/a", "http://[::1]:8080/a/chat/completions"},
     };
-    for (const auto &one : cases) {
-        config.baseURL = QString::fromUtf8(one.base);
-        EXPECT_EQ(client().makeRequest({}, {}).head.url().toString(), QString::fromUtf8(one.address));
+    for (const auto &[base, address] : cases) {
+        config.baseURL = QString::fromUtf8(base);
+        EXPECT_EQ(client().makeRequest({}, {}).head.url().toString(), QString::fromUtf8(address));
     }
 }
 
 TEST_F(DeepSeekClientTest, SendsNothingWithoutAnAddressOrAKey)
 {
-    for (const QString &base : {server.address() + u'\n', server.address() + u"/\n"_s,
-             u'\n' + server.address(), server.address(u"/a b"_s), u""_s, u" / "_s, u"127.0.0.1"_s,
-             u"http://"_s, u"http://a b"_s, u"http://%zz"_s}) {
+    for (const QString &base : {server.address() + u"/\n"_s, u'\n' + server.address(),
+             server.address(u"/a b"_s), u" / "_s, u"127.0.0.1"_s, u"http://"_s, u"http://%zz"_s}) {
         config.baseURL = base;
-        EXPECT_EQ(explainFailure(), badResponse) << base.toStdString();
+        EXPECT_EQ(failureAfter(Script()), badResponse) << base.toStdString();
     }
     config.baseURL = server.address();
-    for (const QString &key : {u""_s, u" \n\t\r\n "_s}) {
-        config.apiKey = key;
-        EXPECT_EQ(explainFailure(), u"还没有填 DeepSeek API key，请在设置里填写。"_s);
-    }
+    config.apiKey = u" \n\t\r\n "_s;
+    EXPECT_EQ(failureAfter(Script()), u"还没有填 DeepSeek API key，请在设置里填写。"_s);
     config.apiKey = u"sk\r\nX-Evil: 1"_s;
-    EXPECT_EQ(explainFailure(), u"API key 不正确，请在设置里检查一下。"_s);
+    EXPECT_EQ(failureAfter(Script()), u"API key 不正确，请在设置里检查一下。"_s);
+    config.apiKey = u"sk-1"_s;
+    {
+        const auto unread = stream();
+    }
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
 TEST_F(DeepSeekClientTest, AnUnpairedSurrogateSpoilsNothing)
 {
-    const auto request = client().makeRequest({{u"user"_s, QString(QChar(0xD83D)) + u"a"_s}}, {});
+    const auto request = client().makeRequest({ChatMessage::user(QString(QChar(0xD83D)) + u"a"_s)}, {});
     EXPECT_EQ(QJsonDocument::fromJson(request.body)[u"messages"][0][u"content"].toString(),
         u"\uFFFD"
-        "a"_s);
+        u"a"_s);
 }
 
 TEST_F(DeepSeekClientTest, EveryStatusHasItsFailure)
@@ -171,97 +191,129 @@ TEST_F(DeepSeekClientTest, EveryStatusHasItsFailure)
         {401, "{}", u"API key 不正确，请在设置里检查一下。"_s},
         {402, "{}", u"DeepSeek 账户余额不足，请先充值。"_s},
         {400, "bad", u"DeepSeek 返回错误 400：bad"_s},
-        {404, "", u"DeepSeek 返回错误 404："_s},
-        {429, " slow %1\n", u"DeepSeek 返回错误 429： slow %1\n"_s},
-        {500, QByteArray(300, 'x'), u"DeepSeek 返回错误 500："_s + QString(200, u'x')},
+        {429, " slow %1", u"DeepSeek 返回错误 429： slow %1"_s},
         {502, family.repeated(300).toUtf8(), u"DeepSeek 返回错误 502："_s + family.repeated(200)},
         {503, "busy \xFF", u"DeepSeek 返回错误 503："_s},
-        {201, explanationReply().left(10),
-            u"DeepSeek 返回错误 201："_s + QString::fromUtf8(explanationReply().left(10))},
         {204, "", u"DeepSeek 返回错误 204："_s},
     };
     for (const auto &one : cases) {
-        server.answer(Script::response(one.status, one.body, {"WWW-Authenticate: Basic realm=\"x\""}));
-        EXPECT_EQ(explainFailure(), one.text) << one.status;
+        const QByteArrayList headers{"WWW-Authenticate: Basic realm=\"x\""};
+        EXPECT_EQ(failureAfter(Script::response(one.status, one.body, headers)), one.text) << one.status;
     }
-    EXPECT_EQ(server.requests().size(), std::ssize(cases)) << "nothing is tried again";
+    EXPECT_EQ(server.requests().size(), 2 * std::ssize(cases)) << "nothing is tried again";
+}
+
+TEST_F(DeepSeekClientTest, AnErrorIsStreamedOnlyAsFarAsItIsShown)
+{
+    const Script endless =
+        Script::chunked(500)
+            .send(Script::chunk(QByteArray(101, 'y') + "\r\n" + QByteArray(101, 'y') + "\n"))
+            .hold();
+    EXPECT_EQ(failureOf([&] { streamed(endless); }), u"DeepSeek 返回错误 500："_s + QString(200, u'y'));
+    EXPECT_TRUE(waitUntil([this] { return server.closedByClient() == 1; }));
 }
 
 TEST_F(DeepSeekClientTest, FollowsNoRedirect)
 {
     ScriptedServer elsewhere;
     for (const int status : {301, 302, 303, 307, 308}) {
-        server.answer(Script::response(
-            status, "moved", {"Location: " + elsewhere.address(u"/chat/completions"_s).toUtf8()}));
-        EXPECT_EQ(explainFailure(), u"DeepSeek 返回错误 "_s + QString::number(status) + u"：moved"_s);
+        const QByteArray location = elsewhere.address(u"/chat/completions"_s).toUtf8();
+        EXPECT_EQ(failureAfter(Script::response(status, "moved", {"Location: " + location})),
+            u"DeepSeek 返回错误 "_s + QString::number(status) + u"：moved"_s);
     }
     EXPECT_TRUE(elsewhere.requests().isEmpty());
 }
 
 TEST_F(DeepSeekClientTest, AReplyThatCannotBeReadIsABadResponse)
 {
-    const QByteArrayList bodies{"", "{}", "not json", R"({"choices":[]})", R"({"choices":[{}]})",
-        R"({"choices":[{"message":{}}]})", R"({"choices":[{"message":{"content":null}}]})",
-        R"({"choices":[{"message":{"content":1}}]})", explanationReply() + "x", replyWith(u""_s),
-        replyWith(uR"({"headword":"run"})"_s),
-        replyWith(u"```json\n{\"headword\":\"run\",\"meaning_zh\":\"跑\"}\n```"_s)};
-    for (const QByteArray &body : bodies) {
+    for (const QByteArray &body :
+        {QByteArray(), QByteArray(R"({"choices":[]})"), QByteArray(R"({"choices":[{"message":{}}]})"),
+            explanationReply() + "x", replyWith(uR"({"headword":"run"})"_s)}) {
         server.answer(Script::response(200, body));
-        EXPECT_EQ(explainFailure(), badResponse) << body.toStdString();
+        EXPECT_EQ(failureOf([this] { explain(); }), badResponse) << body.toStdString();
     }
 }
 
-TEST_F(DeepSeekClientTest, ABrokenWayIsATransportErrorAndIsNotTriedAgain)
+TEST_F(DeepSeekClientTest, ABrokenConnectionIsATransportErrorAndIsNotTriedAgain)
 {
-    const auto kindOf = [this](Script script) {
-        server.answer(std::move(script));
-        try {
-            await(client(200ms).explain(u"ran"_s, std::nullopt));
-        } catch (const TransportError &error) {
-            EXPECT_FALSE(error.text().isEmpty());
-            return error.kind();
-        }
-        ADD_FAILURE() << "no transport error";
-        return TransportError::Kind::other;
-    };
+    timeout = 200ms;
     using Kind = TransportError::Kind;
-    EXPECT_EQ(kindOf(Script().hold()), Kind::timedOut);
-    EXPECT_EQ(kindOf(Script::chunked(200).send("5\r\n{\"cho").hold()), Kind::timedOut);
-    EXPECT_EQ(kindOf(Script::chunked(200).send(Script::chunk(explanationReply())).close()), Kind::lost);
-    EXPECT_EQ(kindOf(Script().close()), Kind::lost);
-    EXPECT_EQ(server.requests().size(), 4);
-
+    EXPECT_EQ(failureAfter(Script().hold()), textOf(Kind::timedOut));
+    EXPECT_EQ(
+        failureAfter(Script::chunked(200).send(Script::chunk(event("一"))).hold()), textOf(Kind::timedOut));
+    EXPECT_EQ(failureAfter(Script().close()), textOf(Kind::lost));
+    EXPECT_EQ(failureAfter(Script::chunked(500).send(Script::chunk("busy")).close()), textOf(Kind::lost));
+    EXPECT_EQ(server.requests().size(), 8);
     {
         const ScriptedServer gone;
         config.baseURL = gone.address();
     }
-    EXPECT_EQ(kindOf(Script()), Kind::refused);
+    EXPECT_EQ(failureAfter(Script()), textOf(Kind::refused));
+}
+
+TEST_F(DeepSeekClientTest, OnlyAStreamThatIsCutOffEndsAsIfComplete)
+{
+    const Script cutOff = Script::chunked(200).send(Script::chunk(explanationReply())).close();
+    server.answer(cutOff);
+    EXPECT_EQ(failureOf([this] { explain(); }), textOf(TransportError::Kind::lost));
+
+    const QByteArray two = event("一") + event("二");
+    const QStringList pieces{u"一"_s, u"二"_s};
+    EXPECT_EQ(streamed(Script::chunked(200).send(Script::chunk(two)).send("40\r\ndata: {").close()), pieces);
+    EXPECT_EQ(streamed(Script::unbounded(200).send(two.trimmed()).close()), pieces);
+    EXPECT_EQ(streamed(Script::response(200, "")), QStringList());
 }
 
 TEST_F(DeepSeekClientTest, AConnectionClosedBetweenRequestsGoesUnnoticed)
 {
     for (int i = 0; i < 3; ++i) {
         server.answer(Script::response(200, explanationReply()).close());
-        EXPECT_EQ(await(client().explain(u"ran"_s, std::nullopt)).headword, u"run"_s);
+        EXPECT_EQ(explain().headword, u"run"_s);
         // The network layer learns of the end in a thread of its own.
         ASSERT_TRUE(waitUntil([this] { return server.openConnections() == 0; }));
     }
     EXPECT_EQ(server.requests().size(), 3);
 }
 
-TEST_F(DeepSeekClientTest, AStoppedExchangeClosesItsConnectionAtOnce)
+TEST_F(DeepSeekClientTest, APieceIsThereBeforeTheNextIsSent)
 {
-    server.answer(Script().hold());
+    server.answer(Script::chunked(200)
+                      .send(Script::chunk(event("一")))
+                      .hold()
+                      .send(Script::chunk(event("二") + "data: [DONE]\n"))
+                      .hold());
+    RunningStream running(stream());
+    ASSERT_TRUE(waitUntil([&running] { return running.pieces() == QStringList{u"一"_s}; }));
+    server.release();
+    EXPECT_EQ(running.result(), (QStringList{u"一"_s, u"二"_s}));
+    EXPECT_TRUE(waitUntil([this] { return server.closedByClient() == 1; }))
+        << "the end of the answer is enough";
+}
+
+TEST_F(DeepSeekClientTest, StoppingClosesTheConnectionAtOnce)
+{
     std::stop_source source;
-    Running<Explanation> running(client().explain(u"ran"_s, std::nullopt, source.get_token()));
-    ASSERT_TRUE(waitUntil([this] { return server.isHolding(); }));
+    server.answer(Script().hold());
+    Running<Explanation> exchange(client().explain(u"ran"_s, std::nullopt, source.get_token()));
+    server.answer(Script::chunked(200).send(Script::chunk(event("一"))).hold());
+    RunningStream streaming(stream(source.get_token()));
+    ASSERT_TRUE(waitUntil([&] { return server.isHolding() && !streaming.pieces().isEmpty(); }));
     source.request_stop();
-    EXPECT_TRUE(running.isDone());
-    EXPECT_THROW(running.result(), Cancelled);
-    EXPECT_TRUE(waitUntil([this] { return server.closedByClient() == 1; }));
+    EXPECT_TRUE(exchange.isDone() && streaming.isDone());
+    EXPECT_THROW(exchange.result(), Cancelled);
+    EXPECT_THROW(streaming.result(), Cancelled);
+    EXPECT_TRUE(waitUntil([this] { return server.closedByClient() == 2; }));
 
     EXPECT_THROW(await(client().explain(u"ran"_s, std::nullopt, source.get_token())), Cancelled);
-    EXPECT_EQ(server.requests().size(), 1) << "a flow that was stopped before sends nothing";
+    EXPECT_THROW(RunningStream(stream(source.get_token())).result(), Cancelled);
+    EXPECT_EQ(server.requests().size(), 2) << "a flow that was stopped before sends nothing";
+}
+
+TEST_F(DeepSeekClientTest, DroppingAStreamClosesTheConnection)
+{
+    server.answer(Script::chunked(200).send(Script::chunk(event("一") + event("二"))).hold());
+    EXPECT_EQ(RunningStream(stream(), 1).result(), QStringList{u"一"_s});
+    EXPECT_TRUE(waitUntil([this] { return server.closedByClient() == 1; }));
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
@@ -46,7 +47,7 @@ protected:
         QObject::connect(&card, &CardController::settingsRequested, [this] { ++settingsRequests; });
     }
 
-    void lookup(const char *word, const QString &context = QStringLiteral("the sentence"))
+    void lookup(const char *word, const QString &context = u"the sentence"_s)
     {
         card.lookup(QString::fromUtf8(word), context, {640, 400});
     }
@@ -83,13 +84,12 @@ protected:
 TEST_F(CardControllerTest, ShowsTheLoadingCardBeforeItAsksForTheSource)
 {
     lookup("reluctant");
-    EXPECT_THAT(stateAtSource, ElementsAre(CardState(CardLoading{QStringLiteral("reluctant")})));
+    EXPECT_THAT(stateAtSource, ElementsAre(CardState(CardLoading{.selection = u"reluctant"_s})));
     EXPECT_EQ(panel.placed, QRectF(616, 182, 340, 200));
-    EXPECT_EQ(ai.calls().first().arguments,
-        (QStringList{QStringLiteral("reluctant"), QStringLiteral("the sentence")}));
+    EXPECT_EQ(ai.calls().first().arguments, (QStringList{u"reluctant"_s, u"the sentence"_s}));
     source = {}; // what is in front by the time of the answer does not matter
     ai.reply(Notebook::explained("reluctant", "I was reluctant."));
-    const WordCardData expected{.selection = QStringLiteral("reluctant"),
+    const WordCardData expected{.selection = u"reluctant"_s,
         .explanation = Notebook::explained("reluctant", "I was reluctant."),
         .source = Notebook::page("https://example.org/a")};
     EXPECT_EQ(shown<WordCardData>(), expected);
@@ -99,61 +99,48 @@ TEST_F(CardControllerTest, ShowsTheLoadingCardBeforeItAsksForTheSource)
 TEST_F(CardControllerTest, TheSameWordInTheSameSentenceCostsOneExchange)
 {
     const QString start(300, u'x');
-    card.lookup(QStringLiteral("Run"), start + u'a', {});
+    lookup("Run", start + u'a');
     ai.reply(Notebook::explained("run"));
-    card.lookup(QStringLiteral("run"), start + u'b', {}); // differs only after the 300th character
-    EXPECT_EQ(headword(), QStringLiteral("run"));
-    EXPECT_EQ(shown<WordCardData>().selection, QStringLiteral("run"));
+    lookup("run", start + u'b'); // differs only after the 300th character
+    EXPECT_EQ(shown<WordCardData>().selection, u"run"_s);
     EXPECT_EQ(ai.calls().size(), 1);
-    card.lookup(QStringLiteral("run"), start.left(299) + u'y', {});
-    card.lookup(QStringLiteral("run"), std::nullopt, {});
+    lookup("run", start.left(299) + u'y');
+    card.lookup(u"run"_s, std::nullopt, {});
     EXPECT_EQ(ai.calls().size(), 3);
 }
 
 TEST_F(CardControllerTest, ALateAnswerGoesToTheCacheAndNowhereElse)
 {
+    notebook.save("first");
     lookup("first");
     lookup("second");
-    EXPECT_EQ(ai.waiting(), 2); // the first exchange runs on
+    EXPECT_EQ(ai.waiting(), 2) << "the first exchange runs on";
     ai.reply(Notebook::explained("first"), 0);
-    EXPECT_EQ(shown<CardLoading>().selection, QStringLiteral("second"));
-    ai.reply(Notebook::explained("second"));
-    EXPECT_EQ(headword(), QStringLiteral("second"));
-    card.hide();
-    lookup("first");
-    EXPECT_EQ(headword(), QStringLiteral("first"));
-    EXPECT_EQ(ai.calls().size(), 2);
-}
-
-TEST_F(CardControllerTest, AHiddenCardStaysHiddenWhateverComes)
-{
-    notebook.save("word");
-    lookup("word");
-    card.hide();
-    ai.reply(Notebook::explained("word"));
-    EXPECT_EQ(card.state(), CardState(CardHidden{}));
-    EXPECT_FALSE(panel.visible);
-    EXPECT_EQ(notebook.word("word").lookupCount, 1); // a meeting that nobody saw
-    lookup("other");
+    EXPECT_EQ(shown<CardLoading>().selection, u"second"_s);
+    EXPECT_EQ(notebook.word("first").lookupCount, 1) << "a meeting that nobody saw";
     card.hide();
     ai.fail(AIError(AIError::Kind::noBalance));
     EXPECT_EQ(card.state(), CardState(CardHidden{}));
-    lookup("other");
-    EXPECT_EQ(ai.calls().size(), 3); // a failure leaves no trace in the cache
+    EXPECT_FALSE(panel.visible);
+    lookup("first");
+    EXPECT_EQ(headword(), u"first"_s);
+    EXPECT_EQ(ai.calls().size(), 2);
+    lookup("second");
+    EXPECT_EQ(ai.calls().size(), 3) << "a failure is not cached";
 }
 
 TEST_F(CardControllerTest, WhatIsUnderWayEndsWithTheController)
 {
     auto brief = std::make_unique<CardController>(notebook.clock, notebook.config, notebook.store,
         ai.factory(), screens, panel, [] { return PageSource(); });
-    brief->lookup(QStringLiteral("a"), std::nullopt, {});
-    brief->offerTranslation(QStringLiteral("b"), {});
-    brief->translate(QStringLiteral("b"));
-    brief->lookup(QStringLiteral("c"), std::nullopt, {});
+    brief->lookup(u"a"_s, std::nullopt, {});
+    brief->lookup(u"c"_s, std::nullopt, {});
+    brief->offerTranslation(u"b"_s, {});
     EXPECT_EQ(ai.waiting(), 2);
+    panel.placed = {};
     brief.reset();
     EXPECT_EQ(ai.waiting(), 0);
-    EXPECT_EQ(panel.placed, QRectF(8, 18, 340, 200)); // nothing was shown on the way out
+    EXPECT_EQ(panel.placed, QRectF()) << "nothing is shown on the way out";
     notebook.clock.advance(10s);
 }
 
@@ -162,13 +149,11 @@ TEST_F(CardControllerTest, FoldsTheMeetingWithASavedWordIn)
     notebook.save("run");
     lookup("ran");
     ai.reply(Notebook::explained("run"));
-    EXPECT_EQ(shown<WordCardData>().savedLookupCount, 2);
     EXPECT_TRUE(shown<WordCardData>().unlock.has_value());
-    EXPECT_EQ(notebook.word("run").sourceKeys, QStringList{QStringLiteral("example.org")});
+    EXPECT_EQ(notebook.word("run").sourceKeys, QStringList{u"example.org"_s});
     lookup("ran"); // from the cache, and still a meeting
     EXPECT_EQ(shown<WordCardData>().savedLookupCount, 3);
-    lookup("new");
-    ai.reply(Notebook::explained("new"));
+    lookupAndAnswer("new");
     EXPECT_EQ(shown<WordCardData>().savedLookupCount, std::nullopt);
     EXPECT_EQ(shown<WordCardData>().unlock, std::nullopt);
     EXPECT_EQ(recall(), RecallState::Kind::off);
@@ -200,20 +185,17 @@ TEST_F(CardControllerTest, ARecallOnTheCardCountsAsOneReview)
         card.rateRecall(remembered); // not before the meaning was shown
         EXPECT_FALSE(notebook.word(word).review);
         card.revealRecall();
-        EXPECT_EQ(recall(), RecallState::Kind::revealed);
         card.rateRecall(remembered);
-        EXPECT_EQ(shown<WordCardData>().recall, (RecallState{RecallState::Kind::done, remembered}));
-        EXPECT_EQ(notebook.word(word).review->lapses, remembered ? 0 : 1);
+        EXPECT_EQ(shown<WordCardData>().recall,
+            (RecallState{.kind = RecallState::Kind::done, .remembered = remembered}));
         card.rateRecall(remembered);
         EXPECT_EQ(notebook.word(word).review->reps, 1);
+        EXPECT_EQ(notebook.word(word).review->lapses, remembered ? 0 : 1);
     }
-    EXPECT_EQ(notebook.events().last(), QStringLiteral("review lost again"));
-}
+    EXPECT_EQ(notebook.events().last(), u"review lost again"_s);
 
-TEST_F(CardControllerTest, RatingADeletedWordLeavesTheCardAsItIs)
-{
-    const QUuid id = notebook.save("run");
-    lookupAndAnswer("run");
+    const QUuid id = notebook.save("deleted");
+    lookupAndAnswer("deleted");
     card.revealRecall();
     notebook.store.remove(id);
     card.rateRecall(true);
@@ -225,68 +207,68 @@ TEST_F(CardControllerTest, SavesTheWordOfTheCard)
     card.save(); // nothing to save yet
     lookupAndAnswer("run");
     card.save();
-    EXPECT_TRUE(shown<WordCardData>().justSaved);
     EXPECT_EQ(shown<WordCardData>().savedLookupCount, 1);
-    EXPECT_TRUE(shown<WordCardData>().unlock->newForm);
-    EXPECT_EQ(notebook.word("run").examples.first().sourceURL, QStringLiteral("https://example.org/a"));
+    EXPECT_EQ(notebook.word("run").examples.first().sourceURL, u"https://example.org/a"_s);
     const auto unlock = shown<WordCardData>().unlock;
-    card.save(); // an empty reward does not replace the first
-    EXPECT_EQ(shown<WordCardData>().unlock, unlock);
-    EXPECT_EQ(notebook.store.entries().size(), 1);
+    EXPECT_TRUE(unlock->newForm);
+    card.save();
+    EXPECT_EQ(shown<WordCardData>().unlock, unlock) << "an empty one does not replace the first";
 }
 
 TEST_F(CardControllerTest, OnlyAMissingOrWrongKeyLeadsToTheSettings)
 {
-    const std::pair<AIError, bool> cases[]{{AIError(AIError::Kind::noKey), true},
-        {AIError(AIError::Kind::unauthorized), true}, {AIError(AIError::Kind::noBalance), false},
-        {AIError(AIError::Kind::badResponse), false}, {AIError::ofStatus(500, QStringLiteral("x")), false}};
-    for (const auto &[error, needsSettings] : cases) {
+    using Kind = AIError::Kind;
+    for (const Kind kind : {Kind::noKey, Kind::unauthorized, Kind::noBalance, Kind::badResponse}) {
+        const bool needsSettings = kind == Kind::noKey || kind == Kind::unauthorized;
         lookup("word");
-        ai.fail(error);
-        EXPECT_EQ(shown<CardError>(), (CardError{error.text(), needsSettings}));
+        ai.fail(AIError(kind));
+        EXPECT_EQ(
+            shown<CardError>(), (CardError{.message = AIError(kind).text(), .needsSettings = needsSettings}));
         card.openSettings();
         EXPECT_EQ(card.isVisible(), !needsSettings);
     }
     EXPECT_EQ(settingsRequests, 2);
-    card.offerTranslation(QStringLiteral("text"), {});
-    card.translate(QStringLiteral("text"));
-    ai.fail(AIError(AIError::Kind::noKey));
+    card.showTranslation(u"text"_s, {});
+    ai.fail(AIError(Kind::noKey));
     EXPECT_TRUE(shown<CardError>().needsSettings);
 }
 
 TEST_F(CardControllerTest, AnOfferGoesAfterFourSecondsUnlessItWasTakenUp)
 {
-    card.offerTranslation(QStringLiteral("a text"), {640, 400});
+    card.offerTranslation(u"a text"_s, {640, 400});
     notebook.clock.advance(3999ms);
     EXPECT_TRUE(card.isVisible());
     notebook.clock.advance(1ms);
     EXPECT_EQ(card.state(), CardState(CardHidden{}));
 
-    card.offerTranslation(QStringLiteral("a text"), {640, 400});
+    card.offerTranslation(u"a text"_s, {640, 400});
     notebook.clock.advance(3s);
-    card.offerTranslation(QStringLiteral("another"), {640, 400}); // has its own four seconds
+    card.offerTranslation(u"another"_s, {640, 400}); // has its own four seconds
     notebook.clock.advance(3s);
     EXPECT_TRUE(card.isVisible());
-    card.translate(QStringLiteral("another"));
+    card.translate(u"another"_s);
     notebook.clock.advance(10s);
-    EXPECT_EQ(shown<Translating>().text, QStringLiteral("another"));
-    ai.reply(Translation{QStringLiteral("译文"), std::nullopt});
-    EXPECT_EQ(
-        shown<TranslationData>(), (TranslationData{QStringLiteral("another"), {QStringLiteral("译文"), {}}}));
+    EXPECT_EQ(shown<Translating>().text, u"another"_s);
+    ai.reply(Translation{.translationZh = u"译文"_s});
+    EXPECT_EQ(shown<TranslationData>(),
+        (TranslationData{.original = u"another"_s, .translation = {.translationZh = u"译文"_s}}));
 }
 
-TEST_F(CardControllerTest, AFramedTextIsTranslatedAtOnceAndStoppedWithTheCard)
+TEST_F(CardControllerTest, AFramedTextIsTranslatedAtOnceUntilSomethingElseIsShown)
 {
-    card.showTranslation(QStringLiteral("framed"), {100, 700});
-    EXPECT_THAT(stateAtSource, ElementsAre(CardState(Translating{QStringLiteral("framed")})));
+    card.showTranslation(u"framed"_s, {100, 700});
+    EXPECT_THAT(stateAtSource, ElementsAre(CardState(Translating{.text = u"framed"_s})));
     EXPECT_EQ(panel.placed.topLeft(), QPointF(76, 482));
     card.hide();
-    EXPECT_EQ(ai.waiting(), 0); // a translation nobody waits for ends on the network too
-    EXPECT_EQ(card.state(), CardState(CardHidden{}));
-    card.showTranslation(QStringLiteral("framed"), {});
+    EXPECT_EQ(ai.waiting(), 0) << "a translation nobody waits for ends on the network too";
+    card.showTranslation(u"framed"_s, {});
     lookup("word");
     EXPECT_EQ(ai.waiting(), 1);
-    EXPECT_EQ(shown<CardLoading>().selection, QStringLiteral("word"));
+    EXPECT_EQ(shown<CardLoading>().selection, u"word"_s);
+    card.showTranslation(u"framed"_s, {});
+    card.showError({.message = u"框里没有识别到英文。"_s}, {640, 400});
+    EXPECT_EQ(ai.waiting(), 1);
+    EXPECT_EQ(card.anchor(), QPointF(640, 400));
 }
 
 TEST_F(CardControllerTest, AQuestionTakesTheSentenceAlong)
@@ -295,36 +277,27 @@ TEST_F(CardControllerTest, AQuestionTakesTheSentenceAlong)
     EXPECT_TRUE(asked.isEmpty());
     lookup("ran");
     Explanation explanation = Notebook::explained("run", "He ran.");
-    explanation.sentenceZh = QStringLiteral("他跑了。");
+    explanation.sentenceZh = u"他跑了。"_s;
     ai.reply(explanation);
     card.ask(QuickQuestion::why);
-    EXPECT_EQ(asked.last().first,
-        (AskContext{
-            QStringLiteral("He ran."), explanation.sentenceZh, QStringLiteral("run"), explanation, source}));
-    EXPECT_EQ(asked.last().second, QuickQuestion::why);
+    const AskContext ofWord{.original = u"He ran."_s,
+        .translation = explanation.sentenceZh,
+        .focusWord = u"run"_s,
+        .explanation = explanation,
+        .source = source};
+    EXPECT_EQ(asked.last(), std::pair(ofWord, std::optional(QuickQuestion::why)));
 
     lookup("bare");
     ai.reply(Notebook::explained("bare", ""));
     card.ask(std::nullopt);
-    EXPECT_EQ(asked.last().first.original, QStringLiteral("bare"));
+    EXPECT_EQ(asked.last().first.original, u"bare"_s);
 
-    card.showTranslation(QStringLiteral("framed"), {});
-    ai.reply(Translation{QStringLiteral("译文"), std::nullopt});
-    source = {};
-    card.ask(QuickQuestion::structure);
-    EXPECT_EQ(asked.last().first,
-        (AskContext{QStringLiteral("framed"), QStringLiteral("译文"), std::nullopt, std::nullopt,
-            Notebook::page("https://example.org/a")}));
-}
-
-TEST_F(CardControllerTest, AnErrorOfAGestureReplacesWhatWasUnderWay)
-{
-    card.showTranslation(QStringLiteral("framed"), {});
-    card.showError({QStringLiteral("框里没有识别到英文。"), false}, {640, 400});
-    EXPECT_EQ(ai.waiting(), 0);
-    EXPECT_EQ(shown<CardError>().message, QStringLiteral("框里没有识别到英文。"));
-    EXPECT_EQ(card.anchor(), QPointF(640, 400));
-    EXPECT_TRUE(panel.visible);
+    card.showTranslation(u"framed"_s, {});
+    ai.reply(Translation{.translationZh = u"译文"_s});
+    const AskContext ofText{
+        .original = u"framed"_s, .translation = u"译文"_s, .source = std::exchange(source, {})};
+    card.ask(std::nullopt);
+    EXPECT_EQ(asked.last().first, ofText);
 }
 
 TEST_F(CardControllerTest, PlacesThePanelNowAndAgainWhenTheViewHasSettled)

@@ -20,24 +20,6 @@ QStringList words(const char *text)
     return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
 }
 
-TEST(CommandLine, TriesItsOptionsInTheirOrder)
-{
-    QStringList names;
-    for (const Option &option : optionTable())
-        names.append(option.name);
-    EXPECT_EQ(names,
-        words(
-            "--render-icon --selftest-ocr --selftest-review --selftest-spelling --selftest-menubar "
-            "--selftest-spellpractice --selftest-lookup --add-spelling --selftest-config "
-            "--selftest-studystamp --selftest-merge --sync-now --sync-connect --selftest-fsrs --selftest-ask "
-            "--selftest-coach --selftest-coach-ai --selftest-explain"));
-    for (const QString &name : std::as_const(names)) {
-        const bool takesValue = words("--render-icon --add-spelling --sync-connect").contains(name);
-        EXPECT_EQ(chosen({name, QStringLiteral("v")}),
-            name + (takesValue ? QStringLiteral("=v") : QStringLiteral("=")));
-    }
-}
-
 TEST(CommandLine, LetsTheFirstOfTheTableWin)
 {
     const std::pair<const char *, const char *> cases[]{

@@ -6,79 +6,50 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-using Kind = SelectionKind::Kind;
-
-struct Case {
-    QString text;
-    SelectionKind expected;
-};
-
-void PrintTo(const Case &c, std::ostream *out)
+/// The kind with the text as the card gets it.
+QString classified(const QString &text)
 {
-    *out << c.text.left(40).toStdString();
-}
-
-SelectionKind word(const char *text)
-{
-    return {Kind::word, QString::fromUtf8(text)};
-}
-
-SelectionKind passage(const QString &text)
-{
-    return {Kind::passage, text};
-}
-
-const SelectionKind ignored{};
-
-Case as(const char *text, const SelectionKind &expected)
-{
-    return {QString::fromUtf8(text), expected};
-}
-
-Case wholePassage(const QString &text)
-{
-    return {text, passage(text)};
-}
-
-QString repeated(const char *piece, int times)
-{
-    return QString::fromUtf8(piece).repeated(times);
+    const SelectionKind kind = SelectionKind::classify(text);
+    const QString names[]{u"word "_s, u"passage "_s, u"ignored"_s};
+    return names[static_cast<int>(kind.kind)] + kind.text;
 }
 
 } // namespace
 
-class SelectionKindTest : public testing::TestWithParam<Case> { };
-
-TEST_P(SelectionKindTest, Classifies)
+TEST(SelectionKind, AWordHasUpToFivePiecesAndSixtyCharacters)
 {
-    const SelectionKind kind = SelectionKind::classify(GetParam().text);
-    EXPECT_EQ(kind.kind, GetParam().expected.kind);
-    EXPECT_EQ(kind.text, GetParam().expected.text);
+    EXPECT_EQ(classified(u"a b c d ee"_s), u"word a b c d ee"_s);
+    EXPECT_EQ(classified(u"  a b c d e ff.\n"_s), u"passage a b c d e ff."_s);
+    EXPECT_EQ(classified(QString(60, u'a')), u"word "_s + QString(60, u'a'));
+    EXPECT_EQ(classified(QString(61, u'a')), u"passage "_s + QString(61, u'a'));
 }
 
-INSTANTIATE_TEST_SUITE_P(Length, SelectionKindTest,
-    testing::Values(as("", ignored), as(" \n\t\u00a0 ", ignored),
-        wholePassage(repeated("word ", 799) + QStringLiteral("words")),
-        Case{repeated("word ", 799) + QStringLiteral("words!"), ignored},
-        // Characters as a reader sees them: this one is of two code points.
-        wholePassage(repeated("e\u0301 ", 1999) + QStringLiteral("e\u0301!")),
-        Case{repeated("a", 60), word(std::string(60, 'a').c_str())}, wholePassage(repeated("a", 61)),
-        as("a b c d ee", word("a b c d ee")), wholePassage(QStringLiteral("a b c d e ff")),
-        as("  one two three four five six.\n", passage(QStringLiteral("one two three four five six.")))));
+TEST(SelectionKind, AWordLosesThePunctuationRoundIt)
+{
+    EXPECT_EQ(classified(u"  Hello, "_s), u"word Hello"_s);
+    EXPECT_EQ(classified(u"“wouldn't” $"_s), u"word wouldn't"_s);
+    EXPECT_EQ(classified(u"\U0001F600 cafe\u0301 \U0001F600"_s), u"word cafe\u0301"_s);
+}
 
-INSTANTIATE_TEST_SUITE_P(Content, SelectionKindTest,
-    testing::Values(as("放弃", ignored), as("An English text with one 字 in it, and more", ignored),
-        as("rare \U00020000 sign", ignored), as("naïve", word("naïve")), as("cafe\u0301", word("cafe\u0301")),
-        as("see https://example.org for more", ignored), as("www.example.org", ignored),
-        as("the www. prefix", word("the www. prefix")), as("me@example.org", ignored),
-        as("@someone", ignored), as("write to me@example.org today", word("write to me@example.org today")),
-        as("...", ignored), as("a", ignored), as("12 34 a", ignored), as("ab12", ignored),
-        as("abc12", word("abc12"))));
+TEST(SelectionKind, APassageHasUpToFourThousandCharactersAsAReaderSeesThem)
+{
+    const QString longest = u"wor\u0301d "_s.repeated(799) + u"words"_s;
+    EXPECT_EQ(classified(longest), u"passage "_s + longest);
+    EXPECT_EQ(classified(longest + u'!'), u"ignored"_s);
+}
 
-INSTANTIATE_TEST_SUITE_P(Trimming, SelectionKindTest,
-    testing::Values(as("  Hello, ", word("Hello")), as("give up on", word("give up on")),
-        as("“wouldn't” $", word("wouldn't")), as("\U0001F600 wells \U0001F600", word("wells"))));
+TEST(SelectionKind, WhatIsNoEnglishIsIgnored)
+{
+    for (const QString &text : {u" \n\t\u00a0 "_s, u"An English text with one 字 in it, and more"_s,
+             u"rare \U00020000 sign"_s, u"see https://example.org for more"_s, u"www.example.org"_s,
+             u"me@example.org"_s, u"..."_s, u"a"_s, u"ab12"_s})
+        EXPECT_EQ(classified(text), u"ignored"_s) << text.toStdString();
+    for (const QString &text : {u"the www. prefix"_s, u"write to me@example.org today"_s, u"abc12"_s})
+        EXPECT_EQ(classified(text), u"word "_s + text);
+}
 
 } // namespace nimbrelle

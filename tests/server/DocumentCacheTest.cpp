@@ -1,7 +1,5 @@
 #include "server/DocumentCache.h"
 
-#include "server/HeldBody.h"
-
 #include <gtest/gtest.h>
 
 using namespace nimbrelle::server;
@@ -10,7 +8,7 @@ namespace {
 
 std::shared_ptr<const Document> document(std::int64_t version, std::size_t bytes)
 {
-    return std::make_shared<const Document>(Document{version, std::string(bytes, 'x')});
+    return std::make_shared<const Document>(Document{.version = version, .body = std::string(bytes, 'x')});
 }
 
 } // namespace
@@ -39,29 +37,4 @@ TEST(DocumentCache, TheLeastUsedMakesRoom)
     EXPECT_FALSE(cache.find(3, 1));
     EXPECT_FALSE(cache.find(3, 2));
     EXPECT_TRUE(cache.find(1, 1));
-}
-
-TEST(HeldBody, TakesFromTheBudgetOnlyAsBytesArrive)
-{
-    BodyBudget budget(1 << 20);
-    {
-        HeldBody body(budget, 1 << 20, 900'000);
-        EXPECT_EQ(budget.taken(), 0U);
-        EXPECT_EQ(body.append("abc"), HeldBody::Outcome::kept);
-        EXPECT_LT(budget.taken(), 100'000U);
-        HeldBody other(budget, 1 << 20, std::nullopt);
-        EXPECT_EQ(other.append(std::string(1'000'000, 'x')), HeldBody::Outcome::noRoom);
-        EXPECT_EQ(other.size(), 0U);
-        EXPECT_EQ(body.bytes(), "abc");
-    }
-    EXPECT_EQ(budget.taken(), 0U);
-}
-
-TEST(HeldBody, EndsAtTheLimitWhateverWasAnnounced)
-{
-    BodyBudget budget(1 << 20);
-    HeldBody body(budget, 1000, 10);
-    EXPECT_EQ(body.append(std::string(1000, 'x')), HeldBody::Outcome::kept);
-    EXPECT_EQ(body.append("y"), HeldBody::Outcome::tooLong);
-    EXPECT_EQ(budget.taken(), 0U);
 }

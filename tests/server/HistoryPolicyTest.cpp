@@ -1,6 +1,5 @@
 #include "server/HistoryPolicy.h"
 
-#include <algorithm>
 #include <gmock/gmock.h>
 
 using namespace nimbrelle::server;
@@ -20,44 +19,51 @@ std::vector<VersionRecord> versions(int count, sys_seconds first, seconds apart)
     return records;
 }
 
+std::vector<std::int64_t> dropped(const std::vector<VersionRecord> &records, sys_seconds at)
+{
+    const auto next = static_cast<std::int64_t>(records.size()) + 1;
+    return HistoryPolicy::changeFor({.version = next, .writtenAt = at, .words = 10}, records).dropped;
+}
+
 } // namespace
 
 TEST(HistoryPolicy, KeepsTheNewestTwenty)
 {
-    EXPECT_THAT(HistoryPolicy::versionsToDrop(versions(20, noon, 1min), noon + 1h), IsEmpty());
-    EXPECT_THAT(HistoryPolicy::versionsToDrop(versions(23, noon, 1min), noon + 1h), ElementsAre(1, 2, 3));
+    EXPECT_THAT(dropped(versions(19, noon, 1min), noon + 1h), IsEmpty());
+    EXPECT_THAT(dropped(versions(22, noon, 1min), noon + 1h), ElementsAre(1, 2, 3));
 }
 
 TEST(HistoryPolicy, KeepsTheLastOfEachDayForSixtyDays)
 {
-    // Two a day for 80 days; the last twenty versions are the last ten days.
-    const auto records = versions(160, noon, 12h);
-    const auto now = records.back().writtenAt;
-    const auto dropped = HistoryPolicy::versionsToDrop(records, now);
-    const auto isDropped = [&](std::int64_t version) {
-        return std::ranges::find(dropped, version) != dropped.end();
-    };
-    const auto today = floor<days>(now);
-    for (std::size_t index = 0; index < records.size() - 20; ++index) {
-        const auto day = floor<days>(records[index].writtenAt);
-        const bool lastOfDay = day != floor<days>(records[index + 1].writtenAt);
-        EXPECT_EQ(isDropped(records[index].version), !lastOfDay || today - day >= 60 * days(1)) << index;
+    // Two a day, at midnight and at noon, for 80 days; the newest twenty fill the last ten days.
+    const auto records = versions(159, noon, 12h);
+    std::vector<std::int64_t> expected;
+    for (std::int64_t version = 1; version <= 140; ++version) {
+        const bool isOld = version / 2 <= 20; // days
+        const bool isMidnight = version % 2 == 0;
+        if (isOld || isMidnight)
+            expected.push_back(version);
     }
+    EXPECT_EQ(dropped(records, records.back().writtenAt + 12h), expected);
 }
 
 TEST(HistoryPolicy, KeepsForGoodWhatStoodBeforeALoss)
 {
-    auto records = versions(30, noon, 1min);
+    auto records = versions(29, noon, 1min);
     records[4].beforeLoss = true;
-    EXPECT_THAT(
-        HistoryPolicy::versionsToDrop(records, noon + years(3)), ElementsAre(1, 2, 3, 4, 6, 7, 8, 9, 10));
+    EXPECT_THAT(dropped(records, noon + years(3)), ElementsAre(1, 2, 3, 4, 6, 7, 8, 9, 10));
 }
 
 TEST(HistoryPolicy, AThirdIsALoss)
 {
-    EXPECT_TRUE(HistoryPolicy::losesThird(30, 20));
-    EXPECT_FALSE(HistoryPolicy::losesThird(30, 21));
-    EXPECT_TRUE(HistoryPolicy::losesThird(1, 0));
-    EXPECT_FALSE(HistoryPolicy::losesThird(0, 0));
-    EXPECT_FALSE(HistoryPolicy::losesThird(10, 30));
+    const auto isLoss = [](std::int64_t before, std::int64_t after) {
+        const VersionRecord kept{.version = 7, .words = before};
+        const auto marked = HistoryPolicy::changeFor({.version = 8, .words = after}, {kept}).beforeLoss;
+        return marked == 7;
+    };
+    EXPECT_TRUE(isLoss(30, 20));
+    EXPECT_FALSE(isLoss(30, 21));
+    EXPECT_TRUE(isLoss(1, 0));
+    EXPECT_FALSE(isLoss(0, 0));
+    EXPECT_FALSE(isLoss(10, 30));
 }

@@ -18,12 +18,12 @@ public:
     ModifierFlags held = 0;
 };
 
-/// Plays the user's hand: each act moves the pointer's state along and tells of it, while it is started.
+/// Simulates the user's input: each act changes the pointer's state and emits the events of it.
 class FakeInputMonitor final : public InputMonitor {
 public:
     explicit FakeInputMonitor(FakePointer &pointer) : m_pointer(pointer) { }
 
-    bool canWatch() const override { return watchable; }
+    bool canWatch() const override { return true; }
     void start() override { started = true; }
     void stop() override { started = false; }
 
@@ -31,15 +31,14 @@ public:
     {
         m_pointer.at = at;
         m_pointer.buttons |= 1;
-        tell([&] { emit mousePressed(at); });
+        emit mousePressed(at);
     }
     void release(QPointF at, int clickCount = 1)
     {
         m_pointer.at = at;
         m_pointer.buttons &= ~1U;
-        tell([&] { emit mouseReleased(at, clickCount); });
+        emit mouseReleased(at, clickCount);
     }
-    /// Press, move and release, as for marking a passage.
     void drag(QPointF from, QPointF to)
     {
         press(from);
@@ -53,32 +52,18 @@ public:
     void move(QPointF to)
     {
         m_pointer.at = to;
-        tell([&] { emit mouseMoved(to); });
+        emit mouseMoved(to);
     }
     void hold(ModifierFlags flags)
     {
         m_pointer.held = flags;
-        tell([&] { emit modifiersChanged(flags); });
+        emit modifiersChanged(flags);
     }
-    void type(Key key = Key::other)
-    {
-        tell([&] { emit keyPressed(key); });
-    }
-    void scroll()
-    {
-        tell([&] { emit scrolled(); });
-    }
+    void type(Key key = Key::other) { emit keyPressed(key); }
 
-    bool watchable = true;
     bool started = false;
 
 private:
-    void tell(const std::function<void()> &event) const
-    {
-        if (started)
-            event();
-    }
-
     FakePointer &m_pointer;
 };
 

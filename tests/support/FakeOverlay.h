@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screen/RegionSelector.h"
+#include "screen/RegionOverlay.h"
 
 #include <utility>
 
@@ -24,7 +24,7 @@ public:
         finished(frame);
     }
 
-    int opened = 0;
+    int opened = 0; ///< how often
     QRectF screenFrame;
 
 private:

@@ -9,20 +9,18 @@
 
 namespace nimbrelle {
 
-/// Gives a blank picture of the right size and remembers what was asked for.
+/// Gives a blank picture of the right size and records what was asked for.
 class FakeScreenCapture final : public ScreenCapture {
 public:
     struct Request {
         Screen screen;
         QRectF area;
-
-        bool operator==(const Request &) const = default;
     };
 
     bool isAllowed() const override { return allowed; }
     QCoro::Task<Picture> capture(Screen screen, QRectF area) override
     {
-        requests.push_back({screen, area});
+        requests.push_back({.screen = screen, .area = area});
         if (failure)
             throw CaptureFailure(*failure);
         Picture picture;
@@ -38,15 +36,14 @@ public:
     std::vector<Request> requests;
 };
 
-/// Gives the scripted lines after `delay` of the test's clock.
+/// Finds the scripted lines, after `delay` of the test's clock.
 class FakeTextRecognizer final : public TextRecognizer {
 public:
     explicit FakeTextRecognizer(Clock &clock) : m_clock(clock) { }
 
     QCoro::Task<QList<RecognizedLine>> recognize(
-        Picture picture, RecognitionStyle style, std::stop_token stop) override
+        Picture, RecognitionStyle style, std::stop_token stop) override
     {
-        pictures.push_back(picture);
         styles.push_back(style);
         const QList<RecognizedLine> found = style == RecognitionStyle::plain ? lines : subtitles;
         if (delay.count() > 0)
@@ -61,7 +58,7 @@ public:
     /// A line whose characters share its box evenly.
     static RecognizedLine line(const QString &text, const QRectF &box)
     {
-        RecognizedLine made{text, box, {}};
+        RecognizedLine made{.text = text, .box = box, .unitBoxes = {}};
         const double step = box.width() / static_cast<double>(std::max(text.size(), qsizetype{1}));
         for (qsizetype unit = 0; unit < text.size(); ++unit)
             made.unitBoxes.append(text.at(unit).isSpace()
@@ -74,7 +71,6 @@ public:
     QList<RecognizedLine> subtitles; ///< what the second try finds
     std::chrono::milliseconds delay{0};
     std::optional<QString> failure;
-    std::vector<Picture> pictures;
     std::vector<RecognitionStyle> styles;
 
 private:

@@ -3,7 +3,6 @@
 #include "platform/AccessibilityReader.h"
 #include "platform/Clipboard.h"
 
-#include <functional>
 #include <vector>
 
 namespace nimbrelle {
@@ -17,78 +16,53 @@ public:
         std::optional<QString> address;
     };
 
-    void beginGesture() override
-    {
-        ++gestures;
-        m_late = false;
-    }
-    std::optional<AccessibleElement> focusedElement() override
-    {
-        return ask(chain.empty() ? std::nullopt : std::optional{elementAt(0)});
-    }
-    std::optional<QString> selectedText(const AccessibleElement &) override { return ask(selection); }
+    void beginGesture() override { ++gestures; }
+    std::optional<AccessibleElement> focusedElement() override { return elementAt(0); }
+    std::optional<QString> selectedText(const AccessibleElement &) override { return selection; }
     std::optional<TextPiece> textRoundSelection(const AccessibleElement &, qsizetype) override
     {
-        return ask(piece);
+        return piece;
     }
     std::optional<bool> isWebArea(const AccessibleElement &element) override
     {
-        return ask(std::optional{chain.at(place(element)).isWebArea});
+        return chain.at(indexOf(element)).isWebArea;
     }
     std::optional<AccessibleElement> parent(const AccessibleElement &element) override
     {
-        const std::size_t next = place(element) + 1;
-        return ask(next < chain.size() ? std::optional{elementAt(next)} : std::nullopt);
+        return elementAt(indexOf(element) + 1);
     }
     std::optional<QString> address(const AccessibleElement &element) override
     {
-        return ask(chain.at(place(element)).address);
+        return chain.at(indexOf(element)).address;
     }
 
     std::vector<Element> chain;
     std::optional<QString> selection;
     std::optional<TextPiece> piece;
-    bool hangs = false; ///< the program answers nothing any more
     int gestures = 0;
-    int questions = 0; ///< those that reached the program
 
 private:
-    template <typename Answer> std::optional<Answer> ask(const std::optional<Answer> &answer)
+    std::optional<AccessibleElement> elementAt(std::size_t index) const
     {
-        if (m_late)
+        if (index >= chain.size())
             return std::nullopt;
-        ++questions;
-        m_late = hangs;
-        return hangs ? std::nullopt : answer;
+        return AccessibleElement{.program = {}, .object = QString::number(index)};
     }
-    static AccessibleElement elementAt(std::size_t index)
-    {
-        return {QStringLiteral("fake"), QString::number(index)};
-    }
-    static std::size_t place(const AccessibleElement &element) { return element.object.toULong(); }
-
-    bool m_late = false;
+    static std::size_t indexOf(const AccessibleElement &element) { return element.object.toULong(); }
 };
 
-/// Plain text stands under the format below.
 class FakeClipboard final : public Clipboard {
 public:
-    static QString textFormat() { return QStringLiteral("text/plain;charset=utf-8"); }
-
     QCoro::Task<std::optional<ClipboardSnapshot>> snapshot() override
     {
-        std::optional<ClipboardSnapshot> taken;
-        if (answers)
-            taken = content;
-        co_return taken;
+        co_return answers ? std::optional(content) : std::nullopt;
     }
     quint64 changeCount() const override { return m_changes; }
     QCoro::Task<std::optional<QString>> string() override
     {
-        std::optional<QString> text;
-        if (answers && !content.isEmpty() && content.constFirst().contains(textFormat()))
-            text = QString::fromUtf8(content.constFirst().value(textFormat()));
-        co_return text;
+        if (content.isEmpty() || !content.constFirst().contains(textFormat))
+            co_return std::nullopt;
+        co_return QString::fromUtf8(content.constFirst().value(textFormat));
     }
     void restore(const ClipboardSnapshot &snapshot) override
     {
@@ -96,19 +70,21 @@ public:
         write(snapshot);
     }
 
-    /// Somebody copies.
+    /// A program copies.
     void write(const ClipboardSnapshot &snapshot)
     {
         content = snapshot;
         ++m_changes;
     }
-    void writeText(const QString &text) { write({{{textFormat(), text.toUtf8()}}}); }
+    void writeText(const QString &text) { write({{{textFormat, text.toUtf8()}}}); }
 
     ClipboardSnapshot content;
     bool answers = true;
     int restores = 0;
 
 private:
+    const QString textFormat = QStringLiteral("text/plain;charset=utf-8");
+
     quint64 m_changes = 0;
 };
 
@@ -118,8 +94,7 @@ public:
     QCoro::Task<std::optional<QString>> text() override
     {
         ++reads;
-        std::optional<QString> given = m_text;
-        co_return given;
+        co_return m_text;
     }
 
     /// A program claims the selection; without a text it does not give it out.

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Speaker.h"
 #include "platform/StatusItem.h"
 #include "shell/AppWindows.h"
+#include "support/FakeSpeaker.h"
 
 #include <QStringList>
 
@@ -59,13 +59,6 @@ public:
     QStringList take() { return std::exchange(calls, {}); }
 
     QStringList calls;
-};
-
-class FakeSpeaker final : public Speaker {
-public:
-    void speak(const QString &text) override { said.append(text); }
-
-    QStringList said;
 };
 
 } // namespace nimbrelle

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screen/RegionSelector.h"
+#include "screen/ScreenOCR.h"
 #include "screen/SelectionReader.h"
 #include "screen/TriggerController.h"
 #include "support/FakeDesktop.h"
@@ -9,11 +10,14 @@
 #include "support/FakeRecognition.h"
 #include "support/FakeSelection.h"
 #include "support/Notebook.h"
+#include "support/Printers.h"
 #include "support/RecordingCard.h"
+
+#include <gtest/gtest.h>
 
 namespace nimbrelle {
 
-/// A desktop to play gestures on: the user's hand in, calls to the card out, with a clock moved by hand.
+/// A desktop to read from, with a clock moved by hand: the user's input goes in, calls to the card come out.
 struct GestureStage {
     GestureStage()
     {
@@ -42,35 +46,48 @@ struct GestureStage {
     SelectionReader selection{clock, accessibility, primary, clipboard, keys, pointer, front};
     ScreenOCR ocr{screens, capture, recognizer};
     RegionSelector region{screens, pointer, front, overlay};
-    TriggerController trigger{TriggerController::World{clock, notebook.config, input, pointer, front, screens,
-        capture, accessibility, selection, ocr, region, card}};
+    TriggerController trigger{{.clock = clock,
+        .config = notebook.config,
+        .input = input,
+        .pointer = pointer,
+        .front = front,
+        .screens = screens,
+        .accessibility = accessibility,
+        .selection = selection,
+        .ocr = ocr,
+        .region = region,
+        .card = card}};
 
     void advance(std::chrono::milliseconds time) { clock.advance(time); }
     template <class Edit> void configure(Edit edit) { notebook.configure(edit); }
 
-    /// The program in front tells screen readers of this selection.
-    void mark(const char *text, const char *context = nullptr)
+    /// The program in front reports this selection through accessibility.
+    void mark(const QString &text, const std::optional<QString> &context = std::nullopt)
     {
         accessibility.chain = {{}};
-        accessibility.selection = QString::fromUtf8(text);
-        accessibility.piece = std::nullopt;
+        accessibility.selection = text;
+        accessibility.piece.reset();
         if (context)
-            accessibility.piece = TextPiece{QString::fromUtf8(context), 0, accessibility.selection->size()};
+            accessibility.piece = TextPiece{.text = *context, .location = 0, .length = text.size()};
     }
-
-    /// The screen shows this word under the pointer, wherever that is, in a box of 152 by 20 points. Beside
-    void showWord(const char *word)
+    /// The screen shows this word under the pointer, wherever that is, in a box of 152 by 20 points.
+    void showWord(const QString &word)
     {
-        recognizer.lines = {FakeTextRecognizer::line(QString::fromUtf8(word), {0.4, 0.45, 0.2, 0.1})};
+        recognizer.lines = {FakeTextRecognizer::line(word, {0.4, 0.45, 0.2, 0.1})};
     }
 
-    /// The pointer comes to rest there and stays for `time`.
     void rest(QPointF at, std::chrono::milliseconds time)
     {
         input.move(at);
         advance(time);
     }
-    void tap(ModifierFlags key, std::chrono::milliseconds held = std::chrono::milliseconds{50})
+    /// Long enough for a look-up of what is in the middle of the screen.
+    void dwell()
+    {
+        input.move(middle - QPointF(300, 0));
+        rest(middle, std::chrono::seconds{1});
+    }
+    void tap(ModifierFlags key, std::chrono::milliseconds held)
     {
         input.hold(key);
         advance(held);

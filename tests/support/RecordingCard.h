@@ -6,7 +6,8 @@
 
 namespace nimbrelle {
 
-/// A card that only notes what was asked of it, each as a line of text, and is visible from a call to hide().
+/// A card that only records what was asked of it, each as a line of text. It is visible from such a call to
+/// hide().
 class RecordingCard final : public Card {
 public:
     const CardState &state() const override { return m_state; }
@@ -15,39 +16,34 @@ public:
 
     void lookup(const QString &selection, const std::optional<QString> &context, QPointF at) override
     {
-        note(QStringLiteral("lookup ") + selection + QStringLiteral(" | ")
-                + context.value_or(QStringLiteral("-")),
-            at);
-        m_state = CardLoading{selection};
+        record(QStringLiteral("lookup %1 | %2").arg(selection, context.value_or(QStringLiteral("-"))), at,
+            CardLoading{.selection = selection});
     }
     void offerTranslation(const QString &text, QPointF at) override
     {
-        note(QStringLiteral("offer ") + text, at);
-        m_state = TranslateOffer{text};
+        record(QStringLiteral("offer ") + text, at, TranslateOffer{.text = text});
     }
     void showTranslation(const QString &text, QPointF at) override
     {
-        note(QStringLiteral("translate ") + text, at);
-        m_state = Translating{text};
+        record(QStringLiteral("translate ") + text, at, Translating{.text = text});
     }
     void showError(const CardError &error, QPointF at) override
     {
-        note(QStringLiteral("error ") + error.message
-                + (error.needsSettings ? QStringLiteral(" + settings") : QString()),
-            at);
-        m_state = error;
+        const QString settings = error.needsSettings ? QStringLiteral(" + settings") : QString();
+        record(QStringLiteral("error ") + error.message + settings, at, error);
     }
     void hide() override { m_state = CardHidden{}; }
 
-    QRectF place; ///< where it stands while it is visible
+    QRectF place; ///< its frame
     QStringList calls; ///< oldest first
     QPointF anchor; ///< of the last call
 
 private:
-    void note(const QString &call, QPointF where)
+    void record(const QString &call, QPointF at, const CardState &state)
     {
         calls.append(call);
-        anchor = where;
+        anchor = at;
+        m_state = state;
     }
 
     CardState m_state;

@@ -1,31 +1,23 @@
 #pragma once
 
-#include "platform/Speaker.h"
+#include "support/FakeSpeaker.h"
 #include "widgets/Theme.h"
 
+#include <QAbstractButton>
 #include <QCoreApplication>
-#include <QDir>
 #include <QInputMethodEvent>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
-#include <QPushButton>
 #include <QTest>
 #include <QTextEdit>
 
-#include <gtest/gtest.h>
 #include <stdexcept>
 
 namespace nimbrelle {
 
-struct ViewSpeaker final : Speaker {
-    void speak(const QString &text) override { said.append(text); }
-    QStringList said;
-};
-
 /// The user before one window: finds what there is to see and to press by its name, and types.
-struct ViewStage {
+class ViewStage {
+public:
     /// Shows the view in that size, in points of the design.
     static void show(QWidget &view, const Theme &theme, QSize size)
     {
@@ -36,31 +28,57 @@ struct ViewStage {
     }
     static void settle()
     {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
+        for (int i = 0; i < 3; ++i) { // a layout may ask for another
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
     }
 
-    explicit ViewStage(QWidget &shown) : view(shown) { }
+    ViewStage() = default;
+    explicit ViewStage(QWidget &view) : m_view(&view) { }
+    void use(QWidget &view) { m_view = &view; }
 
-    QList<QWidget *> all(const char *name) const
+    /// All of that name that can be seen, in reading order.
+    template <class Widget = QWidget> QList<Widget *> all(const char *name) const
     {
-        QList<QWidget *> visible;
-        for (QWidget *each : view.findChildren<QWidget *>(QString::fromLatin1(name)))
+        QList<Widget *> visible;
+        for (Widget *each : m_view->findChildren<Widget *>(QString::fromLatin1(name)))
             if (each->isVisible())
                 visible.append(each);
         return visible;
     }
-    /// The last of that name that can be seen, or null.
-    QWidget *find(const char *name) const { return all(name).isEmpty() ? nullptr : all(name).last(); }
-    bool shows(const char *name) const { return find(name); }
+    /// The last of that name that can be seen, else one that can't, or null.
+    template <class Widget = QWidget> Widget *find(const char *name) const
+    {
+        const auto visible = all<Widget>(name);
+        return visible.isEmpty() ? m_view->findChild<Widget *>(QString::fromLatin1(name)) : visible.last();
+    }
+    template <class Widget = QWidget> Widget &at(const char *name) const
+    {
+        auto *widget = find<Widget>(name);
+        if (!widget)
+            throw std::runtime_error(std::string("there is no ") + name);
+        return *widget;
+    }
+    bool shows(const char *name) const
+    {
+        const QWidget *widget = find(name);
+        return widget && widget->isVisible();
+    }
     bool isEnabled(const char *name) const { return shows(name) && find(name)->isEnabled(); }
     bool hasFocus(const char *name) const
     {
-        return shows(name) && view.window()->focusWidget() == find(name);
+        return shows(name) && m_view->window()->focusWidget() == find(name);
     }
     /// Empty for what can't be seen.
     QString text(const char *name) const { return shows(name) ? textOf(find(name)) : QString(); }
+    QStringList texts(const char *name) const
+    {
+        QStringList texts;
+        for (const QWidget *widget : all(name))
+            texts.append(textOf(widget));
+        return texts;
+    }
     static QString textOf(const QWidget *widget)
     {
         if (const auto *edit = qobject_cast<const QTextEdit *>(widget))
@@ -73,35 +91,40 @@ struct ViewStage {
     QRect place(const char *name) const
     {
         const QWidget *widget = find(name);
-        return widget ? QRect(widget->mapTo(&view, QPoint(0, 0)), widget->size()) : QRect();
+        return widget ? QRect(widget->mapTo(m_view, QPoint(0, 0)), widget->size()) : QRect();
     }
 
-    void press(const char *name)
-    {
-        auto *button = qobject_cast<QPushButton *>(find(name));
-        if (!button)
-            throw std::runtime_error(std::string("no button ") + name);
-        button->click();
-        settle();
-    }
-    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    void press(const char *name) const { click(at<QAbstractButton>(name)); }
+    /// One of several of that name, in reading order.
+    void press(const char *name, qsizetype which) const { click(*all<QAbstractButton>(name).at(which)); }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const
     {
         QTest::keyClick(focused(), key, modifiers);
         settle();
     }
-    void type(const char *text)
+    /// Key by key, where the focus is.
+    void type(const char *text) const
     {
         QTest::keyClicks(focused(), QString::fromUtf8(text));
         settle();
     }
+    /// In place of what a field held.
+    void type(const char *name, const QString &text) const
+    {
+        auto &field = at<QLineEdit>(name);
+        field.setFocus();
+        field.selectAll();
+        QTest::keyClick(&field, Qt::Key_Delete);
+        commit(text.toUtf8().constData());
+    }
     /// What an input method shows before the user has chosen.
-    void compose(const char *text)
+    void compose(const char *text) const
     {
         QInputMethodEvent event(QString::fromUtf8(text), {});
         QCoreApplication::sendEvent(focused(), &event);
         settle();
     }
-    void commit(const char *text)
+    void commit(const char *text) const
     {
         QInputMethodEvent event;
         event.setCommitString(QString::fromUtf8(text));
@@ -110,46 +133,18 @@ struct ViewStage {
     }
     QWidget *focused() const
     {
-        QWidget *widget = view.window()->focusWidget();
-        return widget ? widget : &view;
+        QWidget *widget = m_view->window()->focusWidget();
+        return widget ? widget : m_view;
     }
 
-    /// Nothing may be cut off at the side, and no text at its foot.
-    void expectWhole(const QString &shot) const
+private:
+    static void click(QAbstractButton &button)
     {
-        for (const QWidget *widget : view.findChildren<QWidget *>()) {
-            const QString name = widget->objectName();
-            if (!widget->isVisible() || name.isEmpty() || name.startsWith(QStringLiteral("qt_")))
-                continue;
-            const auto *edit = qobject_cast<const QTextEdit *>(widget);
-            const auto *label = qobject_cast<const QLabel *>(widget);
-            if (edit && edit->isReadOnly())
-                EXPECT_GE(edit->height(), edit->heightForWidth(edit->width()))
-                    << shot.toStdString() << '/' << name.toStdString();
-            const QWidget *holder = widget->parentWidget();
-            EXPECT_TRUE(
-                holder->rect().contains(widget->geometry()) || holder->objectName().startsWith(u"qt_"))
-                << shot.toStdString() << '/' << name.toStdString();
-            if (label)
-                EXPECT_GE(label->width(), label->sizeHint().width())
-                    << shot.toStdString() << '/' << name.toStdString();
-        }
-    }
-    /// With NIMBRELLE_LOOK_DIR set a picture is kept there, to be looked at.
-    void keep(const QString &name) const
-    {
-        expectWhole(name);
-        const QString folder = qEnvironmentVariable("NIMBRELLE_LOOK_DIR");
-        if (folder.isEmpty())
-            return;
-        QDir().mkpath(folder);
-        QImage image(view.size() * 2, QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(2);
-        view.render(&image);
-        image.save(folder + u'/' + name + QStringLiteral(".png"));
+        QTest::mouseClick(&button, Qt::LeftButton);
+        settle();
     }
 
-    QWidget &view;
+    QWidget *m_view = nullptr;
 };
 
 } // namespace nimbrelle

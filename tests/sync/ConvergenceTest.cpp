@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 // come to one document, with nothing lost that nobody deleted.
 namespace {
 
-constexpr int stepsInAWorld = 250; // a fresh start now and then keeps logs, and so rounds, short
+constexpr int stepsInASimulation = 250; // a fresh start now and then keeps logs, and so rounds, short
 constexpr int stepsBetweenQuiet = 125;
 
 class TimeZones {
@@ -75,9 +75,9 @@ private:
     std::unique_ptr<AnsweringServer> m_server;
 };
 
-class World {
+class Simulation {
 public:
-    World(quint32 seed, AnsweringServer &server) : m_random(seed), m_server(server)
+    Simulation(quint32 seed, AnsweringServer &server) : m_random(seed), m_server(server)
     {
         for (quint32 i = 0, count = 3 + m_random.below(3); i < count; ++i)
             m_members.push_back(
@@ -235,15 +235,15 @@ private:
     QSet<QString> m_removed;
 };
 
-template <class MakeServer> void runWorlds(int usualSteps, MakeServer makeServer)
+template <class MakeServer> void runSimulations(int usualSteps, MakeServer makeServer)
 {
-    const int worlds = (Seeds::steps(usualSteps) + stepsInAWorld - 1) / stepsInAWorld;
+    const int simulations = (Seeds::steps(usualSteps) + stepsInASimulation - 1) / stepsInASimulation;
     std::map<int, int> counts;
-    for (quint32 i = 0; i < static_cast<quint32>(worlds) && !testing::Test::HasFailure(); ++i) {
+    for (quint32 i = 0; i < static_cast<quint32>(simulations) && !testing::Test::HasFailure(); ++i) {
         const quint32 seed = Seeds::first() + i;
         SCOPED_TRACE(std::string("to replay: ") + Seeds::variable + '=' + std::to_string(seed));
         CountingServer server(makeServer());
-        World(seed, server).run(stepsInAWorld);
+        Simulation(seed, server).run(stepsInASimulation);
         for (const auto &[status, count] : server.counts)
             counts[status] += count;
     }
@@ -253,13 +253,13 @@ template <class MakeServer> void runWorlds(int usualSteps, MakeServer makeServer
 
 TEST(Convergence, OfDevicesAtAServerInMemory)
 {
-    runWorlds(500, [] { return std::make_unique<MemoryServer>(); });
+    runSimulations(500, [] { return std::make_unique<MemoryServer>(); });
 }
 
 #ifdef NIMBRELLE_SERVER
 TEST(Convergence, OfDevicesAtTheRealServer)
 {
-    runWorlds(2000, [] { return std::make_unique<ServerProcess>(QStringLiteral(NIMBRELLE_SERVER)); });
+    runSimulations(2000, [] { return std::make_unique<ServerProcess>(QStringLiteral(NIMBRELLE_SERVER)); });
 }
 #endif
 

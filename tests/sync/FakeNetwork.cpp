@@ -1,7 +1,6 @@
 #include "sync/FakeNetwork.h"
 
-#include "frame/Failure.h"
-#include "sync/SyncError.h"
+#include "ai/TransportError.h"
 
 #include <coroutine>
 
@@ -100,7 +99,7 @@ void FakeNetwork::lose()
     const auto exchange = m_waiting.front();
     m_waiting.pop_front();
     exchange->failure = std::make_exception_ptr(
-        SyncTransportError(SyncTransportError::Kind::connection, QStringLiteral("lost on the way")));
+        TransportError(TransportError::Kind::lost, QStringLiteral("lost on the way")));
     exchange->sleeper.resume();
 }
 

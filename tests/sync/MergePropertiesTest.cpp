@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 // itself, now and then taking over what the other has. A failure prints the shortest script that still fails.
 namespace {
 
-/// What the two devices do in turn; each number is one deed.
+/// What the two devices do in turn; each number is one action.
 using Script = std::vector<quint32>;
 
 struct Bundles {
@@ -34,15 +34,15 @@ Bundles play(const Script &script)
 {
     Device devices[]{Device(1), Device(2)};
     SyncBundle common;
-    for (const quint32 deed : script) {
-        Random random(deed);
+    for (const quint32 action : script) {
+        Random random(action);
         Device &device = devices[random.below(2)];
         for (Device &each : devices)
             each.clock.advance(std::chrono::seconds{1 + random.below(40'000)});
         if (random.oneIn(30))
             exchange(device, devices[&device == &devices[0] ? 1 : 0], common);
         else
-            learn(device, deed);
+            learn(device, action);
     }
     return {
         BundleForm::normalized(devices[0].document()), BundleForm::normalized(devices[1].document()), common};
@@ -77,8 +77,8 @@ Played playedFor(quint32 seed)
 {
     Random random(seed);
     Script script(5 + random.below(80));
-    for (quint32 &deed : script)
-        deed = random.below(1'000'000);
+    for (quint32 &action : script)
+        action = random.below(1'000'000);
     return {seed, script, play(script)};
 }
 
@@ -100,8 +100,8 @@ void check(Property property)
         if (property(bundles).empty())
             continue;
         const Script shorter = shortened(script, property);
-        FAIL() << property(play(shorter)) << "\nwith " << Seeds::variable << "=" << seed << " and the deeds "
-               << testing::PrintToString(shorter);
+        FAIL() << property(play(shorter)) << "\nwith " << Seeds::variable << "=" << seed
+               << " and the actions " << testing::PrintToString(shorter);
     }
 }
 

@@ -46,8 +46,8 @@ QWidget *makeGrammarRow(const Theme &theme, GrammarPoint point, const QString &n
         return row;
     }
     setPlainToolTip(*capsule, note);
-    layout->addWidget(makeReadText(
-        theme, u"grammarNote"_s, u"语法说明"_s, note, {TextType::small, Tone::ink2, std::nullopt, 20}));
+    layout->addWidget(makeReadText(theme, u"grammarNote"_s, u"语法说明"_s, note,
+        {.type = TextType::small, .tone = Tone::ink2, .pitch = 20}));
     return row;
 }
 
@@ -63,7 +63,7 @@ QWidget *makeFormAndGrammarLine(const Theme &theme, const Explanation &explanati
     auto *layout = bareLayout<QVBoxLayout>(lines, theme.points(4));
     if (form)
         layout->addWidget(makeReadText(
-            theme, u"formLine"_s, u"词形"_s, *form, {TextType::small, Tone::ink, QFont::Medium}));
+            theme, u"formLine"_s, u"词形"_s, *form, {.type = TextType::small, .weight = QFont::Medium}));
     if (point)
         layout->addWidget(makeGrammarRow(theme, *point, explanation.grammarNoteZh.value_or(QString())));
     return lines;
@@ -107,7 +107,7 @@ QFrame *makeUnlockBanner(const Theme &theme, const Unlock &unlock)
         QLabel *icon = makeIconLabel(theme, iconOf(item.kind), 15, theme.colour(Tone::accent));
         icon->setContentsMargins(0, 0, 0, 0);
         auto *text = makeReadText(
-            theme, u"unlockItem"_s, u"新解锁"_s, item.text, {TextType::small, Tone::ink, std::nullopt, 22});
+            theme, u"unlockItem"_s, u"新解锁"_s, item.text, {.type = TextType::small, .pitch = 22});
         auto *column = bareLayout<QVBoxLayout>(nullptr, 0);
         column->addSpacing(theme.points(3.5));
         column->addWidget(icon);
@@ -128,7 +128,7 @@ QWidget *makeAskButtons(const Theme &theme, QuickQuestion primary, QuickQuestion
     auto *chips = new QWidget;
     auto *flow = new FlowLayout(theme.points(6), theme.points(6), chips);
     const auto add = [&](const QString &name, const QString &text, std::optional<QuickQuestion> question) {
-        auto *button = makeButton(theme, name, text, {ButtonKind::chip});
+        auto *button = makeButton(theme, name, text, {.kind = ButtonKind::chip});
         QObject::connect(button, &QPushButton::clicked, button, [ask, question] { ask(question); });
         flow->addWidget(button);
     };

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-/// The lines of a word card. A line with nothing to say is made as null.
+/// The lines of a word card; null for a line without content.
 namespace nimbrelle {
 
 class Theme;
@@ -18,7 +18,7 @@ QWidget *makeDerivationLine(const Theme &theme, const Explanation &explanation);
 
 QFrame *makeUnlockBanner(const Theme &theme, const Unlock &unlock);
 
-/// Two ready-made questions and a way to one of the user's own.
+/// Two ready-made questions, and a button to type another.
 QWidget *makeAskButtons(const Theme &theme, QuickQuestion primary, QuickQuestion secondary,
     const std::function<void(std::optional<QuickQuestion>)> &ask);
 

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int fadeMilliseconds = 120;
-constexpr double shadowMargin = 18;
+constexpr double shadowWidth = 18;
 constexpr int shadowLayers = 10;
 constexpr double shadowStep = 1.8;
 constexpr double shadowDrop = 4;
@@ -80,24 +80,24 @@ void CardPanelWindow::setView(CardView &view)
     arrange();
 }
 
-int CardPanelWindow::margin() const
+int CardPanelWindow::shadowMargin() const
 {
-    return m_isComposited ? m_theme.points(shadowMargin) : 0;
+    return m_isComposited ? m_theme.points(shadowWidth) : 0;
 }
 
-QSizeF CardPanelWindow::fittingSize(QSizeF room)
+QSizeF CardPanelWindow::fittingSize(QSizeF available)
 {
     if (!m_view)
         return {};
     m_view->setLimits(
-        {qRound(room.width()) - m_theme.points(screenMargin), qRound(room.height() * screenShare)});
+        {qRound(available.width()) - m_theme.points(screenMargin), qRound(available.height() * screenShare)});
     return m_view->fittingSize();
 }
 
 void CardPanelWindow::place(const QRectF &frame)
 {
     m_frame = frame;
-    const int around = margin();
+    const int around = shadowMargin();
     const QRect card(cornerOf(frame), frame.size().toSize());
     setGeometry(card.adjusted(-around, -around, around, around));
     arrange();
@@ -107,7 +107,7 @@ void CardPanelWindow::arrange()
 {
     if (!m_view)
         return;
-    const int around = margin();
+    const int around = shadowMargin();
     m_view->setGeometry(rect().adjusted(around, around, -around, -around));
     if (m_isComposited)
         clearMask();

@@ -13,7 +13,7 @@ class Theme;
 class WindowSystem;
 
 /// The card's window: built once and kept, above everything, and without the focus. With a compositor it has
-/// a shadow in a margin of its own; without one it is cut to its shape. Frames speak of the card alone.
+/// a shadow in a margin of its own; without one it is cut to its shape. Frames are those of the card alone.
 class CardPanelWindow : public QWidget, public CardPanel {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ public:
     /// The view becomes a child of the window.
     void setView(CardView &view);
 
-    QSizeF fittingSize(QSizeF room) override;
+    QSizeF fittingSize(QSizeF available) override;
     void place(const QRectF &frame) override;
     void bringToFront() override;
     void orderOut() override;
@@ -35,7 +35,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    int margin() const;
+    int shadowMargin() const;
     void arrange();
     void fadeIn();
     void paintShadow(QPainter &painter, const QRectF &card) const;

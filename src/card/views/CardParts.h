@@ -9,7 +9,7 @@ class Speaker;
 class Theme;
 class WordStore;
 
-/// What the card's views are made with; all of it outlives them.
+/// What the card's views need; all of it outlives them.
 struct CardParts {
     const Theme &theme;
     CardController &controller;
@@ -17,10 +17,11 @@ struct CardParts {
     Speaker &speaker;
 };
 
-/// One filling of the card. The width is in device-independent pixels; the height follows from it.
+/// The content of the card in one state. The width is in device-independent pixels; the height follows from
+/// it.
 struct CardPage {
     QWidget *body = nullptr; ///< scrolls where the screen is too low
-    QWidget *strip = nullptr; ///< stays in view below it; null for none
+    QWidget *footer = nullptr; ///< stays in view below the body; null for none
     int width = 0;
 };
 

@@ -62,14 +62,14 @@ void CardView::rebuild()
 {
     if (!isShowingWord())
         m_fold = WordCard::Fold::closed;
-    takeAway();
-    put(makePage());
+    removePage();
+    showPage(makePage());
 }
 
-/// Later, since the button that brought the change about may be one of them.
-void CardView::takeAway()
+// Deleted later, since the button that was pressed may be one of them.
+void CardView::removePage()
 {
-    for (QWidget *old : {static_cast<QWidget *>(m_scroll), m_page.strip})
+    for (QWidget *old : {static_cast<QWidget *>(m_scroll), m_page.footer})
         if (old) {
             old->hide();
             old->setParent(nullptr);
@@ -107,10 +107,10 @@ CardPage CardView::makeWordPage(const WordCardData &data)
         rebuild();
         m_parts.controller.refreshLayout();
     });
-    return {card, card->makeStrip(), width};
+    return {.body = card, .footer = card->makeFooter(), .width = width};
 }
 
-void CardView::put(const CardPage &page)
+void CardView::showPage(const CardPage &page)
 {
     m_page = page;
     if (!page.body)
@@ -124,26 +124,26 @@ void CardView::put(const CardPage &page)
     m_scroll->setWidget(page.body);
     m_scroll->viewport()->setAutoFillBackground(false);
     page.body->setAutoFillBackground(false);
-    if (page.strip)
-        page.strip->setParent(this);
+    if (page.footer)
+        page.footer->setParent(this);
     for (QWidget *child : findChildren<QWidget *>())
         child->setFocusPolicy(Qt::NoFocus);
     m_scroll->show();
-    if (page.strip)
-        page.strip->show();
+    if (page.footer)
+        page.footer->show();
     arrange();
 }
 
-int CardView::stripHeight() const
+int CardView::footerHeight() const
 {
-    return m_page.strip ? heightFor(*m_page.strip, m_page.width) : 0;
+    return m_page.footer ? heightFor(*m_page.footer, m_page.width) : 0;
 }
 
 QSize CardView::fittingSize() const
 {
     if (!m_page.body)
         return {};
-    const int height = heightFor(*m_page.body, m_page.width) + stripHeight();
+    const int height = heightFor(*m_page.body, m_page.width) + footerHeight();
     return {m_page.width, std::min(height, m_limits.height())};
 }
 
@@ -157,13 +157,13 @@ void CardView::arrange()
 {
     if (!m_page.body)
         return;
-    const int strip = stripHeight();
-    const int body = height() - strip;
+    const int footer = footerHeight();
+    const int body = height() - footer;
     const bool isTooLow = body < heightFor(*m_page.body, width());
     m_scroll->setVerticalScrollBarPolicy(isTooLow ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
     m_scroll->setGeometry(0, 0, width(), body);
-    if (m_page.strip)
-        m_page.strip->setGeometry(0, body, width(), strip);
+    if (m_page.footer)
+        m_page.footer->setGeometry(0, body, width(), footer);
 }
 
 void CardView::resizeEvent(QResizeEvent *)

@@ -35,10 +35,10 @@ private:
     void rebuildDetails();
     CardPage makePage();
     CardPage makeWordPage(const WordCardData &data);
-    void put(const CardPage &page);
-    void takeAway();
+    void showPage(const CardPage &page);
+    void removePage();
     void arrange();
-    int stripHeight() const;
+    int footerHeight() const;
     bool isShowingWord() const;
 
     const CardParts m_parts;

@@ -3,8 +3,8 @@
 #include "card/CardState.h"
 #include "card/views/CardParts.h"
 
-/// The fillings of the card beside the explained word. `width` is the widest that the card may be, in
-/// device-independent pixels.
+/// The contents of the card in all states but that of an explained word. `width` is the widest that the card
+/// may be, in device-independent pixels.
 namespace nimbrelle {
 
 CardPage makeLoadingCard(const CardParts &parts, const CardLoading &loading, int width);

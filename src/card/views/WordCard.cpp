@@ -44,14 +44,14 @@ QWidget *makeMarkedLabel(const Theme &theme, const QString &name, Icon icon, con
     return holder;
 }
 
-/// The largest in which no single word of the text breaks, if there is one.
-TextType typeFitting(const Theme &theme, const QString &text, int room)
+/// The largest in which no single word of the text has to break, else the smallest.
+TextType typeFitting(const Theme &theme, const QString &text, int available)
 {
     const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
     for (const TextType type : {TextType::headword, TextType::heading}) {
         const QFontMetrics metrics(theme.font(type));
         if (std::ranges::all_of(
-                words, [&](const QString &word) { return metrics.horizontalAdvance(word) < room; }))
+                words, [&](const QString &word) { return metrics.horizontalAdvance(word) < available; }))
             return type;
     }
     return TextType::meaning;
@@ -69,7 +69,7 @@ WordCard::WordCard(const CardParts &parts, const WordCardData &data, Fold fold, 
     , m_theme(parts.theme)
     , m_data(data)
     , m_fold(fold)
-    , m_room(width - 2 * parts.theme.points(cardMargin))
+    , m_contentWidth(width - 2 * parts.theme.points(cardMargin))
     , m_rows(new QVBoxLayout(this))
 {
     setObjectName(u"wordCard"_s);
@@ -93,18 +93,18 @@ void WordCard::add(QWidget *widget, double gap)
     m_rows->addWidget(widget);
 }
 
-QWidget *WordCard::makeStrip()
+QWidget *WordCard::makeFooter()
 {
-    auto *strip = new QWidget;
-    auto *row = new QHBoxLayout(strip);
+    auto *footer = new QWidget;
+    auto *row = new QHBoxLayout(footer);
     row->setContentsMargins(m_theme.points(cardMargin), m_theme.points(8), m_theme.points(cardMargin),
         m_theme.points(cardMargin));
-    auto *fold =
-        makeButton(m_theme, u"fold"_s, m_fold == Fold::open ? u"收起"_s : u"更多"_s, {ButtonKind::link});
+    auto *fold = makeButton(
+        m_theme, u"fold"_s, m_fold == Fold::open ? u"收起"_s : u"更多"_s, {.kind = ButtonKind::link});
     connect(fold, &QPushButton::clicked, this, &WordCard::foldPressed);
     row->addWidget(fold);
     row->addStretch();
-    return strip;
+    return footer;
 }
 
 /// Word, sound and speaker in the row of the badge where they fit, else sound and speaker in a row below.
@@ -115,7 +115,7 @@ void WordCard::addHead()
     QWidget *corner = makeCorner();
     const int gap = m_theme.points(8);
     auto *word = makeReadText(m_theme, u"headword"_s, u"单词"_s, headword,
-        {.type = typeFitting(m_theme, headword, m_room - gap - corner->sizeHint().width()),
+        {.type = typeFitting(m_theme, headword, m_contentWidth - gap - corner->sizeHint().width()),
             .weight = QFont::DemiBold,
             .line = TextType::headword});
     const int needed = word->naturalWidth() + gap + sound->sizeHint().width() + corner->sizeHint().width();
@@ -123,7 +123,7 @@ void WordCard::addHead()
     auto *first = new QWidget;
     auto *top = rowOf(first, 0);
     top->addWidget(word, 1, Qt::AlignTop);
-    if (needed <= m_room) {
+    if (needed <= m_contentWidth) {
         word->setFixedWidth(word->naturalWidth());
         top->setStretchFactor(word, 0);
         top->addSpacing(gap);
@@ -134,7 +134,7 @@ void WordCard::addHead()
     }
     top->addWidget(corner, 0, Qt::AlignTop);
     m_rows->addWidget(first);
-    if (needed > m_room) {
+    if (needed > m_contentWidth) {
         delete sound;
         add(makeSound(std::nullopt), 0);
     }
@@ -144,7 +144,7 @@ void WordCard::addHead()
 QWidget *WordCard::makeSound(std::optional<TextType> line)
 {
     auto *holder = new QWidget;
-    auto *row = rowOf(holder, 0); // the button brings air of its own
+    auto *row = rowOf(holder, 0); // the button has a padding of its own
     const QString phonetic = m_data.explanation.phonetic.value_or(QString());
     auto *speak = makeSpeakButton(m_theme, m_parts.speaker, u"speakWord"_s, m_data.explanation.headword);
     if (!phonetic.isEmpty()) {
@@ -153,7 +153,8 @@ QWidget *WordCard::makeSound(std::optional<TextType> line)
                 .tone = Tone::ink2,
                 .pitch = line ? std::nullopt : std::optional(soundRowPitch),
                 .line = line});
-        text->setFixedWidth(std::min(text->naturalWidth(), m_room - speak->maximumWidth() - row->spacing()));
+        text->setFixedWidth(
+            std::min(text->naturalWidth(), m_contentWidth - speak->maximumWidth() - row->spacing()));
         row->addWidget(text, 0, Qt::AlignVCenter);
     }
     row->addWidget(speak, 0, Qt::AlignVCenter);
@@ -181,7 +182,7 @@ QWidget *WordCard::makeSaveControl()
         count->setToolTip(u"已在生词本里，这是第 %1 次查到"_s.arg(*m_data.savedLookupCount));
         return count;
     }
-    auto *save = makeButton(m_theme, u"save"_s, u"保存"_s, {ButtonKind::primary, Icon::star});
+    auto *save = makeButton(m_theme, u"save"_s, u"保存"_s, {.kind = ButtonKind::primary, .icon = Icon::star});
     connect(save, &QPushButton::clicked, this, [this] { m_parts.controller.save(); });
     return save;
 }
@@ -190,10 +191,10 @@ void WordCard::addMeaning()
 {
     const RecallState &recall = m_data.recall;
     if (recall.kind == RecallState::Kind::hidden)
-        return add(makeCoveredSlip(), 8);
+        return add(makeRecallPrompt(), 8);
     add(makeMeaningRow(), 6);
     if (recall.kind == RecallState::Kind::revealed)
-        add(makeRatingSlip(), 8);
+        add(makeRecallRating(), 8);
     else if (recall.kind == RecallState::Kind::done)
         add(makeVerdict(), 6);
 }
@@ -209,19 +210,19 @@ QWidget *WordCard::makeMeaningRow() const
                 .tone = Tone::ink2,
                 .weight = QFont::Medium,
                 .line = TextType::meaning});
-        kind->setFixedWidth(std::min(kind->naturalWidth(), m_room / 3));
+        kind->setFixedWidth(std::min(kind->naturalWidth(), m_contentWidth / 3));
         row->addWidget(kind, 0, Qt::AlignTop);
     }
-    row->addWidget(
-        makeReadText(m_theme, u"meaning"_s, u"意思"_s, m_data.explanation.meaningZh, {TextType::meaning}));
+    row->addWidget(makeReadText(
+        m_theme, u"meaning"_s, u"意思"_s, m_data.explanation.meaningZh, {.type = TextType::meaning}));
     return holder;
 }
 
 namespace {
 
-QHBoxLayout *slipRow(const Theme &theme, QFrame *slip)
+QHBoxLayout *areaRow(const Theme &theme, QFrame *area)
 {
-    auto *row = new QHBoxLayout(slip);
+    auto *row = new QHBoxLayout(area);
     row->setContentsMargins(theme.points(10), theme.points(6), theme.points(6), theme.points(6));
     row->setSpacing(theme.points(6));
     return row;
@@ -229,28 +230,28 @@ QHBoxLayout *slipRow(const Theme &theme, QFrame *slip)
 
 } // namespace
 
-QWidget *WordCard::makeCoveredSlip()
+QWidget *WordCard::makeRecallPrompt()
 {
-    QFrame *slip = makeArea(u"slip"_s);
-    slip->setObjectName(u"recallPrompt"_s);
-    auto *row = slipRow(m_theme, slip);
+    QFrame *area = makeArea(u"slip"_s);
+    area->setObjectName(u"recallPrompt"_s);
+    auto *row = areaRow(m_theme, area);
     row->addWidget(makeReadText(m_theme, u"recallQuestion"_s, u"先想一想"_s,
                        u"你查过 %1 次了，先想一想它在这里的意思？"_s.arg(m_data.savedLookupCount.value_or(0)),
-                       {TextType::small, Tone::ink2}),
+                       {.type = TextType::small, .tone = Tone::ink2}),
         0, Qt::AlignVCenter);
     auto *reveal = makeButton(m_theme, u"reveal"_s, u"看答案"_s, {});
     connect(reveal, &QPushButton::clicked, this, [this] { m_parts.controller.revealRecall(); });
     row->addWidget(reveal);
-    return slip;
+    return area;
 }
 
-QWidget *WordCard::makeRatingSlip()
+QWidget *WordCard::makeRecallRating()
 {
-    QFrame *slip = makeArea(u"slip"_s);
-    slip->setObjectName(u"recallRating"_s);
-    auto *row = slipRow(m_theme, slip);
+    QFrame *area = makeArea(u"slip"_s);
+    area->setObjectName(u"recallRating"_s);
+    auto *row = areaRow(m_theme, area);
     row->addWidget(makeReadText(m_theme, u"recallQuestion"_s, u"想起来了吗"_s, u"刚才想起来了吗？"_s,
-                       {TextType::small, Tone::ink2}),
+                       {.type = TextType::small, .tone = Tone::ink2}),
         0, Qt::AlignVCenter);
     auto *yes = makeButton(m_theme, u"remembered"_s, u"想起来了"_s, {});
     auto *no = makeButton(m_theme, u"forgotten"_s, u"没想起来"_s, {});
@@ -258,7 +259,7 @@ QWidget *WordCard::makeRatingSlip()
     connect(no, &QPushButton::clicked, this, [this] { m_parts.controller.rateRecall(false); });
     row->addWidget(yes);
     row->addWidget(no);
-    return slip;
+    return area;
 }
 
 QWidget *WordCard::makeVerdict() const
@@ -308,19 +309,21 @@ void WordCard::addNotes()
         add(makeReadText(m_theme, name, what, text, look), gap);
         gap = 3;
     };
-    addNote(u"definition"_s, u"英文解释"_s, explanation.definitionEn.value_or(QString()), {TextType::small});
+    addNote(u"definition"_s, u"英文解释"_s, explanation.definitionEn.value_or(QString()),
+        {.type = TextType::small});
     addNote(u"registerNote"_s, u"语气说明"_s, explanation.registerNoteZh.value_or(QString()),
-        {TextType::small, Tone::ink2});
+        {.type = TextType::small, .tone = Tone::ink2});
     if (explanation.sentenceIsExample.value_or(false))
         addNote(u"exampleNote"_s, u"例句说明"_s, u"（没找到原句，上面是 AI 写的例句）"_s,
-            {TextType::tiny, Tone::ink2});
+            {.type = TextType::tiny, .tone = Tone::ink2});
 }
 
 QList<QWidget *> WordCard::makeActions()
 {
     QList<QWidget *> actions;
     const auto add = [&](const QString &name, const QString &text, std::optional<Icon> icon) {
-        auto *button = makeButton(m_theme, name, text, {ButtonKind::plain, icon, TextType::tiny});
+        auto *button = makeButton(
+            m_theme, name, text, {.kind = ButtonKind::plain, .icon = icon, .type = TextType::tiny});
         actions.append(button);
         return button;
     };
@@ -340,8 +343,10 @@ QWidget *WordCard::makeWantToggle(const WordEntry &entry)
 {
     const bool isWanted = entry.wantToLearn.value_or(false);
     auto *toggle = makeButton(m_theme, u"wantToLearn"_s, isWanted ? u"已标想学"_s : u"想学"_s,
-        {ButtonKind::plain, isWanted ? Icon::starFill : Icon::star, TextType::tiny,
-            isWanted ? std::optional(Tone::gold) : std::nullopt});
+        {.kind = ButtonKind::plain,
+            .icon = isWanted ? Icon::starFill : Icon::star,
+            .type = TextType::tiny,
+            .iconTone = isWanted ? std::optional(Tone::gold) : std::nullopt});
     toggle->setToolTip(u"标了想学，会排在最前面进入「在学」"_s);
     connect(toggle, &QPushButton::clicked, this,
         [this, id = entry.id, isWanted] { m_parts.words.setWantToLearn(id, !isWanted); });
@@ -357,8 +362,9 @@ void WordCard::addActions()
     for (QWidget *action : actions)
         flow->addWidget(action);
     const int used = actions.isEmpty() ? 0 : flow->sizeHint().width() + m_theme.points(14);
-    const bool isBeside = m_room - used >= m_theme.points(120);
-    QWidget *source = makeSourceLabel(m_theme, m_data.source, false, isBeside ? m_room - used : m_room);
+    const bool isBeside = m_contentWidth - used >= m_theme.points(120);
+    QWidget *source =
+        makeSourceLabel(m_theme, m_data.source, false, isBeside ? m_contentWidth - used : m_contentWidth);
     auto *first = new QWidget;
     auto *row = rowOf(first, 0);
     row->addWidget(buttons, 1);

@@ -26,7 +26,7 @@ public:
     WordCard(const CardParts &parts, const WordCardData &data, Fold fold, int width);
 
     /// The button of the fold, which stays in view below the rest.
-    QWidget *makeStrip();
+    QWidget *makeFooter();
 
 signals:
     void foldPressed();
@@ -38,8 +38,8 @@ private:
     QWidget *makeSaveControl();
     void addMeaning();
     QWidget *makeMeaningRow() const;
-    QWidget *makeCoveredSlip();
-    QWidget *makeRatingSlip();
+    QWidget *makeRecallPrompt();
+    QWidget *makeRecallRating();
     QWidget *makeVerdict() const;
     void addSentence();
     void addDetails();
@@ -55,7 +55,7 @@ private:
     const Theme &m_theme;
     const WordCardData m_data;
     const Fold m_fold;
-    const int m_room; // for what stands between the margins
+    const int m_contentWidth; // between the margins
     QVBoxLayout *m_rows;
 };
 

@@ -40,7 +40,7 @@ LinuxSingleInstance::LinuxSingleInstance(const QString &dataDirectory, const QSt
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket *caller = m_server.nextPendingConnection()) {
-            caller->deleteLater(); // coming is all that it has to say
+            caller->deleteLater(); // a connection alone is the request
             emit reopened();
         }
     });
@@ -61,7 +61,7 @@ LinuxSingleInstance::~LinuxSingleInstance()
 bool LinuxSingleInstance::claim()
 {
     if (!takeLock()) {
-        if (!tellOther())
+        if (!notifyRunningInstance())
             qWarning().noquote() << QStringLiteral("Nimbrelle 已经在运行，但它没有回应。");
         return false;
     }
@@ -88,7 +88,7 @@ bool LinuxSingleInstance::listen()
 }
 
 // The other one may have started a moment ago and not listen yet.
-bool LinuxSingleInstance::tellOther() const
+bool LinuxSingleInstance::notifyRunningInstance() const
 {
     const QDeadlineTimer deadline(2s);
     do {

@@ -23,7 +23,7 @@ public:
 private:
     bool takeLock();
     bool listen();
-    bool tellOther() const;
+    bool notifyRunningInstance() const;
 
     const QString m_lockPath;
     const QStringList m_socketPaths; ///< the first that can be had is taken

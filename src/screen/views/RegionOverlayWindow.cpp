@@ -1,6 +1,7 @@
 #include "screen/views/RegionOverlayWindow.h"
 
 #include "platform/WindowSystem.h"
+#include "screen/RegionDrag.h"
 #include "widgets/Theme.h"
 
 #include <QBasicTimer>
@@ -23,12 +24,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double shadeOpacity = 0.18;
+constexpr double dimmedOpacity = 0.18;
 constexpr double pillOpacity = 0.6;
 constexpr double hintSize = 14;
-constexpr double hintFoot = 90; // from the screen's top to the pill's lower edge
+constexpr double hintBottom = 90; // from the screen's top to the pill's lower edge
 constexpr double edgeWidth = 2;
-constexpr int grabAgainMilliseconds = 40;
+constexpr int grabRetryMilliseconds = 40;
 
 const auto hint = u"拖一个框选中要翻译的英文 · Esc 取消"_s;
 
@@ -39,7 +40,7 @@ QColor black(double opacity)
     return colour;
 }
 
-/// On the toolkit's desktop, whose y runs down from the top of the main screen.
+/// In the toolkit's desktop coordinates, whose y runs down from the top of the main screen.
 QRect toolkitRect(const QRectF &frame)
 {
     const QScreen *main = QGuiApplication::primaryScreen();
@@ -50,11 +51,11 @@ QRect toolkitRect(const QRectF &frame)
 
 } // namespace
 
-class RegionOverlayWindow::Shade final : public QWidget {
+class RegionOverlayWindow::OverlayWidget final : public QWidget {
 public:
     using Finished = std::function<void(std::optional<QRectF>)>;
 
-    Shade(const Theme &theme, const QRect &area, bool isTranslucent, Finished finished);
+    OverlayWidget(const Theme &theme, const QRect &area, bool isTranslucent, Finished finished);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -74,13 +75,13 @@ private:
 
     const Theme &m_theme;
     Finished m_finished;
-    QPixmap m_behind; // null where the screen itself can be seen through us
+    QPixmap m_background; // null where the screen itself shows through
     RegionDrag m_drag;
     QBasicTimer m_grabTimer;
 };
 
 // Past the window manager, so that no panel stays above us, nothing is tiled and nothing fades in or out.
-RegionOverlayWindow::Shade::Shade(
+RegionOverlayWindow::OverlayWidget::OverlayWidget(
     const Theme &theme, const QRect &area, bool isTranslucent, Finished finished)
     : QWidget(nullptr, Qt::X11BypassWindowManagerHint | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_theme(theme)
@@ -95,10 +96,10 @@ RegionOverlayWindow::Shade::Shade(
     setFocusPolicy(Qt::StrongFocus);
     setGeometry(area);
     if (QScreen *screen = QGuiApplication::screenAt(area.center()); screen && !isTranslucent)
-        m_behind = screen->grabWindow();
+        m_background = screen->grabWindow();
 }
 
-void RegionOverlayWindow::Shade::showEvent(QShowEvent *)
+void RegionOverlayWindow::OverlayWidget::showEvent(QShowEvent *)
 {
     activateWindow();
     setFocus();
@@ -107,30 +108,30 @@ void RegionOverlayWindow::Shade::showEvent(QShowEvent *)
 
 /// The focus alone can be taken away again by the window manager. While a shortcut of its own is held down
 /// it has the keyboard, so we ask until we get it.
-void RegionOverlayWindow::Shade::grabKeys()
+void RegionOverlayWindow::OverlayWidget::grabKeys()
 {
     if (windowHandle()->setKeyboardGrabEnabled(true))
         m_grabTimer.stop();
     else if (!m_grabTimer.isActive())
-        m_grabTimer.start(grabAgainMilliseconds, this);
+        m_grabTimer.start(grabRetryMilliseconds, this);
 }
 
-void RegionOverlayWindow::Shade::timerEvent(QTimerEvent *)
+void RegionOverlayWindow::OverlayWidget::timerEvent(QTimerEvent *)
 {
     if (isVisible())
         grabKeys();
 }
 
-void RegionOverlayWindow::Shade::paintEvent(QPaintEvent *)
+void RegionOverlayWindow::OverlayWidget::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    if (!m_behind.isNull())
-        painter.drawPixmap(rect(), m_behind);
-    QPainterPath shade;
-    shade.addRect(rect());
+    if (!m_background.isNull())
+        painter.drawPixmap(rect(), m_background);
+    QPainterPath dimmed;
+    dimmed.addRect(rect());
     if (const auto frame = m_drag.rect())
-        shade.addRect(*frame); // the odd-even rule leaves it out
-    painter.fillPath(shade, black(shadeOpacity));
+        dimmed.addRect(*frame); // the odd-even rule leaves it out
+    painter.fillPath(dimmed, black(dimmedOpacity));
     if (const auto frame = m_drag.rect()) {
         painter.setPen(QPen(m_theme.colour(Tone::accentLine), m_theme.points(edgeWidth), Qt::SolidLine,
             Qt::SquareCap, Qt::MiterJoin));
@@ -139,14 +140,14 @@ void RegionOverlayWindow::Shade::paintEvent(QPaintEvent *)
     paintHint(painter);
 }
 
-void RegionOverlayWindow::Shade::paintHint(QPainter &painter) const
+void RegionOverlayWindow::OverlayWidget::paintHint(QPainter &painter) const
 {
     QFont font = m_theme.font(TextType::text, QFont::Medium);
     font.setPixelSize(m_theme.points(hintSize));
     const QFontMetrics metrics(font);
     const QSize size(
         metrics.horizontalAdvance(hint) + m_theme.points(24), metrics.height() + m_theme.points(12));
-    const QRect pill(QPoint((width() - size.width()) / 2, m_theme.points(hintFoot) - size.height()), size);
+    const QRect pill(QPoint((width() - size.width()) / 2, m_theme.points(hintBottom) - size.height()), size);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(black(pillOpacity));
@@ -156,18 +157,18 @@ void RegionOverlayWindow::Shade::paintHint(QPainter &painter) const
     painter.drawText(pill, Qt::AlignCenter, hint);
 }
 
-QPointF RegionOverlayWindow::Shade::inside(QPointF point) const
+QPointF RegionOverlayWindow::OverlayWidget::inside(QPointF point) const
 {
     return {std::clamp(point.x(), 0.0, double(width())), std::clamp(point.y(), 0.0, double(height()))};
 }
 
-QRect RegionOverlayWindow::Shade::edgeArea() const
+QRect RegionOverlayWindow::OverlayWidget::edgeArea() const
 {
     const int edge = m_theme.points(edgeWidth) + 1;
     return m_drag.rect().value_or(QRectF()).toAlignedRect().adjusted(-edge, -edge, edge, edge);
 }
 
-void RegionOverlayWindow::Shade::mousePressEvent(QMouseEvent *event)
+void RegionOverlayWindow::OverlayWidget::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
@@ -175,7 +176,7 @@ void RegionOverlayWindow::Shade::mousePressEvent(QMouseEvent *event)
     update();
 }
 
-void RegionOverlayWindow::Shade::mouseMoveEvent(QMouseEvent *event)
+void RegionOverlayWindow::OverlayWidget::mouseMoveEvent(QMouseEvent *event)
 {
     if (!(event->buttons() & Qt::LeftButton) || !m_drag.rect())
         return;
@@ -184,19 +185,19 @@ void RegionOverlayWindow::Shade::mouseMoveEvent(QMouseEvent *event)
     update(before | edgeArea());
 }
 
-void RegionOverlayWindow::Shade::mouseReleaseEvent(QMouseEvent *event)
+void RegionOverlayWindow::OverlayWidget::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton && m_drag.rect())
         finish(m_drag.release(inside(event->position())));
 }
 
-void RegionOverlayWindow::Shade::keyPressEvent(QKeyEvent *event)
+void RegionOverlayWindow::OverlayWidget::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape)
         finish(std::nullopt);
 }
 
-void RegionOverlayWindow::Shade::finish(std::optional<QRectF> frame)
+void RegionOverlayWindow::OverlayWidget::finish(std::optional<QRectF> frame)
 {
     const Finished finished = std::exchange(m_finished, {});
     if (!finished)
@@ -213,29 +214,30 @@ RegionOverlayWindow::RegionOverlayWindow(const Theme &theme, const WindowSystem 
 
 RegionOverlayWindow::~RegionOverlayWindow()
 {
-    delete m_shade;
+    delete m_widget;
 }
 
 void RegionOverlayWindow::open(const QRectF &screenFrame, std::function<void(std::optional<QRectF>)> finished)
 {
     close();
-    m_before = QGuiApplication::focusWindow();
-    m_shade = new Shade(m_theme, toolkitRect(screenFrame), m_system.isComposited(), std::move(finished));
-    m_shade->show();
-    m_shade->raise();
+    m_previousFocus = QGuiApplication::focusWindow();
+    m_widget =
+        new OverlayWidget(m_theme, toolkitRect(screenFrame), m_system.isComposited(), std::move(finished));
+    m_widget->show();
+    m_widget->raise();
 }
 
 void RegionOverlayWindow::close()
 {
-    Shade *shade = std::exchange(m_shade, nullptr);
-    if (!shade)
+    OverlayWidget *widget = std::exchange(m_widget, nullptr);
+    if (!widget)
         return;
-    shade->windowHandle()->setKeyboardGrabEnabled(false);
-    shade->hide();
+    widget->windowHandle()->setKeyboardGrabEnabled(false);
+    widget->hide();
     (void)QCursor::pos(); // asks the display server, which has then done what was sent to it before
-    if (m_before)
-        m_before->requestActivate();
-    shade->deleteLater(); // later, for it may be one of its own events that closes it
+    if (m_previousFocus)
+        m_previousFocus->requestActivate();
+    widget->deleteLater(); // later, for it may be one of its own events that closes it
 }
 
 } // namespace nimbrelle

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screen/RegionSelector.h"
+#include "screen/RegionOverlay.h"
 
 #include <QPointer>
 #include <QWindow>
@@ -10,8 +10,8 @@ namespace nimbrelle {
 class Theme;
 class WindowSystem;
 
-/// The shade as a window of its own over one screen, above panels and full-screen windows. With a compositor
-/// the screen lives on below it; without one it shows the screen as it was when it opened.
+/// The overlay as a window over one screen, above panels and full-screen windows. With a compositor the
+/// screen shows through; without one the window shows the screen as it was when it opened.
 class RegionOverlayWindow final : public RegionOverlay {
 public:
     /// Both outlive this.
@@ -22,12 +22,12 @@ public:
     void close() override;
 
 private:
-    class Shade;
+    class OverlayWidget;
 
     const Theme &m_theme;
     const WindowSystem &m_system;
-    Shade *m_shade = nullptr;
-    QPointer<QWindow> m_before; // the window of ours that had the focus
+    OverlayWidget *m_widget = nullptr;
+    QPointer<QWindow> m_previousFocus; // if it was a window of ours
 };
 
 } // namespace nimbrelle

@@ -4,7 +4,7 @@
 #include "Programs.h"
 #include "frame/AppConfig.h"
 #include "notebook/WordEntry.h"
-#include "support/Stranger.h"
+#include "support/OtherXClient.h"
 
 #include <QImage>
 #include <QLabel>
@@ -97,7 +97,7 @@ protected:
     void shoot(const QString &what) const;
 
     AccessibleDesktop accessible;
-    Stranger user;
+    OtherXClient user;
     QTemporaryDir folder;
     RunningServer provider;
     Running program;

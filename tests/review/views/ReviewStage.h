@@ -54,7 +54,12 @@ struct ReviewStage : Notebook {
         session.reset();
         liveWords = std::make_unique<WordStore>(paths, clock, config, log);
         session = std::make_unique<ReviewSession>(*liveWords, clock, speaker);
-        view = std::make_unique<ReviewView>(ReviewParts{theme, *session, *liveWords, config, speaker, clock});
+        view = std::make_unique<ReviewView>(ReviewParts{.theme = theme,
+            .session = *session,
+            .words = *liveWords,
+            .config = config,
+            .speaker = speaker,
+            .clock = clock});
         ViewStage::show(*view, theme, {500, 480});
     }
     void openSpelling(const QList<WordEntry> &words)
@@ -72,7 +77,7 @@ struct ReviewStage : Notebook {
     QString text(const char *name) const { return user().text(name); }
     QRect place(const char *name) const { return user().place(name); }
 
-    ViewSpeaker speaker;
+    FakeSpeaker speaker;
     Theme theme;
     std::unique_ptr<WordStore> liveWords;
     std::unique_ptr<ReviewSession> session;

@@ -1,11 +1,10 @@
 #include "server/support/ServerProgram.h"
 
-#include <array>
 #include <csignal>
-#include <fcntl.h>
-#include <poll.h>
 #include <spawn.h>
 #include <stdexcept>
+#include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,102 +14,83 @@ namespace nimbrelle::server {
 
 namespace {
 
-std::array<int, 2> newPipe()
+// The child writes into memory, so that no full pipe can hold it up.
+std::string textIn(int file)
 {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe");
-    return ends;
-}
-
-bool readSome(int file, std::string &into)
-{
-    std::array<char, 4096> piece{};
-    const ssize_t count = ::read(file, piece.data(), piece.size());
-    if (count > 0)
-        into.append(piece.data(), static_cast<std::size_t>(count));
-    return count > 0;
+    struct stat status { };
+    ::fstat(file, &status);
+    std::string text(static_cast<std::size_t>(status.st_size), '\0');
+    const ssize_t count = ::pread(file, text.data(), text.size(), 0);
+    text.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+    return text;
 }
 
 } // namespace
 
-ServerProgram::Child ServerProgram::start(
-    const std::filesystem::path &data, const std::vector<std::string> &arguments)
+void ServerProgram::start(const std::filesystem::path &data, const Arguments &first, const Arguments &more)
 {
-    const auto out = newPipe();
-    const auto errors = newPipe();
-    std::vector<std::string> words{NIMBRELLE_SERVER_PROGRAM, "--data", data.string()};
-    words.insert(words.end(), arguments.begin(), arguments.end());
+    Arguments command{NIMBRELLE_SERVER_PROGRAM, "--data", data.string()};
+    command.insert(command.end(), first.begin(), first.end());
+    command.insert(command.end(), more.begin(), more.end());
     std::vector<char *> pointers;
-    for (std::string &word : words)
-        pointers.push_back(word.data());
+    for (std::string &argument : command)
+        pointers.push_back(argument.data());
     pointers.push_back(nullptr);
 
+    m_out = ::memfd_create("out", MFD_CLOEXEC);
+    m_errors = ::memfd_create("errors", MFD_CLOEXEC);
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, errors[1], STDERR_FILENO);
-    Child child{-1, out[0], errors[0]};
-    const int code = ::posix_spawn(&child.process, pointers[0], &actions, nullptr, pointers.data(), environ);
+    ::posix_spawn_file_actions_adddup2(&actions, m_out, STDOUT_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, m_errors, STDERR_FILENO);
+    const int code = ::posix_spawn(&m_process, pointers[0], &actions, nullptr, pointers.data(), environ);
     ::posix_spawn_file_actions_destroy(&actions);
-    ::close(out[1]);
-    ::close(errors[1]);
     if (code != 0)
-        throw std::runtime_error("cannot start " + words[0]);
-    return child;
+        throw std::runtime_error("cannot start " + command[0]);
 }
 
-ServerProgram::Outcome ServerProgram::finish(Child &child)
+ServerProgram::Outcome ServerProgram::finish()
 {
-    Outcome outcome;
-    std::array watched{pollfd{child.out, POLLIN, 0}, pollfd{child.errors, POLLIN, 0}};
-    while (watched[0].fd >= 0 || watched[1].fd >= 0) {
-        ::poll(watched.data(), watched.size(), -1);
-        if (watched[0].revents != 0 && !readSome(child.out, outcome.out))
-            watched[0].fd = -1;
-        if (watched[1].revents != 0 && !readSome(child.errors, outcome.errors))
-            watched[1].fd = -1;
-    }
     int status = 0;
-    ::waitpid(child.process, &status, 0);
-    ::close(child.out);
-    ::close(child.errors);
-    child.process = -1;
-    outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
+    ::waitpid(m_process, &status, 0);
+    m_process = -1;
+    return {.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+        .out = textIn(m_out),
+        .errors = textIn(m_errors)};
 }
 
-ServerProgram::Outcome ServerProgram::run(
-    const std::filesystem::path &data, const std::vector<std::string> &arguments)
+ServerProgram::Outcome ServerProgram::run(const std::filesystem::path &data, const Arguments &arguments)
 {
-    Child child = start(data, arguments);
-    return finish(child);
+    ServerProgram program;
+    program.start(data, arguments);
+    return program.finish();
 }
 
-ServerProgram::ServerProgram(const std::filesystem::path &data, const std::vector<std::string> &options)
+ServerProgram::ServerProgram(const std::filesystem::path &data, const Arguments &options)
 {
-    std::vector<std::string> arguments{"serve", "--bind", "127.0.0.1", "--port", "0"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    m_child = start(data, arguments);
+    start(data, {"serve", "--bind", "127.0.0.1", "--port", "0"}, options);
+    std::string text;
+    while (!(text = textIn(m_errors)).ends_with('\n') && ::waitpid(m_process, nullptr, WNOHANG) == 0)
+        ::usleep(1000);
     constexpr std::string_view before = " port ";
-    std::string said;
-    while (said.find('\n') == std::string::npos && readSome(m_child.errors, said)) { }
-    const auto at = said.find(before);
+    const auto at = text.find(before);
     if (at == std::string::npos)
-        throw std::runtime_error("the server did not start: " + said);
-    m_port = static_cast<std::uint16_t>(std::stoul(said.substr(at + before.size())));
+        throw std::runtime_error("the server did not start: " + text);
+    m_port = static_cast<std::uint16_t>(std::stoul(text.substr(at + before.size())));
 }
 
 ServerProgram::~ServerProgram()
 {
-    if (m_child.process > 0)
+    if (m_process > 0)
         end(SIGKILL);
+    ::close(m_out);
+    ::close(m_errors);
 }
 
 ServerProgram::Outcome ServerProgram::end(int signal)
 {
-    ::kill(m_child.process, signal);
-    return finish(m_child);
+    ::kill(m_process, signal);
+    return finish();
 }
 
 } // namespace nimbrelle::server

@@ -11,6 +11,7 @@ namespace nimbrelle::server {
 /// The real program as a child process.
 class ServerProgram {
 public:
+    using Arguments = std::vector<std::string>;
     struct Outcome {
         int exitCode = -1; ///< -1 when a signal ended it
         std::string out;
@@ -18,29 +19,27 @@ public:
     };
 
     /// Runs a command to its end.
-    static Outcome run(const std::filesystem::path &data, const std::vector<std::string> &arguments);
+    static Outcome run(const std::filesystem::path &data, const Arguments &arguments);
 
     /// Starts `serve` on a free port of loopback and waits until it listens.
-    explicit ServerProgram(const std::filesystem::path &data, const std::vector<std::string> &options = {});
+    explicit ServerProgram(const std::filesystem::path &data, const Arguments &options = {});
     ServerProgram(const ServerProgram &) = delete;
     ServerProgram &operator=(const ServerProgram &) = delete;
     /// Kills it if it still runs.
     ~ServerProgram();
 
     std::uint16_t port() const { return m_port; }
-    pid_t process() const { return m_child.process; }
+    pid_t process() const { return m_process; }
     Outcome end(int signal);
 
 private:
-    struct Child {
-        pid_t process = -1;
-        int out = -1;
-        int errors = -1;
-    };
-    static Child start(const std::filesystem::path &data, const std::vector<std::string> &arguments);
-    static Outcome finish(Child &child);
+    ServerProgram() = default;
+    void start(const std::filesystem::path &data, const Arguments &first, const Arguments &more = {});
+    Outcome finish();
 
-    Child m_child;
+    pid_t m_process = -1;
+    int m_out = -1;
+    int m_errors = -1;
     std::uint16_t m_port = 0;
 };
 

@@ -3,23 +3,22 @@
 #include <chrono>
 #include <cstdint>
 #include <gnutls/gnutls.h>
-#include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace nimbrelle::server {
 
 struct Reply {
-    int status = 0;
-    std::map<std::string, std::string> headers; ///< names in lower case
+    int status = 0; ///< 0: the connection ended before a whole answer came
+    std::string head;
     std::string body;
 
+    /// Empty when there is no such line.
     std::string header(const std::string &name) const;
 };
 
 /// One connection to loopback that says exactly what a test wants said, also half of it, slowly or wrong.
-/// Nothing here waits longer than ten seconds.
+/// Nothing here waits longer than half a minute, unless asked to.
 class TlsClient {
 public:
     /// Connects without a word of TLS.
@@ -28,17 +27,17 @@ public:
     TlsClient &operator=(const TlsClient &) = delete;
     ~TlsClient();
 
-    bool shakeHands();
+    bool handshake();
     /// Bytes below TLS.
     bool sendRaw(std::string_view bytes);
     /// Shakes hands first where that wasn't done.
     bool send(std::string_view bytes);
-    /// Absent when the connection ends before a whole answer came. A HEAD's answer has no body.
-    std::optional<Reply> receive(bool expectBody = true);
-    std::optional<Reply> exchange(std::string_view request);
+    Reply receive(bool expectBody = true);
+    /// A HEAD's answer has no body.
+    Reply exchange(std::string_view request);
     /// Reads and drops until the other side ends the connection; false when it didn't in time.
-    bool isEndedWithin(std::chrono::milliseconds time);
-    void breakOff();
+    bool isClosedWithin(std::chrono::milliseconds time);
+    void abort();
 
 private:
     bool readMore();
@@ -50,8 +49,8 @@ private:
     std::string m_unread;
 };
 
-/// A request's text; `more` holds header lines that each end in CR LF. A body brings its length along.
+/// A request's text; `headers` holds more lines that each end in CR LF. A body brings its length along.
 std::string requestText(std::string_view method, std::string_view path, const std::string &token,
-    const std::string &more = {}, std::string_view body = {});
+    const std::string &headers = {}, std::string_view body = {});
 
 } // namespace nimbrelle::server

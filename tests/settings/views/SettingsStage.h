@@ -7,28 +7,21 @@
 #include "support/FakeAIClient.h"
 #include "support/FakeDesktop.h"
 #include "support/Notebook.h"
+#include "support/ViewStage.h"
 #include "sync/FakeNetwork.h"
 #include "sync/SyncConnection.h"
 #include "sync/SyncService.h"
 #include "sync/views/CopySecret.h"
 #include "sync/views/SyncSection.h"
-#include "widgets/Theme.h"
-
-#include <QCoreApplication>
-#include <QLabel>
-#include <QPushButton>
-#include <QTest>
-#include <QTextEdit>
-
-#include <stdexcept>
 
 namespace nimbrelle {
 
 /// The settings with everything below them, on a desktop that is not there; the user's part is played by the
 /// names of what there is to see and to press.
-struct SettingsStage {
+struct SettingsStage : ViewStage {
     explicit SettingsStage(double scale = 1) : theme(scale)
     {
+        use(view);
         theme.applyToApplication();
         notebook.configure([](AppConfig &config) {
             config.excludedBundleIDs = QStringList{QStringLiteral("files"), QStringLiteral("gone")};
@@ -40,13 +33,6 @@ struct SettingsStage {
     {
         view.show();
         settle();
-    }
-    static void settle()
-    {
-        for (int i = 0; i < 3; ++i) { // a layout may ask for another
-            QCoreApplication::processEvents();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
     }
     void link()
     {
@@ -68,38 +54,6 @@ struct SettingsStage {
         return some;
     }
 
-    template <class Widget = QWidget> Widget *find(const char *name) const
-    {
-        return view.findChild<Widget *>(QString::fromLatin1(name));
-    }
-    template <class Widget = QWidget> Widget &at(const char *name) const
-    {
-        auto *widget = find<Widget>(name);
-        if (!widget)
-            throw std::runtime_error(std::string("there is no ") + name);
-        return *widget;
-    }
-    bool shows(const char *name) const
-    {
-        const QWidget *widget = find(name);
-        return widget && widget->isVisible();
-    }
-    /// Empty for what is not there.
-    QString text(const char *name) const
-    {
-        const QWidget *widget = find(name);
-        if (const auto *edit = qobject_cast<const QTextEdit *>(widget))
-            return edit->toPlainText();
-        if (const auto *label = qobject_cast<const QLabel *>(widget))
-            return label->text();
-        return widget ? widget->accessibleName() : QString();
-    }
-    void press(const char *name)
-    {
-        QTest::mouseClick(&at(name), Qt::LeftButton);
-        settle();
-    }
-
     Notebook notebook;
     FakeAI ai;
     FakePermissions permissions;
@@ -109,8 +63,10 @@ struct SettingsStage {
     QStringList copied, started, logged;
     Theme theme;
     PermissionModel permissionModel{permissions, launch,
-        {[this](const QString &line) { logged.append(line); }, [](const QUrl &) {},
-            [this](const QString &program, const QStringList &) { started.append(program); }, [] {}}};
+        {.systemLog = [this](const QString &line) { logged.append(line); },
+            .openUrl = [](const QUrl &) {},
+            .startDetached = [this](const QString &program, const QStringList &) { started.append(program); },
+            .quit = [] {}}};
     KeyTest keyTest{notebook.config, ai.factory()};
     ExcludedApplications excluded{notebook.config, installed};
     SyncService sync{notebook.store, notebook.config, notebook.paths, notebook.clock, network.connect()};

@@ -65,9 +65,11 @@ TEST_F(SettingsViewTest, TheKeyIsKeptAsItIsTypedAndTested)
     EXPECT_EQ(text("testKey"), u"测试中…"_s);
     EXPECT_FALSE(at("testKey").isEnabled());
     ai.fail(AIError(AIError::Kind::unauthorized));
+    settle();
     EXPECT_EQ(text("testResult"), AIError(AIError::Kind::unauthorized).text());
     press("testKey");
     ai.reply(Notebook::explained("reluctant"));
+    settle();
     EXPECT_EQ(text("testResult"), u"成功：reluctant = 意思"_s);
     EXPECT_EQ(text("testKey"), u"测试"_s);
 

@@ -1,10 +1,8 @@
 #include "wordbook/views/AddWordView.h"
 
 #include "ai/AIError.h"
-#include "card/views/CardStage.h"
 #include "support/Printers.h"
-#include "support/UserHand.h"
-#include "wordbook/AddWordModel.h"
+#include "wordbook/views/AddWordStage.h"
 
 #include <QInputMethodEvent>
 #include <QScrollArea>
@@ -19,52 +17,6 @@ using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 
 namespace {
-
-LookupResult giveUp()
-{
-    LookupResult result;
-    result.explanation = Notebook::explained("give up", "He gave up.");
-    result.explanation.phonetic = u"/ˌɡɪv ˈʌp/"_s;
-    result.explanation.pos = u"phrase"_s;
-    result.explanation.meaningZh = u"放弃，不再尝试"_s;
-    result.explanation.register_ = u"casual"_s;
-    result.explanation.definitionEn = u"to stop trying to do something"_s;
-    result.aboutZh = u"口语里最常用 give up；语气更正式时用 abandon。"_s;
-    result.alternatives = QList<LookupResult::Alternative>{
-        {u"abandon"_s, u"彻底丢下、弃置（正式）"_s}, {u"drop it"_s, u"别提了，算了（口语）"_s}};
-    return result;
-}
-
-struct AddWordStage {
-    explicit AddWordStage(double scale = 1, Theme::Scheme scheme = Theme::Scheme::light) : theme(scale)
-    {
-        theme.setScheme(scheme);
-        theme.applyToApplication();
-        view.resize(view.sizeHint());
-        view.show();
-        view.activateWindow();
-        hand.settle();
-    }
-    void look(const QString &word)
-    {
-        hand.type("word", word);
-        hand.key(Qt::Key_Return);
-    }
-    void look(const QString &word, const LookupResult &answer)
-    {
-        look(word);
-        ai.reply(answer);
-        hand.settle();
-    }
-
-    Notebook notebook;
-    FakeAI ai;
-    FakeSpeaker speaker;
-    Theme theme;
-    AddWordModel model{notebook.config, notebook.store, ai.factory()};
-    AddWordView view{theme, model, speaker};
-    UserHand hand{view};
-};
 
 class AddWordViewTest : public testing::Test, protected AddWordStage { };
 
@@ -160,53 +112,5 @@ TEST_F(AddWordViewTest, AWordThatComesToTheNotebookMeanwhileIsSeen)
     hand.settle();
     EXPECT_TRUE(hand.shows("knownNote"));
 }
-
-class AddWordLook : public testing::TestWithParam<std::tuple<Theme::Scheme, double>> { };
-
-TEST_P(AddWordLook, NoStateCutsAnythingOff)
-{
-    const auto [scheme, scale] = GetParam();
-    AddWordStage stage(scale, scheme);
-    const auto keep = [&](const QString &name) {
-        stage.hand.settle();
-        stage.hand.expectWhole(name);
-        stage.hand.expectApart(name);
-        stage.hand.keep(
-            u"add-%1-%2-%3"_s.arg(name, scheme == Theme::Scheme::dark ? u"dark"_s : u"light"_s).arg(scale),
-            scale > 1 ? 1 : 2);
-    };
-    keep(u"empty"_s);
-    stage.hand.press("addSentence");
-    keep(u"sentence"_s);
-    stage.look(u"放弃"_s);
-    keep(u"running"_s);
-    stage.ai.fail(AIError(AIError::Kind::noKey));
-    keep(u"error"_s);
-    stage.notebook.save("give up");
-    stage.model.reset();
-    stage.look(u"放弃"_s, giveUp());
-    keep(u"found"_s);
-    stage.view.resize(stage.view.minimumWidth(), stage.view.height());
-    keep(u"narrow"_s);
-    stage.view.resize(stage.view.sizeHint());
-    stage.hand.press("save");
-    keep(u"saved"_s);
-
-    LookupResult full = giveUp();
-    full.corrected = true;
-    full.explanation.headword = u"pneumonoultramicroscopicsilicovolcanoconiosis"_s;
-    for (int i = 0; i < 6; ++i)
-        full.alternatives->append({u"a rather long way to say the same thing as before"_s,
-            u"很长的说明，用来看一看一行放不下的时候会怎么样，应该换行而不是被切掉"_s});
-    stage.look(u"pneumono"_s, full);
-    keep(u"full"_s);
-    EXPECT_EQ(stage.view.height(), stage.theme.points(560));
-    EXPECT_GT(stage.hand.find<QScrollArea>("preview")->verticalScrollBar()->maximum(), 0);
-    EXPECT_TRUE(stage.view.rect().contains(
-        stage.hand.find("save")->mapTo(&stage.view, stage.hand.find("save")->rect().bottomRight())));
-}
-
-INSTANTIATE_TEST_SUITE_P(Schemes, AddWordLook,
-    testing::Combine(testing::Values(Theme::Scheme::light, Theme::Scheme::dark), testing::Values(1.0, 2.0)));
 
 } // namespace nimbrelle

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "card/views/CardStage.h"
-#include "support/UserHand.h"
+#include "support/FakeAIClient.h"
+#include "support/Notebook.h"
+#include "support/ViewStage.h"
 #include "support/Words.h"
 #include "wordbook/views/NotebookList.h"
 #include "wordbook/views/WordListView.h"
@@ -78,8 +79,12 @@ struct WordListStage {
     Notebook notebook;
     FakeSpeaker speaker;
     Theme theme;
-    WordListView view{{theme, notebook.clock, notebook.config, notebook.store, speaker}};
-    UserHand hand{view};
+    WordListView view{{.theme = theme,
+        .clock = notebook.clock,
+        .config = notebook.config,
+        .words = notebook.store,
+        .speaker = speaker}};
+    ViewStage hand{view};
 };
 
 inline WordEntry sampleWord(

@@ -1,6 +1,7 @@
 #include "support/Printers.h"
 #include "wordbook/views/WordListStage.h"
 
+#include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -283,56 +284,5 @@ TEST(WordListView, AnEmptyNotebookSaysHowToBegin)
     stage.hand.settle();
     EXPECT_THAT(stage.rows("wordRows"), ElementsAre(u"ship"_s));
 }
-
-class WordListLook : public testing::TestWithParam<std::tuple<Theme::Scheme, double>> { };
-
-TEST_P(WordListLook, NoStateCutsAnythingOff)
-{
-    const auto [scheme, scale] = GetParam();
-    WordListStage stage(scale, scheme);
-    stage.open();
-    const auto keep = [&](const QString &name) {
-        stage.hand.settle();
-        stage.hand.expectWhole(name);
-        stage.hand.expectApart(name);
-        stage.hand.keep(
-            u"words-%1-%2-%3"_s.arg(name, scheme == Theme::Scheme::dark ? u"dark"_s : u"light"_s).arg(scale),
-            scale > 1 ? 1 : 2);
-    };
-    keep(u"empty"_s);
-    stage.fill();
-    keep(u"unchosen"_s);
-    stage.click("wordRows", u"regression"_s);
-    keep(u"word"_s);
-    auto *detail = stage.hand.find<QScrollArea>("detail");
-    detail->verticalScrollBar()->setValue(detail->verticalScrollBar()->maximum());
-    keep(u"word-end"_s);
-    // The narrowest, or what a screen of 1280 has room for.
-    stage.view.resize(stage.view.minimumSize().expandedTo({qRound(576 * scale), 0}));
-    keep(u"narrow"_s);
-    // Twice as large a text is wider than that, and then moves sideways.
-    if (scale == 1)
-        EXPECT_LE(detail->widget()->width(), detail->viewport()->width());
-    else
-        EXPECT_GE(detail->horizontalScrollBar()->maximum(),
-            detail->widget()->width() - detail->viewport()->width());
-    stage.view.resize(stage.view.sizeHint());
-    stage.click("wordRows", u"ngl"_s);
-    keep(u"bare"_s);
-    stage.hand.press("tab1");
-    stage.click("grammarRows", u"被动语态"_s);
-    keep(u"grammar"_s);
-    stage.hand.press("tab2");
-    stage.click("affixRows", u"re-"_s);
-    keep(u"affix"_s);
-    stage.click("affixRows", u"in-"_s);
-    keep(u"affix-locked"_s);
-    stage.hand.press("tab3");
-    stage.click("noteRows", u"为什么这么用？"_s);
-    keep(u"note"_s);
-}
-
-INSTANTIATE_TEST_SUITE_P(Schemes, WordListLook,
-    testing::Combine(testing::Values(Theme::Scheme::light, Theme::Scheme::dark), testing::Values(1.0, 2.0)));
 
 } // namespace nimbrelle

@@ -146,30 +146,30 @@ void AtSpiReader::useBus(const QString &busAddress)
     if (!m_bus.isConnected())
         return;
     m_bus.connect(QString(), QString(), objectEvents, QStringLiteral("StateChanged"), this,
-        SLOT(hearState(QDBusMessage)));
+        SLOT(handleStateChanged(QDBusMessage)));
     m_bus.connect(QString(), QString(), objectEvents, QStringLiteral("TextSelectionChanged"), this,
-        SLOT(hearSelection(QDBusMessage)));
+        SLOT(handleSelectionChanged(QDBusMessage)));
     connect(m_bus.interface(), &QDBusConnectionInterface::serviceUnregistered, this, &AtSpiReader::forget);
-    wishFor(QStringLiteral("object:state-changed:focused"));
-    wishFor(QStringLiteral("object:text-selection-changed"));
+    registerEvent(QStringLiteral("object:state-changed:focused"));
+    registerEvent(QStringLiteral("object:text-selection-changed"));
 }
 
-void AtSpiReader::wishFor(const QString &event)
+void AtSpiReader::registerEvent(const QString &event)
 {
-    QDBusMessage wish = QDBusMessage::createMethodCall(registryService,
+    QDBusMessage request = QDBusMessage::createMethodCall(registryService,
         QStringLiteral("/org/a11y/atspi/registry"), registryService, QStringLiteral("RegisterEvent"));
-    wish << event;
-    m_bus.asyncCall(wish);
+    request << event;
+    m_bus.asyncCall(request);
 }
 
-void AtSpiReader::hearState(const QDBusMessage &event)
+void AtSpiReader::handleStateChanged(const QDBusMessage &event)
 {
     const QVariantList what = event.arguments();
     if (what.value(0).toString() == u"focused" && what.value(1).toInt() == 1)
         remember(event);
 }
 
-void AtSpiReader::hearSelection(const QDBusMessage &event)
+void AtSpiReader::handleSelectionChanged(const QDBusMessage &event)
 {
     remember(event);
 }

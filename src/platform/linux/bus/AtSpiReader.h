@@ -42,8 +42,8 @@ public:
     std::optional<QString> address(const AccessibleElement &element) override;
 
 private slots:
-    void hearState(const QDBusMessage &event);
-    void hearSelection(const QDBusMessage &event);
+    void handleStateChanged(const QDBusMessage &event);
+    void handleSelectionChanged(const QDBusMessage &event);
     void forget(const QString &program);
 
 private:
@@ -57,7 +57,7 @@ private:
     };
 
     void useBus(const QString &busAddress);
-    void wishFor(const QString &event);
+    void registerEvent(const QString &event);
     void remember(const QDBusMessage &event);
     qint64 processOf(const QString &program);
     std::optional<AccessibleElement> searchFocus(qint64 process);

@@ -69,7 +69,7 @@ XSelectionChanges::XSelectionChanges(XConnection &x, xcb_atom_t selection)
             | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     xcb_flush(x.get());
     const quint8 wanted = x.firstEvent(&xcb_xfixes_id);
-    x.listen(this, [this, wanted, selection](const xcb_generic_event_t &event) {
+    x.subscribe(this, [this, wanted, selection](const xcb_generic_event_t &event) {
         if ((event.response_type & 0x7fU) == wanted
             && reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event).selection == selection)
             ++m_count;

@@ -130,9 +130,9 @@ void XConnection::selectOnRoot(quint32 eventMask)
     xcb_flush(m_connection);
 }
 
-void XConnection::listen(QObject *listener, std::function<void(const xcb_generic_event_t &)> hear)
+void XConnection::subscribe(QObject *listener, std::function<void(const xcb_generic_event_t &)> handler)
 {
-    m_listeners.push_back({listener, std::move(hear)});
+    m_listeners.push_back({listener, std::move(handler)});
     connect(listener, &QObject::destroyed, this, [this](QObject *gone) {
         // Emptied, not erased: the owner may die while its own or another's ear is being called.
         for (Listener &each : m_listeners)
@@ -153,7 +153,7 @@ void XConnection::dispatch()
     bool any = false;
     while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
         any = true;
-        hearAll(*event);
+        dispatchEvent(*event);
     }
     if (--m_depth == 0)
         std::erase_if(m_listeners, [](const Listener &each) { return !each.owner; });
@@ -162,13 +162,13 @@ void XConnection::dispatch()
     xcb_flush(m_connection);
 }
 
-void XConnection::hearAll(const xcb_generic_event_t &event)
+void XConnection::dispatchEvent(const xcb_generic_event_t &event)
 {
     // By index: an ear may add another one.
     for (std::size_t i = 0; i < m_listeners.size(); ++i) {
-        const auto hear = m_listeners[i].hear;
-        if (hear)
-            hear(event);
+        const auto handler = m_listeners[i].handler;
+        if (handler)
+            handler(event);
     }
 }
 

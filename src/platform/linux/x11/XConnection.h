@@ -66,8 +66,8 @@ public:
     /// Adds to the events that we want from the root window.
     void selectOnRoot(quint32 eventMask);
 
-    /// `hear` gets every event from now on, until `listener` dies.
-    void listen(QObject *listener, std::function<void(const xcb_generic_event_t &)> hear);
+    /// `handler` gets every event from now on, until `listener` dies.
+    void subscribe(QObject *listener, std::function<void(const xcb_generic_event_t &)> handler);
 
     /// Hands on what has come in, as the event loop does by itself.
     void dispatch();
@@ -76,7 +76,7 @@ signals:
     void drained(); ///< after each batch of events
 
 private:
-    void hearAll(const xcb_generic_event_t &event);
+    void dispatchEvent(const xcb_generic_event_t &event);
 
     xcb_connection_t *m_connection = nullptr;
     int m_screenNumber = 0;
@@ -86,7 +86,7 @@ private:
     QHash<xcb_atom_t, QByteArray> m_names;
     struct Listener {
         QObject *owner;
-        std::function<void(const xcb_generic_event_t &)> hear;
+        std::function<void(const xcb_generic_event_t &)> handler;
     };
     std::vector<Listener> m_listeners;
     quint32 m_rootMask = 0;

@@ -76,7 +76,7 @@ XKeyboard::XKeyboard(XConnection &x) : m_x(x)
     if (!m_x.isOpen())
         return;
     read();
-    m_x.listen(this, [this](const xcb_generic_event_t &event) {
+    m_x.subscribe(this, [this](const xcb_generic_event_t &event) {
         if ((event.response_type & 0x7fU) == XCB_MAPPING_NOTIFY)
             read();
     });
@@ -157,8 +157,8 @@ XInputMonitor::XInputMonitor(XConnection &x, const XScreens &screens, const XPoi
     const auto xkb = m_x.reply(xcb_xkb_use_extension_reply, xcb_xkb_use_extension(m_x.get(), 1, 0));
     m_canWatch = version && xkb && xkb->supported
         && (version->major_version > 2 || (version->major_version == 2 && version->minor_version >= 1));
-    m_x.listen(this, [this](const xcb_generic_event_t &event) { hear(event); });
-    connect(&m_x, &XConnection::drained, this, &XInputMonitor::tellMove);
+    m_x.subscribe(this, [this](const xcb_generic_event_t &event) { handleEvent(event); });
+    connect(&m_x, &XConnection::drained, this, &XInputMonitor::emitMove);
 }
 
 void XInputMonitor::start()
@@ -194,7 +194,7 @@ void XInputMonitor::select(quint32 rawEvents) const
     xcb_flush(m_x.get());
 }
 
-void XInputMonitor::hear(const xcb_generic_event_t &event)
+void XInputMonitor::handleEvent(const xcb_generic_event_t &event)
 {
     if (!m_started || m_sender.caused(event.full_sequence))
         return;
@@ -203,13 +203,13 @@ void XInputMonitor::hear(const xcb_generic_event_t &event)
         const auto &raw = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
         const auto *input = xcb_get_extension_data(m_x.get(), &xcb_input_id);
         if (raw.extension == input->major_opcode)
-            hearRaw(raw);
+            handleRawEvent(raw);
     } else if (type == m_x.firstEvent(&xcb_xkb_id) && event.pad0 == XCB_XKB_STATE_NOTIFY) {
-        hearModifiers(reinterpret_cast<const xcb_xkb_state_notify_event_t &>(event));
+        handleModifiers(reinterpret_cast<const xcb_xkb_state_notify_event_t &>(event));
     }
 }
 
-void XInputMonitor::hearRaw(const xcb_ge_generic_event_t &event)
+void XInputMonitor::handleRawEvent(const xcb_ge_generic_event_t &event)
 {
     // All raw events are laid out alike.
     const auto &raw = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
@@ -217,16 +217,16 @@ void XInputMonitor::hearRaw(const xcb_ge_generic_event_t &event)
         m_moved = true;
         return;
     }
-    tellMove();
+    emitMove();
     if (event.event_type == XCB_INPUT_RAW_KEY_PRESS)
-        hearKey(static_cast<xcb_keycode_t>(raw.detail));
+        handleKey(static_cast<xcb_keycode_t>(raw.detail));
     else if (event.event_type == XCB_INPUT_RAW_BUTTON_PRESS)
-        hearPress(raw);
+        handlePress(raw);
     else if (m_keyboard.logicalButton(raw.detail) == leftButton)
-        hearRelease();
+        handleRelease();
 }
 
-void XInputMonitor::hearPress(const xcb_input_raw_button_press_event_t &event)
+void XInputMonitor::handlePress(const xcb_input_raw_button_press_event_t &event)
 {
     const quint32 button = m_keyboard.logicalButton(event.detail);
     if (button >= firstWheelButton && button <= lastWheelButton) {
@@ -247,27 +247,27 @@ void XInputMonitor::hearPress(const xcb_input_raw_button_press_event_t &event)
     emit mousePressed(m_screens.layout().pointOf(at));
 }
 
-void XInputMonitor::hearRelease()
+void XInputMonitor::handleRelease()
 {
     const int count = std::exchange(m_pressCount, 0);
     if (count > 0)
         emit mouseReleased(m_pointer.location(), count);
 }
 
-void XInputMonitor::hearKey(xcb_keycode_t key)
+void XInputMonitor::handleKey(xcb_keycode_t key)
 {
     const auto pressed = keyOf(m_keyboard.keysym(key));
     if (pressed && !hasOwnFocus())
         emit keyPressed(*pressed);
 }
 
-void XInputMonitor::hearModifiers(const xcb_xkb_state_notify_event_t &event)
+void XInputMonitor::handleModifiers(const xcb_xkb_state_notify_event_t &event)
 {
     // What is physically held: latches and locks are in the other masks.
     const ModifierFlags held = flagsOf(event.baseMods);
     if (held == m_held)
         return;
-    tellMove();
+    emitMove();
     const bool isRelease = (held & ~m_held) == 0;
     m_held = held;
     // Somebody who heard of a press also hears of its end, wherever the focus has gone meanwhile.
@@ -275,7 +275,7 @@ void XInputMonitor::hearModifiers(const xcb_xkb_state_notify_event_t &event)
         emit modifiersChanged(held);
 }
 
-void XInputMonitor::tellMove()
+void XInputMonitor::emitMove()
 {
     if (std::exchange(m_moved, false) && m_started && !m_pointer.isAnyButtonDown())
         emit mouseMoved(m_pointer.location());

@@ -96,13 +96,13 @@ public:
 
 private:
     void select(quint32 rawEvents) const;
-    void hear(const xcb_generic_event_t &event);
-    void hearRaw(const xcb_ge_generic_event_t &event);
-    void hearPress(const xcb_input_raw_button_press_event_t &event);
-    void hearRelease();
-    void hearKey(xcb_keycode_t key);
-    void hearModifiers(const xcb_xkb_state_notify_event_t &event);
-    void tellMove();
+    void handleEvent(const xcb_generic_event_t &event);
+    void handleRawEvent(const xcb_ge_generic_event_t &event);
+    void handlePress(const xcb_input_raw_button_press_event_t &event);
+    void handleRelease();
+    void handleKey(xcb_keycode_t key);
+    void handleModifiers(const xcb_xkb_state_notify_event_t &event);
+    void emitMove();
     bool isOverOwnWindow() const;
     bool holdsOwnWindow(xcb_window_t frame) const;
     bool hasOwnFocus() const;

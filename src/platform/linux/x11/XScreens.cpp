@@ -41,7 +41,7 @@ XScreens::XScreens(XConnection &x) : m_x(x)
         xcb_randr_select_input(m_x.get(), m_x.root(),
             XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE
                 | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
-    m_x.listen(this, [this](const xcb_generic_event_t &event) { hear(event); });
+    m_x.subscribe(this, [this](const xcb_generic_event_t &event) { handleEvent(event); });
 }
 
 const ScreenLayout &XScreens::layout() const
@@ -51,7 +51,7 @@ const ScreenLayout &XScreens::layout() const
     return *m_layout;
 }
 
-void XScreens::hear(const xcb_generic_event_t &event)
+void XScreens::handleEvent(const xcb_generic_event_t &event)
 {
     const quint8 type = event.response_type & 0x7fU;
     const quint8 randr = m_x.firstEvent(&xcb_randr_id);

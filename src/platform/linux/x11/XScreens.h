@@ -19,7 +19,7 @@ public:
     const ScreenLayout &layout() const;
 
 private:
-    void hear(const xcb_generic_event_t &event);
+    void handleEvent(const xcb_generic_event_t &event);
     QList<Monitor> readMonitors() const;
     QList<Strut> readStruts() const;
     QList<QRect> readWorkAreas() const;

@@ -24,7 +24,7 @@ XSelectionOwner::XSelectionOwner(XConnection &x, xcb_atom_t selection) : m_x(x),
     m_window = xcb_generate_id(m_x.get());
     xcb_create_window(m_x.get(), 0, m_window, m_x.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
         XCB_COPY_FROM_PARENT, 0, nullptr);
-    m_x.listen(this, [this](const xcb_generic_event_t &event) { hear(event); });
+    m_x.subscribe(this, [this](const xcb_generic_event_t &event) { handleEvent(event); });
 }
 
 XSelectionOwner::~XSelectionOwner()
@@ -48,7 +48,7 @@ void XSelectionOwner::own(SelectionValues values)
     xcb_flush(m_x.get());
 }
 
-void XSelectionOwner::hear(const xcb_generic_event_t &event)
+void XSelectionOwner::handleEvent(const xcb_generic_event_t &event)
 {
     const quint8 type = event.response_type & 0x7fU;
     if (type == XCB_SELECTION_REQUEST) {

@@ -35,7 +35,7 @@ private:
         qsizetype sent = 0;
     };
 
-    void hear(const xcb_generic_event_t &event);
+    void handleEvent(const xcb_generic_event_t &event);
     void serve(const xcb_selection_request_event_t &request);
     bool give(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
     void giveValue(xcb_window_t requestor, xcb_atom_t property, const SelectionValue &value);

@@ -17,7 +17,7 @@ XSelectionRead::XSelectionRead(XConnection &x, xcb_atom_t selection, std::chrono
     const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(m_x.get(), 0, m_window, m_x.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
         XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
-    m_x.listen(this, [this](const xcb_generic_event_t &event) { hear(event); });
+    m_x.subscribe(this, [this](const xcb_generic_event_t &event) { handleEvent(event); });
 }
 
 XSelectionRead::~XSelectionRead()
@@ -62,7 +62,7 @@ void XSelectionRead::settle()
     emit settled();
 }
 
-void XSelectionRead::hear(const xcb_generic_event_t &event)
+void XSelectionRead::handleEvent(const xcb_generic_event_t &event)
 {
     if (m_target == XCB_ATOM_NONE)
         return;
@@ -70,15 +70,15 @@ void XSelectionRead::hear(const xcb_generic_event_t &event)
     if (type == XCB_SELECTION_NOTIFY) {
         const auto &answer = reinterpret_cast<const xcb_selection_notify_event_t &>(event);
         if (answer.requestor == m_window && answer.selection == m_selection && answer.target == m_target)
-            hearAnswer(answer);
+            handleNotify(answer);
     } else if (type == XCB_PROPERTY_NOTIFY && m_isInPieces) {
         const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
         if (change.window == m_window && change.atom == m_property && change.state == XCB_PROPERTY_NEW_VALUE)
-            hearPiece();
+            handleIncrement();
     }
 }
 
-void XSelectionRead::hearAnswer(const xcb_selection_notify_event_t &answer)
+void XSelectionRead::handleNotify(const xcb_selection_notify_event_t &answer)
 {
     m_value = answer.property == XCB_ATOM_NONE ? std::nullopt : takeProperty();
     if (!m_value || m_value->type != m_x.atom("INCR"))
@@ -88,7 +88,7 @@ void XSelectionRead::hearAnswer(const xcb_selection_notify_event_t &answer)
     m_value->bytes.clear();
 }
 
-void XSelectionRead::hearPiece()
+void XSelectionRead::handleIncrement()
 {
     const auto piece = takeProperty();
     if (!piece || piece->bytes.isEmpty())

@@ -36,9 +36,9 @@ signals:
     void settled();
 
 private:
-    void hear(const xcb_generic_event_t &event);
-    void hearAnswer(const xcb_selection_notify_event_t &answer);
-    void hearPiece();
+    void handleEvent(const xcb_generic_event_t &event);
+    void handleNotify(const xcb_selection_notify_event_t &answer);
+    void handleIncrement();
     std::optional<SelectionValue> takeProperty() const;
     void settle();
 

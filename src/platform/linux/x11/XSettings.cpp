@@ -77,7 +77,7 @@ XSettings::XSettings(XConnection &x) : m_x(x)
     if (!x.isOpen())
         return;
     x.selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY); // where a manager announces itself
-    x.listen(this, [this](const xcb_generic_event_t &event) { hear(event); });
+    x.subscribe(this, [this](const xcb_generic_event_t &event) { handleEvent(event); });
     findManager();
 }
 
@@ -110,7 +110,7 @@ void XSettings::read()
     emit changed();
 }
 
-void XSettings::hear(const xcb_generic_event_t &event)
+void XSettings::handleEvent(const xcb_generic_event_t &event)
 {
     const quint8 type = event.response_type & 0x7FU;
     if (type == XCB_PROPERTY_NOTIFY) {

@@ -28,7 +28,7 @@ signals:
 private:
     void findManager();
     void read();
-    void hear(const xcb_generic_event_t &event);
+    void handleEvent(const xcb_generic_event_t &event);
 
     XConnection &m_x;
     xcb_window_t m_manager = XCB_WINDOW_NONE;

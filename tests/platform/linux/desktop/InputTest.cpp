@@ -19,45 +19,45 @@ class Input : public Desktop { };
 
 TEST_F(Input, TellsClicksWithTheirCount)
 {
-    stranger.moveTo({400, 300});
-    stranger.click(2);
-    EXPECT_EQ(heard.take(), QStringLiteral("press, release 1, press, release 2"));
+    otherClient.moveTo({400, 300});
+    otherClient.click(2);
+    EXPECT_EQ(recorder.take(), QStringLiteral("press, release 1, press, release 2"));
     QTest::qWait(450);
-    stranger.click();
-    EXPECT_EQ(heard.take(), QStringLiteral("press, release 1"));
-    stranger.button(3, true);
-    stranger.button(3, false);
-    EXPECT_EQ(heard.take(), QString());
-    stranger.button(5, true);
-    stranger.button(5, false);
-    EXPECT_EQ(heard.take(), QStringLiteral("scroll"));
+    otherClient.click();
+    EXPECT_EQ(recorder.take(), QStringLiteral("press, release 1"));
+    otherClient.button(3, true);
+    otherClient.button(3, false);
+    EXPECT_EQ(recorder.take(), QString());
+    otherClient.button(5, true);
+    otherClient.button(5, false);
+    EXPECT_EQ(recorder.take(), QStringLiteral("scroll"));
 }
 
 TEST_F(Input, AModifierIsNoKeyPress)
 {
-    stranger.tap(letterA);
-    stranger.tap(altLeft);
-    stranger.tap(escape);
-    stranger.key(superLeft, true);
-    stranger.key(controlLeft, true);
-    stranger.key(controlLeft, false);
-    stranger.key(superLeft, false);
-    EXPECT_EQ(heard.take(),
+    otherClient.tap(letterA);
+    otherClient.tap(altLeft);
+    otherClient.tap(escape);
+    otherClient.key(superLeft, true);
+    otherClient.key(controlLeft, true);
+    otherClient.key(controlLeft, false);
+    otherClient.key(superLeft, false);
+    EXPECT_EQ(recorder.take(),
         QStringLiteral("key, held 80000, held 0, escape, held 100000, held 140000, held 100000, held 0"));
 }
 
 TEST_F(Input, AMoveWithAButtonHeldIsADrag)
 {
-    stranger.moveTo({300, 300});
-    EXPECT_GT(heard.takeMoves(), 0);
+    otherClient.moveTo({300, 300});
+    EXPECT_GT(recorder.takeMoves(), 0);
     EXPECT_EQ(platform.desktop.pointer.location(), QPointF(300, 500));
-    stranger.button(1, true);
-    heard.take();
-    stranger.moveTo({360, 300});
-    EXPECT_EQ(heard.takeMoves(), 0);
+    otherClient.button(1, true);
+    recorder.take();
+    otherClient.moveTo({360, 300});
+    EXPECT_EQ(recorder.takeMoves(), 0);
     EXPECT_EQ(platform.desktop.pointer.pressedButtons(), 1U);
-    stranger.button(1, false);
-    EXPECT_EQ(heard.take(), QStringLiteral("release 1"));
+    otherClient.button(1, false);
+    EXPECT_EQ(recorder.take(), QStringLiteral("release 1"));
 }
 
 TEST_F(Input, OwnWindowsAreLeftOut)
@@ -67,28 +67,28 @@ TEST_F(Input, OwnWindowsAreLeftOut)
     card.setGeometry(200, 200, 200, 100);
     card.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&card));
-    stranger.moveTo({250, 250});
-    heard.take();
-    stranger.click(2);
-    stranger.button(4, true);
-    stranger.button(4, false);
-    EXPECT_EQ(heard.take(), QString());
-    stranger.moveTo({260, 250});
-    EXPECT_GT(heard.takeMoves(), 0); // resting on the card keeps it
-    stranger.drag({250, 250}, {600, 600}); // begun on the card, so ours to its end
-    EXPECT_EQ(heard.take(), QString());
+    otherClient.moveTo({250, 250});
+    recorder.take();
+    otherClient.click(2);
+    otherClient.button(4, true);
+    otherClient.button(4, false);
+    EXPECT_EQ(recorder.take(), QString());
+    otherClient.moveTo({260, 250});
+    EXPECT_GT(recorder.takeMoves(), 0); // resting on the card keeps it
+    otherClient.drag({250, 250}, {600, 600}); // begun on the card, so ours to its end
+    EXPECT_EQ(recorder.take(), QString());
 
     QRasterWindow window;
     window.setGeometry(300, 300, 300, 200);
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    heard.take();
-    stranger.tap(letterA);
-    EXPECT_EQ(heard.take(), QString());
+    recorder.take();
+    otherClient.tap(letterA);
+    EXPECT_EQ(recorder.take(), QString());
     const QRect inside = frontWindow();
-    stranger.moveTo(inside.topLeft() + QPoint(60, -8)); // its title bar
-    stranger.click();
-    EXPECT_EQ(heard.take(), QString());
+    otherClient.moveTo(inside.topLeft() + QPoint(60, -8)); // its title bar
+    otherClient.click();
+    EXPECT_EQ(recorder.take(), QString());
     EXPECT_EQ(platform.desktop.frontApplication.current()->bundleID,
         platform.desktop.frontApplication.ownBundleID());
 }
@@ -96,13 +96,13 @@ TEST_F(Input, OwnWindowsAreLeftOut)
 TEST_F(Input, OwnPostedKeysAreNotTold)
 {
     ASSERT_TRUE(platform.desktop.keySender.sendCopy());
-    EXPECT_EQ(heard.take(), QString());
-    stranger.tap(letterA); // and nothing later is taken for our own
-    EXPECT_EQ(heard.take(), QStringLiteral("key"));
-    stranger.key(altLeft, true);
-    heard.take();
+    EXPECT_EQ(recorder.take(), QString());
+    otherClient.tap(letterA); // and nothing later is taken for our own
+    EXPECT_EQ(recorder.take(), QStringLiteral("key"));
+    otherClient.key(altLeft, true);
+    recorder.take();
     EXPECT_FALSE(platform.desktop.keySender.sendCopy());
-    stranger.key(altLeft, false);
+    otherClient.key(altLeft, false);
 }
 
 TEST_F(Input, TheOneScreenIsThere)

@@ -1,4 +1,5 @@
 #include "platform/linux/desktop/Stage.h"
+#include "screen/RegionSelector.h"
 #include "screen/views/RegionOverlayWindow.h"
 #include "support/FakeDesktop.h"
 #include "support/Printers.h"
@@ -10,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-/// The shade on a real X session with a window manager and no compositor.
+/// The overlay on a real X session with a window manager and no compositor.
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
@@ -34,10 +35,10 @@ protected:
     void begin()
     {
         selector.begin([this](QRectF frame) { frames.append(frame); });
-        ASSERT_TRUE(QTest::qWaitFor([] { return shade() && shade()->isActiveWindow(); }));
+        ASSERT_TRUE(QTest::qWaitFor([] { return overlayWidget() && overlayWidget()->isActiveWindow(); }));
         QTest::qWait(50);
     }
-    static QWidget *shade()
+    static QWidget *overlayWidget()
     {
         for (QWidget *widget : QApplication::topLevelWidgets())
             if (widget->objectName() == u"regionOverlay" && widget->isVisible())
@@ -46,7 +47,8 @@ protected:
     }
     xcb_window_t focus() const
     {
-        const auto reply = stranger.x.reply(xcb_get_input_focus_reply, xcb_get_input_focus(stranger.x.get()));
+        const auto reply =
+            otherClient.x.reply(xcb_get_input_focus_reply, xcb_get_input_focus(otherClient.x.get()));
         return reply ? reply->focus : XCB_WINDOW_NONE;
     }
     static QImage picture() { return QGuiApplication::primaryScreen()->grabWindow().toImage(); }
@@ -65,36 +67,35 @@ protected:
     QList<QRectF> frames;
 };
 
-TEST_F(RegionOverlayTest, ShadesTheScreenAndClearsWhatIsFramed)
+TEST_F(RegionOverlayTest, DimsTheScreenButNotWhatIsFramed)
 {
     const QRgb page = picture().pixel(450, 450);
     begin();
     EXPECT_LT(qRed(picture().pixel(450, 450)), qRed(page));
-    stranger.moveTo({300, 300});
-    stranger.button(1, true);
+    otherClient.moveTo({300, 300});
+    otherClient.button(1, true);
     QTest::qWait(20);
-    stranger.moveTo({600, 420});
+    otherClient.moveTo({600, 420});
     ASSERT_TRUE(QTest::qWaitFor([&] { return picture().pixel(450, 400) == page; }));
     keep(u"region-frame"_s);
     EXPECT_LT(qRed(picture().pixel(650, 450)), qRed(page));
     EXPECT_EQ(picture().pixel(450, 420), theme.colour(Tone::accentLine).rgb()); // the edge
-    stranger.button(1, false);
+    otherClient.button(1, false);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !frames.isEmpty(); }));
     EXPECT_EQ(frames, QList{QRectF(300, 800 - 420, 300, 120)});
-    EXPECT_FALSE(shade());
+    EXPECT_FALSE(overlayWidget());
     EXPECT_EQ(picture().pixel(650, 450), page);
 }
 
 TEST_F(RegionOverlayTest, EscapeGivesUpAndNoKeyReachesTheProgramBelow)
 {
     begin();
-    stranger.tap(letterKey);
-    stranger.tap(escapeKey);
-    ASSERT_TRUE(QTest::qWaitFor([] { return !shade(); }));
-    EXPECT_FALSE(selector.isSelecting());
+    otherClient.tap(letterKey);
+    otherClient.tap(escapeKey);
+    ASSERT_TRUE(QTest::qWaitFor([] { return !overlayWidget(); }));
     EXPECT_TRUE(frames.isEmpty());
     ASSERT_TRUE(QTest::qWaitFor([&] { return focus() == reader.winId(); }));
-    stranger.tap(letterKey);
+    otherClient.tap(letterKey);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !reader.toPlainText().isEmpty(); }));
     EXPECT_EQ(reader.toPlainText(), u"a"_s); // only the second one
 }
@@ -102,21 +103,21 @@ TEST_F(RegionOverlayTest, EscapeGivesUpAndNoKeyReachesTheProgramBelow)
 TEST_F(RegionOverlayTest, WaitsForAKeyboardThatIsHeldByAnother)
 {
     ASSERT_TRUE(reader.windowHandle());
-    XConnection &other = stranger.x;
+    XConnection &other = otherClient.x;
     const auto held = other.reply(xcb_grab_keyboard_reply,
         xcb_grab_keyboard(
             other.get(), 0, other.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     ASSERT_EQ(held->status, XCB_GRAB_STATUS_SUCCESS);
     selector.begin([this](QRectF frame) { frames.append(frame); });
-    ASSERT_TRUE(QTest::qWaitFor([] { return shade() != nullptr; }));
-    stranger.tap(escapeKey);
+    ASSERT_TRUE(QTest::qWaitFor([] { return overlayWidget() != nullptr; }));
+    otherClient.tap(escapeKey);
     QTest::qWait(60);
-    EXPECT_TRUE(shade());
+    EXPECT_TRUE(overlayWidget());
     xcb_ungrab_keyboard(other.get(), XCB_CURRENT_TIME);
     xcb_flush(other.get());
     QTest::qWait(120);
-    stranger.tap(escapeKey);
-    EXPECT_TRUE(QTest::qWaitFor([] { return !shade(); }));
+    otherClient.tap(escapeKey);
+    EXPECT_TRUE(QTest::qWaitFor([] { return !overlayWidget(); }));
 }
 
 TEST_F(RegionOverlayTest, ANewBeginningEndsTheEarlierOne)
@@ -125,7 +126,7 @@ TEST_F(RegionOverlayTest, ANewBeginningEndsTheEarlierOne)
     begin();
     selector.cancel();
     QTest::qWait(20);
-    EXPECT_FALSE(shade());
+    EXPECT_FALSE(overlayWidget());
     EXPECT_TRUE(frames.isEmpty());
 }
 

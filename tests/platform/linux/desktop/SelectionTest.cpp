@@ -43,18 +43,18 @@ protected:
             const QRect window = frontWindow();
             const QPoint end = window.topLeft() + QPoint(window.width() - 60, window.height() * 6 / 10);
             if (!std::exchange(isFirst, false)) { // a drag from what is marked already would move the text
-                stranger.moveTo(end);
-                stranger.click();
+                otherClient.moveTo(end);
+                otherClient.click();
                 QTest::qWait(500);
             }
             const quint64 before = platform.desktop.primarySelection.changeCount();
-            stranger.drag(end, window.topLeft() + QPoint(2, 30));
+            otherClient.drag(end, window.topLeft() + QPoint(2, 30));
             return QTest::qWaitFor(
                 [&] { return platform.desktop.primarySelection.changeCount() > before; }, 1000);
         };
         ASSERT_TRUE(QTest::qWaitFor(marked, 10000));
         QTest::qWait(100);
-        heard.take();
+        recorder.take();
     }
 
     QString primaryText()
@@ -98,13 +98,13 @@ TEST_P(AccessibleSelection, ASelectionBehindAnEmojiIsPlacedInUtf16Units)
     constexpr quint32 shiftLeft = 0xffe1;
     constexpr quint32 controlLeft = 0xffe3;
     constexpr quint32 left = 0xff51;
-    stranger.key(controlLeft, true);
-    stranger.tap(end);
-    stranger.key(controlLeft, false);
-    stranger.key(shiftLeft, true);
+    otherClient.key(controlLeft, true);
+    otherClient.tap(end);
+    otherClient.key(controlLeft, false);
+    otherClient.key(shiftLeft, true);
     for (int i = 0; i < 6; ++i)
-        stranger.tap(left);
-    stranger.key(shiftLeft, false);
+        otherClient.tap(left);
+    otherClient.key(shiftLeft, false);
     const auto element = platform.accessibility.focusedElement();
     ASSERT_TRUE(element);
     ASSERT_TRUE(QTest::qWaitFor(
@@ -128,8 +128,8 @@ TEST_P(Selection, ASimulatedCopyLeavesTheClipboardAsItWas)
 {
     const ClipboardSnapshot before{{{QStringLiteral("UTF8_STRING"), "早"},
         {QStringLiteral("image/png"), QByteArray(400'000, 'p')}, {QStringLiteral("text/html"), "<b>x</b>"}}};
-    stranger.clipboard.restore(before);
-    stranger.sync();
+    otherClient.clipboard.restore(before);
+    otherClient.sync();
     selectAll();
     const auto snapshot = finished(platform.desktop.clipboard.snapshot());
     ASSERT_EQ(snapshot, before);
@@ -141,8 +141,8 @@ TEST_P(Selection, ASimulatedCopyLeavesTheClipboardAsItWas)
     RecordProperty("copySeenAfterMs", static_cast<int>(time.elapsed()));
     EXPECT_EQ(finished(platform.desktop.clipboard.string()).value_or(QString()).trimmed(), passage);
     platform.desktop.clipboard.restore(*snapshot);
-    EXPECT_EQ(finished(stranger.clipboard.snapshot()), before);
-    EXPECT_EQ(heard.take(), QString());
+    EXPECT_EQ(finished(otherClient.clipboard.snapshot()), before);
+    EXPECT_EQ(recorder.take(), QString());
 }
 
 TEST_P(AccessibleSelection, AHungProgramDelaysNoLongerThanTold)
@@ -206,14 +206,14 @@ TEST_F(Clipboards, SixFormatsWithThreeMegabytesComeBackByteForByte)
         {QStringLiteral("text/html"), "<i>a</i>"}, {QStringLiteral("image/png"), large},
         {QStringLiteral("application/x-private"), QByteArray("\0\1\2", 3)},
         {QStringLiteral("text/uri-list"), "file:///a%20b\r\n"}, {QStringLiteral("STRING"), "caf\xe9"}}};
-    stranger.clipboard.restore(before);
-    stranger.sync();
+    otherClient.clipboard.restore(before);
+    otherClient.sync();
     QElapsedTimer time;
     time.start();
     const auto taken = finished(platform.desktop.clipboard.snapshot());
     RecordProperty("snapshotMs", static_cast<int>(time.elapsed()));
     ASSERT_EQ(taken, before);
-    Stranger third;
+    OtherXClient third;
     third.clipboard.restore({{{QStringLiteral("UTF8_STRING"), "copied"}}});
     third.sync();
     EXPECT_EQ(finished(platform.desktop.clipboard.string()), QStringLiteral("copied"));
@@ -227,18 +227,18 @@ TEST_F(Clipboards, AnEmptyClipboardStaysEmpty)
 {
     platform.desktop.clipboard.restore({});
     EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), ClipboardSnapshot());
-    EXPECT_EQ(finished(stranger.clipboard.snapshot()), ClipboardSnapshot());
+    EXPECT_EQ(finished(otherClient.clipboard.snapshot()), ClipboardSnapshot());
     EXPECT_EQ(finished(platform.desktop.clipboard.string()), std::nullopt);
 }
 
 TEST_F(Clipboards, AnOwnerThatNeverAnswersIsGivenUp)
 {
     // A window that owns the clipboard and serves nobody.
-    const xcb_window_t window = xcb_generate_id(stranger.x.get());
-    xcb_create_window(stranger.x.get(), 0, window, stranger.x.root(), 0, 0, 1, 1, 0,
+    const xcb_window_t window = xcb_generate_id(otherClient.x.get());
+    xcb_create_window(otherClient.x.get(), 0, window, otherClient.x.root(), 0, 0, 1, 1, 0,
         XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    xcb_set_selection_owner(stranger.x.get(), window, stranger.x.atom("CLIPBOARD"), XCB_CURRENT_TIME);
-    xcb_flush(stranger.x.get());
+    xcb_set_selection_owner(otherClient.x.get(), window, otherClient.x.atom("CLIPBOARD"), XCB_CURRENT_TIME);
+    xcb_flush(otherClient.x.get());
     QElapsedTimer time;
     time.start();
     EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), std::nullopt);

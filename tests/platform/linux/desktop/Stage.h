@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/linux/LinuxPlatform.h"
-#include "support/Stranger.h"
+#include "support/OtherXClient.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -12,10 +12,10 @@
 
 namespace nimbrelle {
 
-/// What the monitor told, in words, in order.
-class Heard : public QObject {
+/// The events that the monitor emitted, in words, in order.
+class InputRecorder : public QObject {
 public:
-    explicit Heard(const InputMonitor &monitor)
+    explicit InputRecorder(const InputMonitor &monitor)
     {
         connect(&monitor, &InputMonitor::mousePressed, this, [this] { note(QStringLiteral("press")); });
         connect(&monitor, &InputMonitor::mouseReleased, this,
@@ -48,7 +48,8 @@ private:
     QStringList m_words;
 };
 
-/// A private session with the platform in it, a stranger, and programs that the tests start.
+/// A private session with the platform in it, another client of its X server, and programs that the tests
+/// start.
 class Desktop : public testing::Test {
 protected:
     void SetUp() override
@@ -62,7 +63,7 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor(
             [&] { return platform.accessibility.bus() == AtSpiReader::Bus::connected; }, 10000));
         platform.desktop.input.start();
-        platform.desktop.pointer.location(); // a round trip: the server now knows what we listen for
+        platform.desktop.pointer.location(); // a round trip: the server now knows what we subscribed to
     }
 
     /// Starts an editor on `text` and waits until its window is active and painted.
@@ -107,8 +108,8 @@ protected:
     template <typename T> static T finished(QCoro::Task<T> task) { return QCoro::waitFor(std::move(task)); }
 
     LinuxPlatform platform;
-    Stranger stranger;
-    Heard heard{platform.desktop.input};
+    OtherXClient otherClient;
+    InputRecorder recorder{platform.desktop.input};
     QTemporaryDir folder;
     QProcess process;
 };

@@ -1,0 +1,36 @@
+# Chooses the compiler where nobody else has: the newest clang from 16 on, else GCC from 14 on.
+# To be included before project().
+if(DEFINED CMAKE_CXX_COMPILER OR DEFINED ENV{CXX})
+    return()
+endif()
+
+# OUT gets whether the program is at least of this major version.
+function(nimbrelle_is_new_enough program oldest out)
+    execute_process(COMMAND "${program}" -dumpversion OUTPUT_VARIABLE version OUTPUT_STRIP_TRAILING_WHITESPACE
+        ERROR_QUIET)
+    if(version VERSION_GREATER_EQUAL oldest)
+        set(${out} TRUE PARENT_SCOPE)
+    endif()
+endfunction()
+
+set(oldest_of_clang++ 16)
+set(oldest_of_g++ 14)
+foreach(name clang++ g++)
+    set(versioned "")
+    foreach(version RANGE 30 ${oldest_of_${name}} -1)
+        list(APPEND versioned ${name}-${version})
+    endforeach()
+    foreach(candidate ${versioned} ${name})
+        find_program(found ${candidate} NO_CACHE)
+        set(is_new_enough FALSE)
+        if(found)
+            nimbrelle_is_new_enough("${found}" ${oldest_of_${name}} is_new_enough)
+        endif()
+        if(is_new_enough)
+            set(CMAKE_CXX_COMPILER "${found}")
+            return()
+        endif()
+        unset(found)
+    endforeach()
+endforeach()
+message(FATAL_ERROR "No suitable compiler: clang 16 or newer, or GCC 14 or newer, is needed")

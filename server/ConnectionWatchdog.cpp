@@ -1,0 +1,166 @@
+#include "server/ConnectionWatchdog.h"
+
+#include "server/Failure.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <vector>
+
+namespace nimbrelle::server {
+
+namespace {
+
+constexpr std::size_t maxLingering = 64;
+constexpr std::chrono::seconds lingeringTime{5};
+constexpr int maxWaitMilliseconds = 60'000;
+
+int newEvent()
+{
+    const int event = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (event < 0)
+        throw Failure("cannot make an event descriptor; raise the limit on open files");
+    return event;
+}
+
+// True when the other side has closed, or broken off.
+bool drain(int socket)
+{
+    std::array<char, 64 * 1024> dropped{};
+    for (int round = 0; round < 64; ++round) {
+        const ssize_t count = ::recv(socket, dropped.data(), dropped.size(), MSG_DONTWAIT);
+        if (count <= 0)
+            return count == 0 || (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR);
+    }
+    return false;
+}
+
+} // namespace
+
+ConnectionWatchdog::ConnectionWatchdog() : m_wakeEvent(newEvent()), m_thread([this] { run(); }) { }
+
+ConnectionWatchdog::~ConnectionWatchdog()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stopping = true;
+    }
+    wake();
+    m_thread.join();
+    for (const Lingering &each : m_lingering)
+        ::close(each.socket);
+    ::close(m_wakeEvent);
+}
+
+ConnectionWatchdog::Entry *ConnectionWatchdog::add(int socket, Clock::duration timeout)
+{
+    const std::lock_guard lock(m_mutex);
+    Entry &entry = m_entries.emplace_back();
+    entry.m_socket = socket;
+    entry.m_deadline = Clock::now() + timeout;
+    wakeBefore(entry.m_deadline);
+    return &entry;
+}
+
+void ConnectionWatchdog::setTimeout(Entry *entry, Clock::duration timeout)
+{
+    const std::lock_guard lock(m_mutex);
+    entry->m_deadline = Clock::now() + timeout;
+    wakeBefore(entry->m_deadline);
+}
+
+void ConnectionWatchdog::remove(Entry *entry, Close close)
+{
+    const std::lock_guard lock(m_mutex);
+    if (close == Close::lingering && !entry->m_expired && m_lingering.size() < maxLingering) {
+        const int copy = ::fcntl(entry->m_socket, F_DUPFD_CLOEXEC, 0);
+        if (copy >= 0)
+            m_lingering.push_back({.socket = copy, .deadline = Clock::now() + lingeringTime});
+        wake();
+    }
+    m_entries.remove_if([&](const Entry &each) { return &each == entry; });
+}
+
+void ConnectionWatchdog::wake()
+{
+    const std::uint64_t one = 1;
+    // A counter that is full wakes as well as one that rises.
+    [[maybe_unused]] const ssize_t written = ::write(m_wakeEvent, &one, sizeof one);
+}
+
+// Waking the thread for each request would cost more than the request.
+void ConnectionWatchdog::wakeBefore(Clock::time_point deadline)
+{
+    if (deadline < m_nextLook)
+        wake();
+}
+
+void ConnectionWatchdog::run()
+{
+    for (;;) {
+        int wait = 0;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_stopping)
+                return;
+            const auto now = Clock::now();
+            drainLingering(now);
+            wait = shutDownExpired(now);
+        }
+        waitForEvents(wait);
+    }
+}
+
+// Returns the milliseconds until the next deadline.
+int ConnectionWatchdog::shutDownExpired(Clock::time_point now)
+{
+    auto next = now + std::chrono::milliseconds(maxWaitMilliseconds);
+    for (Entry &entry : m_entries) {
+        if (entry.m_expired)
+            continue;
+        if (entry.m_deadline <= now) {
+            // The server library sees the end of the stream and closes; the descriptor stays valid until
+            // then.
+            ::shutdown(entry.m_socket, SHUT_RDWR);
+            entry.m_expired = true;
+        } else {
+            next = std::min(next, entry.m_deadline);
+        }
+    }
+    for (const Lingering &each : m_lingering)
+        next = std::min(next, each.deadline);
+    m_nextLook = next;
+    return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(next - now).count());
+}
+
+void ConnectionWatchdog::waitForEvents(int milliseconds)
+{
+    std::vector<pollfd> watched{{.fd = m_wakeEvent, .events = POLLIN, .revents = 0}};
+    {
+        // Only this thread closes what lingers, so the copies stay valid outside the lock.
+        const std::lock_guard lock(m_mutex);
+        for (const Lingering &each : m_lingering)
+            watched.push_back({.fd = each.socket, .events = POLLIN, .revents = 0});
+    }
+    ::poll(watched.data(), watched.size(), milliseconds);
+    std::uint64_t count = 0;
+    [[maybe_unused]] const ssize_t got = ::read(m_wakeEvent, &count, sizeof count);
+}
+
+void ConnectionWatchdog::drainLingering(Clock::time_point now)
+{
+    std::erase_if(m_lingering, [&](const Lingering &each) {
+        if (!drain(each.socket) && each.deadline > now)
+            return false;
+        ::close(each.socket);
+        return true;
+    });
+}
+
+} // namespace nimbrelle::server

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Screens.h"
+
+namespace nimbrelle {
+
+/// The part of one screen that is captured, and how its picture maps to the screen.
+struct CaptureArea {
+    Screen screen;
+    QRectF rect; ///< from the screen's top-left corner, y downward, as captures take it
+
+    /// What is taken round a pointer: 760 by 200 points, less what lies beyond the screen's edges. Absent
+    /// when no more than 20 points remain in either direction.
+    static std::optional<CaptureArea> around(QPointF point, const Screen &screen);
+
+    /// The part of `global`, in global points, on the screen; absent unless more than 8 points wide and high.
+    static std::optional<CaptureArea> of(const QRectF &global, const Screen &screen);
+
+    /// From global points to 0...1 of the picture, origin at its bottom left, y upward.
+    QPointF normalized(QPointF global) const;
+
+    /// A box in such coordinates back to global points.
+    QRectF toGlobal(const QRectF &box) const;
+};
+
+} // namespace nimbrelle

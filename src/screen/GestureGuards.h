@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QPointF>
+
+namespace nimbrelle {
+
+class Card;
+class ConfigStore;
+class FrontApplication;
+class Screens;
+struct GestureState;
+
+/// The reasons for a gesture not to act, as they are at the moment of the question. Points are global, origin
+/// at the bottom left of the main screen, y upward.
+class GestureGuards {
+public:
+    /// Everything outlives this.
+    struct Parts {
+        const ConfigStore &config;
+        const FrontApplication &front;
+        const Screens &screens;
+        const Card &card;
+        const GestureState &state;
+    };
+
+    explicit GestureGuards(const Parts &parts) : m_parts(parts) { }
+
+    /// Whether any gesture may act at all; each asks this once it has been recognized, before it reads
+    /// anything.
+    bool mayAct() const;
+
+    /// Whether the point is on a screen and not on a panel or dock.
+    bool isInContentArea(QPointF point) const;
+
+    /// Whether the point is on the visible card or just beside it.
+    bool isOnCard(QPointF point) const;
+
+    /// Whether the word at the point was looked up already.
+    bool isOnLastWord(QPointF point) const;
+
+private:
+    bool isFrontmostExcluded() const;
+
+    const Parts m_parts;
+};
+
+} // namespace nimbrelle

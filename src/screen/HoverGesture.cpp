@@ -1,0 +1,90 @@
+#include "screen/HoverGesture.h"
+
+#include "card/Card.h"
+#include "frame/ConfigStore.h"
+#include "platform/AccessibilityReader.h"
+#include "platform/InputMonitor.h"
+#include "screen/CaptureError.h"
+#include "screen/GestureGuards.h"
+#include "screen/ScreenOCR.h"
+
+namespace nimbrelle {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto pressDelay = 250ms;
+constexpr auto moveDelay = 200ms;
+const QString noCapture = QStringLiteral("识别屏幕文字需要「屏幕录制」权限，请在设置里打开。");
+
+} // namespace
+
+HoverGesture::HoverGesture(const GestureParts &parts)
+    : m_parts(parts), m_hoverTask(parts.clock, [this](std::stop_token stop) { performHover(stop); })
+{
+}
+
+void HoverGesture::flagsChanged(ModifierFlags mods)
+{
+    const bool isHeld = mods == flagOf(m_parts.config.config().hoverKey);
+    if (!isHeld) {
+        endHold();
+    } else if (!m_hoverKeyHeld) {
+        m_hoverKeyHeld = true;
+        m_parts.state.lastHoverRect.reset();
+        m_hoverTask.schedule(pressDelay);
+    }
+}
+
+void HoverGesture::mouseMoved()
+{
+    m_hoverTask.schedule(moveDelay);
+}
+
+void HoverGesture::keyDown()
+{
+    endHold(); // the held key was part of a shortcut
+}
+
+void HoverGesture::endHold()
+{
+    m_hoverKeyHeld = false;
+    m_hoverTask.cancel();
+}
+
+void HoverGesture::performHover(std::stop_token stop)
+{
+    const AppConfig &config = m_parts.config.config();
+    if (!config.optionHoverOCR || !m_parts.guards.mayAct())
+        return;
+    if (m_parts.pointer.modifiers() != flagOf(config.hoverKey)) {
+        endHold(); // the key was released over a window of ours, whose input the monitor leaves out
+        return;
+    }
+    const QPointF at = m_parts.pointer.location();
+    if (m_parts.guards.isOnCard(at) || m_parts.guards.isOnLastWord(at))
+        return;
+    if (m_parts.ocr.isAllowed())
+        lookUpWord(at, stop);
+    else
+        m_parts.card.showError({.message = noCapture, .needsSettings = true}, at);
+}
+
+QCoro::Task<> HoverGesture::lookUpWord(QPointF at, std::stop_token stop)
+{
+    std::optional<ScreenOCR::Result> seen;
+    try {
+        seen = co_await m_parts.ocr.recognize(at, ScreenOCR::Seek::word, stop);
+    } catch (const std::exception &failure) {
+        if (!stop.stop_requested())
+            m_parts.card.showError(captureError(failure), at);
+    }
+    if (stop.stop_requested() || !seen || !seen->word)
+        co_return;
+    m_parts.state = {.lastHoverRect = seen->wordRect, .dwellCard = false};
+    m_parts.accessibility.beginGesture();
+    m_parts.card.lookup(*seen->word, seen->context, at);
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,65 @@
+#include "screen/RegionGesture.h"
+
+#include "card/Card.h"
+#include "frame/Clock.h"
+#include "frame/ConfigStore.h"
+#include "platform/AccessibilityReader.h"
+#include "platform/InputMonitor.h"
+#include "screen/CaptureError.h"
+#include "screen/GestureGuards.h"
+#include "screen/RegionSelector.h"
+#include "screen/ScreenOCR.h"
+
+namespace nimbrelle {
+
+namespace {
+
+constexpr double cardIndent =
+    24; // the card stands that far left of its anchor, so its edge meets the frame's
+const QString noCapture = QStringLiteral("框选翻译需要「屏幕录制」权限，请在设置里打开。");
+const QString noText = QStringLiteral("框里没有识别到英文。");
+
+} // namespace
+
+void RegionGesture::flagsChanged(ModifierFlags mods)
+{
+    const Timestamp now = m_parts.clock.now();
+    if (mods != flagOf(m_parts.config.config().regionKey))
+        m_doubleTap.release(now, mods == 0);
+    else if (m_doubleTap.press(now))
+        startRegionSelection();
+}
+
+void RegionGesture::startRegionSelection()
+{
+    if (!m_parts.config.config().optionRegionTranslate || !m_parts.guards.mayAct())
+        return;
+    m_parts.state.dwellCard = false;
+    m_parts.card.hide();
+    if (m_parts.ocr.isAllowed())
+        m_region.begin([this](QRectF rect) { translateRegion(rect, m_regionTask.renew()); });
+    else
+        m_parts.card.showError({.message = noCapture, .needsSettings = true}, m_parts.pointer.location());
+}
+
+QCoro::Task<> RegionGesture::translateRegion(QRectF rect, std::stop_token stop)
+{
+    const QPointF anchor(rect.x() + cardIndent, rect.y());
+    std::optional<QString> text;
+    try {
+        text = co_await m_parts.ocr.recognizeText(rect, stop);
+    } catch (const std::exception &failure) {
+        if (!stop.stop_requested())
+            m_parts.card.showError(captureError(failure), anchor);
+        co_return;
+    }
+    if (stop.stop_requested())
+        co_return;
+    m_parts.accessibility.beginGesture();
+    if (text && !text->isEmpty())
+        m_parts.card.showTranslation(*text, anchor);
+    else
+        m_parts.card.showError({.message = noText}, anchor);
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "frame/TaskSlot.h"
+#include "screen/GestureParts.h"
+
+#include <QCoro/QCoroTask>
+#include <QPointF>
+#include <QString>
+
+#include <optional>
+
+namespace nimbrelle {
+
+class SelectionReader;
+
+/// Marking text with the mouse: a word is looked up, and for a longer text a translation is offered. Its
+/// failures are silent. Points are global, y upward.
+class SelectionGesture {
+public:
+    SelectionGesture(const GestureParts &parts, SelectionReader &selection)
+        : m_parts(parts), m_selection(selection)
+    {
+    }
+
+    void mouseDown(QPointF at);
+    void mouseUp(QPointF at, int clickCount);
+
+    /// The user has marked text and the pointer is at `at`. The program in front first gets a moment to
+    /// update its selection.
+    void textMarked(QPointF at);
+
+private:
+    QCoro::Task<> handleSelection(QPointF at, std::stop_token stop);
+    QCoro::Task<> lookup(QString word, std::optional<QString> context, QPointF at, std::stop_token stop);
+    QCoro::Task<std::optional<QString>> contextAround(QPointF at, std::stop_token stop);
+
+    const GestureParts m_parts;
+    SelectionReader &m_selection;
+    std::optional<QPointF> m_mouseDownPoint;
+    TaskSlot m_selectionTask;
+};
+
+} // namespace nimbrelle

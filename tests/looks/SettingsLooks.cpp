@@ -1,0 +1,53 @@
+#include "looks/Looks.h"
+#include "settings/views/ApplicationChooser.h"
+#include "settings/views/SettingsStage.h"
+#include "shell/StatusMenu.h"
+
+#include <QLayout>
+#include <QScrollArea>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+void showSettings(const Look &look, const Show &show)
+{
+    SettingsStage stage(look.scale);
+    stage.theme.setScheme(look.scheme);
+    stage.permissions.states[Grant::screenCapture] = {false,
+        u"当前是 Wayland 会话，程序看不到其他窗口里的鼠标、按键和画面，划词、停留识别和框选都用不了。"
+        "请在登录界面选择 X11（Xorg）会话。"_s};
+    stage.notebook.configure([](AppConfig &config) {
+        config.apiKey = u"sk-0123456789abcdef01234567"_s;
+        config.regionKey = ModifierKey::option;
+    });
+    auto *scroll = stage.view.findChild<QScrollArea *>();
+    const auto showWhole = [&](const char *state) {
+        const QWidget &page = *scroll->widget();
+        stage.settle();
+        stage.view.resize(stage.view.width(), page.layout()->totalHeightForWidth(stage.view.width()));
+        show(*scroll->widget(), state);
+    };
+    stage.show();
+    show(stage.view, "window");
+    stage.keyTest.start();
+    stage.ai.reply(Notebook::explained("reluctant"));
+    stage.press("advanced");
+    stage.at("syncCode").setFocus();
+    QTest::keyClicks(&stage.at("syncCode"), u"https://x"_s);
+    stage.press("connectSync");
+    stage.offers =
+        StatusMenu::offers(StatusMenu::entries({.spellPracticeCount = 6, .journeyInstalled = true}));
+    stage.view.refreshOffers();
+    showWhole("page");
+    stage.link();
+    stage.press("toggleQr");
+    stage.notebook.clock.advance(std::chrono::seconds{1});
+    showWhole("linked");
+
+    ApplicationChooser chooser(stage.theme, stage.installed.applications);
+    chooser.show();
+    show(chooser, "chooser");
+}
+
+} // namespace nimbrelle

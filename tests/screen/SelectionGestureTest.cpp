@@ -1,0 +1,90 @@
+#include "support/GestureStage.h"
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class SelectionGestureTest : public testing::Test, protected GestureStage {
+protected:
+    void drag(std::chrono::milliseconds wait = 80ms)
+    {
+        input.drag({100, 100}, {200, 110});
+        advance(wait);
+    }
+};
+
+TEST_F(SelectionGestureTest, LooksUpAMarkedWordEightyMillisecondsAfterTheRelease)
+{
+    mark(u" reluctant,"_s, u"reluctant to post"_s);
+    drag(79ms);
+    EXPECT_TRUE(card.calls.isEmpty());
+    advance(1ms);
+    EXPECT_EQ(card.calls, QStringList{u"lookup reluctant | reluctant to post"_s});
+    EXPECT_EQ(card.anchor, QPointF(200, 110));
+    EXPECT_TRUE(capture.requests.empty()); // the context was there
+}
+
+TEST_F(SelectionGestureTest, OnlyADragOrAMultipleClickSelects)
+{
+    mark(u"word"_s);
+    input.click({100, 100}, 1);
+    input.drag({100, 100}, {104, 100}); // exactly 4 points
+    advance(1s);
+    EXPECT_EQ(accessibility.gestures, 0);
+    input.drag({100, 100}, {104, 101});
+    advance(1s);
+    EXPECT_EQ(accessibility.gestures, 1);
+    input.click({100, 100}, 2);
+    advance(1s);
+    EXPECT_EQ(accessibility.gestures, 2);
+}
+
+TEST_F(SelectionGestureTest, OffersATranslationOfAPassageAndIgnoresTheRest)
+{
+    mark(u"one two three four five six\n"_s);
+    drag();
+    mark(u"放弃"_s);
+    drag();
+    EXPECT_EQ(card.calls, QStringList{u"offer one two three four five six"_s});
+}
+
+TEST_F(SelectionGestureTest, AWordWithoutContextGetsThatOfTheScreenIfThereIsAny)
+{
+    primary.claim(u"older"_s);
+    drag(1s); // marks nothing
+    EXPECT_TRUE(card.calls.isEmpty());
+    input.press({100, 100});
+    primary.claim(u"marked"_s);
+    showWord(u"a marked word"_s);
+    input.release({200, 100});
+    advance(80ms);
+    EXPECT_EQ(card.calls, QStringList{u"lookup marked | a marked word"_s});
+    mark(u"word"_s);
+    recognizer.lines = {};
+    drag();
+    recognizer.failure = u"引擎坏了"_s;
+    drag();
+    capture.allowed = false;
+    drag();
+    EXPECT_EQ(card.calls.mid(1), QStringList(3, u"lookup word | -"_s));
+    EXPECT_EQ(capture.requests.size(), 3u);
+}
+
+TEST_F(SelectionGestureTest, ANewerReleaseReplacesTheOlder)
+{
+    mark(u"double"_s);
+    recognizer.delay = 500ms;
+    input.click({100, 100}, 2);
+    advance(50ms);
+    input.click({100, 100}, 3);
+    advance(50ms);
+    EXPECT_EQ(accessibility.gestures, 0);
+    advance(100ms); // the screen is being read now
+    EXPECT_EQ(accessibility.gestures, 1);
+    input.click({100, 100}, 4);
+    advance(2s);
+    EXPECT_EQ(card.calls, QStringList{u"lookup double | -"_s});
+}
+
+} // namespace nimbrelle

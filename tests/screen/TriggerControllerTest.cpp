@@ -1,0 +1,92 @@
+#include "support/GestureStage.h"
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class TriggerControllerTest : public testing::Test, protected GestureStage {
+protected:
+    TriggerControllerTest()
+    {
+        mark(u"word"_s);
+        showWord(u"word"_s);
+    }
+
+    void markText()
+    {
+        input.drag({100, 100}, {200, 100});
+        advance(80ms);
+    }
+    void doubleTap()
+    {
+        tap(modifier::command, 50ms);
+        tap(modifier::command, 50ms);
+    }
+};
+
+TEST_F(TriggerControllerTest, NoGestureActsWhereItIsNotWanted)
+{
+    struct Gesture {
+        std::function<void()> perform;
+        bool AppConfig::*setting;
+    };
+    const Gesture gestures[]{
+        {[this] { markText(); }, &AppConfig::autoPopupOnSelect},
+        {[this] { dwell(); }, &AppConfig::dwellLookup},
+        {[this] { tap(modifier::option, 1s); }, &AppConfig::optionHoverOCR},
+        {[this] { doubleTap(); }, &AppConfig::optionRegionTranslate},
+    };
+    configure([](AppConfig &config) { config.excludedBundleIDs.append(u"secret.vault"_s); });
+    const Application reader = *front.front;
+    for (const Gesture &gesture : gestures) {
+        const auto acts = [&] {
+            card.hide();
+            const auto before = card.calls.size() + overlay.opened;
+            gesture.perform();
+            return card.calls.size() + overlay.opened > before;
+        };
+        SCOPED_TRACE(&gesture - gestures);
+        configure([&](AppConfig &config) { config.*gesture.setting = false; });
+        EXPECT_FALSE(acts());
+        configure([&](AppConfig &config) { config.*gesture.setting = true; });
+        front.front->bundleID = front.own;
+        EXPECT_FALSE(acts());
+        front.front->bundleID = u"secret.vault"_s;
+        EXPECT_FALSE(acts());
+        front.front = std::nullopt; // no window is no excluded one
+        EXPECT_TRUE(acts());
+        front.front = reader;
+    }
+}
+
+TEST_F(TriggerControllerTest, AClickElsewhereOrEscTakesTheCardAwayAndScrollingAnOffer)
+{
+    markText();
+    input.type();
+    emit input.scrolled();
+    EXPECT_TRUE(card.isVisible());
+    input.type(Key::escape);
+    EXPECT_FALSE(card.isVisible());
+    markText();
+    input.press({500, 500});
+    EXPECT_FALSE(card.isVisible());
+    mark(u"one two three four five six"_s);
+    markText();
+    emit input.scrolled();
+    EXPECT_FALSE(card.isVisible());
+}
+
+TEST_F(TriggerControllerTest, WatchesFromStartToStop)
+{
+    EXPECT_TRUE(input.started);
+    trigger.stop();
+    EXPECT_FALSE(input.started);
+    markText();
+    EXPECT_TRUE(card.calls.isEmpty());
+    trigger.start();
+    markText();
+    EXPECT_EQ(card.calls.size(), 1);
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,161 @@
+#include "server/StoreFactory.h"
+#include "server/VersionedWrite.h"
+#include "server/support/TestServer.h"
+
+#include <array>
+#include <gtest/gtest.h>
+#include <latch>
+#include <thread>
+
+using namespace nimbrelle::server;
+using namespace std::chrono;
+
+namespace {
+
+constexpr sys_seconds noon = sys_days(2026y / March / 1) + 12h;
+
+struct StoreMaker {
+    const char *name;
+    /// Opens the store of this directory, and makes it where it isn't there.
+    std::unique_ptr<Store> (*open)(const std::filesystem::path &directory);
+};
+
+const StoreMaker storeMakers[] = {
+    {.name = "Sqlite",
+        .open =
+            [](const std::filesystem::path &directory) {
+                createStore(DataDirectory(directory));
+                return openStore(DataDirectory(directory));
+            }},
+};
+
+// What every store owes to the server.
+class StoreSuite : public testing::TestWithParam<StoreMaker> {
+protected:
+    StoreSuite()
+    {
+        store->addNotebook("first", "salt", sha256("one"), noon);
+        id = store->notebookNamed("first")->id;
+    }
+
+    // As another process has it.
+    std::unique_ptr<Store> open() const { return GetParam().open(directory.path()); }
+    std::optional<std::int64_t> write(std::int64_t over, int words, sys_seconds at = noon)
+    {
+        const std::string body = documentOf(words);
+        return writeVersion(*store, id, {.body = body, .words = words, .writtenAt = at},
+            [&](std::int64_t current) { return current == over; });
+    }
+
+    TemporaryDirectory directory;
+    std::unique_ptr<Store> store = open();
+    std::int64_t id = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(, StoreSuite, testing::ValuesIn(storeMakers),
+    [](const auto &maker) { return std::string(maker.param.name); });
+
+} // namespace
+
+TEST_P(StoreSuite, ATokenOpensItsOwnNotebookOnly)
+{
+    store->addNotebook("second", "pepper", sha256("two"), noon);
+    EXPECT_THROW(store->addNotebook("second", "other", sha256("other"), noon), StoreFailure);
+    const auto second = store->notebookOfToken(sha256("two"));
+    ASSERT_TRUE(second);
+    EXPECT_EQ(second->name, "second");
+    EXPECT_EQ(second->tokenSalt, "pepper");
+    EXPECT_EQ(second->createdAt, noon);
+    auto nearly = sha256("two");
+    nearly.back() ^= 1; // may be found by a part of it, and is then refused
+    EXPECT_FALSE(store->notebookOfToken(nearly));
+
+    store->setToken(id, "salt", std::nullopt);
+    EXPECT_FALSE(store->notebookOfToken(sha256("one")));
+    EXPECT_EQ(store->notebooks().size(), 2U);
+}
+
+TEST_P(StoreSuite, AVersionIsWrittenOverOnce)
+{
+    EXPECT_EQ(store->newestDocument(id), nullptr);
+    EXPECT_EQ(store->version(id), 0);
+    EXPECT_EQ(write(0, 3), 1);
+    EXPECT_FALSE(store->append(id, 0, {.body = "{}"}, {}));
+    EXPECT_FALSE(store->append(id, 2, {.body = "{}"}, {}));
+    EXPECT_EQ(store->newestDocument(id)->body, documentOf(3));
+    EXPECT_EQ(write(1, 4), 2);
+    EXPECT_EQ(store->newestDocument(id)->version, 2);
+    EXPECT_EQ(store->document(id, 1)->body, documentOf(3));
+    EXPECT_EQ(store->notebookNamed("first")->version, 2);
+    store->check();
+
+    EXPECT_FALSE(store->version(id + 1));
+    EXPECT_FALSE(store->append(id + 1, 0, {.body = "{}"}, {}));
+}
+
+TEST_P(StoreSuite, WhatStoodBeforeALossOutlivesAllElse)
+{
+    write(0, 30);
+    for (int version = 1; version < 40; ++version)
+        write(version, 20, noon + minutes(version));
+    const auto records = store->history(id);
+    EXPECT_EQ(records.size(), 21U);
+    EXPECT_EQ(records.front().version, 1);
+    EXPECT_TRUE(records.front().beforeLoss);
+    EXPECT_EQ(records.back().writtenAt, noon + 39min);
+    EXPECT_EQ(records.back().bytes, std::ssize(documentOf(20)));
+}
+
+TEST_P(StoreSuite, RestoringMakesANewHigherVersion)
+{
+    write(0, 30);
+    write(1, 5);
+    EXPECT_EQ(restoreVersion(*store, id, 1, noon + 1h), 3);
+    EXPECT_EQ(store->newestDocument(id)->body, documentOf(30));
+    EXPECT_EQ(store->history(id).size(), 3U);
+    EXPECT_EQ(store->history(id).back().words, 30);
+    EXPECT_FALSE(restoreVersion(*store, id, 9, noon));
+}
+
+TEST_P(StoreSuite, AWriterThatLostARaceLooksAgain)
+{
+    write(0, 30);
+    const auto letAnotherWrite = [&](std::int64_t current) { return current > 1 || write(1, 5).has_value(); };
+    EXPECT_EQ(writeVersion(*store, id, {.body = "{}", .words = 5}, letAnotherWrite), 3);
+    const auto records = store->history(id);
+    EXPECT_TRUE(records[0].beforeLoss);
+    EXPECT_FALSE(records[1].beforeLoss);
+}
+
+TEST_P(StoreSuite, OneOfManyWritersWinsEachVersion)
+{
+    std::latch start(4);
+    std::array<std::atomic<int>, 10> wins{};
+    std::vector<std::jthread> threads;
+    for (int writer = 0; writer < 4; ++writer) {
+        threads.emplace_back([&] {
+            const auto own = open();
+            start.arrive_and_wait();
+            for (std::size_t version = 0; version < wins.size(); ++version)
+                wins[version] +=
+                    own->append(id, static_cast<std::int64_t>(version), {.body = "{}"}, {}) ? 1 : 0;
+        });
+    }
+    threads.clear();
+    for (const auto &each : wins)
+        EXPECT_EQ(each, 1);
+}
+
+TEST_P(StoreSuite, AnotherProcessSeesAndIsSeenAtOnce)
+{
+    const auto other = open();
+    write(0, 3);
+    EXPECT_EQ(other->newestDocument(id)->version, 1);
+    other->setToken(id, "sugar", sha256("new"));
+    EXPECT_TRUE(store->notebookOfToken(sha256("new")));
+    EXPECT_FALSE(store->notebookOfToken(sha256("one")));
+    EXPECT_FALSE(store->setting("url"));
+    other->setSetting("url", "https://a");
+    other->setSetting("url", "https://b");
+    EXPECT_EQ(store->setting("url"), "https://b");
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/linux/x11/XClipboard.h"
+#include "platform/linux/x11/XInput.h"
+
+#include <QTest>
+
+#include <xcb/xtest.h>
+
+namespace nimbrelle {
+
+/// Another client of the same X server: moves the mouse and types as a person would, and owns selections as
+/// another program would.
+class OtherXClient {
+public:
+    void moveTo(QPoint pixel)
+    {
+        // Ending in a small step of its own, since a warped pointer is no motion.
+        post(XCB_MOTION_NOTIFY, 0, pixel - QPoint(2, 0));
+        post(XCB_MOTION_NOTIFY, 0, pixel);
+    }
+    void button(quint8 number, bool isPress)
+    {
+        post(isPress ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, number);
+    }
+    void click(int times = 1)
+    {
+        for (; times > 0; --times) {
+            button(1, true);
+            button(1, false);
+        }
+    }
+    void drag(QPoint from, QPoint to)
+    {
+        moveTo(from);
+        button(1, true);
+        QTest::qWait(20); // no user is faster, and the pointer's place is asked for when the event arrives
+        moveTo((from + to) / 2);
+        moveTo(to);
+        QTest::qWait(20);
+        button(1, false);
+    }
+    void key(quint32 keysym, bool isPress)
+    {
+        post(isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keyboard.keyFor(keysym).value());
+    }
+    void tap(quint32 keysym)
+    {
+        key(keysym, true);
+        key(keysym, false);
+    }
+
+    /// Until the server has carried out all of it.
+    void sync() { x.reply(xcb_get_input_focus_reply, xcb_get_input_focus(x.get())); }
+
+    XConnection x;
+    XKeyboard keyboard{x};
+    XClipboard clipboard{x};
+
+private:
+    void post(quint8 type, quint8 detail, QPoint at = {})
+    {
+        xcb_test_fake_input(x.get(), type, detail, XCB_CURRENT_TIME, x.root(), static_cast<qint16>(at.x()),
+            static_cast<qint16>(at.y()), 0);
+        sync();
+    }
+};
+
+} // namespace nimbrelle
