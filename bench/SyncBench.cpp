@@ -24,8 +24,10 @@ QStringList logOf(const QList<WordEntry> &words)
     QStringList log;
     for (const WordEntry &word : words) {
         for (int i = 0; i < 4; ++i) {
-            const LearningLog::Event event{now + std::chrono::seconds{log.size()}, QStringLiteral("review"),
-                word.headword, QStringLiteral("good")};
+            const LearningLog::Event event{.time = now + std::chrono::seconds{log.size()},
+                .kind = caseText(LogKind::review),
+                .word = word.headword,
+                .detail = QStringLiteral("good")};
             log.append(QString::fromUtf8(encode(event, TextForm::line).value_or(QByteArray())));
         }
     }

@@ -51,7 +51,7 @@ struct Window {
         writeRecordFile(paths.words, sample);
         return paths;
     }
-    NotebookParts parts() { return {theme, SystemClock::shared(), config, words, speaker}; }
+    WordbookParts parts() { return {theme, SystemClock::shared(), config, words, speaker}; }
     WordListView &view()
     {
         if (!m_view) {

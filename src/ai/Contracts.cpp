@@ -16,14 +16,6 @@ QString lastSentence(const WordEntry &word)
     return word.examples.isEmpty() ? QString() : word.examples.last().sentence;
 }
 
-QString displayForms(const QList<Affix> &affixes)
-{
-    QStringList forms;
-    for (const Affix affix : affixes)
-        forms.append(displayForm(affix));
-    return forms.join(u' ');
-}
-
 } // namespace
 
 QString explainMessage(const QString &selection, const std::optional<QString> &context)
@@ -53,7 +45,7 @@ QString mnemonicMessage(const WordEntry &word, const QStringList &knownWords, co
     if (word.familyRoot)
         message += QStringLiteral("\n词根：") + *word.familyRoot;
     if (word.affixes && !word.affixes->isEmpty())
-        message += QStringLiteral("\n词缀：") + displayForms(*word.affixes);
+        message += QStringLiteral("\n词缀：") + displayForms(*word.affixes).join(u' ');
     if (!knownWords.isEmpty())
         message += QStringLiteral("\n他已经掌握的词：") + knownWords.join(QStringLiteral(", "));
     if (!interests.isEmpty())

@@ -103,9 +103,9 @@ bool AskSession::keepWithWord(const AINote &note)
     if (!m_context.focusWord)
         return false;
     const QString &word = *m_context.focusWord;
-    if (!m_words.index(word) && m_context.explanation)
+    if (!m_words.findHeadword(word) && m_context.explanation)
         m_words.save(*m_context.explanation, m_context.source.value_or(PageSource()));
-    if (!m_words.index(word))
+    if (!m_words.findHeadword(word))
         return false;
     m_words.addNote(note, word);
     return true;

@@ -103,11 +103,11 @@ void CardController::showWord(
     const QString &selection, const Explanation &explanation, const PageSource &source)
 {
     WordCardData card{.selection = selection, .explanation = explanation, .source = source};
-    if (const auto known = m_words.index(explanation.headword)) {
-        card.recall = recallFor(m_words.entries()[*known]);
+    if (const WordEntry *known = m_words.findHeadword(explanation.headword)) {
+        card.recall = recallFor(*known);
         card.unlock = m_words.recordLookup(explanation, source);
-        if (const auto now = m_words.index(explanation.headword))
-            card.savedLookupCount = m_words.entries()[*now].lookupCount;
+        if (const WordEntry *now = m_words.findHeadword(explanation.headword))
+            card.savedLookupCount = now->lookupCount;
     }
     update(std::move(card));
 }
@@ -203,11 +203,10 @@ void CardController::rateRecall(bool remembered)
     if (!card || card->recall.kind != RecallState::Kind::revealed)
         return;
     WordCardData rated = *card;
-    const auto word = m_words.index(rated.explanation.headword);
+    const WordEntry *word = m_words.findHeadword(rated.explanation.headword);
     if (!word)
         return;
-    m_words.applyReview(
-        m_words.entries()[*word].id, remembered ? Rating::good : Rating::again, QStringLiteral("review"));
+    m_words.applyReview(word->id, remembered ? Rating::good : Rating::again, LogKind::review);
     rated.recall = {.kind = RecallState::Kind::done, .remembered = remembered};
     update(std::move(rated));
 }

@@ -1,6 +1,7 @@
 #include "coach/ActivityLog.h"
 
 #include "frame/DayKey.h"
+#include "frame/RecordCodec.h"
 
 #include <algorithm>
 
@@ -8,18 +9,12 @@ namespace nimbrelle {
 
 namespace {
 
-using namespace Qt::StringLiterals;
-
 constexpr std::chrono::seconds twoWeeks{1'209'600};
 
-// "recall" was once written for a review; logs that hold it are read for ever.
-ActivityKind kindOf(const QString &kind)
+std::optional<LogKind> kindOf(const LearningLog::Event &event)
 {
-    using enum ActivityKind;
-    static const QHash<QString, ActivityKind> kinds{{u"save"_s, save}, {u"lookup"_s, lookup},
-        {u"review"_s, review}, {u"recall"_s, review}, {u"spell"_s, spell}, {u"glance"_s, glance},
-        {u"graduate"_s, graduate}, {u"leech"_s, leech}, {u"rest"_s, rest}};
-    return kinds.value(kind, other);
+    const auto kind = caseFrom<LogKind>(event.kind);
+    return kind == LogKind::recall ? LogKind::review : kind;
 }
 
 } // namespace
@@ -33,7 +28,7 @@ ActivityLog::ActivityLog(const QList<LearningLog::Event> &events, Timestamp now)
             m_days.emplace(local.day, DayKey::string(event.time));
         m_entries.append({.time = event.time,
             .local = local,
-            .kind = kindOf(event.kind),
+            .kind = kindOf(event),
             .word = event.word,
             .detail = event.detail.value_or(QString())});
     }
@@ -41,7 +36,7 @@ ActivityLog::ActivityLog(const QList<LearningLog::Event> &events, Timestamp now)
         [from = now - twoWeeks](const Activity &entry) { return entry.time >= from; });
 }
 
-QMap<QString, QStringList> ActivityLog::recentDetails(ActivityKind kind) const
+QMap<QString, QStringList> ActivityLog::recentDetails(LogKind kind) const
 {
     QList<const Activity *> wanted;
     for (const Activity &entry : m_recent) {

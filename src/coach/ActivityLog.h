@@ -9,13 +9,10 @@
 
 namespace nimbrelle {
 
-/// The kinds of events that the coach is told of. Any other is still activity on its day.
-enum class ActivityKind { other, save, lookup, review, spell, glance, graduate, leech, rest };
-
 struct Activity {
     Timestamp time;
     LocalTime local;
-    ActivityKind kind = ActivityKind::other;
+    std::optional<LogKind> kind; ///< recall reads as review; absent for an unknown one, which is activity too
     QString word;
     QString detail; ///< of a review its rating; of a spelling the mode's label, a blank and the rating
 };
@@ -36,7 +33,7 @@ public:
     /// Those of the last 14 days of 86,400 seconds, in file order.
     const QList<Activity> &recent() const { return m_recent; }
     /// The details of recent events of one kind by word, each in order of time.
-    QMap<QString, QStringList> recentDetails(ActivityKind kind) const;
+    QMap<QString, QStringList> recentDetails(LogKind kind) const;
 
 private:
     LocalTimes m_localTimes;

@@ -42,7 +42,7 @@ QString periodsOf(const Entries &day)
     return present.join(u'、');
 }
 
-Entries ofKind(const Entries &entries, ActivityKind kind)
+Entries ofKind(const Entries &entries, LogKind kind)
 {
     Entries wanted;
     std::copy_if(entries.cbegin(), entries.cend(), std::back_inserter(wanted),
@@ -81,23 +81,23 @@ QStringList wordsOf(const Entries &entries)
 QStringList itemsOf(const Entries &day)
 {
     QStringList items;
-    const auto add = [&](ActivityKind kind, auto text) {
+    const auto add = [&](LogKind kind, auto text) {
         const Entries entries = ofKind(day, kind);
         if (!entries.isEmpty())
             items.append(text(entries, QString::number(entries.size())));
     };
-    add(ActivityKind::save, [](const Entries &, const QString &n) { return u"存了 "_s + n + u" 个词"_s; });
-    add(ActivityKind::lookup,
+    add(LogKind::save, [](const Entries &, const QString &n) { return u"存了 "_s + n + u" 个词"_s; });
+    add(LogKind::lookup,
         [](const Entries &, const QString &n) { return u"又查到已存的词 "_s + n + u" 次"_s; });
-    add(ActivityKind::review, [](const Entries &reviews, const QString &n) {
+    add(LogKind::review, [](const Entries &reviews, const QString &n) {
         return u"复习 "_s + n + u" 题（"_s + ratingCounts(reviews) + u"）"_s;
     });
-    add(ActivityKind::spell, [](const Entries &spellings, const QString &n) {
+    add(LogKind::spell, [](const Entries &spellings, const QString &n) {
         return u"拼写 "_s + n + u" 次（拼对 "_s + QString::number(spelledRight(spellings)) + u"）"_s;
     });
-    add(ActivityKind::glance,
+    add(LogKind::glance,
         [](const Entries &, const QString &n) { return u"点开菜单栏的词看了 "_s + n + u" 次"_s; });
-    add(ActivityKind::graduate, [](const Entries &graduations, const QString &) {
+    add(LogKind::graduate, [](const Entries &graduations, const QString &) {
         return u"记牢毕业："_s + wordsOf(graduations).join(u", "_s);
     });
     return items;
@@ -130,31 +130,32 @@ QString knowledgeOf(const WordEntry &entry)
     return text;
 }
 
-QString outcomeOf(const Activity &entry)
+QString spellingText(QString rating)
 {
-    switch (entry.kind) {
-    case ActivityKind::spell: {
-        QString rating = entry.detail;
-        rating.replace(u"again"_s, u"拼错"_s).replace(u"hard"_s, u"有小错"_s);
-        rating.replace(u"good"_s, u"拼对"_s).replace(u"easy"_s, u"拼对"_s);
-        return u"拼写（"_s + rating + u"）"_s;
-    }
-    case ActivityKind::graduate:
-        return u"毕业了"_s;
-    case ActivityKind::leech:
-        return u"变成难啃的词"_s;
-    case ActivityKind::rest:
-        return u"先休息"_s;
-    default:
-        return ratingLabel(entry.detail);
-    }
+    rating.replace(u"again"_s, u"拼错"_s).replace(u"hard"_s, u"有小错"_s);
+    rating.replace(u"good"_s, u"拼对"_s).replace(u"easy"_s, u"拼对"_s);
+    return u"拼写（"_s + rating + u"）"_s;
 }
 
-bool isOutcome(const Activity &entry)
+/// What became of the word; absent for an event that says nothing of that.
+std::optional<QString> outcomeOf(const Activity &entry)
 {
-    constexpr ActivityKind outcomes[]{ActivityKind::review, ActivityKind::spell, ActivityKind::graduate,
-        ActivityKind::leech, ActivityKind::rest};
-    return std::find(std::begin(outcomes), std::end(outcomes), entry.kind) != std::end(outcomes);
+    if (!entry.kind)
+        return std::nullopt;
+    switch (*entry.kind) {
+    case LogKind::review:
+        return ratingLabel(entry.detail);
+    case LogKind::spell:
+        return spellingText(entry.detail);
+    case LogKind::graduate:
+        return u"毕业了"_s;
+    case LogKind::leech:
+        return u"变成难啃的词"_s;
+    case LogKind::rest:
+        return u"先休息"_s;
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -206,7 +207,7 @@ QStringList recentDays(const ActivityLog &log)
 
 QStringList forgottenWords(const ActivityLog &log, const QList<WordEntry> &words)
 {
-    const auto reviews = log.recentDetails(ActivityKind::review);
+    const auto reviews = log.recentDetails(LogKind::review);
     const auto known = byHeadword(words);
     QStringList lines;
     for (auto word = reviews.cbegin(); word != reviews.cend(); ++word) {
@@ -224,7 +225,7 @@ QStringList forgottenWords(const ActivityLog &log, const QList<WordEntry> &words
 
 QStringList recalledWords(const ActivityLog &log)
 {
-    const auto reviews = log.recentDetails(ActivityKind::review);
+    const auto reviews = log.recentDetails(LogKind::review);
     QStringList words;
     for (auto word = reviews.cbegin(); word != reviews.cend(); ++word) {
         const QStringList &ratings = *word;
@@ -239,7 +240,7 @@ QStringList recalledWords(const ActivityLog &log)
 
 QStringList recentSpelling(const ActivityLog &log)
 {
-    const auto spellings = log.recentDetails(ActivityKind::spell);
+    const auto spellings = log.recentDetails(LogKind::spell);
     QStringList lines;
     for (auto word = spellings.cbegin(); word != spellings.cend(); ++word)
         lines.append(ratingLine(word.key(), *word));
@@ -251,7 +252,7 @@ QStringList recentSpelling(const ActivityLog &log)
 qint64 reviewsToday(const ActivityLog &log)
 {
     return std::count_if(log.entries().cbegin(), log.entries().cend(),
-        [&log](const Activity &entry) { return entry.kind == ActivityKind::review && log.isToday(entry); });
+        [&log](const Activity &entry) { return entry.kind == LogKind::review && log.isToday(entry); });
 }
 
 QStringList outcomesToday(const ActivityLog &log)
@@ -259,11 +260,12 @@ QStringList outcomesToday(const ActivityLog &log)
     QStringList order;
     QHash<QString, QStringList> outcomes;
     for (const Activity &entry : log.entries()) {
-        if (!log.isToday(entry) || !isOutcome(entry))
+        const auto outcome = log.isToday(entry) ? outcomeOf(entry) : std::nullopt;
+        if (!outcome)
             continue;
         if (!outcomes.contains(entry.word))
             order.append(entry.word);
-        outcomes[entry.word].append(outcomeOf(entry));
+        outcomes[entry.word].append(*outcome);
     }
     QStringList lines;
     for (const QString &word : std::as_const(order))

@@ -2,17 +2,19 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 QString label(ModifierKey key)
 {
     switch (key) {
     case ModifierKey::option:
-        return QStringLiteral("⌥ Option");
+        return u"⌥ Option"_s;
     case ModifierKey::command:
-        return QStringLiteral("⌘ Command");
+        return u"⌘ Command"_s;
     case ModifierKey::control:
-        return QStringLiteral("⌃ Control");
+        return u"⌃ Control"_s;
     case ModifierKey::shift:
-        return QStringLiteral("⇧ Shift");
+        return u"⇧ Shift"_s;
     }
     return {};
 }
@@ -21,64 +23,63 @@ QString keyboardLabel(ModifierKey key)
 {
     switch (key) {
     case ModifierKey::option:
-        return label(key) + QStringLiteral("（Alt）");
+        return label(key) + u"（Alt）"_s;
     case ModifierKey::command:
-        return label(key) + QStringLiteral("（Super）");
+        return label(key) + u"（Super）"_s;
     case ModifierKey::control:
-        return label(key) + QStringLiteral("（Ctrl）");
+        return label(key) + u"（Ctrl）"_s;
     case ModifierKey::shift:
         return label(key);
     }
     return {};
 }
 
-std::array<qint64, 7> StudySettings::order() const
+std::array<qint64, 7> StudyValues::order() const
 {
-    return {learningSlots, dailyNewLimit, sessionSize, graduateDays, leechThreshold, dormantDays,
-        recallOnLookup ? 1 : 0};
+    return std::apply(
+        [this](const auto &...field) { return std::array{static_cast<qint64>(this->*field.member)...}; },
+        fieldsOf<StudyValues>);
+}
+
+QString AppConfig::defaultBaseURL()
+{
+    return u"https://api.deepseek.com"_s;
+}
+
+QString AppConfig::defaultModel()
+{
+    return u"deepseek-chat"_s;
 }
 
 QStringList AppConfig::defaultExcludedBundleIDs()
 {
     return {
-        QStringLiteral("com.apple.finder"),
-        QStringLiteral("com.apple.Terminal"),
-        QStringLiteral("com.googlecode.iterm2"),
-        QStringLiteral("com.apple.dt.Xcode"),
-        QStringLiteral("com.microsoft.VSCode"),
-        QStringLiteral("com.apple.keychainaccess"),
-        QStringLiteral("com.apple.Passwords"),
-        QStringLiteral("com.1password.1password"),
-        QStringLiteral("com.agilebits.onepassword7"),
+        u"com.apple.finder"_s,
+        u"com.apple.Terminal"_s,
+        u"com.googlecode.iterm2"_s,
+        u"com.apple.dt.Xcode"_s,
+        u"com.microsoft.VSCode"_s,
+        u"com.apple.keychainaccess"_s,
+        u"com.apple.Passwords"_s,
+        u"com.1password.1password"_s,
+        u"com.agilebits.onepassword7"_s,
     };
 }
 
 std::optional<StudySettings> AppConfig::studySettings() const
 {
     const auto changedAt = timestampFromIso(studySettingsAt);
-    if (!changedAt)
-        return std::nullopt;
-    return StudySettings{learningSlots, dailyNewLimit, sessionSize, graduateDays, leechThreshold, dormantDays,
-        recallOnLookup, *changedAt};
+    return changedAt ? std::optional(StudySettings{*this, *changedAt}) : std::nullopt;
 }
 
 bool AppConfig::hasStudySettingsOf(const AppConfig &other) const
 {
-    return learningSlots == other.learningSlots && dailyNewLimit == other.dailyNewLimit
-        && sessionSize == other.sessionSize && graduateDays == other.graduateDays
-        && leechThreshold == other.leechThreshold && dormantDays == other.dormantDays
-        && recallOnLookup == other.recallOnLookup;
+    return StudyValues::operator==(other);
 }
 
 void AppConfig::takeStudySettings(const StudySettings &settings)
 {
-    learningSlots = settings.learningSlots;
-    dailyNewLimit = settings.dailyNewLimit;
-    sessionSize = settings.sessionSize;
-    graduateDays = settings.graduateDays;
-    leechThreshold = settings.leechThreshold;
-    dormantDays = settings.dormantDays;
-    recallOnLookup = settings.recallOnLookup;
+    StudyValues::operator=(settings);
     studySettingsAt = isoText(settings.changedAt);
 }
 

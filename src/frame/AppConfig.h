@@ -20,41 +20,8 @@ QString label(ModifierKey key);
 /// The same with the name on this keyboard behind it, such as "⌥ Option（Alt）", where that is another one.
 QString keyboardLabel(ModifierKey key);
 
-/// The settings that travel between devices, with the time of their last change.
-struct StudySettings {
-    qint64 learningSlots = 0;
-    qint64 dailyNewLimit = 0;
-    qint64 sessionSize = 0;
-    qint64 graduateDays = 0;
-    qint64 leechThreshold = 0;
-    qint64 dormantDays = 0;
-    bool recallOnLookup = false;
-    Timestamp changedAt;
-
-    /// The seven values in declared order: the tie-break between two settings of one time.
-    std::array<qint64, 7> order() const;
-
-    bool operator==(const StudySettings &) const = default;
-};
-template <>
-inline constexpr auto fieldsOf<StudySettings> =
-    fields("learningSlots", &StudySettings::learningSlots, "dailyNewLimit", &StudySettings::dailyNewLimit,
-        "sessionSize", &StudySettings::sessionSize, "graduateDays", &StudySettings::graduateDays,
-        "leechThreshold", &StudySettings::leechThreshold, "dormantDays", &StudySettings::dormantDays,
-        "recallOnLookup", &StudySettings::recallOnLookup, "changedAt", &StudySettings::changedAt);
-
-/// All settings of this device. Missing keys of a file take these defaults.
-struct AppConfig {
-    QString apiKey;
-    QString baseURL = QStringLiteral("https://api.deepseek.com");
-    QString model = QStringLiteral("deepseek-chat");
-    bool autoPopupOnSelect = true;
-    bool dwellLookup = true;
-    double dwellSeconds = 1.0;
-    bool optionHoverOCR = true; ///< the hover key reads the word under the pointer, whichever key it is now
-    ModifierKey hoverKey = ModifierKey::option;
-    ModifierKey regionKey = ModifierKey::command;
-    bool optionRegionTranslate = true;
+/// The settings that travel between devices.
+struct StudyValues {
     qint64 learningSlots = 30;
     qint64 dailyNewLimit = 8;
     qint64 sessionSize = 15;
@@ -62,6 +29,40 @@ struct AppConfig {
     qint64 leechThreshold = 4;
     qint64 dormantDays = 30;
     bool recallOnLookup = true;
+
+    /// As integers in declared order: the tie-break between two settings of one time.
+    std::array<qint64, 7> order() const;
+
+    bool operator==(const StudyValues &) const = default;
+};
+template <>
+inline constexpr auto fieldsOf<StudyValues> = fields("learningSlots", &StudyValues::learningSlots,
+    "dailyNewLimit", &StudyValues::dailyNewLimit, "sessionSize", &StudyValues::sessionSize, "graduateDays",
+    &StudyValues::graduateDays, "leechThreshold", &StudyValues::leechThreshold, "dormantDays",
+    &StudyValues::dormantDays, "recallOnLookup", &StudyValues::recallOnLookup);
+
+/// The same with the time of their last change.
+struct StudySettings : StudyValues {
+    Timestamp changedAt;
+
+    bool operator==(const StudySettings &) const = default;
+};
+template <>
+inline constexpr auto fieldsOf<StudySettings> =
+    fieldsWithBase<StudyValues>(fields("changedAt", &StudySettings::changedAt));
+
+/// All settings of this device. Missing keys of a file take these defaults.
+struct AppConfig : StudyValues {
+    QString apiKey;
+    QString baseURL = defaultBaseURL();
+    QString model = defaultModel();
+    bool autoPopupOnSelect = true;
+    bool dwellLookup = true;
+    double dwellSeconds = 1.0;
+    bool optionHoverOCR = true; ///< the hover key reads the word under the pointer, whichever key it is now
+    ModifierKey hoverKey = ModifierKey::option;
+    ModifierKey regionKey = ModifierKey::command;
+    bool optionRegionTranslate = true;
     bool menuBarWord = true;
     QStringList excludedBundleIDs = defaultExcludedBundleIDs();
     QString syncServer;
@@ -69,6 +70,8 @@ struct AppConfig {
     QString syncPin;
     QString studySettingsAt; ///< when a study setting last changed, as ISO 8601 text; empty: never
 
+    static QString defaultBaseURL();
+    static QString defaultModel();
     static QStringList defaultExcludedBundleIDs();
 
     /// Absent while no study setting was ever changed here: the device then takes those of the others.
@@ -80,16 +83,13 @@ struct AppConfig {
 };
 template <> inline constexpr bool missingTakesDefault<AppConfig> = true;
 template <>
-inline constexpr auto fieldsOf<AppConfig> = fields("apiKey", &AppConfig::apiKey, "baseURL",
-    &AppConfig::baseURL, "model", &AppConfig::model, "autoPopupOnSelect", &AppConfig::autoPopupOnSelect,
-    "dwellLookup", &AppConfig::dwellLookup, "dwellSeconds", &AppConfig::dwellSeconds, "optionHoverOCR",
-    &AppConfig::optionHoverOCR, "hoverKey", lenient(&AppConfig::hoverKey), "regionKey",
-    lenient(&AppConfig::regionKey), "optionRegionTranslate", &AppConfig::optionRegionTranslate,
-    "learningSlots", &AppConfig::learningSlots, "dailyNewLimit", &AppConfig::dailyNewLimit, "sessionSize",
-    &AppConfig::sessionSize, "graduateDays", &AppConfig::graduateDays, "leechThreshold",
-    &AppConfig::leechThreshold, "dormantDays", &AppConfig::dormantDays, "recallOnLookup",
-    &AppConfig::recallOnLookup, "menuBarWord", &AppConfig::menuBarWord, "excludedBundleIDs",
+inline constexpr auto fieldsOf<AppConfig> = fieldsWithBase<StudyValues>(fields("apiKey", &AppConfig::apiKey,
+    "baseURL", &AppConfig::baseURL, "model", &AppConfig::model, "autoPopupOnSelect",
+    &AppConfig::autoPopupOnSelect, "dwellLookup", &AppConfig::dwellLookup, "dwellSeconds",
+    &AppConfig::dwellSeconds, "optionHoverOCR", &AppConfig::optionHoverOCR, "hoverKey",
+    lenient(&AppConfig::hoverKey), "regionKey", lenient(&AppConfig::regionKey), "optionRegionTranslate",
+    &AppConfig::optionRegionTranslate, "menuBarWord", &AppConfig::menuBarWord, "excludedBundleIDs",
     &AppConfig::excludedBundleIDs, "syncServer", &AppConfig::syncServer, "syncToken", &AppConfig::syncToken,
-    "syncPin", &AppConfig::syncPin, "studySettingsAt", &AppConfig::studySettingsAt);
+    "syncPin", &AppConfig::syncPin, "studySettingsAt", &AppConfig::studySettingsAt));
 
 } // namespace nimbrelle

@@ -8,6 +8,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString chosenDirectory()
@@ -15,8 +17,7 @@ QString chosenDirectory()
     const QByteArray wanted = qgetenv("NIMBRELLE_DATA_DIR");
     if (!wanted.isEmpty())
         return QFile::decodeName(wanted);
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-        + QStringLiteral("/Nimbrelle");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Nimbrelle"_s;
 }
 
 AppPaths prepared()

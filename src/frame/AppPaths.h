@@ -4,13 +4,13 @@
 
 namespace nimbrelle {
 
-/// Where the data files stand: one flat directory, one file for each kind of record.
+/// Where the data files are: one flat directory, one file for each kind of record.
 class AppPaths {
 public:
     /// The paths below `directory`; touches nothing.
     explicit AppPaths(QString directory);
 
-    /// Those of this process: NIMBRELLE_DATA_DIR as it stands if it is set and not empty, else the folder
+    /// Those of this process: NIMBRELLE_DATA_DIR as it is if it is set and not empty, else the folder
     /// Nimbrelle in the user's generic data location. Chosen once, at first use; the directory is created
     /// then, and what killed processes left in it is removed. A failure shows only in that nothing can be
     /// read.

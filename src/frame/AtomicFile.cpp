@@ -16,6 +16,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 int FileCalls::open(const char *path, int flags, mode_t mode)
 {
     return ::open(path, flags, mode);
@@ -53,7 +55,7 @@ constexpr int newFile = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
 
 const QRegularExpression &temporaryName()
 {
-    static const QRegularExpression pattern(QStringLiteral("^\\..+\\.[0-9a-f]{16}\\.tmp$"));
+    static const QRegularExpression pattern(u"^\\..+\\.[0-9a-f]{16}\\.tmp$"_s);
     return pattern;
 }
 
@@ -61,7 +63,7 @@ QString temporaryFor(const QFileInfo &target)
 {
     const QString random =
         QString::number(QRandomGenerator::system()->generate64(), 16).rightJustified(16, u'0');
-    return QStringLiteral("%1/.%2.%3.tmp").arg(target.path(), target.fileName(), random);
+    return u"%1/.%2.%3.tmp"_s.arg(target.path(), target.fileName(), random);
 }
 
 // Where a write must go so that a link in place of the file survives it.

@@ -35,14 +35,14 @@ class FileReplacement {
 public:
     explicit FileReplacement(
         const QString &path, FileMode mode = FileMode::ordinary, FileCalls &calls = FileCalls::system());
-    /// Without a commit the old file stands as it was.
+    /// Without a commit the old file stays as it was.
     ~FileReplacement();
     Q_DISABLE_COPY_MOVE(FileReplacement)
 
     /// A failure shows at commit().
     void append(QByteArrayView bytes);
 
-    /// Puts what was appended in place. False when any step failed; the old file then stands as it was.
+    /// Puts what was appended in place. False when any step failed; the old file then stays as it was.
     bool commit();
 
 private:

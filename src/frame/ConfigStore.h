@@ -22,10 +22,10 @@ public:
     const AppConfig &config() const { return m_config; }
 
     /// Takes effect and is saved at once. A change of a study setting stamps studySettingsAt, at least one
-    /// second later than the stamp before, and is told by studySettingsChanged. An equal record does nothing.
+    /// second later than the stamp before, and emits studySettingsChanged. An equal record does nothing.
     void setConfig(const AppConfig &config);
 
-    /// Takes over settings from a merge with their own stamp, and tells nobody to sync.
+    /// Takes over settings from a merge with their own stamp; studySettingsChanged is not emitted.
     void applySync(const StudySettings &settings);
     bool applyingSync() const { return m_applyingSync; }
 
@@ -33,7 +33,7 @@ public:
 
 signals:
     void configChanged();
-    void studySettingsChanged(); ///< by the user, so that it wants to travel; not by a merge
+    void studySettingsChanged(); ///< by the user and not by a merge, so that it is to be synced
 
 private:
     QString stampAfter(const QString &earlier) const;

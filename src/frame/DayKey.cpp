@@ -6,6 +6,8 @@
 
 namespace nimbrelle::DayKey {
 
+using namespace Qt::StringLiterals;
+
 QString string(Timestamp date)
 {
     using namespace std::chrono;
@@ -13,7 +15,7 @@ QString string(Timestamp date)
     const qint64 sinceEpoch = floor<milliseconds>(time.time_since_epoch()).count();
     const QDate local = QDateTime::fromMSecsSinceEpoch(sinceEpoch).date();
 
-    QString key = QStringLiteral("0000-00-00");
+    QString key = u"0000-00-00"_s;
     const auto put = [&key](qsizetype at, int width, int value) {
         for (qsizetype i = at + width - 1; i >= at; --i, value /= 10)
             key[i] = QChar(u'0' + value % 10);

@@ -16,11 +16,7 @@ public:
     const char *what() const noexcept override { return m_bytes.constData(); }
 
     /// What to show of whatever ended a flow: a failure's sentence, or what another exception says of itself.
-    static QString shownText(const std::exception &error)
-    {
-        const auto *ours = dynamic_cast<const Failure *>(&error);
-        return ours ? ours->text() : QString::fromUtf8(error.what());
-    }
+    static QString shownText(const std::exception &error);
 
 private:
     QString m_text;
@@ -30,7 +26,7 @@ private:
 /// The flow was stopped by its owner; whoever catches it treats it as no failure and shows nothing.
 class Cancelled : public Failure {
 public:
-    Cancelled() : Failure(QStringLiteral("已取消")) { }
+    Cancelled();
 };
 
 } // namespace nimbrelle

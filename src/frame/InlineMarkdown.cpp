@@ -6,6 +6,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A piece of the text: plain, or a run of marks of which some may still find their partners.
@@ -87,7 +89,7 @@ private:
             readMarks(c);
         } else if (c == u'[') {
             m_brackets.push_back(m_pieces.size());
-            m_pieces.push_back({.text = QStringLiteral("[")});
+            m_pieces.push_back({.text = u"["_s});
             ++m_at;
         } else if (c == u']') {
             readClosingBracket();
@@ -156,7 +158,7 @@ private:
         if (!end) {
             if (!m_brackets.empty())
                 m_brackets.pop_back();
-            addPlain(QStringLiteral("]"));
+            addPlain(u"]"_s);
             ++m_at;
             return;
         }
@@ -173,7 +175,7 @@ private:
         m_at = *end + 1;
     }
 
-    // Where the ")" of "](address)" stands, with the "]" at the reading position.
+    // The position of the ")" of "](address)", with the "]" at the reading position.
     std::optional<qsizetype> destinationEnd() const
     {
         if (m_at + 1 >= m_text.size() || m_text[m_at + 1] != u'(')
@@ -233,7 +235,7 @@ private:
             if (!result.isEmpty() && result.last().style == piece.style)
                 result.last().text += piece.text;
             else
-                result.append({piece.text, piece.style});
+                result.append({.text = piece.text, .style = piece.style});
         }
         return result;
     }

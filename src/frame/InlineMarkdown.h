@@ -24,7 +24,7 @@ struct StyledRun {
 };
 
 /// Reads Markdown's inline syntax: **bold**, *italic*, ~~struck~~, `code`, [links](address) and backslash
-/// escapes. Everything else, white space, line breaks and list dashes too, stays as it stands, and so does a
+/// escapes. Everything else, white space, line breaks and list dashes too, stays as it is, and so does a
 /// mark without its partner, as every text that is still streaming in has. Neighbouring runs differ in style.
 /// The flanking rules are CommonMark's, eased beside East Asian text, which has no blanks round words.
 QList<StyledRun> inlineMarkdown(const QString &text);

@@ -5,7 +5,7 @@
 #include <QStringEncoder>
 #include <QUtf8StringView>
 
-// Errors are told by results here; the library's own assertions would end the process.
+// Errors are reported by results here; the library's own assertions would end the process.
 #define RAPIDJSON_ASSERT(condition) Q_ASSERT(condition)
 // Strings are scanned sixteen bytes at a time where the processor can.
 #if defined(__SSE2__)

@@ -63,7 +63,7 @@ public:
     /// Takes finished pieces of the text in order; what is still held at the end is in finished().
     using Drain = std::function<void(QByteArrayView piece)>;
 
-    /// With a drain, a long text never stands in memory as a whole.
+    /// With a drain, a long text is never in memory as a whole.
     explicit JsonWriter(Layout layout, Drain drain = {});
     ~JsonWriter();
 
@@ -80,7 +80,7 @@ public:
     void number(double value);
     /// An unpaired surrogate is written as U+FFFD.
     void string(QStringView text);
-    /// ASCII without quotation marks, backslashes and control characters; written as it stands.
+    /// ASCII without quotation marks, backslashes and control characters; written as it is.
     void plain(std::string_view text);
 
     /// The text, or what no drain has taken of it, valid as long as the writer; absent when a step failed or

@@ -7,7 +7,7 @@
 
 namespace nimbrelle {
 
-/// Tells again and again that it is time to look. Main thread only; the clock must outlive it.
+/// Emits due() at a fixed interval. Main thread only; the clock must outlive it.
 class Recheck : public QObject {
     Q_OBJECT
 

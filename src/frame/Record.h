@@ -6,7 +6,7 @@
 #include <tuple>
 #include <utility>
 
-/// How a record tells the codec about itself. A record is a plain struct with defaulted equality; it names
+/// How a record describes itself to the codec. A record is a plain struct with defaulted equality; it names
 /// each field once, in declared order:
 ///
 ///     template <> inline constexpr auto fieldsOf<Example> = fields("id", &Example::id, ...);
@@ -61,9 +61,19 @@ template <class... KeysAndMembers> constexpr auto fields(KeysAndMembers... keysA
 
 template <class Record> inline constexpr std::nullptr_t fieldsOf = nullptr;
 
+/// The fields of a record that derives from another: first those of its base, then its own.
+template <class Base, class Record, class... Members>
+constexpr auto fieldsWithBase(const std::tuple<Field<Record, Members>...> &own)
+{
+    const auto inherited = []<class... BaseMembers>(const Field<Base, BaseMembers> &...field) {
+        return std::make_tuple(Field<Record, BaseMembers>{field.key, field.member, field.isLenient}...);
+    };
+    return std::tuple_cat(std::apply(inherited, fieldsOf<Base>), own);
+}
+
 template <class Record> inline constexpr bool missingTakesDefault = false;
 
-/// Names a member whose own fields stand in the same flat object as those of the record around it.
+/// Names a member whose own fields are in the same flat object as those of the record around it.
 template <class Record> inline constexpr std::nullptr_t flattenedOf = nullptr;
 
 /// The case names of a stored enumeration whose values count from 0:

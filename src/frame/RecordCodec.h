@@ -17,7 +17,7 @@ namespace nimbrelle {
 
 enum class KeyStyle {
     asDeclared,
-    fromSnakeCase, ///< meaning_zh names the field meaningZh; keys without "_" are taken as they stand
+    fromSnakeCase, ///< meaning_zh names the field meaningZh; keys without "_" are taken as they are
 };
 
 enum class TextForm {

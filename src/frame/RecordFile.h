@@ -12,8 +12,8 @@ template <class T> std::optional<T> readRecordFile(const QString &path)
     return bytes ? decode<T>(*bytes) : std::nullopt;
 }
 
-/// Replaces the file by `value`. A failure leaves the old file and is not told: memory is ahead of the disk
-/// until a later write.
+/// Replaces the file by `value`. A failure leaves the old file and is not reported: memory is ahead of the
+/// disk until a later write.
 template <class T>
 void writeRecordFile(const QString &path, const T &value, FileMode mode = FileMode::ordinary)
 {

@@ -6,10 +6,12 @@
 
 namespace nimbrelle::WordPattern {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString wordCharacter = QStringLiteral("[\\p{L}\\p{M}\\p{N}\\p{Pc}]");
-const QString boundary = QStringLiteral("(?:(?<=%1)(?!%1)|(?<!%1)(?=%1))").arg(wordCharacter);
+const QString wordCharacter = u"[\\p{L}\\p{M}\\p{N}\\p{Pc}]"_s;
+const QString boundary = u"(?:(?<=%1)(?!%1)|(?<!%1)(?=%1))"_s.arg(wordCharacter);
 
 QRegularExpression expressionOf(const QString &pattern)
 {
@@ -24,7 +26,7 @@ QString escaped(const QString &text, Blanks blanks)
     QStringList pieces = text.split(u' ');
     for (QString &piece : pieces)
         piece = QRegularExpression::escape(piece);
-    return pieces.join(QStringLiteral("\\s+"));
+    return pieces.join(u"\\s+"_s);
 }
 
 } // namespace

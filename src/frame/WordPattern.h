@@ -17,8 +17,8 @@ namespace WordPattern {
 
 enum class Blanks { asWritten, anySpace };
 
-/// `text` to the letter, between two word boundaries; each of its blanks stands for any white space if told
-/// so.
+/// `text` to the letter, between two word boundaries; each of its blanks matches any white space if asked
+/// to.
 QRegularExpression whole(const QString &text, Blanks blanks = Blanks::asWritten);
 
 /// A word that begins with `stem`.
@@ -30,7 +30,7 @@ QStringList longestFirst(QStringList words);
 /// The first match that cuts no character in two. Absent too for an expression that could not be built.
 std::optional<TextRange> firstMatch(const QRegularExpression &expression, const QString &text);
 
-/// Every place where one of the terms stands in `text`, letter case and word boundaries aside, term by term.
+/// Every place where one of the terms occurs in `text`, letter case and word boundaries aside, term by term.
 /// Blanks round a term don't count.
 QList<TextRange> allOccurrences(const QString &text, const QStringList &terms);
 

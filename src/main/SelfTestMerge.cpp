@@ -76,7 +76,7 @@ ReviewState review(double stability, qint64 reps, Timestamp lastReview)
 
 StudySettings settings(qint64 learningSlots, qint64 newWords, qint64 round, Timestamp changedAt)
 {
-    return {learningSlots, newWords, round, 30, 4, 30, true, changedAt};
+    return {{.learningSlots = learningSlots, .dailyNewLimit = newWords, .sessionSize = round}, changedAt};
 }
 
 WordEntry runOnComputer()

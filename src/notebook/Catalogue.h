@@ -97,6 +97,7 @@ constexpr bool isSuffix(Affix affix)
 }
 /// With a hyphen on the joining side: un-, -tion.
 QString displayForm(Affix affix);
+QStringList displayForms(const QList<Affix> &affixes);
 QString meaning(Affix affix);
 QString examples(Affix affix);
 /// Other spellings or a caution; empty for most.

@@ -22,7 +22,7 @@ struct Explanation {
     std::optional<QString> sentence;
     std::optional<bool> sentenceIsExample; ///< true when the AI wrote the sentence itself
     std::optional<QString> sentenceZh;
-    std::optional<QString> surfaceForm; ///< the selection as it stands in the sentence
+    std::optional<QString> surfaceForm; ///< the selection as the sentence has it
     std::optional<QString> formKind;
     std::optional<QMap<QString, QString>> inflections; ///< keys as the AI wrote them
     std::optional<QString> grammar;

@@ -24,9 +24,10 @@ LearningLog &LearningLog::shared()
     return log;
 }
 
-void LearningLog::add(const QString &kind, const QString &word, const std::optional<QString> &detail)
+void LearningLog::add(LogKind kind, const QString &word, const std::optional<QString> &detail)
 {
-    auto line = encode(Event{m_clock.now(), kind, word, detail}, TextForm::line);
+    auto line = encode(
+        Event{.time = m_clock.now(), .kind = caseText(kind), .word = word, .detail = detail}, TextForm::line);
     if (!line)
         return;
     line->append('\n');
@@ -53,7 +54,7 @@ LearningLog::Stamp LearningLog::stamp() const
     const QFileInfo file(m_path);
     if (!file.exists())
         return {};
-    return {file.size(), file.lastModified().toMSecsSinceEpoch()};
+    return {.size = file.size(), .modified = file.lastModified().toMSecsSinceEpoch()};
 }
 
 void LearningLog::replaceAll(const QStringList &lines)

@@ -12,13 +12,34 @@ namespace nimbrelle {
 class AppPaths;
 class Clock;
 
+/// The kind of an event.
+enum class LogKind {
+    lookup,
+    save,
+    awaken,
+    join,
+    leave,
+    review,
+    graduate,
+    leech,
+    spell,
+    spellAdd,
+    spellRemove,
+    rest,
+    glance,
+    recall, ///< never written any more; logs that hold it are read for ever, as reviews
+};
+template <>
+inline constexpr auto caseNames<LogKind> = cases("lookup", "save", "awaken", "join", "leave", "review",
+    "graduate", "leech", "spell", "spell-add", "spell-remove", "rest", "glance", "recall");
+
 /// The append-only diary of what the learner did with words, one JSON object a line. Every failure is
 /// ignored: a lost event is preferred to any interruption of learning.
 class LearningLog {
 public:
     struct Event {
         Timestamp time;
-        QString kind; ///< open: a reader passes over kinds that it doesn't know
+        QString kind; ///< the name of a LogKind, or of a kind that only another version knows
         QString word;
         std::optional<QString> detail;
 
@@ -29,12 +50,12 @@ public:
     static LearningLog &shared();
 
     /// Appends one event of this moment, with a single write.
-    void add(const QString &kind, const QString &word, const std::optional<QString> &detail = std::nullopt);
+    void add(LogKind kind, const QString &word, const std::optional<QString> &detail = std::nullopt);
 
     /// The raw lines in file order, broken ones included; empty lines are left out.
     QStringList readLines() const;
 
-    /// Another after every change of the file. Tells nothing else, and reads nothing.
+    /// Differs after every change of the file. Found without reading it.
     struct Stamp {
         qint64 size = 0;
         qint64 modified = 0; ///< milliseconds since 1970

@@ -17,7 +17,7 @@ std::optional<QString> hostOf(const std::optional<QString> &url)
         return parts.isEmpty() ? std::nullopt : std::optional(parts.last());
     }
     QString host = address.host();
-    if (host.startsWith(QStringLiteral("www.")))
+    if (host.startsWith(u"www."_s))
         host.remove(0, 4);
     return host.isEmpty() ? std::nullopt : std::optional(host);
 }

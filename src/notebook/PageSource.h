@@ -21,7 +21,7 @@ struct PageSource {
     bool operator==(const PageSource &) const = default;
 };
 
-/// The rule of PageSource::host for an address that stands by itself.
+/// The rule of PageSource::host for an address alone.
 std::optional<QString> hostOf(const std::optional<QString> &url);
 
 /// "来自 Firefox · example.org"; empty when nothing is known.

@@ -3,6 +3,7 @@
 #include "frame/AppConfig.h"
 #include "frame/DayKey.h"
 #include "frame/Saturate.h"
+#include "notebook/WordQueries.h"
 
 #include <QHash>
 #include <QSet>
@@ -33,11 +34,6 @@ bool goesBackBefore(const WordEntry *a, const WordEntry *b)
     if (changedA != changedB)
         return changedA > changedB;
     return idText(a->id) < idText(b->id);
-}
-
-bool isLearning(const WordEntry &entry)
-{
-    return entry.stage == Stage::learning;
 }
 
 bool isRestOver(const WordEntry &entry, Timestamp now)
@@ -101,7 +97,7 @@ QList<QUuid> SlotTrim::pick(const QList<WordEntry> &words, qint64 over)
         return {};
     QList<const WordEntry *> learning;
     for (const WordEntry &word : words) {
-        if (isLearning(word))
+        if (word.stage == Stage::learning)
             learning.append(&word);
     }
     std::stable_sort(learning.begin(), learning.end(), goesBackBefore);
@@ -120,7 +116,7 @@ SlotPlan planSlots(
             plan.waking.append(i);
     }
 
-    const qint64 learning = std::count_if(entries.cbegin(), entries.cend(), isLearning);
+    const qint64 learning = WordQueries::learningCount(entries);
     plan.leaving =
         positionsOf(SlotTrim::pick(entries, saturatingSubtract(learning, config.learningSlots)), entries);
     const qint64 free = saturatingSubtract(config.learningSlots, learning - plan.leaving.size());
@@ -131,25 +127,6 @@ SlotPlan planSlots(
     plan.joining = candidates(entries, config, now);
     plan.joining.resize(std::min<qint64>({free, allowance, plan.joining.size()}));
     return plan;
-}
-
-void wake(WordEntry &entry, Timestamp now)
-{
-    entry.stage = Stage::seen;
-    entry.restUntil.reset();
-    entry.stateAt = now;
-}
-
-void leaveLearning(WordEntry &entry, Timestamp now)
-{
-    entry.stage = Stage::seen;
-    entry.stateAt = now;
-}
-
-void joinLearning(WordEntry &entry, Timestamp now)
-{
-    entry.stage = Stage::learning;
-    entry.stateAt = now;
 }
 
 } // namespace nimbrelle

@@ -27,8 +27,4 @@ struct SlotPlan {
 SlotPlan planSlots(
     const QList<WordEntry> &entries, const AppConfig &config, qint64 newLearned, qint64 extra, Timestamp now);
 
-void wake(WordEntry &entry, Timestamp now);
-void leaveLearning(WordEntry &entry, Timestamp now);
-void joinLearning(WordEntry &entry, Timestamp now);
-
 } // namespace nimbrelle

@@ -26,7 +26,7 @@ struct Unlock {
     QStringList familyMembers; ///< headwords of a new word's relatives in the notebook
     std::optional<qint64> awakenedAfterDays; ///< the word was dormant and has come back
 
-    /// Nothing to tell; the progress figures only accompany the rest.
+    /// Nothing to show; the progress figures only accompany the rest.
     bool isEmpty() const
     {
         return !newForm && !newGrammar && newAffixes.isEmpty() && familyMembers.isEmpty()

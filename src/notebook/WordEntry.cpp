@@ -9,6 +9,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const FormRecord *recordOf(const QList<FormRecord> &records, FormKind kind)
@@ -29,15 +31,15 @@ QString label(DisplayStage stage)
 {
     switch (stage) {
     case DisplayStage::learning:
-        return QStringLiteral("在学");
+        return u"在学"_s;
     case DisplayStage::seen:
-        return QStringLiteral("见过");
+        return u"见过"_s;
     case DisplayStage::resting:
-        return QStringLiteral("休息");
+        return u"休息"_s;
     case DisplayStage::mastered:
-        return QStringLiteral("掌握");
+        return u"掌握"_s;
     case DisplayStage::dormant:
-        return QStringLiteral("沉睡");
+        return u"沉睡"_s;
     }
     return {};
 }
@@ -69,11 +71,21 @@ QList<FormSlot> WordEntry::formSlots() const
     for (const FormKind kind : kinds) {
         const FormRecord *record = recordOf(records, kind);
         if (record)
-            result.append({kind, record->form, *record});
+            result.append({.kind = kind, .form = record->form, .record = *record});
         else
-            result.append({kind, known.value(caseText(kind)), std::nullopt});
+            result.append({.kind = kind, .form = known.value(caseText(kind))});
     }
     return result;
+}
+
+QStringList WordEntry::formTexts() const
+{
+    QStringList texts{headword};
+    for (const FormSlot &slot : formSlots())
+        texts.append(slot.form);
+    texts.removeAll(QString());
+    texts.removeDuplicates();
+    return texts;
 }
 
 DisplayStage WordEntry::displayStage(const AppConfig &config, Timestamp now) const

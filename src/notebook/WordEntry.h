@@ -78,6 +78,8 @@ struct WordEntry {
     /// The forms that the word has, met or not: first by the kinds' declared order, then those met beyond
     /// them.
     QList<FormSlot> formSlots() const;
+    /// What to look for in a sentence of the word: the headword and the forms, each once.
+    QStringList formTexts() const;
     DisplayStage displayStage(const AppConfig &config, Timestamp now) const;
     /// Higher means sooner into learning.
     double priority(const AppConfig &config, Timestamp now) const;

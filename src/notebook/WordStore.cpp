@@ -2,13 +2,27 @@
 
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
+#include "frame/ConfigStore.h"
 #include "frame/DayKey.h"
 #include "frame/RecordFile.h"
-#include "frame/Text.h"
-
-#include <algorithm>
+#include "frame/Saturate.h"
+#include "notebook/WordQueries.h"
 
 namespace nimbrelle {
+
+namespace {
+
+template <class Record> QList<Record> readList(const QString &path)
+{
+    return readRecordFile<QList<Record>>(path).value_or(QList<Record>());
+}
+
+ReviewStats freshStats(Timestamp now)
+{
+    return {.day = DayKey::string(now)};
+}
+
+} // namespace
 
 WordStore::WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &config, LearningLog &log,
     MnemonicRequest mnemonicRequest, IdSource makeId)
@@ -18,62 +32,72 @@ WordStore::WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &con
     , m_log(log)
     , m_mnemonicRequest(std::move(mnemonicRequest))
     , m_makeId(std::move(makeId))
-    , m_entries(readRecordFile<QList<WordEntry>>(paths.words).value_or(QList<WordEntry>()))
-    , m_sentenceNotes(readRecordFile<QList<AINote>>(paths.notes).value_or(QList<AINote>()))
-    , m_grammarEncounters(
-          readRecordFile<QList<GrammarEncounter>>(paths.grammar).value_or(QList<GrammarEncounter>()))
-    , m_affixEncounters(
-          readRecordFile<QList<AffixEncounter>>(paths.affixes).value_or(QList<AffixEncounter>()))
-    , m_deleted(readRecordFile<QList<Tombstone>>(paths.deleted).value_or(QList<Tombstone>()))
-    , m_stats(freshStats())
+    , m_entries(readList<WordEntry>(paths.words))
+    , m_sentenceNotes(readList<AINote>(paths.notes))
+    , m_grammarEncounters(readList<GrammarEncounter>(paths.grammar))
+    , m_affixEncounters(readList<AffixEncounter>(paths.affixes))
+    , m_deleted(readList<Tombstone>(paths.deleted))
+    , m_stats(freshStats(clock.now()))
 {
     const auto stored = readRecordFile<ReviewStats>(paths.reviewStats);
     if (stored && stored->day == m_stats.day)
         m_stats = *stored;
 }
 
-std::optional<qsizetype> WordStore::index(const QString &text) const
-{
-    const QString wanted = trimmedBlanks(text).toLower();
-    const auto found = std::find_if(m_entries.cbegin(), m_entries.cend(),
-        [&wanted](const WordEntry &entry) { return entry.headword.toLower() == wanted; });
-    return found == m_entries.cend() ? std::nullopt : std::optional(found - m_entries.cbegin());
-}
-
-std::optional<qsizetype> WordStore::position(const QUuid &id) const
-{
-    const auto found = std::find_if(
-        m_entries.cbegin(), m_entries.cend(), [&id](const WordEntry &entry) { return entry.id == id; });
-    return found == m_entries.cend() ? std::nullopt : std::optional(found - m_entries.cbegin());
-}
-
 const WordEntry *WordStore::find(const QUuid &id) const
 {
-    const auto found = position(id);
+    const auto found = WordQueries::index(m_entries, id);
     return found ? &m_entries[*found] : nullptr;
 }
 
-// Operations change a copy and put it back: an observer that takes the list while it is told keeps what it
-// took.
+const WordEntry *WordStore::findHeadword(const QString &text) const
+{
+    const auto found = index(text);
+    return found ? &m_entries[*found] : nullptr;
+}
+
+std::optional<qsizetype> WordStore::index(const QString &text) const
+{
+    return WordQueries::index(m_entries, text);
+}
+
+// Operations change a copy and put it back, so that an observer that copies the list in its slot keeps what
+// it copied.
 void WordStore::put(qsizetype position, const WordEntry &word)
 {
     emit changing();
     m_entries[position] = word;
 }
 
-ReviewStats WordStore::freshStats() const
+const WordEntry *WordStore::change(const QUuid &id, const Edit &edit)
 {
-    return {DayKey::string(m_clock.now()), 0, 0};
+    const auto found = WordQueries::index(m_entries, id);
+    if (!found)
+        return nullptr;
+    WordEntry word = m_entries[*found];
+    edit(word);
+    put(*found, word);
+    return &m_entries.at(*found);
+}
+
+template <class Field> void WordStore::set(Field &field, const Field &value)
+{
+    emit changing();
+    field = value;
+}
+
+void WordStore::count(qint64 ReviewStats::*counter)
+{
+    emit changing();
+    m_stats.*counter = saturatingAdd(m_stats.*counter, 1);
 }
 
 // Not written here: yesterday's file is passed over at the next start.
 void WordStore::refreshStatsDay()
 {
-    const ReviewStats today = freshStats();
-    if (m_stats.day == today.day)
-        return;
-    emit changing();
-    m_stats = today;
+    const ReviewStats today = freshStats(m_clock.now());
+    if (m_stats.day != today.day)
+        set(m_stats, today);
 }
 
 template <class Record> void WordStore::removeAndBury(QList<Record> &list, QUuid id)
@@ -86,8 +110,13 @@ template <class Record> void WordStore::removeAndBury(QList<Record> &list, QUuid
 // On disk before the deletion itself, so that no crash lets a merge bring the thing back.
 void WordStore::bury(QUuid id)
 {
-    m_deleted.append({idText(id), m_clock.now()});
-    writeDeleted();
+    m_deleted.append({.id = idText(id), .at = m_clock.now()});
+    writeRecordFile(m_paths.deleted, m_deleted);
+}
+
+void WordStore::writeEntries() const
+{
+    writeRecordFile(m_paths.words, m_entries);
 }
 
 void WordStore::remove(QUuid id)
@@ -98,25 +127,23 @@ void WordStore::remove(QUuid id)
 
 void WordStore::deleteNote(QUuid id, QUuid wordId)
 {
-    const auto found = position(wordId);
-    if (!found)
+    const bool isKnown = change(wordId, [&id](WordEntry &word) {
+        if (word.notes)
+            word.notes->removeIf([&id](const AINote &note) { return note.id == id; });
+    });
+    if (!isKnown)
         return;
-    WordEntry word = m_entries[*found];
-    if (word.notes)
-        word.notes->removeIf([&id](const AINote &note) { return note.id == id; });
-    put(*found, word);
     bury(id);
     writeEntries();
 }
 
 void WordStore::deleteExample(QUuid id, QUuid wordId)
 {
-    const auto found = position(wordId);
-    if (!found)
+    const bool isKnown = change(wordId, [&id](WordEntry &word) {
+        word.examples.removeIf([&id](const Example &example) { return example.id == id; });
+    });
+    if (!isKnown)
         return;
-    WordEntry word = m_entries[*found];
-    word.examples.removeIf([&id](const Example &example) { return example.id == id; });
-    put(*found, word);
     bury(id);
     writeEntries();
 }
@@ -124,43 +151,47 @@ void WordStore::deleteExample(QUuid id, QUuid wordId)
 void WordStore::deleteSentenceNote(QUuid id)
 {
     removeAndBury(m_sentenceNotes, id);
-    writeSentenceNotes();
+    writeRecordFile(m_paths.notes, m_sentenceNotes);
 }
 
 void WordStore::deleteGrammarEncounter(QUuid id)
 {
     removeAndBury(m_grammarEncounters, id);
-    writeGrammar();
-}
-
-void WordStore::writeEntries() const
-{
-    writeRecordFile(m_paths.words, m_entries);
-}
-
-void WordStore::writeSentenceNotes() const
-{
-    writeRecordFile(m_paths.notes, m_sentenceNotes);
-}
-
-void WordStore::writeGrammar() const
-{
     writeRecordFile(m_paths.grammar, m_grammarEncounters);
 }
 
-void WordStore::writeAffixes() const
+SyncBundle WordStore::snapshot() const
 {
+    return {.words = m_entries,
+        .notes = m_sentenceNotes,
+        .grammar = m_grammarEncounters,
+        .affixes = m_affixEncounters,
+        .deleted = m_deleted,
+        .log = m_log.readLines(),
+        .stats = m_stats,
+        .settings = m_config.config().studySettings()};
+}
+
+void WordStore::applySync(const SyncBundle &bundle)
+{
+    set(m_entries, bundle.words);
+    set(m_sentenceNotes, bundle.notes);
+    set(m_grammarEncounters, bundle.grammar);
+    set(m_affixEncounters, bundle.affixes);
+    m_deleted = bundle.deleted;
+    // The counters of another day are left out, so that today's start clean.
+    if (bundle.stats && bundle.stats->day == DayKey::string(m_clock.now()))
+        set(m_stats, *bundle.stats);
+
+    writeEntries();
+    writeRecordFile(m_paths.notes, m_sentenceNotes);
+    writeRecordFile(m_paths.grammar, m_grammarEncounters);
     writeRecordFile(m_paths.affixes, m_affixEncounters);
-}
-
-void WordStore::writeDeleted() const
-{
     writeRecordFile(m_paths.deleted, m_deleted);
-}
-
-void WordStore::writeStats() const
-{
     writeRecordFile(m_paths.reviewStats, m_stats);
+    m_log.replaceAll(bundle.log);
+    if (bundle.settings && bundle.settings != m_config.config().studySettings())
+        m_config.applySync(*bundle.settings);
 }
 
 } // namespace nimbrelle

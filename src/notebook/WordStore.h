@@ -1,8 +1,9 @@
 #pragma once
 
+#include "notebook/LearningLog.h"
 #include "notebook/SyncBundle.h"
 #include "notebook/Unlock.h"
-#include "review/SpellMode.h"
+#include "notebook/WordChanges.h"
 
 #include <QCoro/QCoroTask>
 #include <QObject>
@@ -15,23 +16,20 @@ namespace nimbrelle {
 class AppPaths;
 class Clock;
 class ConfigStore;
-class LearningLog;
 struct Explanation;
 struct PageSource;
 
-/// What one recognition answer did to the word.
-enum class ReviewOutcome { normal, graduated, becameLeech };
-
-/// A word as it stands after a save, and what the save unlocked.
+/// A word after a save, and what the save unlocked.
 struct SavedWord {
     WordEntry entry;
     Unlock unlock;
 };
 
 /// The one owner of all learning data; every change of it goes through here and is on disk when the call
-/// returns, as far as the disk allows. An id or headword that isn't there is no error: the call does nothing.
-/// Lists hold the newest first. Ids are taken by value, since callers pass those of the very records that
-/// change. Main thread only.
+/// returns, as far as the disk allows. What the lists say and what an operation does to a record are pure
+/// functions beside it (WordQueries, WordChanges, Encounters, SlotPlan, Rounds); the store holds, saves, logs
+/// and notifies. An id or headword that isn't there is no error: the call does nothing. Lists hold the newest
+/// first. Ids are taken by value, since callers pass those of the very records that change. Main thread only.
 class WordStore : public QObject {
     Q_OBJECT
 
@@ -53,10 +51,14 @@ public:
     const QList<Tombstone> &deleted() const { return m_deleted; }
     const ReviewStats &stats() const { return m_stats; }
 
-    /// The word of that headword, blanks round the text and letter case aside.
-    std::optional<qsizetype> index(const QString &text) const;
-    /// Null when there is none; valid until the next change.
+    /// @name Finding a word. A pointer is null when there is none, and valid until the next change.
+    /// @{
     const WordEntry *find(const QUuid &id) const;
+    /// Blanks round the text and letter case aside.
+    const WordEntry *findHeadword(const QString &text) const;
+    /// The position in entries() of the word of that headword.
+    std::optional<qsizetype> index(const QString &text) const;
+    /// @}
 
     /// @name Deleting. Each leaves a tombstone, also when nothing matched, unless `wordId` is unknown.
     /// @{
@@ -98,7 +100,8 @@ public:
 
     /// @name Answers
     /// @{
-    ReviewOutcome applyReview(QUuid id, Rating rating, const QString &kind);
+    /// `kind` is what the log calls the answer.
+    ReviewOutcome applyReview(QUuid id, Rating rating, LogKind kind);
     /// The new spellLevel; 0 for an unknown word.
     qint64 applySpelling(QUuid id, Rating rating);
     void rest(QUuid id, qint64 days);
@@ -131,30 +134,23 @@ signals:
     void changing();
 
 private:
-    std::optional<qsizetype> position(const QUuid &id) const;
+    using Edit = std::function<void(WordEntry &word)>;
+
     void put(qsizetype position, const WordEntry &word);
+    /// The changed word; null for an unknown id.
+    const WordEntry *change(const QUuid &id, const Edit &edit);
+    template <class Field> void set(Field &field, const Field &value);
+    void count(qint64 ReviewStats::*counter);
+    void refreshStatsDay();
     template <class Record> void removeAndBury(QList<Record> &list, QUuid id);
     void bury(QUuid id);
-    void refreshStatsDay();
-    ReviewStats freshStats() const;
+    void writeEntries() const;
 
-    void markEncounter(WordEntry &word, const PageSource &source) const;
     Unlock recordEncounter(
         WordEntry &word, const Explanation &explanation, const PageSource &source, bool isNewWord);
-    void recordForm(WordEntry &word, const Explanation &explanation, Unlock &unlock) const;
     void recordGrammar(const Explanation &explanation, const PageSource &source, Unlock &unlock);
     void recordAffixes(const Explanation &explanation, Unlock &unlock);
     QCoro::Task<> fetchMnemonic(WordEntry word, QStringList knownWords, QStringList interests);
-    void countReviewed();
-
-    template <class Field> void takeOver(Field &field, const Field &value);
-
-    void writeEntries() const;
-    void writeSentenceNotes() const;
-    void writeGrammar() const;
-    void writeAffixes() const;
-    void writeDeleted() const;
-    void writeStats() const;
 
     const AppPaths &m_paths;
     const Clock &m_clock;

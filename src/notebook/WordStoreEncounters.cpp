@@ -1,92 +1,39 @@
+#include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
-#include "frame/DayKey.h"
-#include "frame/RecordCodec.h"
+#include "frame/RecordFile.h"
 #include "frame/Saturate.h"
 #include "frame/Text.h"
+#include "notebook/Encounters.h"
 #include "notebook/Explanation.h"
-#include "notebook/LearningLog.h"
 #include "notebook/PageSource.h"
+#include "notebook/WordQueries.h"
 #include "notebook/WordStore.h"
 
-#include <QHash>
-
-#include <algorithm>
-
-// How saving and looking up a word are folded into the notebook.
+// Saving words, looking them up, and what is kept with them.
 namespace nimbrelle {
-
-namespace {
-
-bool isBlankOrAbsent(const std::optional<QString> &text)
-{
-    return !text || text->isEmpty();
-}
-
-QString surfaceOf(const Explanation &explanation)
-{
-    return isBlankOrAbsent(explanation.surfaceForm) ? explanation.headword : *explanation.surfaceForm;
-}
-
-Example exampleOf(const QUuid &id, const Explanation &explanation, const PageSource &source, Timestamp now)
-{
-    return {id, explanation.sentence.value_or(QString()), explanation.sentenceZh.value_or(QString()),
-        explanation.meaningZh, explanation.sentenceIsExample == true, source.app, source.url, source.title,
-        now};
-}
-
-WordEntry entryOf(const QUuid &id, const Explanation &explanation, const Example &example)
-{
-    WordEntry entry;
-    entry.id = id;
-    entry.headword = explanation.headword;
-    entry.phonetic = explanation.phonetic.value_or(QString());
-    entry.pos = explanation.pos.value_or(QString());
-    entry.meaningZh = explanation.meaningZh;
-    entry.definitionEn = explanation.definitionEn.value_or(QString());
-    entry.register_ = registerFrom(explanation.register_);
-    entry.registerNoteZh = explanation.registerNoteZh.value_or(QString());
-    if (!example.sentence.isEmpty())
-        entry.examples.append(example);
-    entry.createdAt = example.addedAt;
-    entry.lastLookupAt = example.addedAt;
-    return entry;
-}
-
-bool hasSentence(const WordEntry &word, const QString &sentence)
-{
-    return std::any_of(word.examples.cbegin(), word.examples.cend(),
-        [&sentence](const Example &example) { return example.sentence == sentence; });
-}
-
-QString rootOf(const WordEntry &entry)
-{
-    return entry.familyRoot.value_or(entry.headword).toLower();
-}
-
-} // namespace
 
 SavedWord WordStore::save(const Explanation &explanation, const PageSource &source)
 {
-    const Example example = exampleOf(m_makeId(), explanation, source, m_clock.now());
+    Example example = Encounters::newExample(explanation, source, m_clock.now());
+    example.id = m_makeId();
     if (const auto known = index(explanation.headword)) {
         WordEntry word = m_entries[*known];
-        if (!example.sentence.isEmpty() && !hasSentence(word, example.sentence)) {
-            word.examples.append(example);
+        if (Encounters::addExample(word, example))
             put(*known, word);
-        }
         writeEntries();
-        return {word, {}};
+        return {.entry = word, .unlock = {}};
     }
 
-    WordEntry word = entryOf(m_makeId(), explanation, example);
-    markEncounter(word, source);
+    WordEntry word = Encounters::newWord(explanation, example);
+    word.id = m_makeId();
+    Encounters::mark(word, source, m_clock.now());
     Unlock unlock = recordEncounter(word, explanation, source, true);
     emit changing();
     m_entries.prepend(word);
     writeEntries();
-    m_log.add(QStringLiteral("save"), explanation.headword, source.sourceKey());
-    return {word, std::move(unlock)};
+    m_log.add(LogKind::save, explanation.headword, source.sourceKey());
+    return {.entry = word, .unlock = std::move(unlock)};
 }
 
 Unlock WordStore::recordLookup(const Explanation &explanation, const PageSource &source)
@@ -101,33 +48,16 @@ Unlock WordStore::recordLookup(const Explanation &explanation, const PageSource 
 
     word.lookupCount = saturatingAdd(word.lookupCount, 1);
     word.lastLookupAt = now;
-    markEncounter(word, source);
+    Encounters::mark(word, source, now);
     Unlock unlock = recordEncounter(word, explanation, source, false);
     put(*known, word);
     if (wasDormant) {
         unlock.awakenedAfterDays = static_cast<qint64>(ageDays);
-        m_log.add(QStringLiteral("awaken"), word.headword, QString::number(*unlock.awakenedAfterDays));
+        m_log.add(LogKind::awaken, word.headword, QString::number(*unlock.awakenedAfterDays));
     }
     writeEntries();
-    m_log.add(QStringLiteral("lookup"), word.headword, source.sourceKey());
+    m_log.add(LogKind::lookup, word.headword, source.sourceKey());
     return unlock;
-}
-
-void WordStore::markEncounter(WordEntry &word, const PageSource &source) const
-{
-    QStringList days = word.days();
-    const QString today = DayKey::string(m_clock.now());
-    if (!days.contains(today))
-        days.append(today);
-    word.encounterDays = days;
-
-    const auto key = source.sourceKey();
-    if (!key)
-        return;
-    QStringList keys = word.sourceKeys.value_or(QStringList());
-    if (!keys.contains(*key))
-        keys.append(*key);
-    word.sourceKeys = keys;
 }
 
 Unlock WordStore::recordEncounter(
@@ -137,7 +67,7 @@ Unlock WordStore::recordEncounter(
     // A headword that came with blanks round it is stored so, and no look-up by text finds it again.
     if (trimmedBlanks(explanation.headword).toLower() != word.headword.toLower())
         return unlock;
-    recordForm(word, explanation, unlock);
+    Encounters::recordForm(word, explanation, m_clock.now(), unlock);
     recordGrammar(explanation, source, unlock);
 
     const QString root = trimmedBlanks(explanation.familyRoot.value_or(QString()));
@@ -156,80 +86,36 @@ Unlock WordStore::recordEncounter(
     return unlock;
 }
 
-void WordStore::recordForm(WordEntry &word, const Explanation &explanation, Unlock &unlock) const
-{
-    auto inflections = word.inflections.value_or(QMap<QString, QString>());
-    for (const auto &[kind, form] : explanation.allForms()) {
-        if (!inflections.contains(caseText(kind)))
-            inflections.insert(caseText(kind), form);
-    }
-    if (!inflections.isEmpty())
-        word.inflections = inflections;
-
-    const FormKind kind = looseFormKind(explanation.formKind).value_or(FormKind::base);
-    auto forms = word.forms.value_or(QList<FormRecord>());
-    const auto met = std::find_if(
-        forms.begin(), forms.end(), [kind](const FormRecord &record) { return record.kind == kind; });
-    if (met != forms.end()) {
-        met->count = saturatingAdd(met->count, 1);
-    } else {
-        const QString form = inflections.value(caseText(kind), surfaceOf(explanation));
-        unlock.newForm = FormRecord{kind, form, m_clock.now(), 1, explanation.sentence};
-        forms.append(*unlock.newForm);
-    }
-    word.forms = forms;
-
-    const qsizetype slotCount = word.formSlots().size();
-    if (slotCount >= 2)
-        unlock.formProgress = Progress{forms.size(), slotCount};
-}
-
-// Grammar is collected from what the user really read, never from a sentence that the AI made up.
 void WordStore::recordGrammar(const Explanation &explanation, const PageSource &source, Unlock &unlock)
 {
-    const auto point = looseGrammarPoint(explanation.grammar);
-    if (!point || isBlankOrAbsent(explanation.sentence) || explanation.sentenceIsExample == true)
+    auto met = Encounters::newGrammar(m_grammarEncounters, explanation, source, m_clock.now());
+    if (!met)
         return;
-    const QString sentence = *explanation.sentence;
-    const bool isKnown = std::any_of(m_grammarEncounters.cbegin(), m_grammarEncounters.cend(),
-        [&](const GrammarEncounter &met) { return met.point == *point && met.sentence == sentence; });
-    if (isKnown)
-        return;
-
-    const bool isUnlocked = unlockedGrammar().contains(*point);
+    met->id = m_makeId();
+    const bool isUnlocked = unlockedGrammar().contains(met->point);
     emit changing();
-    m_grammarEncounters.prepend(
-        {m_makeId(), *point, explanation.headword, surfaceOf(explanation), sentence, explanation.sentenceZh,
-            explanation.grammarNoteZh, source.app, source.url, source.title, m_clock.now()});
-    writeGrammar();
+    m_grammarEncounters.prepend(*met);
+    writeRecordFile(m_paths.grammar, m_grammarEncounters);
     if (isUnlocked)
         return;
-    unlock.newGrammar = point;
-    unlock.grammarProgress = Progress{unlockedGrammar().size(), caseCount<GrammarPoint>};
+    unlock.newGrammar = met->point;
+    unlock.grammarProgress = Progress{.met = unlockedGrammar().size(), .all = caseCount<GrammarPoint>};
 }
 
-// An affix is a property of the word, so it counts even where the sentence is made up.
 void WordStore::recordAffixes(const Explanation &explanation, Unlock &unlock)
 {
-    const QString headword = explanation.headword.toLower();
-    const qsizetype before = m_affixEncounters.size();
-    for (const Affix affix : explanation.affixList()) {
-        const bool isKnown =
-            std::any_of(m_affixEncounters.cbegin(), m_affixEncounters.cend(), [&](const AffixEncounter &met) {
-                return met.affix == affix && met.headword.toLower() == headword;
-            });
-        if (isKnown)
-            continue;
-        if (!unlockedAffixes().contains(affix))
-            unlock.newAffixes.append(affix);
+    const auto encounters = Encounters::newAffixes(m_affixEncounters, explanation, m_clock.now());
+    for (AffixEncounter met : encounters) {
+        met.id = m_makeId();
+        if (!unlockedAffixes().contains(met.affix))
+            unlock.newAffixes.append(met.affix);
         emit changing();
-        m_affixEncounters.prepend({m_makeId(), affix, explanation.headword, explanation.familyRoot,
-            explanation.sentence, m_clock.now()});
+        m_affixEncounters.prepend(met);
     }
-    if (m_affixEncounters.size() != before)
-        writeAffixes();
+    if (!encounters.isEmpty())
+        writeRecordFile(m_paths.affixes, m_affixEncounters);
     if (!unlock.newAffixes.isEmpty())
-        unlock.affixProgress = Progress{unlockedAffixes().size(), caseCount<Affix>};
+        unlock.affixProgress = Progress{.met = unlockedAffixes().size(), .all = caseCount<Affix>};
 }
 
 void WordStore::addNote(const AINote &note, const QString &headword)
@@ -247,54 +133,27 @@ void WordStore::addSentenceNote(const AINote &note)
 {
     emit changing();
     m_sentenceNotes.prepend(note);
-    writeSentenceNotes();
+    writeRecordFile(m_paths.notes, m_sentenceNotes);
 }
 
 QList<WordEntry> WordStore::family(const WordEntry &entry) const
 {
-    const QString root = rootOf(entry);
-    QList<WordEntry> relatives;
-    for (const WordEntry &other : m_entries) {
-        if (other.id != entry.id && (rootOf(other) == root || other.headword.toLower() == root))
-            relatives.append(other);
-    }
-    return relatives;
+    return WordQueries::family(m_entries, entry);
 }
 
 QStringList WordStore::topInterests() const
 {
-    QHash<QString, qsizetype> counts;
-    QStringList keys; // in order of first meeting, which keeps the result the same from run to run
-    QStringList titles;
-    for (const WordEntry &entry : m_entries) {
-        for (const QString &key : entry.sourceKeys.value_or(QStringList())) {
-            if (counts[key]++ == 0)
-                keys.append(key);
-        }
-        for (const Example &example : entry.examples) {
-            if (example.sourceTitle)
-                titles.append(*example.sourceTitle);
-        }
-    }
-    std::stable_sort(keys.begin(), keys.end(),
-        [&counts](const QString &a, const QString &b) { return counts.value(a) > counts.value(b); });
-    return keys.mid(0, 5) + titles.mid(std::max<qsizetype>(0, titles.size() - 8));
+    return WordQueries::topInterests(m_entries);
 }
 
 QSet<GrammarPoint> WordStore::unlockedGrammar() const
 {
-    QSet<GrammarPoint> points;
-    for (const GrammarEncounter &met : m_grammarEncounters)
-        points.insert(met.point);
-    return points;
+    return WordQueries::unlockedGrammar(m_grammarEncounters);
 }
 
 QSet<Affix> WordStore::unlockedAffixes() const
 {
-    QSet<Affix> affixes;
-    for (const AffixEncounter &met : m_affixEncounters)
-        affixes.insert(met.affix);
-    return affixes;
+    return WordQueries::unlockedAffixes(m_affixEncounters);
 }
 
 } // namespace nimbrelle

@@ -46,8 +46,13 @@ ReviewState firstReview(Rating rating, Timestamp now, double retention)
     const double stability = w[static_cast<std::size_t>(rating)];
     const double difficulty = w[4] - std::exp(w[5] * gradeOf(rating)) + 1;
     const bool isAgain = rating == Rating::again;
-    return {stability, std::clamp(difficulty, minDifficulty, maxDifficulty),
-        dueAfter(rating, stability, now, retention), now, 1, isAgain ? 1 : 0, isAgain ? 0 : 1};
+    return {.stability = stability,
+        .difficulty = std::clamp(difficulty, minDifficulty, maxDifficulty),
+        .due = dueAfter(rating, stability, now, retention),
+        .lastReview = now,
+        .reps = 1,
+        .lapses = isAgain ? 1 : 0,
+        .level = isAgain ? 0 : 1};
 }
 
 double nextDifficulty(double difficulty, Rating rating)
@@ -112,10 +117,13 @@ ReviewState review(const std::optional<ReviewState> &state, Rating rating, Times
     // Not above is written so that a NaN of a damaged file ends at the floor too.
     const double grown = nextStability(*state, rating, now);
     const double stability = grown > minStability ? grown : minStability;
-    return {stability, nextDifficulty(state->difficulty, rating), dueAfter(rating, stability, now, retention),
-        now, saturatingAdd(state->reps, 1),
-        rating == Rating::again ? saturatingAdd(state->lapses, 1) : state->lapses,
-        nextLevel(state->level, rating)};
+    return {.stability = stability,
+        .difficulty = nextDifficulty(state->difficulty, rating),
+        .due = dueAfter(rating, stability, now, retention),
+        .lastReview = now,
+        .reps = saturatingAdd(state->reps, 1),
+        .lapses = rating == Rating::again ? saturatingAdd(state->lapses, 1) : state->lapses,
+        .level = nextLevel(state->level, rating)};
 }
 
 } // namespace nimbrelle::FSRS

@@ -7,6 +7,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype minFuzzyLength = 4;
@@ -39,15 +41,15 @@ std::optional<QString> capitalsNote(const QString &input, const QString &answer)
     const QString wanted = answer.normalized(QString::NormalizationForm_C);
     if (typed == wanted || wanted == wanted.toLower())
         return std::nullopt;
-    return QStringLiteral("注意大写：") + answer;
+    return u"注意大写："_s + answer;
 }
 
 Grade rightAnswer(const std::optional<QString> &note, qint64 hintsUsed)
 {
     if (hintsUsed < 1)
-        return {Rating::good, note};
-    const QString helped = QStringLiteral("用了 %1 次提示，也算拼出来了").arg(hintsUsed);
-    return {Rating::hard, note ? helped + QStringLiteral("。") + *note : helped};
+        return {.rating = Rating::good, .message = note};
+    const QString helped = u"用了 %1 次提示，也算拼出来了"_s.arg(hintsUsed);
+    return {.rating = Rating::hard, .message = note ? helped + u"。"_s + *note : helped};
 }
 
 // A slip that still shows that the word is known; short words leave too much to chance.
@@ -56,9 +58,9 @@ std::optional<QString> slip(const QString &typed, const QString &expected, const
     if (characterCount(expected) < minFuzzyLength)
         return std::nullopt;
     if (editDistance(typed, expected) < 2)
-        return QStringLiteral("差一个字母");
+        return u"差一个字母"_s;
     if (isAdjacentSwap(typed, expected))
-        return QStringLiteral("有两个字母顺序反了：") + answer;
+        return u"有两个字母顺序反了："_s + answer;
     return std::nullopt;
 }
 
@@ -69,15 +71,15 @@ Grade grade(const QString &input, const ReviewQuestion &question, qint64 hintsUs
     const QString typed = normalized(input);
     const QString expected = normalized(question.answer);
     if (typed.isEmpty())
-        return {Rating::again, QStringLiteral("没关系，跟着打一遍就好")};
+        return {.rating = Rating::again, .message = u"没关系，跟着打一遍就好"_s};
     if (typed == expected)
         return rightAnswer(capitalsNote(input, question.answer), hintsUsed);
     const auto hint = question.formHint();
     if (hint && typed == normalized(question.entry.headword))
-        return {Rating::hard, QStringLiteral("意思对了！不过这里%1：%2").arg(*hint, question.answer)};
+        return {.rating = Rating::hard, .message = u"意思对了！不过这里%1：%2"_s.arg(*hint, question.answer)};
     if (const auto remark = slip(typed, expected, question.answer))
-        return {Rating::hard, remark};
-    return {Rating::again, QStringLiteral("跟着打一遍，手会记住它")};
+        return {.rating = Rating::hard, .message = remark};
+    return {.rating = Rating::again, .message = u"跟着打一遍，手会记住它"_s};
 }
 
 qint64 editDistance(const QString &a, const QString &b)

@@ -7,7 +7,7 @@ namespace nimbrelle {
 /// The verdict on a typed answer.
 struct Grade {
     Rating rating = Rating::again;
-    std::optional<QString> message; ///< what to tell the learner; absent when there is nothing to remark
+    std::optional<QString> message; ///< shown to the learner; absent when there is nothing to remark
 
     bool operator==(const Grade &) const = default;
 };

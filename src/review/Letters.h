@@ -8,8 +8,8 @@
 /// Words taken apart into characters, each a string of its own, and compared as a reader compares them.
 namespace nimbrelle::Letters {
 
-inline const QString blank = QStringLiteral(" ");
-inline const QString gap = QStringLiteral("_");
+inline const QString blank(u' ');
+inline const QString gap(u'_');
 
 /// In lower case and composed, so that an accented letter equals the plain letter with a combining mark.
 QString folded(const QString &text);

@@ -8,6 +8,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Cloze {
@@ -35,7 +37,7 @@ std::optional<Cloze> cloze(const QString &sentence, const WordEntry &entry)
             continue;
         const QString found = sentence.mid(range->start, range->length);
         const QString gap(std::max(characterCount(found), shortestGap), u'_');
-        return Cloze{QString(sentence).replace(range->start, range->length, gap), found};
+        return Cloze{.sentence = QString(sentence).replace(range->start, range->length, gap), .found = found};
     }
     return std::nullopt;
 }
@@ -48,7 +50,7 @@ template <class Wanted> std::optional<Example> lastExample(const WordEntry &entr
 
 ReviewQuestion question(const WordEntry &entry, QuestionType type)
 {
-    ReviewQuestion made{QUuid::createUuid(), entry, type, {}, {}, entry.headword, {}, {}};
+    ReviewQuestion made{.id = QUuid::createUuid(), .entry = entry, .type = type, .answer = entry.headword};
     if (const auto example = ReviewQuestion::example(entry)) {
         made.sentence = example->sentence;
         made.sentenceZh = example->sentenceZh;
@@ -58,7 +60,7 @@ ReviewQuestion question(const WordEntry &entry, QuestionType type)
 
 ReviewQuestion fillQuestion(const WordEntry &entry, qint64 blanks)
 {
-    ReviewQuestion made = question(entry, Spell{SpellMode::fill});
+    ReviewQuestion made = question(entry, Spell{.mode = SpellMode::fill});
     made.scaffold = SpellingScaffold::fillPattern(entry.headword, blanks);
     return made;
 }
@@ -69,7 +71,7 @@ ReviewQuestion chunkQuestion(const WordEntry &entry)
         SpellingScaffold::chunkPattern(entry.headword, entry.affixes.value_or(QList<Affix>()));
     if (!pattern)
         return fillQuestion(entry, 2);
-    ReviewQuestion made = question(entry, Spell{SpellMode::chunks});
+    ReviewQuestion made = question(entry, Spell{.mode = SpellMode::chunks});
     made.scaffold = pattern;
     return made;
 }
@@ -77,7 +79,7 @@ ReviewQuestion chunkQuestion(const WordEntry &entry)
 // Without a sentence that holds the word, it is spelled from its meaning alone.
 ReviewQuestion fullQuestion(const WordEntry &entry)
 {
-    ReviewQuestion made = question(entry, Spell{SpellMode::full});
+    ReviewQuestion made = question(entry, Spell{.mode = SpellMode::full});
     if (!made.sentence)
         return made;
     if (const auto blanked = cloze(*made.sentence, entry)) {
@@ -114,7 +116,7 @@ ReviewQuestion ReviewQuestion::spelling(const WordEntry &entry)
     case SpellMode::dictation:
         break;
     }
-    return question(entry, Spell{mode});
+    return question(entry, Spell{.mode = mode});
 }
 
 std::optional<Example> ReviewQuestion::example(const WordEntry &entry)
@@ -138,9 +140,9 @@ std::optional<QString> ReviewQuestion::formHint() const
         return std::nullopt;
     for (const FormSlot &slot : entry.formSlots()) {
         if (slot.form.toLower() == wanted)
-            return QStringLiteral("要用 %1 的%2").arg(entry.headword, label(slot.kind));
+            return u"要用 %1 的%2"_s.arg(entry.headword, label(slot.kind));
     }
-    return QStringLiteral("注意这里不是原形");
+    return u"注意这里不是原形"_s;
 }
 
 } // namespace nimbrelle

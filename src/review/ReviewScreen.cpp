@@ -41,7 +41,8 @@ std::optional<Progress> progress(const ReviewSession &session)
     if (total == 0 || std::holds_alternative<ReviewSession::Finished>(session.phase()))
         return std::nullopt;
     const qint64 index = session.index();
-    return Progress{std::min(index, total), total, u"%1 / %2"_s.arg(index + 1).arg(total)};
+    return Progress{
+        .done = std::min(index, total), .total = total, .text = u"%1 / %2"_s.arg(index + 1).arg(total)};
 }
 
 std::optional<Foot> foot(const ReviewSession &session)
@@ -59,7 +60,7 @@ std::optional<Foot> foot(const ReviewSession &session)
     return revealed->rating == Rating::again ? Foot::copy : Foot::proceed;
 }
 
-QString ratingLabel(Rating rating)
+QString buttonLabel(Rating rating)
 {
     switch (rating) {
     case Rating::again:
@@ -134,14 +135,6 @@ bool isSentenceGenerated(const ReviewQuestion &question)
     return question.sentence && example && example->isGenerated;
 }
 
-QStringList formsOf(const WordEntry &entry)
-{
-    QStringList forms{entry.headword};
-    for (const FormSlot &slot : entry.formSlots())
-        forms.append(slot.form);
-    return forms;
-}
-
 QString verdictName(Rating rating)
 {
     switch (rating) {
@@ -180,13 +173,18 @@ EmptyRound emptyRound(const ReviewSession &session, const WordStore &store, qint
 {
     using Picture = EmptyRound::Picture;
     if (session.isSpellingPractice())
-        return {Picture::letters, u"还没有常拼的词"_s,
-            {u"在「查词」窗口查一个词，点「加入常拼」。"_s, u"名字、品牌、歌名都可以。"_s}};
+        return {.picture = Picture::letters,
+            .title = u"还没有常拼的词"_s,
+            .lines = {u"在「查词」窗口查一个词，点「加入常拼」。"_s, u"名字、品牌、歌名都可以。"_s}};
     if (store.entries().isEmpty())
-        return {Picture::tray, u"生词本还是空的"_s, {u"去网页上查几个词并保存，再回来复习。"_s}};
+        return {.picture = Picture::tray,
+            .title = u"生词本还是空的"_s,
+            .lines = {u"去网页上查几个词并保存，再回来复习。"_s}};
     const qint64 learning = store.learningCount();
-    EmptyRound made{Picture::done, u"现在没有要复习的词"_s,
-        {u"在学 %1/%2 · 记忆最需要的是间隔，过一阵再来效果更好。"_s.arg(learning).arg(learningSlots)}};
+    EmptyRound made{.picture = Picture::done,
+        .title = u"现在没有要复习的词"_s,
+        .lines = {
+            u"在学 %1/%2 · 记忆最需要的是间隔，过一阵再来效果更好。"_s.arg(learning).arg(learningSlots)}};
     if (learning < learningSlots)
         made.offersMore = true;
     else

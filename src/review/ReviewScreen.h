@@ -37,9 +37,10 @@ std::optional<Foot> foot(const ReviewSession &session);
 
 /// In the order of their keys, from 1 on.
 inline constexpr std::array allRatings{Rating::again, Rating::hard, Rating::good, Rating::easy};
-QString ratingLabel(Rating rating);
+/// On its button; the coach has other words for them.
+QString buttonLabel(Rating rating);
 
-/// What is told or offered besides, below an answer.
+/// A message or an offer below an answer.
 enum class Banner { none, graduated, leech, restLink };
 Banner banner(const ReviewSession &session, qint64 leechThreshold);
 /// Of the banner, or of the link.
@@ -59,8 +60,6 @@ std::optional<QString> formLine(const ReviewQuestion &question);
 /// Leads from the form that the sentence needs back to the word.
 std::optional<QString> baseLine(const ReviewQuestion &question);
 bool isSentenceGenerated(const ReviewQuestion &question);
-/// What to mark in a sentence.
-QStringList formsOf(const WordEntry &entry);
 /// What a verdict says to a screen reader.
 QString verdictName(Rating rating);
 /// @}

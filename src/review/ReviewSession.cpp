@@ -6,13 +6,14 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace std::chrono_literals;
 
 constexpr auto autoAdvance = 1200ms;
 constexpr qint64 spellingSessionSize = 10;
-constexpr qint64 restDays = 7;
 
 } // namespace
 
@@ -59,7 +60,7 @@ void ReviewSession::rate(Rating rating)
         moveOn();
         return;
     }
-    m_phase = Revealed{true, rating, std::nullopt};
+    m_phase = Revealed{.typed = true, .rating = rating};
     emit changed();
 }
 
@@ -78,10 +79,10 @@ void ReviewSession::submit()
         repeatOnce(question.entry.id, &ReviewQuestion::spelling);
     if (oldLevel < newLevel)
         m_spellLevelUps.append(question.entry.headword);
-    m_phase = Revealed{true, verdict.rating, verdict.message};
+    m_phase = Revealed{.typed = true, .rating = verdict.rating, .message = verdict.message};
     emit changed();
     m_speaker.speak(question.answer);
-    if (verdict == Grade{Rating::good, std::nullopt})
+    if (verdict == Grade{.rating = Rating::good})
         advanceSoon(question.id);
 }
 
@@ -114,7 +115,7 @@ void ReviewSession::restWord()
     if (!std::holds_alternative<Revealed>(m_phase) || !current())
         return;
     const QUuid wordId = current()->entry.id;
-    m_store.rest(wordId, restDays);
+    m_store.rest(wordId, WordChanges::restDays);
     for (qsizetype i = m_queue.size() - 1; i > m_index; --i) {
         if (m_queue[i].entry.id == wordId)
             m_queue.removeAt(i);
@@ -201,7 +202,7 @@ void ReviewSession::speakIfDictation()
 
 void ReviewSession::apply(Rating rating, const ReviewQuestion &question)
 {
-    m_lastOutcome = m_store.applyReview(question.entry.id, rating, QStringLiteral("review"));
+    m_lastOutcome = m_store.applyReview(question.entry.id, rating, LogKind::review);
     if (m_lastOutcome == ReviewOutcome::graduated)
         m_graduatedWords.append(question.entry.headword);
     if (rating != Rating::again) {

@@ -7,7 +7,7 @@
 
 namespace nimbrelle {
 
-/// The four answers. Case names go into the log; the raw values, 1 to 4, stand where a number is wanted.
+/// The four answers. Case names go into the log; the raw values, 1 to 4, are used as numbers.
 enum class Rating { again, hard, good, easy };
 template <> inline constexpr auto caseNames<Rating> = cases("again", "hard", "good", "easy");
 

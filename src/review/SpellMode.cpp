@@ -4,31 +4,26 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 SpellMode spellModeForLevel(qint64 level)
 {
     return static_cast<SpellMode>(std::clamp<qint64>(level, 0, maxSpellLevel));
-}
-
-std::optional<SpellMode> spellModeFromRaw(qint64 value)
-{
-    if (value < 0 || value > maxSpellLevel)
-        return std::nullopt;
-    return static_cast<SpellMode>(value);
 }
 
 QString label(SpellMode mode)
 {
     switch (mode) {
     case SpellMode::copy:
-        return QStringLiteral("看一眼再写");
+        return u"看一眼再写"_s;
     case SpellMode::fill:
-        return QStringLiteral("补字母");
+        return u"补字母"_s;
     case SpellMode::chunks:
-        return QStringLiteral("按块拼");
+        return u"按块拼"_s;
     case SpellMode::full:
-        return QStringLiteral("完整拼写");
+        return u"完整拼写"_s;
     case SpellMode::dictation:
-        return QStringLiteral("听写");
+        return u"听写"_s;
     }
     return {};
 }

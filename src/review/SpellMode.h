@@ -2,8 +2,6 @@
 
 #include <QString>
 
-#include <optional>
-
 namespace nimbrelle {
 
 /// The rungs of the spelling ladder; the value is the word's spellLevel.
@@ -13,8 +11,6 @@ inline constexpr qint64 maxSpellLevel = 4;
 
 /// The rung of a level: below 1 is copy, 4 or more is dictation.
 SpellMode spellModeForLevel(qint64 level);
-/// Absent outside 0 to 4.
-std::optional<SpellMode> spellModeFromRaw(qint64 value);
 
 /// As the log and the screens name it, such as 补字母.
 QString label(SpellMode mode);

@@ -38,15 +38,15 @@ bool isVowelOrFirstOfDouble(const QStringList &letters, qsizetype i)
 
 QList<qsizetype> blankCandidates(const QStringList &letters)
 {
-    QList<qsizetype> all, telling;
+    QList<qsizetype> all, preferred;
     for (qsizetype i = 1; i < letters.size(); ++i) {
         if (!isLetter(letters[i]))
             continue;
         all.append(i);
         if (isVowelOrFirstOfDouble(letters, i))
-            telling.append(i);
+            preferred.append(i);
     }
-    return telling.isEmpty() ? all : telling;
+    return preferred.isEmpty() ? all : preferred;
 }
 
 QList<Group> vowelGroups(const QStringList &letters)
@@ -58,7 +58,7 @@ QList<Group> vowelGroups(const QStringList &letters)
         if (!groups.isEmpty() && groups.last().last == i - 1)
             groups.last().last = i;
         else
-            groups.append({i, i});
+            groups.append({.first = i, .last = i});
     }
     return groups;
 }
@@ -131,7 +131,7 @@ QList<Chunk> takePrefixes(QStringList &letters, const QList<Affix> &affixes)
         const qsizetype length = isSuffix(affix) ? 0 : lengthOf(affix, letters);
         if (length == 0)
             continue;
-        taken.append({letters.mid(0, length).join(QString()), true});
+        taken.append({.text = letters.mid(0, length).join(QString()), .isAffix = true});
         letters = letters.mid(length);
     }
     return taken;
@@ -165,7 +165,7 @@ QList<Chunk> plainChunks(const QStringList &texts)
 {
     QList<Chunk> result;
     for (const QString &text : texts)
-        result.append({text, false});
+        result.append({.text = text});
     return result;
 }
 
@@ -232,7 +232,7 @@ std::optional<QString> chunkPattern(const QString &word, const QList<Affix> &aff
         texts.append(chunk.text);
     QString &hidden = texts[hiddenChunk(all)];
     hidden = Letters::gap.repeated(characterCount(hidden));
-    return texts.join(QStringLiteral(" · "));
+    return texts.join(u" · "_s);
 }
 
 QStringList spellings(Affix affix)

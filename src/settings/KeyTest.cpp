@@ -5,6 +5,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// All of the settings that an answer depends on.
@@ -54,9 +56,9 @@ QCoro::Task<> KeyTest::run(std::unique_ptr<AIClient> client, std::stop_token sto
 {
     Result result;
     try {
-        const Explanation explanation = co_await client->explain(QStringLiteral("reluctant"),
-            QStringLiteral("I was reluctant to post this, but here we go."), stop);
-        result = Result{true, QStringLiteral("成功：reluctant = ") + explanation.meaningZh};
+        const Explanation explanation = co_await client->explain(
+            u"reluctant"_s, u"I was reluctant to post this, but here we go."_s, stop);
+        result = Result{true, u"成功：reluctant = "_s + explanation.meaningZh};
     } catch (const std::exception &error) {
         result = Result{false, Failure::shownText(error)};
     }

@@ -2,11 +2,13 @@
 
 namespace nimbrelle::SettingsText {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString orUnknown(const QString &text)
 {
-    return text.isEmpty() ? QStringLiteral("?") : text;
+    return text.isEmpty() ? u"?"_s : text;
 }
 
 } // namespace
@@ -14,23 +16,22 @@ QString orUnknown(const QString &text)
 QString keyNote(const QString &configPath, const QString &home)
 {
     const bool isAtHome = !home.isEmpty() && configPath.startsWith(home + u'/');
-    return QStringLiteral("API key 只保存在这台电脑上：")
-        + (isAtHome ? u'~' + configPath.mid(home.size()) : configPath);
+    return u"API key 只保存在这台电脑上："_s + (isAtHome ? u'~' + configPath.mid(home.size()) : configPath);
 }
 
 QString versionLine(const QString &version, const QString &build)
 {
-    return QStringLiteral("%1（%2）").arg(orUnknown(version), orUnknown(build));
+    return u"%1（%2）"_s.arg(orUnknown(version), orUnknown(build));
 }
 
 QString dwellLabel(double seconds)
 {
-    return QString::number(seconds, 'f', 1) + QStringLiteral(" 秒");
+    return QString::number(seconds, 'f', 1) + u" 秒"_s;
 }
 
 QString wordCount(qsizetype words)
 {
-    return QStringLiteral("已保存 %1 个词").arg(words);
+    return u"已保存 %1 个词"_s.arg(words);
 }
 
 bool isKeyTakenElsewhere(const AppConfig &config)

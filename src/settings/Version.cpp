@@ -2,14 +2,16 @@
 
 namespace nimbrelle::Version {
 
+using namespace Qt::StringLiterals;
+
 QString number()
 {
-    return QStringLiteral(NIMBRELLE_VERSION);
+    return u"" NIMBRELLE_VERSION ""_s;
 }
 
 QString build()
 {
-    return QStringLiteral(NIMBRELLE_BUILD_NUMBER);
+    return u"" NIMBRELLE_BUILD_NUMBER ""_s;
 }
 
 } // namespace nimbrelle::Version

@@ -15,6 +15,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::chrono::milliseconds permissionPeriod{1500};
@@ -129,8 +131,7 @@ void AppDelegate::openArchive()
     if (QFileInfo::exists(m_archive.report()))
         m_parts.windows.openFile(m_archive.report());
     else
-        m_parts.windows.showAlert(
-            QStringLiteral("成长档案还没装好"), QStringLiteral("重新运行一次 build.sh 就会装好。"));
+        m_parts.windows.showAlert(u"成长档案还没装好"_s, u"重新运行一次 build.sh 就会装好。"_s);
 }
 
 void AppDelegate::toggleAutoPopup()

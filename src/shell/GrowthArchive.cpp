@@ -7,12 +7,14 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString folderBeside(const QString &supportDir)
 {
     const QDir parent = QFileInfo(QDir::cleanPath(supportDir)).absoluteDir();
-    return parent.filePath(QStringLiteral("Nimbrelle 成长档案"));
+    return parent.filePath(u"Nimbrelle 成长档案"_s);
 }
 
 } // namespace
@@ -37,12 +39,12 @@ GrowthArchive::~GrowthArchive()
 
 QString GrowthArchive::script() const
 {
-    return m_folder + QStringLiteral("/程序/journey.py");
+    return m_folder + u"/程序/journey.py"_s;
 }
 
 QString GrowthArchive::report() const
 {
-    return m_folder + QStringLiteral("/成长档案.html");
+    return m_folder + u"/成长档案.html"_s;
 }
 
 bool GrowthArchive::isInstalled() const
@@ -55,7 +57,7 @@ void GrowthArchive::update()
     if (isUpdating())
         return;
     if (isInstalled())
-        m_generator.start(QStringLiteral("/usr/bin/python3"), {script()});
+        m_generator.start(u"/usr/bin/python3"_s, {script()});
     else
         emit updated();
 }

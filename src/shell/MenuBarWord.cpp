@@ -10,6 +10,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::chrono::seconds rotationPeriod{1200};
@@ -67,7 +69,7 @@ void MenuBarWord::glance()
     const auto shown = entry();
     if (!shown || std::exchange(m_glanced, true))
         return;
-    m_log.add(QStringLiteral("glance"), shown->headword);
+    m_log.add(LogKind::glance, shown->headword);
 }
 
 QList<QUuid> MenuBarWord::learningIds() const

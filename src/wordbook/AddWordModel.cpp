@@ -45,13 +45,13 @@ QString AddWordModel::correction() const
 
 bool AddWordModel::isKnown() const
 {
-    return m_result && m_words.index(m_result->explanation.headword);
+    return m_result && m_words.findHeadword(m_result->explanation.headword);
 }
 
 bool AddWordModel::isSpelled() const
 {
-    const auto known = m_result ? m_words.index(m_result->explanation.headword) : std::nullopt;
-    return known && m_words.entries()[*known].isSpellPractice();
+    const WordEntry *known = m_result ? m_words.findHeadword(m_result->explanation.headword) : nullptr;
+    return known && known->isSpellPractice();
 }
 
 void AddWordModel::addSentence()

@@ -35,7 +35,7 @@ public:
     bool isKnown() const;
     bool isSpelled() const;
 
-    /// As typed; these tell nobody.
+    /// As typed; these emit nothing.
     void setWord(const QString &word) { m_word = word; }
     void setSentence(const QString &sentence) { m_sentence = sentence; }
 

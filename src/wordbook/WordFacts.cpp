@@ -13,8 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 restDays = 7;
-
 QString historyText(const WordEntry &entry)
 {
     return u"查过 %1 次 · 在 %2 天里遇到 · %3 保存"_s.arg(entry.lookupCount)
@@ -37,7 +35,7 @@ QString translationIn(const WordEntry &entry, const QString &sentence)
 
 template <class Record> PageSource sourceOfRecord(const Record &record)
 {
-    return {record.sourceApp, record.sourceURL, record.sourceTitle};
+    return {.app = record.sourceApp, .url = record.sourceURL, .title = record.sourceTitle};
 }
 
 } // namespace
@@ -47,14 +45,16 @@ QList<StageAction> stageActions(const WordEntry &entry, bool hasRoom)
     using Kind = StageAction::Kind;
     QList<StageAction> actions;
     if (entry.stage != Stage::learning && entry.stage != Stage::mastered) {
-        actions.append(
-            {Kind::want, entry.isWanted() ? u"取消「想学」"_s : u"想学（排到最前）"_s, !entry.isWanted()});
-        actions.append({Kind::start, u"现在就开始学"_s, true, hasRoom});
+        actions.append({.kind = Kind::want,
+            .text = entry.isWanted() ? u"取消「想学」"_s : u"想学（排到最前）"_s,
+            .turnsOn = !entry.isWanted()});
+        actions.append({.kind = Kind::start, .text = u"现在就开始学"_s, .isEnabled = hasRoom});
     }
     if (entry.stage == Stage::learning)
-        actions.append({Kind::rest, u"先休息一周（让出名额）"_s});
-    actions.append({Kind::spell, entry.isSpellPractice() ? u"移出常拼"_s : u"加入常拼（多练拼写）"_s,
-        !entry.isSpellPractice()});
+        actions.append({.kind = Kind::rest, .text = u"先休息一周（让出名额）"_s});
+    actions.append({.kind = Kind::spell,
+        .text = entry.isSpellPractice() ? u"移出常拼"_s : u"加入常拼（多练拼写）"_s,
+        .turnsOn = !entry.isSpellPractice()});
     return actions;
 }
 
@@ -68,7 +68,7 @@ void perform(const StageAction &action, WordStore &words, const QUuid &id)
         words.startLearning(id);
         return;
     case StageAction::Kind::rest:
-        words.rest(id, restDays);
+        words.rest(id, WordChanges::restDays);
         return;
     case StageAction::Kind::spell:
         words.setSpellPractice(id, action.turnsOn);
@@ -90,26 +90,26 @@ std::optional<WordFacts> wordFacts(
     facts.isLeech = entry->lapses() >= config.leechThreshold;
     facts.actions = stageActions(*entry, words.learningCount() < config.learningSlots);
     for (const WordEntry &relative : words.family(*entry))
-        facts.family.append({relative.id, relative.headword});
+        facts.family.append({.id = relative.id, .headword = relative.headword});
     return facts;
 }
 
 GrammarFacts grammarFacts(const WordStore &words, GrammarPoint point, const QString &search)
 {
     const QList<GrammarEncounter> &all = words.grammarEncounters();
-    return {point, std::ranges::count(all, point, &GrammarEncounter::point),
-        filteredEncounters(all, point, search)};
+    return {.point = point,
+        .count = std::ranges::count(all, point, &GrammarEncounter::point),
+        .encounters = filteredEncounters(all, point, search)};
 }
 
 AffixFacts affixFacts(const WordStore &words, Affix affix)
 {
-    AffixFacts facts{affix, {}};
+    AffixFacts facts{.affix = affix};
     for (const AffixEncounter &met : encountersOf(words.affixEncounters(), affix)) {
-        AffixFacts::Meeting meeting{met, {}, {met.headword}};
-        if (const auto known = words.index(met.headword)) {
-            const WordEntry &entry = words.entries()[*known];
-            meeting.sentenceZh = translationIn(entry, met.sentence.value_or(QString()));
-            meeting.forms = formsOf(entry);
+        AffixFacts::Meeting meeting{.encounter = met, .forms = {met.headword}};
+        if (const WordEntry *entry = words.findHeadword(met.headword)) {
+            meeting.sentenceZh = translationIn(*entry, met.sentence.value_or(QString()));
+            meeting.forms = entry->formTexts();
         }
         facts.meetings.append(meeting);
     }
@@ -121,19 +121,6 @@ QString dayText(Timestamp day, Timestamp now)
     const QStringList parts = DayKey::string(day).split(u'-');
     const QString inYear = u"%1 月 %2 日"_s.arg(parts[1].toInt()).arg(parts[2].toInt());
     return DayKey::string(now).startsWith(parts[0] + u'-') ? inYear : parts[0] + u" 年 "_s + inYear;
-}
-
-QStringList formsOf(const WordEntry &entry)
-{
-    QStringList forms{entry.headword};
-    for (const FormSlot &slot : entry.formSlots()) {
-        forms.append(slot.form);
-        if (slot.record)
-            forms.append(slot.record->form);
-    }
-    forms.removeAll(QString());
-    forms.removeDuplicates();
-    return forms;
 }
 
 QString noFamilyText(const WordEntry &entry)

@@ -73,8 +73,6 @@ AffixFacts affixFacts(const WordStore &words, Affix affix);
 
 /// 11 月 25 日, with the year when it is not that of `now`. Local days.
 QString dayText(Timestamp day, Timestamp now);
-/// The word as it may stand in a sentence.
-QStringList formsOf(const WordEntry &entry);
 /// What the family section says of a word that has no relatives in the notebook.
 QString noFamilyText(const WordEntry &entry);
 /// 遇到 5 次, or 还没遇到.

@@ -39,22 +39,9 @@ RowMarks marksOf(const WordEntry &entry, DisplayStage stage)
     return marks;
 }
 
-/// The rows that pass, each with its stage, which the filter has had to find anyway.
-template <class Take>
-void forEachPassing(const QList<WordEntry> &entries, const WordFilter &filter, const AppConfig &config,
-    Timestamp now, Take take)
+bool passesSearch(const WordEntry &entry, const QString &query)
 {
-    const QString query = trimmedSpace(filter.search);
-    const QString lowered = query.toLower();
-    for (qsizetype i = 0; i < entries.size(); ++i) {
-        const WordEntry &entry = entries[i];
-        if (!query.isEmpty() && !entry.headword.toLower().contains(lowered)
-            && !entry.meaningZh.contains(query))
-            continue;
-        const DisplayStage stage = entry.displayStage(config, now);
-        if (!filter.stage || stage == *filter.stage)
-            take(i, stage);
-    }
+    return entry.headword.toLower().contains(query.toLower()) || entry.meaningZh.contains(query);
 }
 
 ListRow heading(const QString &title)
@@ -133,8 +120,13 @@ QString nothingChosenText(WordListTab tab)
 QList<qsizetype> filtered(
     const QList<WordEntry> &entries, const WordFilter &filter, const AppConfig &config, Timestamp now)
 {
+    const QString query = trimmedSpace(filter.search);
     QList<qsizetype> passing;
-    forEachPassing(entries, filter, config, now, [&](qsizetype i, DisplayStage) { passing.append(i); });
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        if ((query.isEmpty() || passesSearch(entries[i], query))
+            && (!filter.stage || entries[i].displayStage(config, now) == *filter.stage))
+            passing.append(i);
+    }
     return passing;
 }
 
@@ -202,10 +194,12 @@ QList<ListRow> wordRows(
     const QList<WordEntry> &entries, const WordFilter &filter, const AppConfig &config, Timestamp now)
 {
     QList<ListRow> rows;
-    forEachPassing(entries, filter, config, now, [&](qsizetype i, DisplayStage stage) {
-        rows.append(
-            {.key = entries[i].id, .title = entries[i].headword, .marks = marksOf(entries[i], stage)});
-    });
+    for (const qsizetype i : filtered(entries, filter, config, now)) {
+        const WordEntry &entry = entries[i];
+        rows.append({.key = entry.id,
+            .title = entry.headword,
+            .marks = marksOf(entry, entry.displayStage(config, now))});
+    }
     return rows;
 }
 

@@ -17,7 +17,7 @@ enum class WordListTab { words, grammar, affixes, notes };
 QString label(WordListTab tab);
 /// Empty where the tab has no search.
 QString searchPlaceholder(WordListTab tab);
-/// What stands in the detail pane while nothing is chosen.
+/// For the detail pane while nothing is chosen.
 QString nothingChosenText(WordListTab tab);
 
 struct WordFilter {
@@ -38,7 +38,7 @@ QList<AffixEncounter> encountersOf(const QList<AffixEncounter> &encounters, Affi
 /// 在学 24 · 共 186 个.
 QString wordHeader(qint64 learning, qsizetype total);
 
-/// The small pictures at the end of a row; at most one of the stages and `unlocked` stands last.
+/// The small pictures at the end of a row; at most one of the stages and `unlocked` comes last.
 enum class RowMark {
     wanted = 0x1,
     spelled = 0x2,
@@ -55,7 +55,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(RowMarks)
 /// What a mark means, for its tip and for a screen reader.
 QString label(RowMark mark);
 
-/// What a row stands for; a heading stands for nothing and can't be chosen.
+/// What a row shows; a heading shows nothing that can be chosen.
 using RowKey = std::variant<std::monostate, QUuid, GrammarPoint, Affix>;
 
 struct ListRow {
@@ -77,7 +77,7 @@ QList<ListRow> grammarRows(const QList<GrammarEncounter> &encounters);
 QList<ListRow> affixRows(const QList<AffixEncounter> &encounters);
 QList<ListRow> noteRows(const QList<AINote> &notes, const QString &search);
 
-/// What stands in the place of an empty list. `isFiltered` when there are rows but none passes.
+/// In the place of an empty list. `isFiltered` when there are rows but none passes.
 QString emptyListText(WordListTab tab, bool isFiltered);
 
 } // namespace nimbrelle

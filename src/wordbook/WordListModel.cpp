@@ -50,19 +50,19 @@ void WordListModel::setRows(const QList<ListRow> &rows)
     while (behind < std::min(m_rows.size(), rows.size()) - from
         && isSameRow(m_rows[m_rows.size() - 1 - behind], rows[rows.size() - 1 - behind]))
         ++behind;
-    const auto gone = m_rows.size() - from - behind;
-    const auto come = rows.size() - from - behind;
-    if (gone > 0) {
-        beginRemoveRows({}, static_cast<int>(from), static_cast<int>(from + gone - 1));
-        m_rows.remove(from, gone);
+    const auto removed = m_rows.size() - from - behind;
+    const auto inserted = rows.size() - from - behind;
+    if (removed > 0) {
+        beginRemoveRows({}, static_cast<int>(from), static_cast<int>(from + removed - 1));
+        m_rows.remove(from, removed);
         endRemoveRows();
     }
-    if (come > 0) {
-        beginInsertRows({}, static_cast<int>(from), static_cast<int>(from + come - 1));
-        m_rows = rows; // what stands round the new ones may look new too, and is told below
+    if (inserted > 0) {
+        beginInsertRows({}, static_cast<int>(from), static_cast<int>(from + inserted - 1));
+        m_rows = rows; // other rows may have changed too, which is signalled below
         endInsertRows();
     }
-    if (m_rows == rows && come == 0)
+    if (m_rows == rows && inserted == 0)
         return;
     m_rows = rows;
     if (!rows.isEmpty())

@@ -17,7 +17,7 @@ public:
     /// Absent for a heading and where no such row is.
     std::optional<int> rowOf(const RowKey &key) const;
 
-    /// Tells views no more than what differs, so that they keep what is chosen and where they stand.
+    /// Signals no more than what differs, so that views keep selection and scroll offset.
     void setRows(const QList<ListRow> &rows);
 
     int rowCount(const QModelIndex &parent = {}) const override;

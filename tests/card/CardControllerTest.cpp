@@ -164,7 +164,7 @@ TEST_F(CardControllerTest, CoversTheMeaningOfAKnownWordUnlessItWasJustReviewed)
     const QUuid id = notebook.save("run");
     lookupAndAnswer("run");
     EXPECT_EQ(recall(), RecallState::Kind::hidden);
-    notebook.store.applyReview(id, Rating::good, u"review"_s);
+    notebook.store.applyReview(id, Rating::good, LogKind::review);
     notebook.clock.advance(3599s);
     lookup("run");
     EXPECT_EQ(recall(), RecallState::Kind::off);

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -99,7 +100,7 @@ TEST_F(AtomicFile, LeavesTheOldFileWhenAnyStepFails)
         FailingCalls calls(step);
         EXPECT_FALSE(replaceFile(path(), "the new content", FileMode::ordinary, calls));
         EXPECT_EQ(readFile(path()), "the old content");
-        EXPECT_EQ(files(), QStringList{QStringLiteral("words.json")}) << "a temporary was left";
+        EXPECT_EQ(files(), QStringList{u"words.json"_s}) << "a temporary was left";
     }
     SlowCalls slow;
     EXPECT_TRUE(replaceFile(path(), "the new content", FileMode::ordinary, slow));

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -40,7 +41,7 @@ TEST_F(ConfigStoreTest, WritesNothingBeforeTheFirstChange)
     EXPECT_EQ(store.config(), AppConfig());
     store.setConfig(store.config());
     EXPECT_FALSE(QFile::exists(m_paths.config));
-    change(store, [](AppConfig &config) { config.model = QStringLiteral("m"); });
+    change(store, [](AppConfig &config) { config.model = u"m"_s; });
     EXPECT_EQ(onDisk(), store.config());
     constexpr int others = 0x0077; // any right of the group or of others
     EXPECT_EQ(int(QFileInfo(m_paths.config).permissions()) & others, 0);
@@ -70,9 +71,8 @@ TEST_F(ConfigStoreTest, StampsOnlyStudySettingsAndEachLaterThanTheLast)
     m_clock.set(m_clock.now() - 48h);
     edit([](AppConfig &config) { config.leechThreshold = 3; });
     EXPECT_EQ(stamps,
-        (QStringList{QStringLiteral("2026-03-01T08:30:05Z"), QStringLiteral("2026-03-01T08:30:06Z"),
-            QStringLiteral("2026-03-01T08:30:07Z"), QStringLiteral("2026-03-01T09:30:05Z"),
-            QStringLiteral("2026-03-01T09:30:06Z")}));
+        (QStringList{u"2026-03-01T08:30:05Z"_s, u"2026-03-01T08:30:06Z"_s, u"2026-03-01T08:30:07Z"_s,
+            u"2026-03-01T09:30:05Z"_s, u"2026-03-01T09:30:06Z"_s}));
     EXPECT_EQ(study.count(), 5);
     EXPECT_EQ(changed.count(), 6);
 }
@@ -81,7 +81,14 @@ TEST_F(ConfigStoreTest, TakesMergedSettingsWithTheirOwnStamp)
 {
     ConfigStore store(m_paths, m_clock);
     QSignalSpy study(&store, &ConfigStore::studySettingsChanged);
-    const StudySettings merged{50, 9, 12, 60, 5, 14, false, m_clock.now() - 240h};
+    const StudySettings merged{{.learningSlots = 50,
+                                   .dailyNewLimit = 9,
+                                   .sessionSize = 12,
+                                   .graduateDays = 60,
+                                   .leechThreshold = 5,
+                                   .dormantDays = 14,
+                                   .recallOnLookup = false},
+        m_clock.now() - 240h};
     store.applySync(merged);
     EXPECT_EQ(store.config().studySettings(), merged);
     EXPECT_EQ(onDisk()->studySettings(), merged);
@@ -93,7 +100,7 @@ TEST_F(ConfigStoreTest, ReadsOldAndHalfBrokenFiles)
 {
     writeFile(R"({"apiKey":"sk-1","optionHoverOCR":false})");
     const AppConfig old = ConfigStore(m_paths, m_clock).config();
-    EXPECT_EQ(old.apiKey, QStringLiteral("sk-1"));
+    EXPECT_EQ(old.apiKey, u"sk-1"_s);
     EXPECT_FALSE(old.optionHoverOCR);
     EXPECT_EQ(old.hoverKey, ModifierKey::option);
 
@@ -117,14 +124,14 @@ TEST_F(ConfigStoreTest, OffersNoStudySettingsWithoutAStamp)
         config.studySettingsAt = QString::fromLatin1(stamp);
         EXPECT_EQ(config.studySettings(), std::nullopt) << stamp;
     }
-    config.studySettingsAt = QStringLiteral("2026-03-01T08:30:05Z");
+    config.studySettingsAt = u"2026-03-01T08:30:05Z"_s;
     ASSERT_TRUE(config.studySettings());
     EXPECT_EQ(config.studySettings()->order(), (std::array<qint64, 7>{30, 8, 15, 30, 4, 30, 1}));
 }
 
 TEST_F(ConfigStoreTest, WorksInMemoryWhenTheDirectoryCannotBeWritten)
 {
-    const AppPaths nowhere(QStringLiteral("/proc/nowhere"));
+    const AppPaths nowhere(u"/proc/nowhere"_s);
     ConfigStore store(nowhere, m_clock);
     change(store, [](AppConfig &config) { config.learningSlots = 5; });
     EXPECT_EQ(store.config().learningSlots, 5);

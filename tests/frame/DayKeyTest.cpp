@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -17,18 +18,18 @@ Timestamp at(const char *iso)
 TEST(DayKey, IsTheLocalDay)
 {
     const TimeZone shanghai("Asia/Shanghai");
-    EXPECT_EQ(DayKey::string(at("2026-03-01T15:59:59Z")), QStringLiteral("2026-03-01"));
-    EXPECT_EQ(DayKey::string(at("2026-03-01T16:00:00Z")), QStringLiteral("2026-03-02"));
+    EXPECT_EQ(DayKey::string(at("2026-03-01T15:59:59Z")), u"2026-03-01"_s);
+    EXPECT_EQ(DayKey::string(at("2026-03-01T16:00:00Z")), u"2026-03-02"_s);
     EXPECT_EQ(DayKey::date(u"2026-03-02"), at("2026-03-01T16:00:00Z"));
     const TimeZone newYork("America/New_York");
-    EXPECT_EQ(DayKey::string(at("2026-03-01T04:59:59Z")), QStringLiteral("2026-02-28"));
+    EXPECT_EQ(DayKey::string(at("2026-03-01T04:59:59Z")), u"2026-02-28"_s);
 }
 
 TEST(DayKey, StartsAtTheFirstMomentWhereMidnightDoesNotExist)
 {
     const TimeZone saoPaulo("America/Sao_Paulo");
     EXPECT_EQ(DayKey::date(u"2018-11-04"), at("2018-11-04T03:00:00Z")); // 00:00 jumped to 01:00
-    EXPECT_EQ(DayKey::string(*DayKey::date(u"2018-11-04")), QStringLiteral("2018-11-04"));
+    EXPECT_EQ(DayKey::string(*DayKey::date(u"2018-11-04")), u"2018-11-04"_s);
 }
 
 TEST(DayKey, ReadsStrictly)

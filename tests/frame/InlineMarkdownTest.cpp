@@ -6,6 +6,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Runs as text: [b:bold] [i:italic] [s:struck] [c:code] [l:link>address], letters combined.
@@ -71,12 +73,12 @@ TEST(InlineMarkdown, KnowsThatChineseHasNoBlanksRoundWords)
 
 TEST(InlineMarkdown, AGrowingTextLosesNothingOnTheWay)
 {
-    const QString text = QStringLiteral("**a** `b` [c](d) ~~e~~ *f **g** h* \\* \U0001F600 _i_ **终");
+    const QString text = u"**a** `b` [c](d) ~~e~~ *f **g** h* \\* \U0001F600 _i_ **终"_s;
     for (qsizetype length = 0; length <= text.size(); ++length) {
         QString letters;
         for (const StyledRun &run : inlineMarkdown(text.left(length)))
             letters += run.text;
-        for (const QChar c : QStringLiteral("abcefghi终"))
+        for (const QChar c : u"abcefghi终"_s)
             EXPECT_EQ(letters.contains(c), text.left(length).contains(c)) << length;
     }
 }

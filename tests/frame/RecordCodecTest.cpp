@@ -6,6 +6,7 @@
 #include <limits>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -36,7 +37,7 @@ struct Branch {
 struct Forgiving {
     qint64 size = 7;
     Colour colour = Colour::darkGreen;
-    QString name = QStringLiteral("default");
+    QString name = u"default"_s;
 
     bool operator==(const Forgiving &) const = default;
 };
@@ -78,7 +79,7 @@ QByteArray leafWith(const char *key, const char *value)
 TEST(RecordCodec, KeepsEveryDigitAndCharacter)
 {
     const Leaf leaf = sampleLeaf();
-    EXPECT_EQ(leaf.name, QStringLiteral("叶") + QChar(0) + u'x');
+    EXPECT_EQ(leaf.name, u"叶"_s + QChar(0) + u'x');
     EXPECT_EQ(leaf.count, 9007199254740993);
     EXPECT_EQ(leaf.colour, Colour::darkGreen);
     EXPECT_EQ(encode(leaf, TextForm::canonical), leafJson);
@@ -153,8 +154,8 @@ TEST(RecordCodec, AcceptsWhatIsMeant)
     EXPECT_EQ(decode<Leaf>(leafWith("noteZh", "\"\""))->noteZh, QString());
     EXPECT_EQ(decode<Leaf>(leafWith("id", "\"00000000-0000-0000-0000-000000000000\""))->id, QUuid());
     EXPECT_EQ(decode<Leaf>(leafWith("id", "\"01234567-89ab-cdef-0123-456789abcdef\""))->id, sampleLeaf().id);
-    EXPECT_TRUE(decode<Leaf>(leafWith("forms", R"({"third_person":"runs"})"))
-                    ->forms->contains(QStringLiteral("third_person")));
+    EXPECT_TRUE(
+        decode<Leaf>(leafWith("forms", R"({"third_person":"runs"})"))->forms->contains(u"third_person"_s));
 }
 
 TEST(RecordCodec, RefusesWhatIsNoSingleValue)
@@ -191,8 +192,7 @@ TEST(RecordCodec, WritesSortedKeysWithoutNulls)
 TEST(RecordCodec, WritesOnlyWhatItCanReadBack)
 {
     Leaf leaf = sampleLeaf();
-    leaf.name =
-        QStringLiteral("a") + QChar(0xd83d) + u'b' + QChar(0xde00) + QString::fromUtf8("😀") + QChar(0xd83d);
+    leaf.name = u"a"_s + QChar(0xd83d) + u'b' + QChar(0xde00) + QString::fromUtf8("😀") + QChar(0xd83d);
     const QString repaired = QString::fromUtf8("a\uFFFDb\uFFFD😀\uFFFD");
     EXPECT_EQ(decode<Leaf>(*encode(leaf, TextForm::file))->name, repaired);
 
@@ -210,7 +210,7 @@ TEST(RecordCodec, TakesSnakeCaseFromTheAI)
     const auto leaf = decode<Leaf>(json, KeyStyle::fromSnakeCase);
     ASSERT_TRUE(leaf);
     EXPECT_TRUE(leaf->isOpen);
-    EXPECT_EQ(leaf->noteZh, QStringLiteral("旁注"));
+    EXPECT_EQ(leaf->noteZh, u"旁注"_s);
     EXPECT_TRUE(decode<Leaf>(leafWith("noteZh", "\"x\""), KeyStyle::fromSnakeCase)->noteZh);
     EXPECT_EQ(decode<Leaf>(leafWith("note_zh", "7"), KeyStyle::fromSnakeCase), std::nullopt);
 
@@ -229,7 +229,7 @@ TEST(RecordCodec, GivesDefaultsWhereARecordAsksForThem)
     for (const char *colour : {"\"fn\"", "3", "[]", "null"}) {
         const auto read = decode<Forgiving>(QByteArray(R"({"size":3,"colour":)") + colour + "}");
         ASSERT_TRUE(read) << colour;
-        EXPECT_EQ(*read, (Forgiving{3, Colour::darkGreen, QStringLiteral("default")})) << colour;
+        EXPECT_EQ(*read, (Forgiving{3, Colour::darkGreen, u"default"_s})) << colour;
     }
     EXPECT_EQ(decode<Forgiving>("[]"), std::nullopt);
 }

@@ -9,6 +9,7 @@
 #include <limits>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -26,7 +27,7 @@ protected:
     QStringList files() const { return QDir(m_directory.path()).entryList(QDir::Files | QDir::Hidden); }
 
     QTemporaryDir m_directory;
-    QString m_path = m_directory.filePath(QStringLiteral("list.json"));
+    QString m_path = m_directory.filePath(u"list.json"_s);
 };
 
 TEST_F(RecordFile, OfAnyLengthReadsBackAndIsWhatTheCodecWrites)
@@ -45,7 +46,7 @@ TEST_F(RecordFile, StaysAsItWasWhenTheEncodingFailsHalfWay)
     configs.last().dwellSeconds = std::numeric_limits<double>::quiet_NaN();
     writeRecordFile(m_path, configs);
     EXPECT_EQ(readRecordFile<QList<AppConfig>>(m_path)->size(), 1);
-    EXPECT_EQ(files(), QStringList{QStringLiteral("list.json")}) << "a temporary was left";
+    EXPECT_EQ(files(), QStringList{u"list.json"_s}) << "a temporary was left";
 }
 
 } // namespace

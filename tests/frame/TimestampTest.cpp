@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -12,9 +13,9 @@ namespace {
 TEST(Timestamp, HasOneTextForm)
 {
     const Timestamp time = Timestamp{} + 1772353805s + 999999us;
-    EXPECT_EQ(isoText(time), QStringLiteral("2026-03-01T08:30:05Z"));
-    EXPECT_EQ(timestampFromIso(QStringLiteral("2026-03-01T08:30:05Z")), Timestamp{} + 1772353805s);
-    EXPECT_EQ(isoText(Timestamp{} - 1us), QStringLiteral("1969-12-31T23:59:59Z"));
+    EXPECT_EQ(isoText(time), u"2026-03-01T08:30:05Z"_s);
+    EXPECT_EQ(timestampFromIso(u"2026-03-01T08:30:05Z"_s), Timestamp{} + 1772353805s);
+    EXPECT_EQ(isoText(Timestamp{} - 1us), u"1969-12-31T23:59:59Z"_s);
 }
 
 TEST(Timestamp, RefusesEveryOtherForm)
@@ -35,7 +36,7 @@ TEST(Timestamp, ArithmeticStaysInsideTheTextForm)
     EXPECT_EQ(addSeconds(day, 1e300), distantFuture);
     EXPECT_EQ(addSeconds(day, 129600.5) - day, 129600s + 500ms);
     EXPECT_DOUBLE_EQ(daysBetween(day, addDays(day, -7)), -7);
-    EXPECT_EQ(isoText(distantFuture), QStringLiteral("9999-12-31T23:59:59Z"));
+    EXPECT_EQ(isoText(distantFuture), u"9999-12-31T23:59:59Z"_s);
 }
 
 } // namespace

@@ -48,7 +48,6 @@ TEST(ReviewQuestion, TakesTheModeOfTheLevel)
     for (const auto &[level, mode] : modes)
         EXPECT_EQ(ReviewQuestion::spelling(atLevel(level, u"reluctant"_s)).mode(), mode) << level;
     EXPECT_EQ(ReviewQuestion::spelling(wordNamed(u"run"_s)).mode(), copy);
-    EXPECT_EQ(ReviewQuestion::make(wordNamed(u"run"_s)).mode(), std::nullopt);
 }
 
 TEST(ReviewQuestion, BlanksByLengthAndFallsBackFromChunks)
@@ -79,11 +78,7 @@ TEST(ReviewQuestion, BlanksTheFormThatTheSentenceNeeds)
         {full(u"run"_s, u"Ran ran."_s, {u"ran"_s}), u"____ ran."_s, u"Ran"_s},
         {running, u"The run is _______."_s, u"running"_s},
         {full(u"give up on"_s, u"I give up on it"_s), u"I __________ it"_s, u"give up on"_s},
-        {full(u"give up"_s, u"I give\nup"_s), {}, u"give up"_s},
-        {full(u"C++"_s, u"I like C++ a lot"_s), {}, u"C++"_s},
-        {full(u"C++"_s, u"use C++20"_s), u"use ____20"_s, u"C++"_s},
-        {full(u"cafe"_s, u"the cafe\u0301"_s), {}, u"cafe"_s},
-        {full(u"naïve"_s, u"So NAÏVE!"_s), u"So _____!"_s, u"NAÏVE"_s}, {unusable, {}, u"run"_s}};
+        {full(u"give up"_s, u"I give\nup"_s), {}, u"give up"_s}, {unusable, {}, u"run"_s}};
     for (const Sample &sample : samples) {
         const ReviewQuestion question = ReviewQuestion::spelling(sample.word);
         EXPECT_EQ(question.clozeSentence.value_or(QString()), sample.cloze);

@@ -2,6 +2,7 @@
 
 #include "frame/AppPaths.h"
 #include "frame/ConfigStore.h"
+#include "frame/Failure.h"
 #include "frame/RecordFile.h"
 #include "notebook/Explanation.h"
 #include "notebook/LearningLog.h"
@@ -20,7 +21,10 @@ struct Notebook {
     ManualClock clock;
     ConfigStore config{paths, clock};
     LearningLog log{paths, clock};
-    WordStore store{paths, clock, config, log};
+    WordStore::MnemonicRequest memoryAid; ///< none is to be had unless a test sets it
+    WordStore store{paths, clock, config, log, [this](auto... arguments) -> QCoro::Task<QString> {
+                        return memoryAid ? memoryAid(arguments...) : throw Failure({});
+                    }};
 
     template <class Edit> void configure(Edit edit)
     {
@@ -44,10 +48,14 @@ struct Notebook {
         return {QStringLiteral("Firefox"), QString::fromUtf8(url), QStringLiteral("A page")};
     }
 
+    /// As if the notebook had held these words, and only these, all along.
+    void fill(const QList<WordEntry> &words) { store.applySync({.words = words}); }
+
     QUuid save(const char *headword) { return store.save(explained(headword), {}).entry.id; }
     const WordEntry &word(const char *headword) const
     {
-        return store.entries()[store.index(QString::fromUtf8(headword)).value()];
+        const WordEntry *found = store.findHeadword(QString::fromUtf8(headword));
+        return found ? *found : throw std::runtime_error(headword);
     }
     QList<WordEntry> entriesOnDisk() const
     {

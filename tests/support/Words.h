@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/AppConfig.h"
 #include "notebook/WordEntry.h"
 
 namespace nimbrelle {
@@ -11,6 +12,14 @@ inline WordEntry wordNamed(const QString &headword)
     word.id = QUuid::createUuid();
     word.headword = headword;
     return word;
+}
+
+/// The default settings but for these.
+inline AppConfig configWith(const StudyValues &values)
+{
+    AppConfig config;
+    static_cast<StudyValues &>(config) = values;
+    return config;
 }
 
 enum class Origin { met, generated };

@@ -112,7 +112,7 @@ void changeWord(WordStore &store, const WordEntry &word, Random &random)
     switch (random.below(8)) {
     case 0:
     case 1:
-        store.applyReview(word.id, rating, QStringLiteral("review"));
+        store.applyReview(word.id, rating, LogKind::review);
         break;
     case 2:
         store.applySpelling(word.id, rating);

@@ -276,7 +276,8 @@ TEST(SyncMerge, CountersAndSettingsComeFromTheLaterSide)
 
     const auto settings = [](qint64 learningSlots, qint64 round, bool recall, int changedAt) {
         SyncBundle bundle;
-        bundle.settings = StudySettings{learningSlots, 8, round, 30, 4, 30, recall, at(changedAt)};
+        bundle.settings = StudySettings{
+            {.learningSlots = learningSlots, .sessionSize = round, .recallOnLookup = recall}, at(changedAt)};
         return bundle;
     };
     const auto expectWinner = [](const SyncBundle &winner, const SyncBundle &loser) {

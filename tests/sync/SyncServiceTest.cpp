@@ -142,7 +142,7 @@ TEST_F(SyncServiceTest, ConflictReadsAndMergesAgain)
     EXPECT_THAT(requestsOf(computer),
         ElementsAre(QStringLiteral("GET \"1\""), QStringLiteral("PUT \"1\""), QStringLiteral("GET "),
             QStringLiteral("PUT \"2\"")));
-    EXPECT_TRUE(computer.store().index(QStringLiteral("walk")));
+    EXPECT_TRUE(computer.store().findHeadword(QStringLiteral("walk")));
     EXPECT_EQ(stateOf(computer).version, 3);
 }
 
@@ -184,7 +184,7 @@ TEST_F(SyncServiceTest, WordSavedDuringAnyWaitIsNeitherLostNorCountedAsSynced)
     const auto phones = phone.startSync();
     save(phone, u"phone reading");
     phone.network.answer(server.answer(phone.network.waiting()));
-    const QUuid before = phone.store().entries()[*phone.store().index(QStringLiteral("before"))].id;
+    const QUuid before = phone.store().findHeadword(QStringLiteral("before"))->id;
     phone.store().remove(before);
     phone.network.serve(server);
     EXPECT_EQ(*phones, true);
@@ -192,7 +192,7 @@ TEST_F(SyncServiceTest, WordSavedDuringAnyWaitIsNeitherLostNorCountedAsSynced)
     phone.syncWith(server);
     computer.syncWith(server);
     EXPECT_FALSE(computer.store().find(before));
-    EXPECT_TRUE(computer.store().index(QStringLiteral("phone reading")));
+    EXPECT_TRUE(computer.store().findHeadword(QStringLiteral("phone reading")));
 }
 
 TEST_F(SyncServiceTest, LostAnswerToAWriteCostsNoSecondWrite)
@@ -245,7 +245,7 @@ TEST_F(SyncServiceTest, DevicesOnDifferentDaysDoNotWriteInTurn)
     phone.clock.advance(24h);
     phone.syncWith(server);
     phone.store().fillSlots(0);
-    phone.store().applyReview(phone.store().entries().first().id, Rating::good, QStringLiteral("review"));
+    phone.store().applyReview(phone.store().entries().first().id, Rating::good, LogKind::review);
     for (int round = 0; round < 2; ++round) {
         phone.syncWith(server);
         computer.syncWith(server);

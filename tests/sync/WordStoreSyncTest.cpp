@@ -57,7 +57,7 @@ TEST(WordStoreSync, SettingsThatWereNeverTouchedAreNotOffered)
 {
     Device device;
     EXPECT_EQ(device.document().settings, std::nullopt);
-    const StudySettings settings{1, 2, 3, 4, 5, 6, false, device.clock.now()};
+    const StudySettings settings{{.learningSlots = 1, .recallOnLookup = false}, device.clock.now()};
     SyncBundle bundle;
     bundle.settings = settings;
     device.store().applySync(bundle);

@@ -86,9 +86,12 @@ TEST_F(AddWordModelTest, AFailureLeavesWhatWasTyped)
     EXPECT_FALSE(model.result());
     model.lookup();
     EXPECT_EQ(model.error(), QString());
+    ai.fail(std::runtime_error("no memory"));
+    EXPECT_FALSE(model.isLoading());
+    EXPECT_EQ(model.error(), u"no memory"_s);
 }
 
-TEST_F(AddWordModelTest, SaysWhatTheAISpelledOtherwise)
+TEST_F(AddWordModelTest, ShowsTheSpellingThatTheAICorrected)
 {
     look(u"relutcant %2"_s);
     LookupResult result = found("reluctant");
@@ -150,14 +153,6 @@ TEST_F(AddWordModelTest, AnAnswerThatComesAfterBeginningAnewIsDropped)
     look(u"harbour"_s);
     ai.reply(found("harbour"));
     EXPECT_EQ(model.result()->explanation.headword, u"harbour"_s);
-}
-
-TEST_F(AddWordModelTest, EndsWhateverTheFailure)
-{
-    look(u"reluctant"_s);
-    ai.fail(std::runtime_error("no memory"));
-    EXPECT_FALSE(model.isLoading());
-    EXPECT_EQ(model.error(), u"no memory"_s);
 }
 
 } // namespace nimbrelle

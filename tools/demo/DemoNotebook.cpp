@@ -153,7 +153,7 @@ void DemoNotebook::readOn(qint64 daysAgo)
         const Explanation answer = QCoro::waitFor(m_client.explain(
             QString::fromUtf16(meeting.word), std::optional(QString::fromUtf16(meeting.sentence))));
         const PageSource source = sourceOf(meeting.page);
-        if (m_words.index(answer.headword))
+        if (m_words.findHeadword(answer.headword))
             m_words.recordLookup(answer, source);
         m_words.save(answer, source); // which adds the sentence to a word that is there already
     }
@@ -167,7 +167,7 @@ void DemoNotebook::reviewOn(qint64 daysAgo)
     const QList<QUuid> round = m_words.buildSession(0);
     for (const QUuid &id : round) {
         m_clock.set(m_clock.now() + 20s);
-        m_words.applyReview(id, ratingOf(*m_words.find(id)), u"review"_s);
+        m_words.applyReview(id, ratingOf(*m_words.find(id)), LogKind::review);
     }
     if (daysAgo == 5)
         m_words.rest(idOf(u"controversial"_s), 7);
@@ -220,10 +220,10 @@ void DemoNotebook::findMemoryAid(const QString &headword)
 
 QUuid DemoNotebook::idOf(const QString &headword) const
 {
-    const auto position = m_words.index(headword);
-    if (!position)
+    const WordEntry *word = m_words.findHeadword(headword);
+    if (!word)
         throw std::runtime_error("the notebook has no " + headword.toStdString());
-    return m_words.entries()[*position].id;
+    return word->id;
 }
 
 } // namespace nimbrelle

@@ -333,11 +333,9 @@ QList<QWidget *> WordCard::makeActions()
     if (m_data.savedLookupCount && !m_data.justSaved)
         connect(add(u"saveExample"_s, u"把这个例句也存下来"_s, std::nullopt), &QPushButton::clicked, this,
             [this] { m_parts.controller.save(); });
-    if (const auto known = m_parts.words.index(m_data.explanation.headword)) {
-        const WordEntry &entry = m_parts.words.entries()[*known];
-        if (canBeWanted(entry))
-            actions.append(makeWantToggle(entry));
-    }
+    const WordEntry *entry = m_parts.words.findHeadword(m_data.explanation.headword);
+    if (entry && canBeWanted(*entry))
+        actions.append(makeWantToggle(*entry));
     return actions;
 }
 

@@ -34,7 +34,7 @@ QLabel *makeDisc(const Theme &theme, Rating rating)
 
 } // namespace
 
-QWidget *makeMeaningRow(const Theme &theme, const WordEntry &entry, const ReadText::Look &look, int room)
+QWidget *makeMeaningRow(const Theme &theme, const WordEntry &entry, const ReadText::Look &look, int width)
 {
     auto *holder = new QWidget;
     auto *row = bareLayout<QHBoxLayout>(holder, theme.points(8));
@@ -44,14 +44,14 @@ QWidget *makeMeaningRow(const Theme &theme, const WordEntry &entry, const ReadTe
         auto *pos = makeReadText(theme, u"pos"_s, u"词性"_s, entry.pos,
             {look.type == TextType::heading ? TextType::text : TextType::small, Tone::ink2, QFont::Medium,
                 pitch, std::nullopt, look.type});
-        pos->setFixedWidth(std::min(pos->naturalWidth(), room / 3));
+        pos->setFixedWidth(std::min(pos->naturalWidth(), width / 3));
         row->addWidget(pos, 0, Qt::AlignTop);
-        room -= pos->maximumWidth() + gap;
+        width -= pos->maximumWidth() + gap;
     }
     auto *badge = makeRegisterBadge(theme, entry.register_);
-    room -= badge->sizeHint().width() + gap;
+    width -= badge->sizeHint().width() + gap;
     auto *meaning = makeReadText(theme, u"meaning"_s, u"意思"_s, entry.meaningZh, look);
-    meaning->setFixedWidth(std::min(meaning->naturalWidth(), room));
+    meaning->setFixedWidth(std::min(meaning->naturalWidth(), width));
     row->addWidget(meaning);
     auto *side = bareLayout<QVBoxLayout>(nullptr, 0);
     side->addSpacing((theme.points(pitch) - badge->maximumHeight()) / 2);
@@ -124,8 +124,8 @@ QWidget *makeMnemonic(const Theme &theme, const WordEntry &entry)
     head->addWidget(makeLabel(theme, u"换个记法"_s, TextType::small, Tone::purpleText));
     head->addStretch();
     rows->addLayout(head);
-    rows->addWidget(
-        makeReadText(theme, u"mnemonic"_s, u"换个记法"_s, aid, {TextType::text, Tone::purpleText}));
+    rows->addWidget(makeReadText(
+        theme, u"mnemonic"_s, u"换个记法"_s, aid, {.type = TextType::text, .tone = Tone::purpleText}));
     row->addLayout(rows, 1);
     return holder;
 }
@@ -140,7 +140,7 @@ QWidget *makeVerdict(const Theme &theme, const ReviewSession::Revealed &revealed
     row->addWidget(makeDisc(theme, rating), 0, Qt::AlignTop);
     if (revealed.message)
         row->addWidget(
-            makeReadText(theme, u"message"_s, u"批改"_s, *revealed.message, {TextType::reading}), 1);
+            makeReadText(theme, u"message"_s, u"批改"_s, *revealed.message, {.type = TextType::reading}), 1);
     else
         row->addStretch();
     return holder;
@@ -161,7 +161,7 @@ QWidget *makeBanner(const ReviewParts &parts, ReviewScreen::Banner banner)
     if (banner == restLink) {
         auto *holder = new QWidget;
         auto *row = bareLayout<QHBoxLayout>(holder, 0);
-        row->addWidget(rest(makeButton(theme, u"restWord"_s, text(banner), {ButtonKind::link})));
+        row->addWidget(rest(makeButton(theme, u"restWord"_s, text(banner), {.kind = ButtonKind::link})));
         row->addStretch();
         return holder;
     }
@@ -173,8 +173,8 @@ QWidget *makeBanner(const ReviewParts &parts, ReviewScreen::Banner banner)
     row->setSpacing(theme.points(10));
     if (banner == graduated)
         row->addWidget(makeIconLabel(theme, Icon::capFill, 18, theme.colour(Tone::accent)));
-    row->addWidget(makeReadText(theme, u"outcomeText"_s, u"结果"_s, text(banner), {TextType::text}), 1,
-        Qt::AlignVCenter);
+    row->addWidget(makeReadText(theme, u"outcomeText"_s, u"结果"_s, text(banner), {.type = TextType::text}),
+        1, Qt::AlignVCenter);
     if (banner == leech)
         row->addWidget(rest(makeButton(theme, u"restWord"_s, u"先让它休息一周"_s, {})));
     return area;

@@ -5,12 +5,12 @@
 #include "widgets/Layouts.h"
 #include "widgets/ReadText.h"
 
-/// The lines of which the review screens put an answer together. `room` is the width that there is, in
+/// The lines of which the review screens put an answer together. `width` is all that there is, in
 /// device-independent pixels.
 namespace nimbrelle {
 
 /// Word class, meaning and tone.
-QWidget *makeMeaningRow(const Theme &theme, const WordEntry &entry, const ReadText::Look &look, int room);
+QWidget *makeMeaningRow(const Theme &theme, const WordEntry &entry, const ReadText::Look &look, int width);
 /// Null without one.
 QWidget *makeDefinition(const Theme &theme, const WordEntry &entry, TextType type);
 /// The form that was wanted and the word that it comes from; null when they are the same.

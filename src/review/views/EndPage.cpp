@@ -127,8 +127,7 @@ EndPage::EndPage(const Theme &theme, const ReviewScreen::EmptyRound &empty) : En
     for (const QString &line : empty.lines)
         addLine(u"line"_s, line, std::exchange(gap, 2), false);
     if (empty.offersMore) {
-        auto *more = makeButton(theme, u"more"_s, u"想多学？再加 5 个新词"_s,
-            {ButtonKind::outlined, std::nullopt, TextType::reading});
+        auto *more = makeButton(theme, u"more"_s, u"想多学？再加 5 个新词"_s, {.type = TextType::reading});
         more->setFixedHeight(theme.points(40));
         more->setMinimumWidth(more->sizeHint().width() + theme.points(widerButton));
         more->setProperty("large", true);

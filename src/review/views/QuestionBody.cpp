@@ -40,7 +40,7 @@ QuestionBody::QuestionBody(const ReviewParts &parts, int width)
     rows->addLayout(m_footPlace);
 }
 
-int QuestionBody::room() const
+int QuestionBody::contentWidth() const
 {
     return m_width - 2 * m_parts.theme.points(reviewMargin);
 }
@@ -144,7 +144,7 @@ void QuestionBody::resizeEvent(QResizeEvent *)
     m_width = width();
     if (m_foot)
         rebuildContent();
-    roomChanged();
+    contentWidthChanged();
 }
 
 } // namespace nimbrelle

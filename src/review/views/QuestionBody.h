@@ -10,7 +10,7 @@ class QVBoxLayout;
 
 namespace nimbrelle {
 
-/// One question from its asking to its end: what is read, which scrolls if it must, above what is told of the
+/// One question from its asking to its end: what is read, which scrolls if it must, above the
 /// outcome and what can be done, which stay in view.
 class QuestionBody : public QWidget {
     Q_OBJECT
@@ -29,7 +29,7 @@ protected:
     virtual void fillContent(QVBoxLayout &rows, const WordEntry &live) = 0;
     virtual QWidget *makeFoot(ReviewScreen::Foot foot) = 0;
     virtual void refreshInputs() { }
-    virtual void roomChanged() { }
+    virtual void contentWidthChanged() { }
 
     void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -37,8 +37,8 @@ protected:
     const ReviewParts &parts() const { return m_parts; }
     const ReviewQuestion &question() const { return m_question; }
     ReviewScreen::Foot foot() const { return m_shown.foot; }
-    /// For what stands between the margins.
-    int room() const;
+    /// Between the margins.
+    int contentWidth() const;
     /// A null widget is left out, with its gap.
     void add(QVBoxLayout &rows, QWidget *widget, double gap) const;
 

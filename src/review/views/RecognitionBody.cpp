@@ -23,7 +23,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double besideWord = 8;
-constexpr double lowerThanWord = 6; // so that the speaker stands on the small letters, not on the tall ones
+constexpr double lowerThanWord =
+    6; // so that the speaker is in line with the small letters, not with the tall ones
 constexpr double betweenRatings = 8;
 
 void hideButKeepRoom(QWidget &widget)
@@ -41,16 +42,17 @@ RecognitionBody::RecognitionBody(const ReviewParts &parts, int width) : Question
     refresh();
 }
 
-/// The same places before and after, so that nothing jumps: what is not to be seen yet keeps its room.
+/// The same places before and after, so that nothing jumps: what is not to be seen yet keeps its place.
 void RecognitionBody::fillContent(QVBoxLayout &rows, const WordEntry &live)
 {
     const Theme &theme = parts().theme;
     const bool isRevealed = foot() != ReviewScreen::Foot::reveal;
-    QWidget *phonetic = live.phonetic.isEmpty()
-        ? nullptr
-        : makeReadText(theme, u"phonetic"_s, u"音标"_s, live.phonetic, {TextType::text, Tone::ink2});
+    QWidget *phonetic = live.phonetic.isEmpty() ? nullptr
+                                                : makeReadText(theme, u"phonetic"_s, u"音标"_s, live.phonetic,
+                                                    {.type = TextType::text, .tone = Tone::ink2});
     QWidget *wordRow = makeWordRow(live, phonetic);
-    QWidget *rest = phonetic && !phonetic->parentWidget() ? phonetic : nullptr; // had no room beside the word
+    QWidget *rest =
+        phonetic && !phonetic->parentWidget() ? phonetic : nullptr; // too wide for the line of the word
     add(rows, wordRow, 0);
     add(rows, makeMeaning(live, rest), 8);
     if (phonetic && !isRevealed)
@@ -68,12 +70,12 @@ QWidget *RecognitionBody::makeWordRow(const WordEntry &live, QWidget *phonetic) 
     const int gap = theme.points(besideWord);
     auto *holder = new QWidget;
     auto *row = bareLayout<QHBoxLayout>(holder, gap);
-    auto *word = makeReadText(theme, u"headword"_s, u"单词"_s, live.headword, {TextType::display});
+    auto *word = makeReadText(theme, u"headword"_s, u"单词"_s, live.headword, {.type = TextType::display});
     auto *speak = makeIconButton(theme, u"speakWord"_s, u"朗读"_s, Icon::speaker, 20);
     speak->setFocusPolicy(Qt::TabFocus);
     connect(
         speak, &QPushButton::clicked, this, [this, said = live.headword] { parts().speaker.speak(said); });
-    int left = room() - speak->maximumWidth() - gap;
+    int left = contentWidth() - speak->maximumWidth() - gap;
     word->setFixedWidth(std::min(word->naturalWidth(), left));
     left -= word->maximumWidth() + gap;
     row->addWidget(word);
@@ -103,7 +105,8 @@ QWidget *RecognitionBody::makeMeaning(const WordEntry &live, QWidget *phonetic) 
     auto *rows = bareLayout<QVBoxLayout>(meaning, 0);
     if (phonetic)
         rows->addWidget(phonetic);
-    rows->addWidget(makeMeaningRow(theme, live, {TextType::heading, Tone::ink, QFont::Medium, 30}, room()));
+    rows->addWidget(makeMeaningRow(
+        theme, live, {.type = TextType::heading, .weight = QFont::Medium, .pitch = 30}, contentWidth()));
     if (QWidget *definition = makeDefinition(theme, live, TextType::text))
         rows->addWidget(definition);
     if (QWidget *base = makeBaseRow(theme, question()))
@@ -126,9 +129,9 @@ QWidget *RecognitionBody::makeSentence(const WordEntry &live) const
     if (!question().sentence)
         return nullptr;
     const QString &sentence = *question().sentence;
-    auto *text = makeReadText(
-        parts().theme, u"sentence"_s, u"原句"_s, sentence, {TextType::meaning, Tone::ink, QFont::Normal, 25});
-    for (const TextRange &range : WordPattern::allOccurrences(sentence, ReviewScreen::formsOf(live)))
+    auto *text = makeReadText(parts().theme, u"sentence"_s, u"原句"_s, sentence,
+        {.type = TextType::meaning, .weight = QFont::Normal, .pitch = 25});
+    for (const TextRange &range : WordPattern::allOccurrences(sentence, live.formTexts()))
         text->mark(range.start, range.length);
     return text;
 }
@@ -153,7 +156,7 @@ QWidget *RecognitionBody::makeRatings()
     m_ratings = bareLayout<QGridLayout>(holder, parts().theme.points(betweenRatings));
     for (const Rating rating : ReviewScreen::allRatings) {
         const qint64 key = rawValue(rating);
-        auto *button = new KeyButton(parts().theme, u"rate%1"_s.arg(key), ReviewScreen::ratingLabel(rating),
+        auto *button = new KeyButton(parts().theme, u"rate%1"_s.arg(key), ReviewScreen::buttonLabel(rating),
             QString::number(key), KeyButton::Kind::outlined, KeyButton::Cap::below);
         button->setMinimumWidth(1); // the window may be narrower than four of them
         connect(button, &QPushButton::clicked, &parts().session,
@@ -179,14 +182,14 @@ void RecognitionBody::arrangeRatings()
         widest = std::max(widest, button->neededWidth());
     const int count = static_cast<int>(buttons.size());
     const int needed = count * widest + (count - 1) * m_ratings->spacing();
-    const int columns = needed <= room() ? count : 2;
+    const int columns = needed <= contentWidth() ? count : 2;
     for (int i = 0; i < count; ++i)
         m_ratings->addWidget(buttons[i], i / columns, i % columns);
     for (int i = 0; i < count; ++i)
         m_ratings->setColumnStretch(i, i < columns ? 1 : 0);
 }
 
-void RecognitionBody::roomChanged()
+void RecognitionBody::contentWidthChanged()
 {
     arrangeRatings();
 }

@@ -16,7 +16,7 @@ public:
 protected:
     void fillContent(QVBoxLayout &rows, const WordEntry &live) override;
     QWidget *makeFoot(ReviewScreen::Foot foot) override;
-    void roomChanged() override;
+    void contentWidthChanged() override;
 
 private:
     QWidget *makeWordRow(const WordEntry &live, QWidget *phonetic) const;

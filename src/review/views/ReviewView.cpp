@@ -210,7 +210,7 @@ QWidget *ReviewView::makeHeader()
     seal->setAlignment(Qt::AlignCenter);
     seal->setFixedSize(theme.points(24), theme.points(24));
     row->addWidget(seal, 0, Qt::AlignTop);
-    auto *prompt = new ReadText(theme, {TextType::text, Tone::ink2, std::nullopt, 24});
+    auto *prompt = new ReadText(theme, {.type = TextType::text, .tone = Tone::ink2, .pitch = 24});
     prompt->setObjectName(u"prompt"_s);
     prompt->setAccessibleName(u"题目"_s);
     prompt->setPlain(ReviewScreen::prompt(question));

@@ -23,7 +23,7 @@ public:
     explicit ReviewView(const ReviewParts &parts, QWidget *parent = nullptr);
 
 signals:
-    void closed(); ///< the learner is done and wants the window away
+    void closed(); ///< the learner is done; the window is to be closed
 
 protected:
     void showEvent(QShowEvent *event) override;

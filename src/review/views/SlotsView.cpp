@@ -24,7 +24,7 @@ SlotsView::SlotsView(const Theme &theme, const QString &answer) : m_theme(theme)
     setTyped({});
 }
 
-void SlotsView::setRoom(int width)
+void SlotsView::setAvailableWidth(int width)
 {
     m_widest = std::max(1, (width + m_theme.points(gap)) / (m_theme.points(boxWidth) + m_theme.points(gap)));
     fitHeight();

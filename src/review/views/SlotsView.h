@@ -17,7 +17,7 @@ public:
 
     void setTyped(const QString &typed);
     /// The width that there is, in device-independent pixels; the height follows from it.
-    void setRoom(int width);
+    void setAvailableWidth(int width);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

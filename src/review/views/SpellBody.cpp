@@ -56,7 +56,7 @@ void SpellBody::fillHint(QVBoxLayout &rows, const WordEntry &live)
     const auto addMeaning = [&] {
         add(rows,
             makeReadText(parts().theme, u"meaning"_s, u"意思"_s, live.meaningZh,
-                {TextType::heading, Tone::ink, QFont::Medium, 30}),
+                {.type = TextType::heading, .weight = QFont::Medium, .pitch = 30}),
             6);
     };
     switch (mode()) {
@@ -82,24 +82,27 @@ void SpellBody::fillFullHint(QVBoxLayout &rows, const WordEntry &live) const
     if (question().clozeSentence)
         add(rows,
             makeReadText(theme, u"cloze"_s, u"填空"_s, *question().clozeSentence,
-                {TextType::meaning, Tone::ink, QFont::Normal, 25}),
+                {.type = TextType::meaning, .weight = QFont::Normal, .pitch = 25}),
             6);
     add(rows,
         makeReadText(theme, u"initial"_s, u"提示"_s, ReviewScreen::initialLine(question()),
-            {TextType::text, Tone::ink2}),
+            {.type = TextType::text, .tone = Tone::ink2}),
         8);
     add(rows,
         makeReadText(theme, u"meaning"_s, u"意思"_s, live.meaningZh,
-            {TextType::heading, Tone::ink, QFont::Medium, 30}),
+            {.type = TextType::heading, .weight = QFont::Medium, .pitch = 30}),
         2);
     if (const auto form = ReviewScreen::formLine(question()))
-        add(rows, makeReadText(theme, u"formHint"_s, u"词形"_s, *form, {TextType::small, Tone::orangeText}),
+        add(rows,
+            makeReadText(
+                theme, u"formHint"_s, u"词形"_s, *form, {.type = TextType::small, .tone = Tone::orangeText}),
             2);
 }
 
 ReadText *SpellBody::makeLarge(const QString &name, const QString &text, Tone tone) const
 {
-    auto *large = makeReadText(parts().theme, name, u"要拼的词"_s, {}, {TextType::scaffold, tone});
+    auto *large =
+        makeReadText(parts().theme, name, u"要拼的词"_s, {}, {.type = TextType::scaffold, .tone = tone});
     large->setRuns({{text, {.code = true}}});
     return large;
 }
@@ -145,8 +148,8 @@ QWidget *SpellBody::makeSpeakAgain()
     const Theme &theme = parts().theme;
     auto *holder = new QWidget;
     auto *row = bareLayout<QHBoxLayout>(holder, theme.points(10));
-    auto *button = makeButton(
-        theme, u"speakAgain"_s, u"再听一遍"_s, {ButtonKind::outlined, Icon::speaker, TextType::text});
+    auto *button =
+        makeButton(theme, u"speakAgain"_s, u"再听一遍"_s, {.icon = Icon::speaker, .type = TextType::text});
     button->setFixedHeight(theme.points(40));
     button->setFocusPolicy(Qt::TabFocus);
     button->setAccessibleDescription(u"Ctrl+R"_s);
@@ -171,7 +174,7 @@ void SpellBody::fillResult(QVBoxLayout &rows, const WordEntry &live) const
     if (const auto *revealed = std::get_if<ReviewSession::Revealed>(&parts().session.phase()))
         add(rows, makeVerdict(theme, *revealed), 0);
     add(rows, makeHeadRow(live), 8);
-    add(rows, makeMeaningRow(theme, live, {TextType::meaning}, room()), 0);
+    add(rows, makeMeaningRow(theme, live, {.type = TextType::meaning}, contentWidth()), 0);
     add(rows, makeDefinition(theme, live, TextType::small), 2);
     add(rows, makeBaseRow(theme, question()), 2);
     add(rows, makeSentence(live), 10);
@@ -188,8 +191,8 @@ QWidget *SpellBody::makeHeadRow(const WordEntry &live) const
     speak->setFocusPolicy(Qt::TabFocus);
     connect(
         speak, &QPushButton::clicked, this, [this, said = live.headword] { parts().speaker.speak(said); });
-    int left = room() - speak->maximumWidth() - gap;
-    auto *word = makeReadText(theme, u"headword"_s, u"单词"_s, live.headword, {TextType::headword});
+    int left = contentWidth() - speak->maximumWidth() - gap;
+    auto *word = makeReadText(theme, u"headword"_s, u"单词"_s, live.headword, {.type = TextType::headword});
     word->setFixedWidth(std::min(word->naturalWidth(), left));
     left -= word->maximumWidth() + gap;
     row->addWidget(word);
@@ -202,7 +205,7 @@ QWidget *SpellBody::makeHeadRow(const WordEntry &live) const
     } else {
         delete phonetic;
     }
-    row->addSpacing(theme.points(4)); // the button brings air of its own
+    row->addSpacing(theme.points(4)); // the button has padding of its own
     row->addWidget(speak);
     row->addStretch();
     return holder;
@@ -213,7 +216,7 @@ QWidget *SpellBody::makeSentence(const WordEntry &live) const
     const Theme &theme = parts().theme;
     if (!question().sentence)
         return nullptr;
-    auto *quote = makeQuote(theme, *question().sentence, ReviewScreen::formsOf(live), {});
+    auto *quote = makeQuote(theme, *question().sentence, live.formTexts(), {});
     if (QWidget *translation = makeTranslation(theme, question(), TextType::small)) {
         auto *holder = new QWidget;
         auto *row = bareLayout<QHBoxLayout>(holder, theme.points(12));
@@ -245,7 +248,7 @@ QWidget *SpellBody::makeFoot(ReviewScreen::Foot foot)
 void SpellBody::addSlots(QBoxLayout &rows)
 {
     m_slots = new SlotsView(parts().theme, question().answer);
-    m_slots->setRoom(room());
+    m_slots->setAvailableWidth(contentWidth());
     rows.addWidget(m_slots);
     rows.addSpacing(parts().theme.points(aboveField));
 }
@@ -260,7 +263,7 @@ QWidget *SpellBody::makeTyping()
     auto *line = bareLayout<QHBoxLayout>(nullptr, theme.points(8));
     line->addWidget(m_field, 1);
     auto *giveUp =
-        makeButton(theme, u"giveUp"_s, u"不会"_s, {ButtonKind::soft, std::nullopt, TextType::text});
+        makeButton(theme, u"giveUp"_s, u"不会"_s, {.kind = ButtonKind::soft, .type = TextType::text});
     giveUp->setProperty("quiet", true);
     giveUp->setToolTip(u"直接看答案"_s);
     giveUp->setFixedSize(theme.points(64), m_field->maximumHeight());
@@ -297,7 +300,7 @@ QWidget *SpellBody::makeCopying()
     const Theme &theme = parts().theme;
     auto *holder = new QWidget;
     auto *rows = bareLayout<QVBoxLayout>(holder, 0);
-    auto *invitation = makeReadText(theme, u"invitation"_s, u"照着打一遍"_s, {}, {TextType::text});
+    auto *invitation = makeReadText(theme, u"invitation"_s, u"照着打一遍"_s, {}, {.type = TextType::text});
     invitation->setRuns(
         {{u"照着打一遍 "_s, {}}, {question().answer, {.bold = true}}, {u"（可以跳过）"_s, {}}});
     rows->addWidget(invitation);
@@ -353,10 +356,10 @@ void SpellBody::refreshInputs()
         hideWord();
 }
 
-void SpellBody::roomChanged()
+void SpellBody::contentWidthChanged()
 {
     if (m_slots)
-        m_slots->setRoom(room());
+        m_slots->setAvailableWidth(contentWidth());
 }
 
 } // namespace nimbrelle

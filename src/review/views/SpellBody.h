@@ -15,7 +15,7 @@ class SlotsView;
 enum class Tone;
 
 /// The learner types the word, sees what came of it, and copies it after a mistake. The boxes and the field
-/// of the copy stand where those of the answer stood.
+/// of the copy are where those of the answer were.
 class SpellBody final : public QuestionBody {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ protected:
     void fillContent(QVBoxLayout &rows, const WordEntry &live) override;
     QWidget *makeFoot(ReviewScreen::Foot foot) override;
     void refreshInputs() override;
-    void roomChanged() override;
+    void contentWidthChanged() override;
 
 private:
     SpellMode mode() const;

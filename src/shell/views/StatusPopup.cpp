@@ -14,6 +14,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double rowHeight = 30;
@@ -113,7 +115,7 @@ private:
 
 StatusPopup::StatusPopup(const Theme &theme, QWidget *parent) : QMenu(parent), m_theme(theme)
 {
-    setObjectName(QStringLiteral("statusMenu"));
+    setObjectName(u"statusMenu"_s);
     setToolTipsVisible(true);
 }
 

@@ -4,6 +4,8 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QIcon glyph()
@@ -31,8 +33,8 @@ void TrayIcon::show(MenuSource menu)
 void TrayIcon::setToolTip(const QString &title, const QString &text)
 {
     QString lines = text;
-    lines.replace(u'\n', QStringLiteral("<br>"));
-    m_icon.setToolTip(QStringLiteral("<b>%1</b><br>%2").arg(title.toHtmlEscaped(), lines));
+    lines.replace(u'\n', u"<br>"_s);
+    m_icon.setToolTip(u"<b>%1</b><br>%2"_s.arg(title.toHtmlEscaped(), lines));
 }
 
 void TrayIcon::open(QSystemTrayIcon::ActivationReason reason)

@@ -2,9 +2,10 @@
 
 #include "widgets/Controls.h"
 #include "widgets/FlowLayout.h"
+#include "widgets/Layouts.h"
 #include "widgets/ReadText.h"
 #include "wordbook/AddWordModel.h"
-#include "wordbook/views/NotebookParts.h"
+#include "wordbook/views/PaneParts.h"
 #include "wordbook/views/WordHead.h"
 
 #include <QFrame>
@@ -21,9 +22,12 @@ constexpr double margin = 20;
 
 WordHead headOf(const Explanation &explanation)
 {
-    return {explanation.headword, explanation.phonetic.value_or(QString()),
-        explanation.pos.value_or(QString()), registerFrom(explanation.register_), explanation.meaningZh,
-        explanation.definitionEn.value_or(QString())};
+    return {.headword = explanation.headword,
+        .phonetic = explanation.phonetic.value_or(QString()),
+        .pos = explanation.pos.value_or(QString()),
+        .register_ = registerFrom(explanation.register_),
+        .meaningZh = explanation.meaningZh,
+        .definitionEn = explanation.definitionEn.value_or(QString())};
 }
 
 } // namespace
@@ -33,31 +37,31 @@ AddWordPreview::AddWordPreview(const Theme &theme, AddWordModel &model, Speaker 
 {
     setProperty("kind", u"scrolled"_s);
     const LookupResult &result = *model.result();
-    auto *rows = notebook::makeColumn(this);
+    auto *rows = bareLayout<QVBoxLayout>(this, 0);
     const int side = theme.points(margin);
     rows->setContentsMargins(side, theme.points(14), side, theme.points(14));
     rows->addWidget(makeLine());
     if (const QString correction = model.correction(); !correction.isEmpty())
-        notebook::add(rows, theme.points(12),
-            notebook::makeMarked(theme, Icon::pencil, Tone::ink2,
-                makeReadText(theme, u"correction"_s, u"更正"_s, correction, {TextType::small})));
+        addBelow(rows, theme.points(12),
+            makeMarked(theme, Icon::pencil, Tone::ink2,
+                makeReadText(theme, u"correction"_s, u"更正"_s, correction, {.type = TextType::small})));
     if (const QString about = result.aboutZh.value_or(QString()); !about.isEmpty())
-        notebook::add(rows, theme.points(12),
-            makeReadText(theme, u"about"_s, u"说明"_s, about, {TextType::small, Tone::ink2}));
+        addBelow(rows, theme.points(12),
+            makeReadText(theme, u"about"_s, u"说明"_s, about, {.type = TextType::small, .tone = Tone::ink2}));
     const WordHead head = headOf(result.explanation);
-    notebook::add(rows, theme.points(10), makeHeadLine(theme, speaker, head, TextType::headword));
-    notebook::add(rows, theme.points(6), makeMeaningLines(theme, head));
+    addBelow(rows, theme.points(10), makeHeadLine(theme, speaker, head, TextType::headword));
+    addBelow(rows, theme.points(6), makeMeaningLines(theme, head));
     const auto alternatives = result.alternatives.value_or(QList<LookupResult::Alternative>());
     if (!alternatives.isEmpty())
-        notebook::add(rows, theme.points(14), makeAlternatives(alternatives));
+        addBelow(rows, theme.points(14), makeAlternatives(alternatives));
     rows->addStretch();
 }
 
 QWidget *AddWordPreview::makeAlternatives(const QList<LookupResult::Alternative> &alternatives)
 {
     auto *holder = new QWidget;
-    auto *rows = notebook::makeColumn(holder, m_theme.points(10));
-    rows->addWidget(notebook::makeSectionTitle(m_theme, u"其他说法"_s));
+    auto *rows = bareLayout<QVBoxLayout>(holder, m_theme.points(10));
+    rows->addWidget(makeSectionTitle(m_theme, u"其他说法"_s));
     for (const LookupResult::Alternative &alternative : alternatives)
         rows->addWidget(makeAlternative(alternative));
     return holder;
@@ -66,19 +70,19 @@ QWidget *AddWordPreview::makeAlternatives(const QList<LookupResult::Alternative>
 QWidget *AddWordPreview::makeAlternative(const LookupResult::Alternative &alternative)
 {
     auto *words = new QWidget;
-    auto *column = notebook::makeColumn(words);
+    auto *column = bareLayout<QVBoxLayout>(words, 0);
     column->setContentsMargins(0, m_theme.points(4), 0, m_theme.points(4)); // as high as the button
     auto *flow = new FlowLayout(m_theme.points(10), 0);
     flow->addWidget(makeReadText(m_theme, u"alternative"_s, u"其他说法"_s, alternative.text,
-        {TextType::text, Tone::ink, QFont::Medium}));
+        {.type = TextType::text, .weight = QFont::Medium}));
     flow->addWidget(makeReadText(m_theme, u"alternativeMeaning"_s, u"区别"_s, alternative.meaningZh,
-        {TextType::small, Tone::ink2, std::nullopt, 20}));
+        {.type = TextType::small, .tone = Tone::ink2, .pitch = 20}));
     column->addLayout(flow);
-    auto *look = makeButton(m_theme, u"lookupAlternative"_s, u"查这个说法"_s, {ButtonKind::soft});
+    auto *look = makeButton(m_theme, u"lookupAlternative"_s, u"查这个说法"_s, {.kind = ButtonKind::soft});
     look->setAccessibleDescription(alternative.text);
     connect(look, &QPushButton::clicked, &m_model,
         [&model = m_model, text = alternative.text] { model.lookupAlternative(text); });
-    return notebook::makeRecord(m_theme, words, {look});
+    return makeRecord(m_theme, words, {look});
 }
 
 } // namespace nimbrelle

@@ -5,7 +5,7 @@
 #include "widgets/Spinner.h"
 #include "wordbook/AddWordModel.h"
 #include "wordbook/views/AddWordPreview.h"
-#include "wordbook/views/NotebookParts.h"
+#include "wordbook/views/PaneParts.h"
 
 #include <QFrame>
 #include <QLabel>
@@ -107,7 +107,7 @@ QHBoxLayout *AddWordView::makeLookupRow()
 {
     auto *row = new QHBoxLayout;
     row->setSpacing(m_theme.points(8));
-    m_addSentence = makeButton(m_theme, u"addSentence"_s, u"加一个例句"_s, {ButtonKind::link});
+    m_addSentence = makeButton(m_theme, u"addSentence"_s, u"加一个例句"_s, {.kind = ButtonKind::link});
     connect(m_addSentence, &QPushButton::clicked, this, [this] {
         m_model.addSentence();
         m_sentence->setFocus();
@@ -160,14 +160,14 @@ void AddWordView::refreshStatus()
         line->show(); // at once, since what is hidden has no height
     };
     if (!m_model.lastSaved().isEmpty())
-        add(notebook::makeMarked(m_theme, Icon::checkCircleFill, Tone::good,
+        add(makeMarked(m_theme, Icon::checkCircleFill, Tone::good,
             makeReadText(
-                m_theme, u"lastSaved"_s, u"已保存"_s, m_model.lastSaved(), {TextType::small, Tone::good})));
+                m_theme, u"lastSaved"_s, u"已保存"_s, m_model.lastSaved(), {.type = TextType::small, .tone = Tone::good})));
     if (!m_model.error().isEmpty())
-        add(makeReadText(m_theme, u"error"_s, u"没有查到"_s, m_model.error(), {TextType::small, Tone::bad}));
+        add(makeReadText(m_theme, u"error"_s, u"没有查到"_s, m_model.error(), {.type = TextType::small, .tone = Tone::bad}));
 }
 
-/// Leaves what stands where it is when only something else in the notebook has changed.
+/// Keeps the widgets when only something else in the notebook has changed.
 void AddWordView::refreshResult()
 {
     const Shown now{m_model.result(), m_model.isKnown(), m_model.isSpelled()};
@@ -209,13 +209,13 @@ QWidget *AddWordView::makeActions()
     rows->addWidget(makeLine());
     if (m_model.isKnown())
         rows->addWidget(makeReadText(m_theme, u"knownNote"_s, u"提示"_s,
-            u"这个词已经在生词本里了，保存会把这个例句加进去。"_s, {TextType::small, Tone::ink2}));
+            u"这个词已经在生词本里了，保存会把这个例句加进去。"_s, {.type = TextType::small, .tone = Tone::ink2}));
     auto *row = new QHBoxLayout;
     row->setSpacing(m_theme.points(8));
     row->addWidget(makeSaveButton());
     row->addWidget(makeSpellingButton());
     row->addStretch();
-    auto *again = makeButton(m_theme, u"reset"_s, u"重新输入"_s, {ButtonKind::plain});
+    auto *again = makeButton(m_theme, u"reset"_s, u"重新输入"_s, {.kind = ButtonKind::plain});
     connect(again, &QPushButton::clicked, &m_model, &AddWordModel::reset);
     row->addWidget(again);
     rows->addLayout(row);
@@ -224,7 +224,7 @@ QWidget *AddWordView::makeActions()
 
 QPushButton *AddWordView::makeSaveButton()
 {
-    auto *save = makeButton(m_theme, u"save"_s, u"保存"_s, {ButtonKind::primary, Icon::star});
+    auto *save = makeButton(m_theme, u"save"_s, u"保存"_s, {.kind = ButtonKind::primary, .icon = Icon::star});
     save->setFixedHeight(m_theme.points(34));
     save->setProperty("hasKey", true);
     connect(save, &QPushButton::clicked, &m_model, &AddWordModel::save);
@@ -247,7 +247,7 @@ QPushButton *AddWordView::makeSpellingButton()
 {
     const bool isSpelled = m_model.isSpelled();
     auto *spell = makeButton(m_theme, u"addSpelling"_s, isSpelled ? u"已在常拼"_s : u"加入常拼"_s,
-        {ButtonKind::outlined, isSpelled ? Icon::check : Icon::cursor});
+        {.icon = isSpelled ? Icon::check : Icon::cursor});
     spell->setFixedHeight(m_theme.points(34));
     spell->setToolTip(u"经常要打的词，多练拼写"_s);
     connect(spell, &QPushButton::clicked, &m_model, &AddWordModel::addSpelling);
@@ -289,9 +289,9 @@ void AddWordView::arrange()
         m_preview->setGeometry(0, top, width(), preview);
         m_actions->setGeometry(0, top + preview, width(), actions);
     }
-    const int preferred = heightForWidth(width());
-    if (std::exchange(m_toldHeight, preferred) != preferred)
-        resize(boundedByScreen(*this, {width(), preferred}));
+    const int wanted = heightForWidth(width());
+    if (std::exchange(m_wantedHeight, wanted) != wanted)
+        resize(boundedByScreen(*this, {width(), wanted}));
 }
 
 /// So that the lines keep their length.

@@ -71,7 +71,7 @@ private:
     QScrollArea *m_preview = nullptr; // null without a result, as is
     QWidget *m_actions = nullptr;
     std::optional<Shown> m_shown;
-    int m_toldHeight = 0;
+    int m_wantedHeight = 0;
 };
 
 } // namespace nimbrelle

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "wordbook/WordFacts.h"
-#include "wordbook/views/NotebookParts.h"
+#include "wordbook/views/WordbookParts.h"
 
 #include <QWidget>
 
@@ -12,10 +12,10 @@ class GrammarDetail : public QWidget {
     Q_OBJECT
 
 public:
-    GrammarDetail(const NotebookParts &parts, const GrammarFacts &facts);
+    GrammarDetail(const WordbookParts &parts, const GrammarFacts &facts);
 
 private:
-    QWidget *makeEncounter(const NotebookParts &parts, const GrammarEncounter &met);
+    QWidget *makeEncounter(const WordbookParts &parts, const GrammarEncounter &met);
 };
 
 /// One affix, and the words in which it was met.
@@ -23,7 +23,7 @@ class AffixDetail : public QWidget {
     Q_OBJECT
 
 public:
-    AffixDetail(const NotebookParts &parts, const AffixFacts &facts);
+    AffixDetail(const WordbookParts &parts, const AffixFacts &facts);
 };
 
 } // namespace nimbrelle

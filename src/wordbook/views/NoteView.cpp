@@ -1,8 +1,10 @@
 #include "wordbook/views/NoteView.h"
 
 #include "widgets/Controls.h"
+#include "widgets/Layouts.h"
 #include "widgets/ReadText.h"
 #include "wordbook/WordFacts.h"
+#include "wordbook/views/PaneParts.h"
 #include "wordparts/WordParts.h"
 
 #include <QPushButton>
@@ -13,34 +15,32 @@ namespace nimbrelle {
 using namespace Qt::StringLiterals;
 
 NoteView::NoteView(
-    const NotebookParts &parts, const AINote &note, bool showOriginal, std::function<void()> onDelete)
+    const WordbookParts &parts, const AINote &note, bool showOriginal, std::function<void()> onDelete)
 {
     setObjectName(u"note"_s);
     const Theme &theme = parts.theme;
     auto *remove = makeIconButton(theme, u"deleteNote"_s, u"删除这条解释"_s, Icon::trash, 15);
     connect(remove, &QPushButton::clicked, this, [onDelete = std::move(onDelete)] { onDelete(); });
-    QWidget *content =
-        notebook::makeMarked(theme, Icon::sparkles, Tone::accent, makeNote(theme, note, showOriginal));
-    notebook::makeColumn(this)->addWidget(notebook::makeRecord(theme, content, {remove}));
+    QWidget *content = makeMarked(theme, Icon::sparkles, Tone::accent, makeNote(theme, note, showOriginal));
+    bareLayout<QVBoxLayout>(this, 0)->addWidget(makeRecord(theme, content, {remove}));
 }
 
 QWidget *NoteView::makeNote(const Theme &theme, const AINote &note, bool showOriginal)
 {
     auto *holder = new QWidget;
-    auto *column = notebook::makeColumn(holder);
+    auto *column = bareLayout<QVBoxLayout>(holder, 0);
     if (!note.question.isEmpty())
-        column->addWidget(makeReadText(
-            theme, u"question"_s, u"问题"_s, note.question, {TextType::text, Tone::ink, QFont::DemiBold}));
+        column->addWidget(makeReadText(theme, u"question"_s, u"问题"_s, note.question,
+            {.type = TextType::text, .weight = QFont::DemiBold}));
     if (showOriginal) {
         QWidget *quote = makeQuote(theme, note.original, {}, note.translation.value_or(QString()));
         quote->setObjectName(u"original"_s);
-        notebook::add(column, theme.points(8), quote);
-        notebook::add(column, theme.points(4), notebook::makeOrigin(theme, {}, sourceOf(note)));
+        addBelow(column, theme.points(8), quote);
+        addBelow(column, theme.points(4), makeOrigin(theme, {}, sourceOf(note)));
     }
-    auto *answer =
-        makeReadText(theme, u"answer"_s, u"解释"_s, {}, {TextType::text, Tone::ink, std::nullopt, 22});
+    auto *answer = makeReadText(theme, u"answer"_s, u"解释"_s, {}, {.type = TextType::text, .pitch = 22});
     answer->setRuns(inlineMarkdown(note.answer));
-    notebook::add(column, theme.points(showOriginal ? 10 : 2), answer);
+    addBelow(column, theme.points(showOriginal ? 10 : 2), answer);
     return holder;
 }
 

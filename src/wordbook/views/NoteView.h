@@ -1,7 +1,7 @@
 #pragma once
 
 #include "notebook/Records.h"
-#include "wordbook/views/NotebookParts.h"
+#include "wordbook/views/WordbookParts.h"
 
 #include <QWidget>
 
@@ -16,7 +16,7 @@ class NoteView : public QWidget {
 public:
     /// `showOriginal` also shows the text that was asked about, with its translation and where it was met.
     NoteView(
-        const NotebookParts &parts, const AINote &note, bool showOriginal, std::function<void()> onDelete);
+        const WordbookParts &parts, const AINote &note, bool showOriginal, std::function<void()> onDelete);
 
 private:
     QWidget *makeNote(const Theme &theme, const AINote &note, bool showOriginal);

@@ -83,15 +83,15 @@ void NotebookList::setRows(const QList<ListRow> &rows, const RowKey &chosen)
 {
     const QScopedValueRollback changing(m_isChanging, true);
     QScrollBar *bar = verticalScrollBar();
-    const int stand = bar->value();
-    const QModelIndex top = stand > 0 ? indexAt({0, 0}) : QModelIndex();
+    const int scrollOffset = bar->value();
+    const QModelIndex top = scrollOffset > 0 ? indexAt({0, 0}) : QModelIndex();
     const RowKey anchor = keyAt(top);
     const int offset = top.isValid() ? visualRect(top).top() : 0;
     setAutoScroll(false);
     m_model.setRows(rows);
     select(chosen);
     executeDelayedItemsLayout();
-    bar->setValue(stand);
+    bar->setValue(scrollOffset);
     if (const auto row = m_model.rowOf(anchor)) // what was at the top stays there
         bar->setValue(bar->value() + visualRect(m_model.index(*row)).top() - offset);
     setAutoScroll(true);
@@ -110,15 +110,6 @@ void NotebookList::reveal(const RowKey &key)
 {
     if (const auto row = m_model.rowOf(key))
         scrollTo(m_model.index(*row));
-}
-
-RowKey NotebookList::neighbourOf(const RowKey &key) const
-{
-    const auto row = m_model.rowOf(key);
-    if (!row)
-        return {};
-    const QModelIndex below = m_model.index(*row + 1);
-    return keyAt(below.isValid() ? below : m_model.index(*row - 1));
 }
 
 RowKey NotebookList::keyAt(const QModelIndex &index) const

@@ -9,8 +9,8 @@ namespace nimbrelle {
 class RowPainter;
 class Theme;
 
-/// One of the notebook's lists: painted rows, so that ten thousand of them scroll without a pause. What is
-/// chosen and where the list stands outlive a change of its rows.
+/// One of the notebook's lists: painted rows, so that ten thousand of them scroll without a pause. Selection
+/// and scroll offset outlive a change of its rows.
 class NotebookList : public QListView {
     Q_OBJECT
 
@@ -26,8 +26,6 @@ public:
     /// `chosen` need not be among the rows.
     void setRows(const QList<ListRow> &rows, const RowKey &chosen);
     void reveal(const RowKey &key);
-    /// The row below, or else above; nothing when it stands alone.
-    RowKey neighbourOf(const RowKey &key) const;
 
 signals:
     void chosen(const RowKey &key); ///< by the user

@@ -3,7 +3,9 @@
 #include "notebook/WordStore.h"
 #include "widgets/Controls.h"
 #include "widgets/FlowLayout.h"
+#include "widgets/Layouts.h"
 #include "widgets/ReadText.h"
+#include "wordbook/views/PaneParts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -50,12 +52,12 @@ std::optional<Icon> iconOfStage(DisplayStage stage)
 
 } // namespace
 
-StageActions::StageActions(const NotebookParts &parts, const WordFacts &facts)
+StageActions::StageActions(const WordbookParts &parts, const WordFacts &facts)
 {
     setObjectName(u"stageActions"_s);
     auto *flow = new FlowLayout(parts.theme.points(6), parts.theme.points(6), this);
     for (const StageAction &action : facts.actions) {
-        auto *button = makeButton(parts.theme, nameOf(action.kind), action.text, {ButtonKind::soft});
+        auto *button = makeButton(parts.theme, nameOf(action.kind), action.text, {.kind = ButtonKind::soft});
         button->setEnabled(action.isEnabled);
         connect(button, &QPushButton::clicked, this,
             [&words = parts.words, action, id = facts.entry.id] { perform(action, words, id); });
@@ -63,7 +65,7 @@ StageActions::StageActions(const NotebookParts &parts, const WordFacts &facts)
     }
 }
 
-StageBar::StageBar(const NotebookParts &parts, const WordFacts &facts) : m_parts(parts)
+StageBar::StageBar(const WordbookParts &parts, const WordFacts &facts) : m_parts(parts)
 {
     setObjectName(u"stageBar"_s);
     setProperty("kind", u"stageBar"_s);
@@ -82,7 +84,7 @@ QWidget *StageBar::makeState(const WordFacts &facts) const
     auto *flow = new FlowLayout(theme.points(8), 0, state);
     const auto put = [&](QWidget *widget, double height) { // in the middle of the button beside it
         auto *holder = new QWidget;
-        auto *column = notebook::makeColumn(holder);
+        auto *column = bareLayout<QVBoxLayout>(holder, 0);
         const int rest = theme.points(26 - height);
         column->setContentsMargins(0, rest / 2, 0, rest - rest / 2);
         column->addWidget(widget);
@@ -93,11 +95,12 @@ QWidget *StageBar::makeState(const WordFacts &facts) const
                 theme.colour(facts.stage == DisplayStage::learning ? Tone::accentLine : Tone::ink2)),
             16);
     const double pitch = Theme::pitch(TextType::small);
-    put(makeReadText(
-            theme, u"stage"_s, u"阶段"_s, label(facts.stage), {TextType::small, Tone::ink, QFont::Medium}),
+    put(makeReadText(theme, u"stage"_s, u"阶段"_s, label(facts.stage),
+            {.type = TextType::small, .weight = QFont::Medium}),
         pitch);
     if (!facts.reviews.isEmpty())
-        put(makeReadText(theme, u"reviews"_s, u"复习"_s, facts.reviews, {TextType::small, Tone::ink2}),
+        put(makeReadText(
+                theme, u"reviews"_s, u"复习"_s, facts.reviews, {.type = TextType::small, .tone = Tone::ink2}),
             pitch);
     if (facts.isLeech) {
         QLabel *leech = makeCapsule(theme, u"难啃"_s, Tint::orange);
@@ -120,10 +123,7 @@ QPushButton *StageBar::makeAdjustButton(const WordFacts &facts)
         item->setObjectName(nameOf(action.kind));
         item->setEnabled(action.isEnabled);
     }
-    connect(button, &QPushButton::clicked, menu, [button, menu] {
-        menu->popup(
-            button->mapToGlobal(QPoint(button->width() - menu->sizeHint().width(), button->height())));
-    });
+    connect(button, &QPushButton::clicked, menu, [button, menu] { popUpBelow(*menu, *button); });
     return button;
 }
 

@@ -1,34 +1,34 @@
 #pragma once
 
 #include "wordbook/WordFacts.h"
-#include "wordbook/views/NotebookParts.h"
+#include "wordbook/views/WordbookParts.h"
 
 #include <QFrame>
 
-class QMenu;
+class QPushButton;
 
 namespace nimbrelle {
 
-/// The ways to change a word's stage by hand, as buttons.
+/// The actions that change a word's stage, as buttons.
 class StageActions : public QWidget {
     Q_OBJECT
 
 public:
-    StageActions(const NotebookParts &parts, const WordFacts &facts);
+    StageActions(const WordbookParts &parts, const WordFacts &facts);
 };
 
-/// Where the word stands in learning, with the same ways in a menu.
+/// The word's stage, with the same actions in a menu.
 class StageBar : public QFrame {
     Q_OBJECT
 
 public:
-    StageBar(const NotebookParts &parts, const WordFacts &facts);
+    StageBar(const WordbookParts &parts, const WordFacts &facts);
 
 private:
     QWidget *makeState(const WordFacts &facts) const;
     QPushButton *makeAdjustButton(const WordFacts &facts);
 
-    const NotebookParts m_parts;
+    const WordbookParts m_parts;
 };
 
 } // namespace nimbrelle

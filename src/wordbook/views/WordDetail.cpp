@@ -4,8 +4,10 @@
 #include "platform/Speaker.h"
 #include "widgets/Controls.h"
 #include "widgets/FlowLayout.h"
+#include "widgets/Layouts.h"
 #include "widgets/ReadText.h"
 #include "wordbook/views/NoteView.h"
+#include "wordbook/views/PaneParts.h"
 #include "wordbook/views/StageBar.h"
 #include "wordbook/views/WordHead.h"
 #include "wordparts/WordParts.h"
@@ -27,12 +29,12 @@ constexpr double belowTitle = 6;
 
 } // namespace
 
-FamilySection::FamilySection(const NotebookParts &parts, const WordFacts &facts)
+FamilySection::FamilySection(const WordbookParts &parts, const WordFacts &facts)
 {
     setObjectName(u"family"_s);
     const Theme &theme = parts.theme;
-    auto *column = notebook::makeColumn(this, theme.points(belowTitle));
-    column->addWidget(notebook::makeSectionTitle(theme, u"词族"_s));
+    auto *column = bareLayout<QVBoxLayout>(this, theme.points(belowTitle));
+    column->addWidget(makeSectionTitle(theme, u"词族"_s));
     auto *words = new QWidget;
     auto *flow = new FlowLayout(theme.points(8), theme.points(6), words);
     if (const QString root = facts.entry.familyRoot.value_or(QString()); !root.isEmpty()) {
@@ -42,7 +44,7 @@ FamilySection::FamilySection(const NotebookParts &parts, const WordFacts &facts)
         flow->addWidget(text);
     }
     for (const Relative &relative : facts.family) {
-        auto *chip = makeButton(theme, u"relative"_s, relative.headword, {ButtonKind::chip});
+        auto *chip = makeButton(theme, u"relative"_s, relative.headword, {.kind = ButtonKind::chip});
         connect(chip, &QPushButton::clicked, this, [this, id = relative.id] { emit wordChosen(id); });
         flow->addWidget(chip);
     }
@@ -51,16 +53,16 @@ FamilySection::FamilySection(const NotebookParts &parts, const WordFacts &facts)
     else
         delete words;
     if (facts.family.isEmpty())
-        column->addWidget(makeReadText(
-            theme, u"noFamily"_s, u"词族"_s, noFamilyText(facts.entry), {TextType::small, Tone::ink2}));
+        column->addWidget(makeReadText(theme, u"noFamily"_s, u"词族"_s, noFamilyText(facts.entry),
+            {.type = TextType::small, .tone = Tone::ink2}));
 }
 
-FormGallery::FormGallery(const NotebookParts &parts, const WordEntry &entry)
+FormGallery::FormGallery(const WordbookParts &parts, const WordEntry &entry)
 {
     setObjectName(u"forms"_s);
     const Theme &theme = parts.theme;
-    auto *column = notebook::makeColumn(this, theme.points(belowTitle));
-    column->addWidget(notebook::makeSectionTitle(theme, u"形式图鉴"_s, u"在句子里遇到这种形式就会解锁"_s));
+    auto *column = bareLayout<QVBoxLayout>(this, theme.points(belowTitle));
+    column->addWidget(makeSectionTitle(theme, u"形式图鉴"_s, u"在句子里遇到这种形式就会解锁"_s));
     auto *grid = new QGridLayout;
     grid->setSpacing(theme.points(8));
     grid->setColumnStretch(0, 1);
@@ -81,22 +83,22 @@ QFrame *FormGallery::makeCell(const Theme &theme, const FormSlot &slot)
     row->setContentsMargins(theme.points(10), theme.points(7), theme.points(10), theme.points(7));
     auto *texts = new QVBoxLayout;
     texts->setSpacing(theme.points(1));
-    texts->addWidget(
-        makeReadText(theme, u"formKind"_s, u"形式"_s, label(slot.kind), {TextType::tiny, Tone::ink2}));
+    texts->addWidget(makeReadText(
+        theme, u"formKind"_s, u"形式"_s, label(slot.kind), {.type = TextType::tiny, .tone = Tone::ink2}));
     texts->addWidget(slot.record ? makeReadText(theme, u"formText"_s, u"写法"_s, slot.record->form,
-                         {TextType::text, Tone::ink, QFont::Medium})
+                         {.type = TextType::text, .weight = QFont::Medium})
                                  : makeReadText(theme, u"formText"_s, u"写法"_s, u"???"_s,
-                                     {TextType::text, Tone::ink2, QFont::Medium}));
-    texts->addWidget(
-        makeReadText(theme, u"formCount"_s, u"次数"_s, meetingText(slot), {TextType::tiny, Tone::ink2}));
+                                     {.type = TextType::text, .tone = Tone::ink2, .weight = QFont::Medium}));
+    texts->addWidget(makeReadText(
+        theme, u"formCount"_s, u"次数"_s, meetingText(slot), {.type = TextType::tiny, .tone = Tone::ink2}));
     row->addLayout(texts, 1);
     if (!slot.record)
         row->addWidget(makeIconLabel(theme, Icon::lock, 13, theme.colour(Tone::ink2)), 0, Qt::AlignVCenter);
     return cell;
 }
 
-WordDetail::WordDetail(const NotebookParts &parts, const WordFacts &facts)
-    : m_parts(parts), m_theme(parts.theme), m_facts(facts), m_rows(notebook::makeColumn(this))
+WordDetail::WordDetail(const WordbookParts &parts, const WordFacts &facts)
+    : m_parts(parts), m_theme(parts.theme), m_facts(facts), m_rows(bareLayout<QVBoxLayout>(this, 0))
 {
     setObjectName(u"wordDetail"_s);
     addHead();
@@ -107,14 +109,19 @@ WordDetail::WordDetail(const NotebookParts &parts, const WordFacts &facts)
 void WordDetail::addHead()
 {
     const WordEntry &entry = m_facts.entry;
-    const WordHead head{
-        entry.headword, entry.phonetic, entry.pos, entry.register_, entry.meaningZh, entry.definitionEn};
-    notebook::add(m_rows, 0, makeHeadLine(m_theme, m_parts.speaker, head, TextType::title));
-    notebook::add(m_rows, m_theme.points(2),
-        makeReadText(m_theme, u"history"_s, u"记录"_s, m_facts.history, {TextType::tiny, Tone::ink2}));
-    notebook::add(m_rows, m_theme.points(10), new StageBar(m_parts, m_facts));
-    notebook::add(m_rows, m_theme.points(8), new StageActions(m_parts, m_facts));
-    notebook::add(m_rows, m_theme.points(14), makeMeaningLines(m_theme, head));
+    const WordHead head{.headword = entry.headword,
+        .phonetic = entry.phonetic,
+        .pos = entry.pos,
+        .register_ = entry.register_,
+        .meaningZh = entry.meaningZh,
+        .definitionEn = entry.definitionEn};
+    addBelow(m_rows, 0, makeHeadLine(m_theme, m_parts.speaker, head, TextType::title));
+    addBelow(m_rows, m_theme.points(2),
+        makeReadText(
+            m_theme, u"history"_s, u"记录"_s, m_facts.history, {.type = TextType::tiny, .tone = Tone::ink2}));
+    addBelow(m_rows, m_theme.points(10), new StageBar(m_parts, m_facts));
+    addBelow(m_rows, m_theme.points(8), new StageActions(m_parts, m_facts));
+    addBelow(m_rows, m_theme.points(14), makeMeaningLines(m_theme, head));
 }
 
 void WordDetail::addSections()
@@ -123,15 +130,15 @@ void WordDetail::addSections()
     const int gap = m_theme.points(betweenSections);
     auto *family = new FamilySection(m_parts, m_facts);
     connect(family, &FamilySection::wordChosen, this, &WordDetail::wordChosen);
-    notebook::add(m_rows, gap, family);
+    addBelow(m_rows, gap, family);
     if (!entry.formSlots().isEmpty())
-        notebook::add(m_rows, gap, new FormGallery(m_parts, entry));
+        addBelow(m_rows, gap, new FormGallery(m_parts, entry));
     const auto addSection = [&](const QString &title, const QList<QWidget *> &records) {
         if (records.isEmpty())
             return;
-        notebook::add(m_rows, gap, notebook::makeSectionTitle(m_theme, title));
+        addBelow(m_rows, gap, makeSectionTitle(m_theme, title));
         for (QWidget *record : records)
-            notebook::add(m_rows, m_theme.points(record == records.first() ? belowTitle : 12), record);
+            addBelow(m_rows, m_theme.points(record == records.first() ? belowTitle : 12), record);
     };
     QList<QWidget *> examples;
     for (const Example &example : entry.examples)
@@ -143,16 +150,16 @@ void WordDetail::addSections()
             [&words = m_parts.words, id = note.id, wordId = entry.id] { words.deleteNote(id, wordId); }));
     addSection(u"AI 解释"_s, notes);
     if (const QString mnemonic = entry.mnemonic.value_or(QString()); !mnemonic.isEmpty())
-        notebook::add(m_rows, gap, makeMnemonic(mnemonic));
+        addBelow(m_rows, gap, makeMnemonic(mnemonic));
 }
 
 QWidget *WordDetail::makeExample(const Example &example)
 {
     auto *content = new QWidget;
-    auto *column = notebook::makeColumn(content);
-    column->addWidget(makeSentence(m_theme, example.sentence, formsOf(m_facts.entry), example.sentenceZh));
-    notebook::add(column, m_theme.points(2),
-        notebook::makeOrigin(m_theme, example.isGenerated ? u"AI 例句"_s : QString(), sourceOf(example)));
+    auto *column = bareLayout<QVBoxLayout>(content, 0);
+    column->addWidget(makeSentence(m_theme, example.sentence, m_facts.entry.formTexts(), example.sentenceZh));
+    addBelow(column, m_theme.points(2),
+        makeOrigin(m_theme, example.isGenerated ? u"AI 例句"_s : QString(), sourceOf(example)));
     auto *speak = makeIconButton(m_theme, u"speakExample"_s, u"朗读"_s, Icon::speakerLine, 15);
     connect(speak, &QPushButton::clicked, this,
         [&speaker = m_parts.speaker, text = example.sentence] { speaker.speak(text); });
@@ -162,14 +169,14 @@ QWidget *WordDetail::makeExample(const Example &example)
         [&words = m_parts.words, id = example.id, wordId = m_facts.entry.id] {
             words.deleteExample(id, wordId);
         });
-    return notebook::makeRecord(m_theme, content, {speak, remove});
+    return makeRecord(m_theme, content, {speak, remove});
 }
 
 QWidget *WordDetail::makeMnemonic(const QString &text) const
 {
     auto *holder = new QWidget;
-    auto *column = notebook::makeColumn(holder, m_theme.points(belowTitle));
-    auto *title = notebook::makeRow(m_theme.points(6));
+    auto *column = bareLayout<QVBoxLayout>(holder, m_theme.points(belowTitle));
+    auto *title = bareLayout<QHBoxLayout>(nullptr, m_theme.points(6));
     title->addWidget(makeIconLabel(m_theme, Icon::brain, 15, m_theme.tintText(Tint::purple)));
     QLabel *name = makeCapsule(m_theme, u"换个记法"_s, Tint::purple);
     name->setObjectName(u"sectionTitle"_s);

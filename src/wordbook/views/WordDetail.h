@@ -1,11 +1,12 @@
 #pragma once
 
 #include "wordbook/WordFacts.h"
-#include "wordbook/views/NotebookParts.h"
+#include "wordbook/views/WordbookParts.h"
 
 #include <QWidget>
 
 class QFrame;
+class QVBoxLayout;
 
 namespace nimbrelle {
 
@@ -14,7 +15,7 @@ class FamilySection : public QWidget {
     Q_OBJECT
 
 public:
-    FamilySection(const NotebookParts &parts, const WordFacts &facts);
+    FamilySection(const WordbookParts &parts, const WordFacts &facts);
 
 signals:
     void wordChosen(const QUuid &id);
@@ -25,7 +26,7 @@ class FormGallery : public QWidget {
     Q_OBJECT
 
 public:
-    FormGallery(const NotebookParts &parts, const WordEntry &entry);
+    FormGallery(const WordbookParts &parts, const WordEntry &entry);
 
 private:
     static QFrame *makeCell(const Theme &theme, const FormSlot &slot);
@@ -36,7 +37,7 @@ class WordDetail : public QWidget {
     Q_OBJECT
 
 public:
-    WordDetail(const NotebookParts &parts, const WordFacts &facts);
+    WordDetail(const WordbookParts &parts, const WordFacts &facts);
 
 signals:
     void wordChosen(const QUuid &id);
@@ -47,7 +48,7 @@ private:
     QWidget *makeExample(const Example &example);
     QWidget *makeMnemonic(const QString &text) const;
 
-    const NotebookParts m_parts;
+    const WordbookParts m_parts;
     const Theme &m_theme;
     const WordFacts m_facts;
     QVBoxLayout *m_rows;

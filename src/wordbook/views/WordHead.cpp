@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// As high as the line of the word, so that it stands on its middle.
+/// As high as the line of the word, and in its middle.
 QWidget *centred(QWidget *widget, int height)
 {
     auto *holder = new QWidget;
@@ -35,11 +35,11 @@ QWidget *makeHeadLine(const Theme &theme, Speaker &speaker, const WordHead &head
     auto *words = new QWidget;
     auto *flow = new FlowLayout(theme.points(4), 0, words);
     auto *word = new QWidget;
-    auto *air = bareLayout<QHBoxLayout>(word, 0);
-    air->setContentsMargins(0, 0, theme.points(4), 0); // the button of the sound brings air of its own
-    air->addWidget(makeReadText(theme, u"headword"_s, u"单词"_s, head.headword, {type}));
+    auto *padded = bareLayout<QHBoxLayout>(word, 0);
+    padded->setContentsMargins(0, 0, theme.points(4), 0); // the speaker button has padding of its own
+    padded->addWidget(makeReadText(theme, u"headword"_s, u"单词"_s, head.headword, {type}));
     flow->addWidget(word);
-    if (!head.phonetic.isEmpty()) // of the word's own pitch, so that both stand on one line
+    if (!head.phonetic.isEmpty()) // of the word's own pitch, so that both share a base line
         flow->addWidget(makeReadText(theme, u"phonetic"_s, u"音标"_s, head.phonetic,
             {.type = TextType::small, .tone = Tone::ink2, .line = type}));
     flow->addWidget(
@@ -63,11 +63,11 @@ QWidget *makeMeaningLines(const Theme &theme, const WordHead &head)
         kind->setFixedWidth(std::min(kind->naturalWidth(), theme.points(120)));
         row->addWidget(kind, 0, Qt::AlignTop);
     }
-    row->addWidget(makeReadText(theme, u"meaning"_s, u"意思"_s, head.meaningZh, {TextType::meaning}));
+    row->addWidget(makeReadText(theme, u"meaning"_s, u"意思"_s, head.meaningZh, {.type = TextType::meaning}));
     column->addLayout(row);
     if (!head.definitionEn.isEmpty())
-        column->addWidget(makeReadText(
-            theme, u"definition"_s, u"英文解释"_s, head.definitionEn, {TextType::small, Tone::ink2}));
+        column->addWidget(makeReadText(theme, u"definition"_s, u"英文解释"_s, head.definitionEn,
+            {.type = TextType::small, .tone = Tone::ink2}));
     return lines;
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "wordbook/WordFacts.h"
-#include "wordbook/WordList.h"
-#include "wordbook/views/NotebookParts.h"
+#include "wordbook/WordListState.h"
+#include "wordbook/views/WordbookParts.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -11,11 +10,12 @@
 
 class QLabel;
 class QLineEdit;
-class QScrollArea;
+class QPushButton;
 class QStackedWidget;
 
 namespace nimbrelle {
 
+class DetailPane;
 class NotebookList;
 class Segments;
 
@@ -27,7 +27,7 @@ class WordListView : public QWidget {
 public:
     using Tab = WordListTab;
 
-    explicit WordListView(const NotebookParts &parts);
+    explicit WordListView(const WordbookParts &parts);
 
     QSize sizeHint() const override;
 
@@ -39,8 +39,6 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    using DetailFacts = std::variant<std::monostate, WordFacts, GrammarFacts, AffixFacts, AINote>;
-
     void build();
     QWidget *makeSide();
     QWidget *makeTabRow();
@@ -48,40 +46,26 @@ private:
     QWidget *makeHeaderRow();
     QWidget *makeLists();
     NotebookList *makeList(Tab tab);
-    QWidget *makeDetailPane();
+    QWidget *makeDetailArea();
     void showStageMenu();
 
     void refreshSoon();
     void refresh();
     void refreshList();
-    QList<ListRow> rowsOf(Tab tab) const;
-    bool isFiltered() const;
     void refreshDetail();
-    void showDetail(QWidget *pane, int stand);
-    void setDetailMargins();
-    DetailFacts factsOfChosen() const;
     QWidget *makeDetail(const DetailFacts &facts);
 
-    void setTab(Tab tab);
-    void setSearch(const QString &search);
-    void setStageFilter(std::optional<DisplayStage> stage);
-    RowKey chosen() const;
     void choose(const RowKey &key);
+    void showAnotherDetail();
     void goToWord(const QUuid &id);
     void remove(const RowKey &key);
     void focusSearch();
-    NotebookList &list(Tab tab) const;
+    NotebookList &list() const;
 
-    const NotebookParts m_parts;
+    const WordbookParts m_parts;
     const Theme &m_theme;
 
-    QString m_search;
-    Tab m_tab = Tab::words;
-    std::optional<QUuid> m_selection;
-    std::optional<QUuid> m_noteSelection;
-    std::optional<GrammarPoint> m_grammarSelection;
-    std::optional<Affix> m_affixSelection;
-    std::optional<DisplayStage> m_stageFilter;
+    WordListState m_state;
 
     QWidget *m_content = nullptr;
     QWidget *m_side = nullptr;
@@ -90,10 +74,10 @@ private:
     QWidget *m_headerRow = nullptr;
     QLabel *m_header = nullptr;
     QPushButton *m_stageButton = nullptr;
-    QStackedWidget *m_lists = nullptr; // in the order of the tabs, and last what stands for an empty list
+    QStackedWidget *m_lists = nullptr; // in the order of the tabs, and last the text of an empty list
     std::array<NotebookList *, 4> m_listOf{};
     QLabel *m_emptyText = nullptr;
-    QScrollArea *m_detail = nullptr;
+    DetailPane *m_detail = nullptr;
     DetailFacts m_shown; // what the detail pane was made from, and
     Tab m_shownTab = Tab::words; // for which tab
     bool m_isRefreshDue = false;

@@ -65,7 +65,7 @@ TEST_F(CoachViewTest, TheReviewOfTodayCanBeTalkedOverAsSoonAsThereIsOne)
     EXPECT_FALSE(user.shows("chip0"));
     EXPECT_TRUE(user.shows("chip3"));
     const QUuid id = notebook.save("rewrite");
-    notebook.store.applyReview(id, Rating::good, u"review"_s);
+    notebook.store.applyReview(id, Rating::good, LogKind::review);
     QEvent activated(QEvent::WindowActivate);
     QCoreApplication::sendEvent(&view, &activated);
     user.press("chip0");

@@ -119,7 +119,6 @@ void ProgramNames::read()
                 continue;
             const QString id = files.fileInfo().completeBaseName();
             // The user's own folder comes first, and what it says stands.
-
             for (const QString &key : {entry->windowClass, id, id.section(u'.', -1)})
                 if (!key.isEmpty() && !m_names.contains(key.toLower()))
                     m_names.insert(key.toLower(), entry->name);

@@ -1,14 +1,13 @@
-#include "frame/Clock.h"
-#include "frame/ConfigStore.h"
-#include "frame/DayKey.h"
+#include "notebook/Rounds.h"
+
+#include "frame/AppConfig.h"
 #include "notebook/SlotPlan.h"
-#include "notebook/WordStore.h"
 #include "review/FSRS.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace nimbrelle {
+namespace nimbrelle::Rounds {
 
 namespace {
 
@@ -44,10 +43,10 @@ QList<QUuid> leastOf(QList<std::pair<Key, qsizetype>> keyed, qint64 size, const 
     return ids;
 }
 
-// The due words, the most forgotten first, then the new ones in the notebook's order. The stage of a
-// position may differ from the word's own, so that a round can be composed for a set that is only planned.
+// The stage of a position may differ from the word's own, so that a round can be composed for a set that is
+// only planned.
 template <class StageOf>
-QList<QUuid> composeRound(const QList<WordEntry> &entries, StageOf stageOf, qint64 size, Timestamp now)
+QList<QUuid> composeReview(const QList<WordEntry> &entries, StageOf stageOf, qint64 size, Timestamp now)
 {
     QList<std::pair<double, qsizetype>> due;
     QList<QUuid> fresh;
@@ -68,30 +67,28 @@ QList<QUuid> composeRound(const QList<WordEntry> &entries, StageOf stageOf, qint
 
 } // namespace
 
-QList<QUuid> WordStore::buildSession(qint64 extraNew)
+QList<QUuid> review(const QList<WordEntry> &entries, qint64 size, Timestamp now)
 {
-    fillSlots(extraNew);
-    const auto stageOf = [this](qsizetype i) { return m_entries[i].stage; };
-    return composeRound(m_entries, stageOf, m_config.config().sessionSize, m_clock.now());
+    return composeReview(
+        entries, [&entries](qsizetype i) { return entries[i].stage; }, size, now);
 }
 
-qint64 WordStore::sessionCount(Timestamp now) const
+qint64 plannedReviewSize(
+    const QList<WordEntry> &entries, const AppConfig &config, qint64 newLearned, Timestamp now)
 {
-    const AppConfig &config = m_config.config();
-    const qint64 newLearned = m_stats.day == DayKey::string(now) ? m_stats.newLearned : 0;
-    const auto stages = stagesAfter(planSlots(m_entries, config, newLearned, 0, now), m_entries);
+    const auto stages = stagesAfter(planSlots(entries, config, newLearned, 0, now), entries);
     const auto stageOf = [&stages](qsizetype i) { return stages[i]; };
-    return composeRound(m_entries, stageOf, config.sessionSize, now).size();
+    return composeReview(entries, stageOf, config.sessionSize, now).size();
 }
 
-QList<QUuid> WordStore::buildSpellingSession(qint64 size) const
+QList<QUuid> spelling(const QList<WordEntry> &entries, qint64 size)
 {
     QList<std::pair<std::optional<Timestamp>, qsizetype>> pool; // absent sorts before every moment
-    for (qsizetype i = 0; i < m_entries.size(); ++i) {
-        if (m_entries[i].isSpellPractice())
-            pool.append({m_entries[i].lastSpelledAt, i});
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        if (entries[i].isSpellPractice())
+            pool.append({entries[i].lastSpelledAt, i});
     }
-    return leastOf(pool, size, m_entries);
+    return leastOf(pool, size, entries);
 }
 
-} // namespace nimbrelle
+} // namespace nimbrelle::Rounds

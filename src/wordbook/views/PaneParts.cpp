@@ -1,13 +1,15 @@
-#include "wordbook/views/NotebookParts.h"
+#include "wordbook/views/PaneParts.h"
 
 #include "widgets/Controls.h"
+#include "widgets/Layouts.h"
 #include "wordparts/WordParts.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 
-namespace nimbrelle::notebook {
+namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
 
@@ -18,23 +20,7 @@ constexpr double emptyTextWidth = 300;
 
 } // namespace
 
-QVBoxLayout *makeColumn(QWidget *holder, int spacing)
-{
-    auto *column = new QVBoxLayout(holder);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(spacing);
-    return column;
-}
-
-QHBoxLayout *makeRow(int spacing)
-{
-    auto *row = new QHBoxLayout;
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(spacing);
-    return row;
-}
-
-void add(QVBoxLayout *column, int gap, QWidget *widget)
+void addBelow(QVBoxLayout *column, int gap, QWidget *widget)
 {
     if (!widget)
         return;
@@ -45,9 +31,7 @@ void add(QVBoxLayout *column, int gap, QWidget *widget)
 QWidget *makeSectionTitle(const Theme &theme, const QString &title, const QString &note)
 {
     auto *holder = new QWidget;
-    auto *row = new QHBoxLayout(holder);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme.points(8));
+    auto *row = bareLayout<QHBoxLayout>(holder, theme.points(8));
     QLabel *name = makeLabel(theme, title, TextType::small, Tone::ink2, QFont::DemiBold);
     name->setObjectName(u"sectionTitle"_s);
     row->addWidget(name);
@@ -60,9 +44,7 @@ QWidget *makeSectionTitle(const Theme &theme, const QString &title, const QStrin
 QWidget *makeMarked(const Theme &theme, Icon icon, Tone tone, QWidget *text)
 {
     auto *holder = new QWidget;
-    auto *row = new QHBoxLayout(holder);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme.points(7));
+    auto *row = bareLayout<QHBoxLayout>(holder, theme.points(7));
     auto *beside = new QVBoxLayout;
     beside->addSpacing(theme.points(2));
     beside->addWidget(makeIconLabel(theme, icon, 15, theme.colour(tone)));
@@ -75,9 +57,7 @@ QWidget *makeMarked(const Theme &theme, Icon icon, Tone tone, QWidget *text)
 QWidget *makeRecord(const Theme &theme, QWidget *content, const QList<QPushButton *> &buttons)
 {
     auto *holder = new QWidget;
-    auto *row = new QHBoxLayout(holder);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme.points(4));
+    auto *row = bareLayout<QHBoxLayout>(holder, theme.points(4));
     row->addWidget(content, 1, Qt::AlignTop);
     row->addSpacing(theme.points(12));
     for (QPushButton *button : buttons)
@@ -91,9 +71,7 @@ QWidget *makeOrigin(const Theme &theme, const QString &lead, const PageSource &s
     if (lead.isEmpty() && !place)
         return nullptr;
     auto *holder = new QWidget;
-    auto *row = new QHBoxLayout(holder);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
+    auto *row = bareLayout<QHBoxLayout>(holder, 0);
     if (!lead.isEmpty()) {
         QLabel *text = makeLabel(theme, place ? lead + u" · "_s : lead, TextType::tiny, Tone::ink2);
         text->setObjectName(u"originLead"_s);
@@ -105,10 +83,29 @@ QWidget *makeOrigin(const Theme &theme, const QString &lead, const PageSource &s
     return holder;
 }
 
+QLineEdit *makeSearchField(const Theme &theme, const QString &name, const QString &what)
+{
+    QLineEdit *field = makeField(theme, name, what, {});
+    field->setProperty("shape", u"search"_s);
+    QLabel *lens = makeIconLabel(theme, Icon::magnifier, 14, theme.colour(Tone::ink2));
+    lens->setAttribute(Qt::WA_TransparentForMouseEvents);
+    auto *inside = new QHBoxLayout(field);
+    inside->setContentsMargins(theme.points(10), 0, 0, 0);
+    inside->addWidget(lens);
+    inside->addStretch();
+    field->setTextMargins(theme.points(20), 0, 0, 0);
+    return field;
+}
+
+void popUpBelow(QMenu &menu, const QPushButton &button)
+{
+    menu.popup(button.mapToGlobal(QPoint(button.width() - menu.sizeHint().width(), button.height())));
+}
+
 QWidget *makeEmptyText(const Theme &theme, const QString &name, const QString &text)
 {
     auto *holder = new QWidget;
-    auto *column = makeColumn(holder);
+    auto *column = bareLayout<QVBoxLayout>(holder, 0);
     QLabel *label = makeLabel(theme, text, TextType::text, Tone::ink2);
     label->setObjectName(name);
     label->setAlignment(Qt::AlignCenter);
@@ -116,7 +113,7 @@ QWidget *makeEmptyText(const Theme &theme, const QString &name, const QString &t
     label->setMinimumHeight(0);
     label->setMaximumHeight(QWIDGETSIZE_MAX);
     label->setMaximumWidth(theme.points(emptyTextWidth));
-    auto *row = makeRow(0);
+    auto *row = bareLayout<QHBoxLayout>(nullptr, 0);
     row->addStretch(1);
     row->addWidget(label, 1000); // up to its greatest width
     row->addStretch(1);
@@ -126,4 +123,4 @@ QWidget *makeEmptyText(const Theme &theme, const QString &name, const QString &t
     return holder;
 }
 
-} // namespace nimbrelle::notebook
+} // namespace nimbrelle

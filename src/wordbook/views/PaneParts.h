@@ -3,35 +3,19 @@
 #include "widgets/IconTable.h"
 #include "widgets/ReadText.h"
 
-class QHBoxLayout;
+class QLineEdit;
+class QMenu;
 class QPushButton;
 class QVBoxLayout;
 class QWidget;
 
+/// What the panes of the notebook share.
 namespace nimbrelle {
 
-class Clock;
-class ConfigStore;
-class Speaker;
-class WordStore;
 struct PageSource;
 
-/// What the notebook's views are made with; all of it outlives them.
-struct NotebookParts {
-    const Theme &theme;
-    const Clock &clock;
-    const ConfigStore &config;
-    WordStore &words;
-    Speaker &speaker;
-};
-
-/// Small things that its panes share.
-namespace notebook {
-
-/// A column without margins or gaps.
-QVBoxLayout *makeColumn(QWidget *holder, int spacing = 0);
-QHBoxLayout *makeRow(int spacing);
-void add(QVBoxLayout *column, int gap, QWidget *widget);
+/// Null adds nothing, and no gap either.
+void addBelow(QVBoxLayout *column, int gap, QWidget *widget);
 
 /// Above a part of a pane; `note` may be empty.
 QWidget *makeSectionTitle(const Theme &theme, const QString &title, const QString &note = {});
@@ -39,15 +23,19 @@ QWidget *makeSectionTitle(const Theme &theme, const QString &title, const QStrin
 /// The icon in the middle of the first small line, and the text beside it.
 QWidget *makeMarked(const Theme &theme, Icon icon, Tone tone, QWidget *text);
 
-/// What stands left, and at its upper right the buttons that belong to it.
+/// The content, and at its upper right the buttons that belong to it.
 QWidget *makeRecord(const Theme &theme, QWidget *content, const QList<QPushButton *> &buttons);
 
 /// `lead` and then where it was met, in small letters; null when there is nothing to say.
 QWidget *makeOrigin(const Theme &theme, const QString &lead, const PageSource &source);
 
+/// A field with a lens in it; `what` tells a screen reader what it is for.
+QLineEdit *makeSearchField(const Theme &theme, const QString &name, const QString &what);
+
+/// Opens the menu below the button, in line with its right edge.
+void popUpBelow(QMenu &menu, const QPushButton &button);
+
 /// Centred in its pane.
 QWidget *makeEmptyText(const Theme &theme, const QString &name, const QString &text);
-
-} // namespace notebook
 
 } // namespace nimbrelle
