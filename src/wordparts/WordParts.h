@@ -22,12 +22,11 @@ QLabel *makeRegisterBadge(const Theme &theme, Register tone);
 /// `room` is the widest that it may be; a longer text is cut in its middle. Null when nothing is known.
 QWidget *makeSourceLabel(const Theme &theme, const PageSource &source, bool showTitle, int room);
 
-/// An English sentence with the terms marked in it, and its translation `gap` below. Either text may be
-/// empty.
-QWidget *makeSentence(const Theme &theme, const QString &sentence, const QStringList &terms,
-    const QString &translation, int gap = 0);
+/// An English sentence with the terms marked in it, its translation below. Either text may be empty.
+QWidget *makeSentence(
+    const Theme &theme, const QString &sentence, const QStringList &terms, const QString &translation);
 
-/// The same behind a rule.
+/// The sentence that something was met in, the same way behind a rule.
 QWidget *makeQuote(
     const Theme &theme, const QString &sentence, const QStringList &terms, const QString &translation);
 
