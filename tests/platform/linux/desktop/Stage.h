@@ -63,8 +63,11 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor(
             [&] { return platform.accessibility.bus() == AtSpiReader::Bus::connected; }, 10000));
         platform.desktop.input.start();
-        platform.desktop.pointer.location(); // a round trip: the server now knows what we subscribed to
+        awaitServer(); // which then knows what we subscribed to
     }
+
+    /// A round trip: the server has done what we asked of it, before it does what another client asks.
+    void awaitServer() const { platform.desktop.pointer.location(); }
 
     /// Starts an editor on `text` and waits until its window is active and painted.
     bool open(const QString &program, const QString &text, const QStringList &arguments = {})
