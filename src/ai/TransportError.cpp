@@ -58,7 +58,7 @@ TransportError::Kind kindOf(QNetworkReply::NetworkError error)
     }
 }
 
-// The errors behind those of the proxy only repeat the status, but for two.
+// The codes above the proxy's only repeat the HTTP status, with two exceptions.
 bool isOfTransport(QNetworkReply::NetworkError error)
 {
     switch (error) {

@@ -23,7 +23,7 @@ public:
     virtual void offerTranslation(const QString &text, QPointF at) = 0;
     /// Translates without asking first.
     virtual void showTranslation(const QString &text, QPointF at) = 0;
-    /// Ends what the card was about and tells of a failure in its place.
+    /// Ends what the card was about and shows a failure in its place.
     virtual void showError(const CardError &error, QPointF at) = 0;
     virtual void hide() = 0;
 };

@@ -2,8 +2,8 @@
 
 #include "ai/Prompts.h"
 #include "frame/RecordCodec.h"
-#include "notebook/WordEntry.h"
 #include "support/Printers.h"
+#include "support/Words.h"
 
 #include <QCryptographicHash>
 
@@ -19,38 +19,25 @@ template <class Reply> std::optional<Reply> replyOf(const char *json)
     return decode<Reply>(json, KeyStyle::fromSnakeCase);
 }
 
-TEST(Contracts, ExplainSendsTheSelectionUncutAndAContextCutShort)
+TEST(Contracts, TextsAreCutByCharacters)
 {
     const QString family = u"👨\u200D👩\u200D👧"_s; // one character, eight UTF-16 units
-    const QString longSelection = family.repeated(3000);
-    const QString start = u"Selection: "_s + longSelection + u"\nSurrounding text: "_s;
-    EXPECT_EQ(explainMessage(longSelection, std::nullopt), start + u"(none)"_s);
-    EXPECT_EQ(explainMessage(longSelection, QString()), start + u"(none)"_s);
-    EXPECT_EQ(explainMessage(longSelection, u" "_s), start + u" "_s);
-    EXPECT_EQ(explainMessage(longSelection, family.repeated(2000)), start + family.repeated(1500));
-}
-
-TEST(Contracts, LookupAndTranslateCutByCharacters)
-{
-    const QString accented = u"e\u0301"_s, flag = u"🇨🇳"_s;
-    EXPECT_EQ(lookupMessage(accented.repeated(300)), u"Query: "_s + accented.repeated(200));
-    EXPECT_EQ(translateMessage(flag.repeated(5000)), flag.repeated(4000));
-    EXPECT_EQ(translateMessage(u" a\n"_s), u" a\n"_s);
+    const QString start = u"Selection: "_s + family.repeated(3000) + u"\nSurrounding text: "_s;
+    EXPECT_EQ(explainMessage(family.repeated(3000), family.repeated(2000)), start + family.repeated(1500));
+    EXPECT_EQ(explainMessage(u"a"_s, QString()), u"Selection: a\nSurrounding text: (none)"_s);
+    EXPECT_EQ(explainMessage(u"a"_s, std::nullopt), u"Selection: a\nSurrounding text: (none)"_s);
+    EXPECT_EQ(lookupMessage(family.repeated(300)), u"Query: "_s + family.repeated(200));
+    EXPECT_EQ(translateMessage(family.repeated(5000)), family.repeated(4000));
 }
 
 TEST(Contracts, MnemonicNamesOnlyWhatThereIs)
 {
-    WordEntry word;
-    word.headword = u"reluctant"_s;
+    WordEntry word = wordNamed(u"reluctant"_s);
     word.pos = u"adj."_s;
     word.meaningZh = u"不情愿的"_s;
-    const QString first = u"要记的词：reluctant（adj. 不情愿的）"_s;
-    EXPECT_EQ(mnemonicMessage(word, {}, {}), first);
-
-    Example older, newest;
-    older.sentence = u"An older one."_s;
     word.affixes = QList<Affix>{};
-    word.examples = {older, newest};
+    word.examples = {exampleOf(u"An older one."_s), exampleOf({})};
+    const QString first = u"要记的词：reluctant（adj. 不情愿的）"_s;
     EXPECT_EQ(mnemonicMessage(word, {}, {}), first) << "only the newest sentence counts";
 
     word.examples[1].sentence = u"I was reluctant to post."_s;

@@ -21,7 +21,10 @@ QList<LearningLog::Event> reviewsAt(const QStringList &times)
 {
     QList<LearningLog::Event> events;
     for (const QString &time : times)
-        events.append({timestampFromIso(time).value(), u"review"_s, u"word"_s, u"again"_s});
+        events.append({.time = timestampFromIso(time).value(),
+            .kind = u"review"_s,
+            .word = u"word"_s,
+            .detail = u"again"_s});
     return events;
 }
 
@@ -63,8 +66,8 @@ TEST(CoachFacts, CountDatesAcrossAClockChange)
 
 TEST(CoachFacts, HeadTheDaysThoughNoneHasAnItem)
 {
-    const ActivityLog log(
-        {{utc("2026-03-14T13:00:00Z"), u"join"_s, u"word"_s, {}}}, utc("2026-03-14T13:30:00Z"));
+    const ActivityLog log({{.time = utc("2026-03-14T13:00:00Z"), .kind = u"join"_s, .word = u"word"_s}},
+        utc("2026-03-14T13:30:00Z"));
     EXPECT_EQ(facts::recentDays(log), QStringList{u"\n最近两周每天的记录（只列有活动的日子）："_s});
 }
 

@@ -88,14 +88,12 @@ TEST_F(CoachSessionTest, SendsTheRecordAndAllThatWasSaid)
 {
     brief();
     session->send(u"长长的问题"_s, u"短"_s);
+    session->open();
     ai.piece(u"回答"_s);
     session->stop();
     EXPECT_THAT(onDisk(), ElementsAre(u"简报"_s, u">长长的问题"_s, u"回答"_s));
     session->send(u"没有回答的"_s);
     session->stop();
-    restart();
-    session->open();
-    EXPECT_EQ(session->messages()[1].shown, u"短"_s);
     session->send(u"为什么？"_s);
     EXPECT_EQ(ai.calls().last().messages,
         (QList{ChatMessage::system(prompts::coach()),
@@ -103,6 +101,10 @@ TEST_F(CoachSessionTest, SendsTheRecordAndAllThatWasSaid)
             ChatMessage::assistant(u"简报"_s), ChatMessage::user(u"长长的问题"_s),
             ChatMessage::assistant(u"回答"_s), ChatMessage::user(u"没有回答的"_s),
             ChatMessage::user(u"为什么？\n（像教练聊天一样回答，一般 150～300 字，具体到我的词。）"_s)}));
+    restart();
+    session->open();
+    EXPECT_EQ(session->messages()[1].shown, u"短"_s);
+    EXPECT_EQ(session->history().size(), 1);
 }
 
 TEST_F(CoachSessionTest, GivesATypedQuestionBackWhenItFailsAndKeepsAReadyMadeOne)
@@ -122,6 +124,9 @@ TEST_F(CoachSessionTest, GivesATypedQuestionBackWhenItFailsAndKeepsAReadyMadeOne
     ai.fail(AIError(AIError::Kind::noBalance));
     EXPECT_THAT(onDisk(), ElementsAre(u"简报"_s, u">全文"_s));
     EXPECT_EQ(session->input(), u"问题\n下一句"_s);
+    EXPECT_EQ(session->error(), AIError(AIError::Kind::noBalance).text());
+    session->open();
+    EXPECT_EQ(session->error(), QString());
 }
 
 TEST_F(CoachSessionTest, AFailedBriefingLeavesAnEmptyScreenToTryAgain)
@@ -188,11 +193,11 @@ TEST_F(CoachSessionTest, QuotesTheLatestDayOnWhichTheCoachSpoke)
         const auto briefing = CoachHistory(paths).briefingBefore(u"2026-03-04"_s);
         return briefing ? briefing->day + briefing->text : u"none"_s;
     };
-    const CoachDay first{
-        u"2026-03-01"_s, {message(false, u"问"_s), message(true, u"甲"_s), message(true, u"乙"_s)}};
-    const CoachDay silent{u"2026-03-02"_s, {message(false, u"问"_s)}};
-    const CoachDay empty{u"2026-03-03"_s, {message(true, {}), message(true, u"丙"_s)}};
-    const CoachDay today{u"2026-03-04"_s, {message(true, u"今天"_s)}};
+    const CoachDay first{.day = u"2026-03-01"_s,
+        .messages = {message(false, u"问"_s), message(true, u"甲"_s), message(true, u"乙"_s)}};
+    const CoachDay silent{.day = u"2026-03-02"_s, .messages = {message(false, u"问"_s)}};
+    const CoachDay empty{.day = u"2026-03-03"_s, .messages = {message(true, {}), message(true, u"丙"_s)}};
+    const CoachDay today{.day = u"2026-03-04"_s, .messages = {message(true, u"今天"_s)}};
     EXPECT_EQ(quoted({first, silent, today}), u"2026-03-01甲"_s);
     EXPECT_EQ(quoted({first, empty}), u"none"_s) << "no older day stands in for it";
 }

@@ -35,6 +35,7 @@ TEST_F(AskViewTest, AQuestionIsTypedAnsweredPieceByPieceAndKept)
     EXPECT_EQ(user.text("answer"), u"It is polite\n- so"_s);
     EXPECT_EQ(user.find("answer"), row);
     EXPECT_FALSE(user.shows("waiting"));
+    theme.setScheme(Theme::Scheme::dark); // makes all widgets anew
     EXPECT_FALSE(user.shows("save"));
     end();
     EXPECT_EQ(user.text("save"), u"存到「reluctant」"_s);
@@ -44,6 +45,8 @@ TEST_F(AskViewTest, AQuestionIsTypedAnsweredPieceByPieceAndKept)
     EXPECT_EQ(notebook.word("reluctant").notes->first().answer, u"It is **polite**\n- so"_s);
     EXPECT_TRUE(user.isEnabled("chip0"));
     EXPECT_TRUE(user.hasFocus("input"));
+    theme.setScheme(Theme::Scheme::light);
+    EXPECT_TRUE(user.shows("saved"));
 }
 
 TEST_F(AskViewTest, AChipAsksAndStoppingKeepsWhatCame)
