@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Step { none, open, write, shortWrite, flush, rename };
+enum class Step { open, write, shortWrite, flush, rename };
 
 /// Fails at one step, as a full disk or a read-only directory would.
 class FailingCalls : public FileCalls {
