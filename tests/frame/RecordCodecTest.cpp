@@ -34,14 +34,6 @@ struct Branch {
     bool operator==(const Branch &) const = default;
 };
 
-struct Forgiving {
-    qint64 size = 7;
-    Colour colour = Colour::darkGreen;
-    QString name = u"default"_s;
-
-    bool operator==(const Forgiving &) const = default;
-};
-
 } // namespace
 
 namespace nimbrelle {
@@ -52,10 +44,6 @@ inline constexpr auto fieldsOf<Leaf> = fields("name", &Leaf::name, "isOpen", &Le
     "noteZh", &Leaf::noteZh, "tags", &Leaf::tags, "forms", &Leaf::forms);
 template <>
 inline constexpr auto fieldsOf<Branch> = fields("leaves", &Branch::leaves, "crown", &Branch::crown);
-template <> inline constexpr bool missingTakesDefault<Forgiving> = true;
-template <>
-inline constexpr auto fieldsOf<Forgiving> =
-    fields("size", &Forgiving::size, "colour", lenient(&Forgiving::colour), "name", &Forgiving::name);
 } // namespace nimbrelle
 
 namespace {
@@ -185,18 +173,6 @@ TEST(RecordCodec, TakesSnakeCaseFromTheAI)
         {"a__b", "aB"}, {"_x", "_x"}};
     for (const auto &[key, expected] : keys)
         EXPECT_EQ(detail::camelCased(key), expected);
-}
-
-TEST(RecordCodec, GivesDefaultsWhereARecordAsksForThem)
-{
-    EXPECT_EQ(decode<Forgiving>("{}"), Forgiving());
-    EXPECT_EQ(decode<Forgiving>(R"({"size":null})"), Forgiving());
-    EXPECT_EQ(decode<Forgiving>(R"({"size":"big"})"), std::nullopt);
-    for (const char *colour : {"\"fn\"", "3", "[]", "null"}) {
-        const auto read = decode<Forgiving>(QByteArray(R"({"size":3,"colour":)") + colour + "}");
-        ASSERT_TRUE(read) << colour;
-        EXPECT_EQ(*read, (Forgiving{3, Colour::darkGreen, u"default"_s})) << colour;
-    }
 }
 
 } // namespace
