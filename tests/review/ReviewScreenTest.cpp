@@ -69,6 +69,17 @@ TEST_F(ReviewScreenTest, HintsAtTheFormThatTheSentenceNeeds)
     EXPECT_EQ(ReviewScreen::badge(ReviewQuestion::spelling(run)), u"听"_s);
 }
 
+TEST_F(ReviewScreenTest, ProgressAndFootEndWithTheRound)
+{
+    fill({practised("Kyoto")});
+    session->startSpelling();
+    EXPECT_EQ(ReviewScreen::progress(*session), (ReviewScreen::Progress{0, 1, u"1 / 1"_s}));
+    type(u"Kyoto"_s);
+    session->next();
+    EXPECT_EQ(ReviewScreen::progress(*session), std::nullopt);
+    EXPECT_EQ(ReviewScreen::foot(*session), std::nullopt);
+}
+
 TEST_F(ReviewScreenTest, OffersMoreWhileThereAreFreeSlots)
 {
     WordEntry later = due("later");

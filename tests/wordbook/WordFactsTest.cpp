@@ -40,6 +40,26 @@ TEST(WordFacts, OffersWhatTheStageAllows)
     EXPECT_THAT(texts(stageActions(word, true)), ElementsAre(u"移出常拼"_s));
 }
 
+TEST(WordFacts, AnActionTurnsAWordOnAndOff)
+{
+    using enum StageAction::Kind;
+    Notebook notebook;
+    const QUuid id = notebook.save("ship");
+    const auto press = [&](StageAction::Kind kind) {
+        const auto actions = stageActions(notebook.word("ship"), true);
+        perform(*std::ranges::find(actions, kind, &StageAction::kind), notebook.store, id);
+    };
+    for (const bool isOn : {true, false}) {
+        press(want);
+        EXPECT_EQ(notebook.word("ship").isWanted(), isOn);
+        press(spell);
+        EXPECT_EQ(notebook.word("ship").isSpellPractice(), isOn);
+    }
+    press(start);
+    press(rest);
+    EXPECT_EQ(notebook.word("ship").restUntil, addDays(notebook.clock.now(), 7));
+}
+
 TEST(WordFacts, HoldWhatIsKnownOfAWord)
 {
     Notebook notebook;
