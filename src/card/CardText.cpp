@@ -48,7 +48,8 @@ QList<UnlockItem> unlockItems(const Unlock &unlock)
             .text = u"新语法 "_s + label(*unlock.newGrammar) + progressText(unlock.grammarProgress)});
     if (!unlock.newAffixes.isEmpty())
         items.append({.kind = Kind::affixes,
-            .text = u"新词缀 "_s + displayForms(unlock.newAffixes).join(u'、') + progressText(unlock.affixProgress)});
+            .text = u"新词缀 "_s + displayForms(unlock.newAffixes).join(u'、')
+                + progressText(unlock.affixProgress)});
     if (unlock.awakenedAfterDays)
         items.append({.kind = Kind::awakened,
             .text = u"好久不见！上次见它是 %1 天前"_s.arg(*unlock.awakenedAfterDays)});

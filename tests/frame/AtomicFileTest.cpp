@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Step { none, open, write, shortWrite, flush, rename };
+enum class Step { open, write, shortWrite, flush, rename };
 
 /// Fails at one step, as a full disk or a read-only directory would.
 class FailingCalls : public FileCalls {
@@ -24,31 +24,25 @@ public:
 
     int open(const char *path, int flags, mode_t mode) override
     {
-        return m_step == Step::open ? fail(EACCES) : FileCalls::open(path, flags, mode);
+        return fails(Step::open) ? -1 : FileCalls::open(path, flags, mode);
     }
-
     ssize_t write(int file, const char *bytes, std::size_t count) override
     {
-        if (m_step == Step::write)
-            return fail(ENOSPC);
-        if (m_step == Step::shortWrite && m_writes++ == 1)
-            return fail(ENOSPC);
-        return FileCalls::write(
-            file, bytes, m_step == Step::shortWrite ? std::min<std::size_t>(count, 3) : count);
+        if (fails(Step::write) || (m_writes++ == 1 && fails(Step::shortWrite)))
+            return -1;
+        return FileCalls::write(file, bytes, std::min<std::size_t>(count, 3));
     }
-
-    int flush(int file) override { return m_step == Step::flush ? fail(EIO) : FileCalls::flush(file); }
-
+    int flush(int file) override { return fails(Step::flush) ? -1 : FileCalls::flush(file); }
     int rename(const char *from, const char *to) override
     {
-        return m_step == Step::rename ? fail(EIO) : FileCalls::rename(from, to);
+        return fails(Step::rename) ? -1 : FileCalls::rename(from, to);
     }
 
 private:
-    static int fail(int reason)
+    bool fails(Step step) const
     {
-        errno = reason;
-        return -1;
+        errno = ENOSPC;
+        return m_step == step;
     }
 
     Step m_step;

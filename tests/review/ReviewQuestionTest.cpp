@@ -73,9 +73,7 @@ TEST(ReviewQuestion, BlanksTheFormThatTheSentenceNeeds)
     running.forms = {{FormKind::ing, u"running"_s, Timestamp{}, 1, {}}};
     WordEntry unusable = full(u"run"_s, u"A word."_s);
     unusable.forms = {{FormKind::ing, QString(), Timestamp{}, 1, {}}};
-    const Sample samples[]{
-        {full(u"run"_s, u"He ran home yesterday."_s, {u"ran"_s}), u"He ____ home yesterday."_s, u"ran"_s},
-        {full(u"run"_s, u"Ran ran."_s, {u"ran"_s}), u"____ ran."_s, u"Ran"_s},
+    const Sample samples[]{{full(u"run"_s, u"Ran ran."_s, {u"ran"_s}), u"____ ran."_s, u"Ran"_s},
         {running, u"The run is _______."_s, u"running"_s},
         {full(u"give up on"_s, u"I give up on it"_s), u"I __________ it"_s, u"give up on"_s},
         {full(u"give up"_s, u"I give\nup"_s), {}, u"give up"_s}, {unusable, {}, u"run"_s}};

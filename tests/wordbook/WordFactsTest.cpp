@@ -40,27 +40,24 @@ TEST(WordFacts, OffersWhatTheStageAllows)
     EXPECT_THAT(texts(stageActions(word, true)), ElementsAre(u"移出常拼"_s));
 }
 
-TEST(WordFacts, AnActionDoesWhatItsTextSays)
+TEST(WordFacts, AnActionTurnsAWordOnAndOff)
 {
+    using enum StageAction::Kind;
     Notebook notebook;
     const QUuid id = notebook.save("ship");
-    const auto press = [&](const QString &text) {
-        const auto facts = wordFacts(notebook.store, notebook.config.config(), notebook.clock.now(), id);
-        for (const StageAction &action : facts->actions)
-            if (action.text == text)
-                return perform(action, notebook.store, id);
-        FAIL() << "not offered: " << text.toStdString();
+    const auto press = [&](StageAction::Kind kind) {
+        const auto actions = stageActions(notebook.word("ship"), true);
+        perform(*std::ranges::find(actions, kind, &StageAction::kind), notebook.store, id);
     };
-    press(u"想学（排到最前）"_s);
-    EXPECT_TRUE(notebook.word("ship").isWanted());
-    press(u"取消「想学」"_s);
-    EXPECT_FALSE(notebook.word("ship").isWanted());
-    press(u"现在就开始学"_s);
-    press(u"先休息一周（让出名额）"_s);
+    for (const bool isOn : {true, false}) {
+        press(want);
+        EXPECT_EQ(notebook.word("ship").isWanted(), isOn);
+        press(spell);
+        EXPECT_EQ(notebook.word("ship").isSpellPractice(), isOn);
+    }
+    press(start);
+    press(rest);
     EXPECT_EQ(notebook.word("ship").restUntil, addDays(notebook.clock.now(), 7));
-    press(u"加入常拼（多练拼写）"_s);
-    press(u"移出常拼"_s);
-    EXPECT_EQ(notebook.events().last(), u"spell-remove ship"_s);
 }
 
 TEST(WordFacts, HoldWhatIsKnownOfAWord)

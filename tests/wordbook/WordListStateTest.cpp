@@ -93,6 +93,7 @@ TEST_F(WordListStateTest, AfterADeletionTheNextOfTheShownRowsIsChosen)
     EXPECT_EQ(shown(), u"reluctant"_s) << "the one above, where none is below";
     state.remove(state.chosen());
     EXPECT_EQ(state.chosen(), RowKey());
+    EXPECT_EQ(state.emptyText(), emptyListText(WordListTab::words, false)) << "though there are notes";
     EXPECT_EQ(store.deleted().size(), 4);
 
     state.setTab(WordListTab::grammar);

@@ -161,10 +161,11 @@ void AddWordView::refreshStatus()
     };
     if (!m_model.lastSaved().isEmpty())
         add(makeMarked(m_theme, Icon::checkCircleFill, Tone::good,
-            makeReadText(
-                m_theme, u"lastSaved"_s, u"已保存"_s, m_model.lastSaved(), {.type = TextType::small, .tone = Tone::good})));
+            makeReadText(m_theme, u"lastSaved"_s, u"已保存"_s, m_model.lastSaved(),
+                {.type = TextType::small, .tone = Tone::good})));
     if (!m_model.error().isEmpty())
-        add(makeReadText(m_theme, u"error"_s, u"没有查到"_s, m_model.error(), {.type = TextType::small, .tone = Tone::bad}));
+        add(makeReadText(m_theme, u"error"_s, u"没有查到"_s, m_model.error(),
+            {.type = TextType::small, .tone = Tone::bad}));
 }
 
 /// Keeps the widgets when only something else in the notebook has changed.
@@ -209,7 +210,8 @@ QWidget *AddWordView::makeActions()
     rows->addWidget(makeLine());
     if (m_model.isKnown())
         rows->addWidget(makeReadText(m_theme, u"knownNote"_s, u"提示"_s,
-            u"这个词已经在生词本里了，保存会把这个例句加进去。"_s, {.type = TextType::small, .tone = Tone::ink2}));
+            u"这个词已经在生词本里了，保存会把这个例句加进去。"_s,
+            {.type = TextType::small, .tone = Tone::ink2}));
     auto *row = new QHBoxLayout;
     row->setSpacing(m_theme.points(8));
     row->addWidget(makeSaveButton());
