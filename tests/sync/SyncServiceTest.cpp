@@ -390,22 +390,4 @@ TEST_F(SyncServiceTest, StudySettingsTravelAndAMergeStartsNoRoundOfItsOwn)
     EXPECT_EQ(phone.network.sessions, sessions + 1);
 }
 
-TEST_F(SyncServiceTest, TestGivesTheSentenceOrNothing)
-{
-    const auto sentenceAfter = [](const SyncResponse &response) {
-        FakeNetwork network;
-        std::optional<QString> sentence;
-        const auto run = [&]() -> QCoro::Task<> {
-            sentence = co_await SyncService::test(SyncLink{}, network.connect());
-        };
-        const auto task = run();
-        EXPECT_EQ(network.waiting().path, QStringLiteral("/v1/ping"));
-        network.answer(response);
-        return sentence;
-    };
-    EXPECT_EQ(sentenceAfter({200, {}, {}}), std::nullopt);
-    EXPECT_EQ(sentenceAfter({401, {}, {}}), QStringLiteral("同步码里的密码不对"));
-    EXPECT_EQ(sentenceAfter({404, {}, {}}), QStringLiteral("服务器出错了（404）"));
-}
-
 } // namespace
