@@ -42,7 +42,6 @@ TEST(WordPattern, NeverCutsACharacterInTwo)
 {
     const QString technologist = u"👩\u200d💻"_s;
     EXPECT_EQ(found(u"👩"_s, u"a"_s + technologist + u"b"_s), u"none"_s);
-    EXPECT_EQ(found(u"💻"_s, u"a"_s + technologist), u"none"_s);
     EXPECT_EQ(found(u"💻"_s, u"a"_s + technologist + u"b, x💻y"_s), u"💻"_s) << "a later match may be whole";
     const QString loneSurrogate(QChar(0xd83d));
     EXPECT_EQ(found(loneSurrogate, u"a😀b"_s), u"none"_s);

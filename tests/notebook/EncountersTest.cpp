@@ -117,6 +117,8 @@ TEST_F(Encounters, FindsTheFamilyOfANewWord)
     EXPECT_THAT(save("careful", u"care"_s), ElementsAre(u"care"_s));
     EXPECT_THAT(save("Careless", u"CARE"_s), ElementsAre(u"careful"_s, u"care"_s));
     EXPECT_THAT(save("scare", {}), ElementsAre());
+    EXPECT_TRUE(store.recordLookup(explained("careful"), {}).isEmpty()) << "its family is no news";
+    EXPECT_EQ(word("careful").familyRoot, u"care"_s);
 }
 
 TEST_F(Encounters, OfALookupCountDaysAndSourcesOnceAndWakeADormantWord)

@@ -160,6 +160,8 @@ TEST_F(WordStoreTest, StartsLearningByHandOnlyWithAFreeSlot)
     EXPECT_EQ(word("run").stateAt, clock.now());
     for (const QUuid &refused : {run, walk, QUuid()})
         EXPECT_FALSE(store.startLearning(refused));
+    configure([](AppConfig &changed) { changed.learningSlots = 2; });
+    EXPECT_FALSE(store.startLearning(run));
     EXPECT_EQ(store.stats().newLearned, 0);
     EXPECT_EQ(logged(), QStringList{u"join run manual"_s});
     store.setWantToLearn(walk, true);
