@@ -194,8 +194,12 @@ TEST_F(Desktop, AnAccessibilityBusThatHasGoneIsToldAndOpenedAgainWhenAskedFor)
     EXPECT_TRUE(platform.permissions.state(Grant::accessibility).granted) << "selections can still be read";
     platform.permissions.request(Grant::accessibility);
     EXPECT_FALSE(isOffered());
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return platform.accessibility.bus() == AtSpiReader::Bus::connected; }, 10000));
+    const auto isConnected = [&] {
+        if (isOffered()) // the launcher was not back yet, so the user asks once more
+            platform.permissions.request(Grant::accessibility);
+        return platform.accessibility.bus() == AtSpiReader::Bus::connected;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isConnected, 10000));
 }
 
 INSTANTIATE_TEST_SUITE_P(In, Selection, testing::Values(gtkEditor, qtEditor), editorName);
@@ -246,7 +250,7 @@ TEST_F(Clipboards, AnOwnerThatNeverAnswersIsGivenUp)
     xcb_create_window(otherClient.x.get(), 0, window, otherClient.x.root(), 0, 0, 1, 1, 0,
         XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
     xcb_set_selection_owner(otherClient.x.get(), window, otherClient.x.atom("CLIPBOARD"), XCB_CURRENT_TIME);
-    xcb_flush(otherClient.x.get());
+    otherClient.sync();
     QElapsedTimer time;
     time.start();
     EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), std::nullopt);
