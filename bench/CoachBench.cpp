@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace nimbrelle::bench;
 
 namespace {
@@ -30,7 +31,7 @@ QStringList sampleLog(qsizetype count)
         const auto &[kind, detail] = kinds[random.bounded(6)];
         const int days = i % 20 == 0 ? 14 : 730;
         const LearningLog::Event event{now - std::chrono::seconds{random.bounded(days * 86400)},
-            QString::fromLatin1(kind), QStringLiteral("headword%1").arg(random.bounded(int(wordCount))),
+            QString::fromLatin1(kind), u"headword%1"_s.arg(random.bounded(int(wordCount))),
             detail ? std::optional(QString::fromUtf8(detail)) : std::nullopt};
         lines.append(QString::fromUtf8(*encode(event, TextForm::line)));
     }

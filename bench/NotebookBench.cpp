@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace nimbrelle::bench;
 
 namespace {
@@ -18,7 +19,7 @@ const Timestamp now = *timestampFromIso(std::string_view{"2026-03-01T08:30:05Z"}
 /// One notebook on disk for each size, made at its first use.
 struct Stored {
     explicit Stored(qsizetype count)
-        : words(sampleWords(count, now)), path(directory.filePath(QStringLiteral("words.json")))
+        : words(sampleWords(count, now)), path(directory.filePath(u"words.json"_s))
     {
         writeRecordFile(path, words);
         bytes = *readFile(path);

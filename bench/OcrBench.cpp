@@ -14,6 +14,7 @@
 #include <stop_token>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace nimbrelle::bench;
 
 namespace {
@@ -51,7 +52,7 @@ QList<RecognizedLine> linesOfTable(const QByteArray &table, QSize size)
 Outcome theirs(const Sheet &sheet, const QTemporaryDir &folder)
 {
     const GreyPicture grey = prepared(sheet.picture, sheet.style);
-    QFile file(folder.filePath(QStringLiteral("sheet.pgm")));
+    QFile file(folder.filePath(u"sheet.pgm"_s));
     if (!file.open(QFile::WriteOnly))
         return {};
     file.write("P5 " + QByteArray::number(grey.width) + ' ' + QByteArray::number(grey.height) + " 255\n");
@@ -59,14 +60,13 @@ Outcome theirs(const Sheet &sheet, const QTemporaryDir &folder)
     file.close();
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("OMP_THREAD_LIMIT"), QStringLiteral("1"));
+    environment.insert(u"OMP_THREAD_LIMIT"_s, u"1"_s);
     program.setProcessEnvironment(environment);
     QElapsedTimer time;
     time.start();
-    program.start(QStringLiteral("tesseract"),
-        {file.fileName(), QStringLiteral("stdout"), QStringLiteral("--psm"), QStringLiteral("11"),
-            QStringLiteral("--oem"), QStringLiteral("1"), QStringLiteral("--dpi"), QStringLiteral("140"),
-            QStringLiteral("tsv")});
+    program.start(u"tesseract"_s,
+        {file.fileName(), u"stdout"_s, u"--psm"_s, u"11"_s, u"--oem"_s, u"1"_s, u"--dpi"_s, u"140"_s,
+            u"tsv"_s});
     program.waitForFinished(60000);
     const double milliseconds = static_cast<double>(time.nsecsElapsed()) / 1e6;
     return {missedWords(sheet, linesOfTable(program.readAllStandardOutput(), {grey.width, grey.height})),

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle::bench {
 namespace {
 
@@ -122,10 +124,9 @@ void addProse(std::vector<Sheet> &sheets)
         for (const int pixels : {9, 11, 13, 16, 20, 24}) {
             const QFont font = fontOf(QString::fromLatin1(family), pixels);
             const bool isDark = pixels % 3 == 1;
-            Canvas canvas(QStringLiteral("%1 %2%3")
-                              .arg(QString::fromLatin1(family))
+            Canvas canvas(u"%1 %2%3"_s.arg(QString::fromLatin1(family))
                               .arg(pixels)
-                              .arg(isDark ? QStringLiteral(" dark") : QString()),
+                              .arg(isDark ? u" dark"_s : QString()),
                 isDark ? QColor(30, 31, 36) : QColor(255, 255, 255),
                 isDark ? QColor(215, 218, 224) : QColor(34, 34, 34));
             canvas.write(QString::fromLatin1(prose), font, page);
@@ -136,9 +137,8 @@ void addProse(std::vector<Sheet> &sheets)
 void addColumns(std::vector<Sheet> &sheets)
 {
     for (const bool isSplit : {false, true}) { // one of them with a dark second column
-        Canvas canvas(isSplit ? QStringLiteral("columns, light and dark") : QStringLiteral("columns"),
-            Qt::white, QColor(40, 40, 40));
-        const QFont font = fontOf(QStringLiteral("DejaVu Sans"), 13);
+        Canvas canvas(isSplit ? u"columns, light and dark"_s : u"columns"_s, Qt::white, QColor(40, 40, 40));
+        const QFont font = fontOf(u"DejaVu Sans"_s, 13);
         canvas.write(QString::fromLatin1(columnText), font, {12, 10, 340, 180});
         if (isSplit) {
             canvas.fill({380, 0, 380, 200}, QColor(38, 40, 48));
@@ -152,12 +152,12 @@ void addColumns(std::vector<Sheet> &sheets)
 void addInterface(std::vector<Sheet> &sheets)
 {
     for (const bool isDark : {false, true}) {
-        Canvas canvas(isDark ? QStringLiteral("interface, dark") : QStringLiteral("interface"),
+        Canvas canvas(isDark ? u"interface, dark"_s : u"interface"_s,
             isDark ? QColor(45, 45, 48) : QColor(240, 240, 240),
             isDark ? QColor(230, 230, 230) : QColor(20, 20, 20));
         int i = 0;
         for (const char *label : interfaceText) {
-            canvas.write(QString::fromLatin1(label), fontOf(QStringLiteral("DejaVu Sans"), 12),
+            canvas.write(QString::fromLatin1(label), fontOf(u"DejaVu Sans"_s, 12),
                 QRectF(14 + 186 * (i % 4), 14 + 48 * (i / 4), 184, 30));
             ++i;
         }
@@ -175,11 +175,11 @@ void addSubtitles(std::vector<Sheet> &sheets)
     quint32 seed = 7;
     for (const char *text : said)
         for (const int pixels : {24, 30}) {
-            Canvas canvas(QStringLiteral("subtitle %1").arg(seed), Qt::black,
+            Canvas canvas(u"subtitle %1"_s.arg(seed), Qt::black,
                 seed % 3 == 0 ? QColor(255, 240, 120) : QColor(255, 255, 255));
             canvas.paintScene(seed++);
-            canvas.write(QString::fromLatin1(text),
-                fontOf(QStringLiteral("Liberation Sans"), pixels, QFont::DemiBold), {30, 90, 700, 100}, true);
+            canvas.write(QString::fromLatin1(text), fontOf(u"Liberation Sans"_s, pixels, QFont::DemiBold),
+                {30, 90, 700, 100}, true);
             sheets.push_back(canvas.finished(RecognitionStyle::subtitles));
         }
 }

@@ -6,6 +6,8 @@
 
 #include <QRandomGenerator>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle::bench {
 
 namespace {
@@ -18,25 +20,24 @@ public:
     {
         WordEntry entry;
         entry.id = id();
-        entry.headword = QStringLiteral("headword%1").arg(number);
-        entry.phonetic = QStringLiteral("/ˈhɛdˌwɝd/");
-        entry.pos = QStringLiteral("n.");
-        entry.meaningZh = QStringLiteral("词条；词典里的一个词");
-        entry.definitionEn = QStringLiteral("a word that has its own place in a dictionary");
-        entry.registerNoteZh = QStringLiteral("多用在词典和语言学的讨论里。");
+        entry.headword = u"headword%1"_s.arg(number);
+        entry.phonetic = u"/ˈhɛdˌwɝd/"_s;
+        entry.pos = u"n."_s;
+        entry.meaningZh = u"词条；词典里的一个词"_s;
+        entry.definitionEn = u"a word that has its own place in a dictionary"_s;
+        entry.registerNoteZh = u"多用在词典和语言学的讨论里。"_s;
         entry.createdAt = past(200);
         entry.lookupCount = 1 + m_random.bounded(9);
         entry.lastLookupAt = past(40);
         entry.examples = {example(number, 0), example(number, 1)};
         entry.notes = QList<AINote>{note(number)};
-        entry.inflections = QMap<QString, QString>{
-            {QStringLiteral("base"), entry.headword}, {QStringLiteral("plural"), entry.headword + u's'}};
+        entry.inflections =
+            QMap<QString, QString>{{u"base"_s, entry.headword}, {u"plural"_s, entry.headword + u's'}};
         entry.forms = QList<FormRecord>{form(FormKind::base, number), form(FormKind::plural, number),
             form(FormKind::past, number), form(FormKind::ing, number)};
-        entry.familyRoot = QStringLiteral("head");
+        entry.familyRoot = u"head"_s;
         entry.encounterDays = QStringList{DayKey::string(past(60)), DayKey::string(past(20))};
-        entry.sourceKeys =
-            QStringList{QStringLiteral("forum.example.org"), QStringLiteral("docs.example.org")};
+        entry.sourceKeys = QStringList{u"forum.example.org"_s, u"docs.example.org"_s};
         schedule(entry, number);
         return entry;
     }
@@ -54,28 +55,23 @@ private:
     Example example(qsizetype number, int which)
     {
         return {id(),
-            QStringLiteral("Sentence %1 of headword%2 was met on a long page about dictionaries and words.")
-                .arg(which)
+            u"Sentence %1 of headword%2 was met on a long page about dictionaries and words."_s.arg(which)
                 .arg(number),
-            QStringLiteral("这是在一个讲词典和单词的长页面上遇到的第 %1 句。").arg(which),
-            QStringLiteral("词条"), which == 1, QStringLiteral("Firefox"),
-            QStringLiteral("https://forum.example.org/thread/%1").arg(number),
-            QStringLiteral("A long thread"), past(100)};
+            u"这是在一个讲词典和单词的长页面上遇到的第 %1 句。"_s.arg(which), u"词条"_s, which == 1,
+            u"Firefox"_s, u"https://forum.example.org/thread/%1"_s.arg(number), u"A long thread"_s,
+            past(100)};
     }
 
     AINote note(qsizetype number)
     {
-        return {id(), QStringLiteral("这里为什么用 headword%1？").arg(number),
-            QStringLiteral(
-                "因为这里说的是词典里的一个词条，而不是它的意思。换成 word 也通顺，但不那么准确。"),
-            QStringLiteral("The headword stands in bold."), QStringLiteral("词条用粗体。"), {}, {}, {},
-            past(90)};
+        return {id(), u"这里为什么用 headword%1？"_s.arg(number),
+            u"因为这里说的是词典里的一个词条，而不是它的意思。换成 word 也通顺，但不那么准确。"_s,
+            u"The headword stands in bold."_s, u"词条用粗体。"_s, {}, {}, {}, past(90)};
     }
 
     FormRecord form(FormKind kind, qsizetype number)
     {
-        return {kind, QStringLiteral("form%1").arg(number), past(100), 2,
-            QStringLiteral("A sentence with the form.")};
+        return {kind, u"form%1"_s.arg(number), past(100), 2, u"A sentence with the form."_s};
     }
 
     void schedule(WordEntry &entry, qsizetype number)

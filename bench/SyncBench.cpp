@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace nimbrelle::bench;
 
 namespace {
@@ -27,7 +28,7 @@ QStringList logOf(const QList<WordEntry> &words)
             const LearningLog::Event event{.time = now + std::chrono::seconds{log.size()},
                 .kind = caseText(LogKind::review),
                 .word = word.headword,
-                .detail = QStringLiteral("good")};
+                .detail = u"good"_s};
             log.append(QString::fromUtf8(encode(event, TextForm::line).value_or(QByteArray())));
         }
     }
@@ -55,7 +56,7 @@ SyncBundle changed(SyncBundle bundle)
             word.stateAt = now;
             Example example;
             example.id = QUuid::createUuidV5(word.id, QByteArray("another sentence"));
-            example.sentence = QStringLiteral("Another sentence with %1 in it.").arg(word.headword);
+            example.sentence = u"Another sentence with %1 in it."_s.arg(word.headword);
             example.addedAt = now;
             word.examples.append(example);
         }
@@ -111,7 +112,7 @@ struct QuietDevice {
     {
         store.applySync(bundleOf(count));
         AppConfig connected;
-        connected.syncServer = connected.syncToken = connected.syncPin = QStringLiteral("x");
+        connected.syncServer = connected.syncToken = connected.syncPin = u"x"_s;
         config.setConfig(connected);
         sync.syncNow();
     }

@@ -17,6 +17,7 @@
 #include <QTemporaryDir>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace nimbrelle::bench;
 
 namespace {
@@ -47,7 +48,7 @@ struct Window {
     {
         QList<WordEntry> sample = sampleWords(wordCount, SystemClock::shared().now());
         for (qsizetype i = 0; i < sample.size(); ++i) // families of ten, as languages have them
-            sample[i].familyRoot = QStringLiteral("root%1").arg(i / 10);
+            sample[i].familyRoot = u"root%1"_s.arg(i / 10);
         writeRecordFile(paths.words, sample);
         return paths;
     }
@@ -85,7 +86,7 @@ private:
 void filterRows(benchmark::State &state)
 {
     Window &window = Window::of(state);
-    const WordFilter filter{QStringLiteral("77"), std::nullopt};
+    const WordFilter filter{u"77"_s, std::nullopt};
     const Timestamp now = SystemClock::shared().now();
     for (auto _ : state)
         benchmark::DoNotOptimize(wordRows(window.words.entries(), filter, window.config.config(), now));
@@ -95,8 +96,8 @@ void filterRows(benchmark::State &state)
 void typeInSearch(benchmark::State &state)
 {
     WordListView &view = Window::of(state).view();
-    auto *field = view.findChild<QLineEdit *>(QStringLiteral("search"));
-    const QStringList typed{QStringLiteral("7"), QStringLiteral("77"), QStringLiteral("词"), QString()};
+    auto *field = view.findChild<QLineEdit *>(u"search"_s);
+    const QStringList typed{u"7"_s, u"77"_s, u"词"_s, QString()};
     qsizetype i = 0;
     for (auto _ : state) {
         field->setText(typed[i++ % typed.size()]);
@@ -108,7 +109,7 @@ void typeInSearch(benchmark::State &state)
 void scrollPage(benchmark::State &state)
 {
     WordListView &view = Window::of(state).view();
-    QScrollBar *bar = view.findChild<QListView *>(QStringLiteral("wordRows"))->verticalScrollBar();
+    QScrollBar *bar = view.findChild<QListView *>(u"wordRows"_s)->verticalScrollBar();
     for (auto _ : state) {
         bar->setValue(bar->value() + bar->pageStep() > bar->maximum() ? 0 : bar->value() + bar->pageStep());
         Window::draw(view);
@@ -118,7 +119,7 @@ void scrollPage(benchmark::State &state)
 void chooseNext(benchmark::State &state)
 {
     WordListView &view = Window::of(state).view();
-    auto *list = view.findChild<QListView *>(QStringLiteral("wordRows"));
+    auto *list = view.findChild<QListView *>(u"wordRows"_s);
     int row = 0;
     for (auto _ : state) {
         list->setCurrentIndex(list->model()->index(++row % list->model()->rowCount(), 0));

@@ -2,6 +2,7 @@
 #include "review/SpellingScaffold.h"
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace nimbrelle::fuzz;
 
 namespace {
@@ -32,7 +33,7 @@ void checkChunks(const QString &word, const QList<Affix> &affixes)
     QStringList texts;
     for (const SpellingScaffold::Chunk &chunk : SpellingScaffold::chunks(word, affixes))
         texts.append(chunk.text);
-    if (!characters(word).contains(QStringLiteral(" ")))
+    if (!characters(word).contains(u" "_s))
         require(texts.join(QString()) == word && countOfAll(texts) == characterCount(word));
     require(SpellingScaffold::chunkPattern(word, affixes).has_value() == (texts.size() > 1));
 }

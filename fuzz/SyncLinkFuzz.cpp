@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -14,7 +15,7 @@ void readLink(const QString &text)
     const auto link = SyncLink::fromText(text);
     if (!link)
         return;
-    if (characterCount(link->token) < 16 || !link->server.startsWith(QStringLiteral("https:")))
+    if (characterCount(link->token) < 16 || !link->server.startsWith(u"https:"_s))
         std::abort();
     SyncLink again = *link;
     while (again.server.endsWith(u'/'))

@@ -7,14 +7,14 @@
 #include <cstdio>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 bool saveIcon(const QDir &theme, int pixels)
 {
-    const QString folder = QStringLiteral("hicolor/%1x%1/apps").arg(pixels);
-    return theme.mkpath(folder)
-        && appIcon(pixels).save(theme.filePath(folder + QStringLiteral("/nimbrelle.png")));
+    const QString folder = u"hicolor/%1x%1/apps"_s.arg(pixels);
+    return theme.mkpath(folder) && appIcon(pixels).save(theme.filePath(folder + u"/nimbrelle.png"_s));
 }
 
 QString svgPath(const QPainterPath &shape)
@@ -23,7 +23,7 @@ QString svgPath(const QPainterPath &shape)
     for (const QPolygonF &outline : shape.toSubpathPolygons(QTransform::fromScale(16, -16))) {
         QStringList points;
         for (const QPointF &point : outline)
-            points.append(QStringLiteral("%1 %2").arg(point.x(), 0, 'f', 3).arg(16 + point.y(), 0, 'f', 3));
+            points.append(u"%1 %2"_s.arg(point.x(), 0, 'f', 3).arg(16 + point.y(), 0, 'f', 3));
         data += u'M' + points.join(u'L') + u'Z';
     }
     return data;
@@ -34,12 +34,11 @@ bool saveSymbol(const QDir &theme)
 {
     QPainterPath shape = ensoPath(1.45);
     shape.addPath(leafPath(1.3));
-    const QString svg = QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">"
-                                       "<path fill=\"#808080\" d=\"%1\"/></svg>\n")
-                            .arg(svgPath(shape));
-    const QString folder = QStringLiteral("hicolor/symbolic/apps");
+    const QString svg = u"<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">"
+                        "<path fill=\"#808080\" d=\"%1\"/></svg>\n"_s.arg(svgPath(shape));
+    const QString folder = u"hicolor/symbolic/apps"_s;
     return theme.mkpath(folder)
-        && replaceFile(theme.filePath(folder + QStringLiteral("/nimbrelle-symbolic.svg")), svg.toUtf8());
+        && replaceFile(theme.filePath(folder + u"/nimbrelle-symbolic.svg"_s), svg.toUtf8());
 }
 
 } // namespace
@@ -47,7 +46,7 @@ bool saveSymbol(const QDir &theme)
 /// Draws the program's icons as an icon theme into the folder that is given.
 int main(int argc, char **argv)
 {
-    const QDir theme(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("."));
+    const QDir theme(argc > 1 ? QString::fromLocal8Bit(argv[1]) : u"."_s);
     bool isDone = saveSymbol(theme);
     for (const int pixels : {16, 22, 24, 32, 48, 64, 128, 256, 512})
         isDone = saveIcon(theme, pixels) && isDone;

@@ -10,8 +10,10 @@
 
 namespace nimbrelle::practice {
 
+namespace {
+
 /// `text` behind a label such as "Query: ", whatever it says; all of it where there is none.
-static std::string_view behindLabel(std::string_view text)
+std::string_view behindLabel(std::string_view text)
 {
     const auto isOfLabel = [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; };
     size_t end = 0;
@@ -21,7 +23,7 @@ static std::string_view behindLabel(std::string_view text)
 }
 
 /// The message is two labelled texts, and the first may have line breaks too.
-static JsonObject explainMessage(const Lexicon &lexicon, std::string_view message)
+JsonObject explainMessage(const Lexicon &lexicon, std::string_view message)
 {
     const std::string_view selection = behindLabel(message);
     for (size_t at = 0; (at = selection.find('\n', at)) != std::string_view::npos;) {
@@ -33,7 +35,7 @@ static JsonObject explainMessage(const Lexicon &lexicon, std::string_view messag
     return explain(lexicon, selection, {});
 }
 
-static JsonObject lookUpMessage(const Lexicon &lexicon, std::string_view message)
+JsonObject lookUpMessage(const Lexicon &lexicon, std::string_view message)
 {
     return lookUp(lexicon, behindLabel(message));
 }
@@ -43,12 +45,14 @@ struct Contract {
     JsonObject (*answer)(const Lexicon &lexicon, std::string_view message);
 };
 
-static constexpr std::array contracts = {
+constexpr std::array contracts = {
     Contract{.telling = "\"surface_form\"", .answer = explainMessage},
     Contract{.telling = "\"about_zh\"", .answer = lookUpMessage},
     Contract{.telling = "\"translation_zh\"", .answer = translate},
     Contract{.telling = "\"tip_zh\"", .answer = mnemonic},
 };
+
+} // namespace
 
 std::optional<std::string> answerTo(const Lexicon &lexicon, const ChatRequest &request)
 {

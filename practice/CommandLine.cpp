@@ -6,7 +6,9 @@
 
 namespace nimbrelle::practice {
 
-static CLI::Validator wholeNumber(unsigned most)
+namespace {
+
+CLI::Validator wholeNumber(unsigned most)
 {
     const auto check = [most](const std::string &text) {
         unsigned number = 0;
@@ -19,7 +21,7 @@ static CLI::Validator wholeNumber(unsigned most)
     return {check, ""};
 }
 
-static void addFailure(CLI::App &app, ServerOptions &server)
+void addFailure(CLI::App &app, ServerOptions &server)
 {
     const auto check = [](const std::string &name) {
         return failureNamed(name) ? "" : "takes 401, 402, 500, slow, cut or garbage";
@@ -32,7 +34,7 @@ static void addFailure(CLI::App &app, ServerOptions &server)
         ->type_name("KIND");
 }
 
-static void addOptions(CLI::App &app, CommandLine &line)
+void addOptions(CLI::App &app, CommandLine &line)
 {
     app.set_help_flag("--help", "Say what can be given, and end");
     app.option_defaults()->take_last();
@@ -51,6 +53,8 @@ static void addOptions(CLI::App &app, CommandLine &line)
     app.add_flag_callback(
         "--words", [&line] { line.mode = Mode::listWords; }, "Print the words it knows and end");
 }
+
+} // namespace
 
 std::variant<CommandLine, int> readCommandLine(
     int count, const char *const *arguments, std::ostream &out, std::ostream &errors)

@@ -9,9 +9,10 @@
 
 namespace nimbrelle::practice {
 
+namespace {
+
 /// The first known words of a text, each once, with the grammar that they show in `context`.
-static std::vector<JsonObject> knownWords(
-    const Lexicon &lexicon, std::string_view text, std::string_view context)
+std::vector<JsonObject> knownWords(const Lexicon &lexicon, std::string_view text, std::string_view context)
 {
     constexpr size_t most = 4;
     std::vector<JsonObject> subjects;
@@ -28,7 +29,7 @@ static std::vector<JsonObject> knownWords(
     return subjects;
 }
 
-static std::string_view lastKnownWord(const Lexicon &lexicon, std::string_view text)
+std::string_view lastKnownWord(const Lexicon &lexicon, std::string_view text)
 {
     const std::vector<Word> words = wordsOf(text);
     const std::vector<Match> known = lexicon.wordsIn(words);
@@ -36,7 +37,7 @@ static std::string_view lastKnownWord(const Lexicon &lexicon, std::string_view t
 }
 
 /// A talk about a text opens with a message that has the text and, at its end, the word in question.
-static Subjects subjectsOfText(const Lexicon &lexicon, const ChatRequest &request)
+Subjects subjectsOfText(const Lexicon &lexicon, const ChatRequest &request)
 {
     const std::string_view question = request.question();
     const std::string_view context = request.isFirstQuestion() ? std::string_view() : request.opening();
@@ -49,13 +50,13 @@ static Subjects subjectsOfText(const Lexicon &lexicon, const ChatRequest &reques
     return subjects;
 }
 
-static icu::UnicodeString unicode(std::string_view text)
+icu::UnicodeString unicode(std::string_view text)
 {
     return icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
 }
 
 /// What a pattern of the talk file finds in a text: its groups, and what is known of the word in the first.
-static std::vector<JsonObject> caught(const Lexicon &lexicon, std::string_view pattern, std::string_view text)
+std::vector<JsonObject> caught(const Lexicon &lexicon, std::string_view pattern, std::string_view text)
 {
     std::vector<JsonObject> subjects;
     UErrorCode status = U_ZERO_ERROR;
@@ -74,7 +75,7 @@ static std::vector<JsonObject> caught(const Lexicon &lexicon, std::string_view p
 }
 
 /// The words most worth the learner's time: those forgotten first, then the newest.
-static std::vector<JsonObject> watchedWords(const Lexicon &lexicon, std::string_view record)
+std::vector<JsonObject> watchedWords(const Lexicon &lexicon, std::string_view record)
 {
     const auto patterns = memberAt(lexicon.talk(), "record");
     std::vector<JsonObject> watched = caught(lexicon, textAt(*patterns, "forgotten"), record);
@@ -88,7 +89,7 @@ static std::vector<JsonObject> watchedWords(const Lexicon &lexicon, std::string_
     return watched;
 }
 
-static Subjects subjectsOfRecord(const Lexicon &lexicon, const ChatRequest &request)
+Subjects subjectsOfRecord(const Lexicon &lexicon, const ChatRequest &request)
 {
     Subjects subjects;
     for (const auto &[kind, pattern] : membersAt(lexicon.talk(), "record"))
@@ -99,6 +100,8 @@ static Subjects subjectsOfRecord(const Lexicon &lexicon, const ChatRequest &requ
     subjects["named"] = knownWords(lexicon, request.question(), {});
     return subjects;
 }
+
+} // namespace
 
 std::string converse(const Lexicon &lexicon, const ChatRequest &request)
 {

@@ -5,8 +5,10 @@
 
 namespace nimbrelle::practice {
 
+namespace {
+
 /// How many letters are wrong, missing or too many; two neighbours in each other's place count once.
-static size_t editDistance(std::string_view a, std::string_view b)
+size_t editDistance(std::string_view a, std::string_view b)
 {
     std::vector<size_t> beforeLast(b.size() + 1), last(b.size() + 1), row(b.size() + 1);
     std::iota(row.begin(), row.end(), 0);
@@ -25,12 +27,14 @@ static size_t editDistance(std::string_view a, std::string_view b)
 }
 
 /// How many slips are forgiven. Names are typed wrong oftenest and seldom collide with a word.
-static size_t toleranceFor(size_t length, const Value &entry)
+size_t toleranceFor(size_t length, const Value &entry)
 {
     if (length < (textAt(entry, "pos") == "name" ? 5u : 6u))
         return 0;
     return length < 9 ? 1 : 2;
 }
+
+} // namespace
 
 const Value *correctionOf(const Lexicon &lexicon, std::string_view typed)
 {

@@ -34,7 +34,9 @@ JsonObject &addExample(JsonObject &answer, const Value &sentence)
     return answer.set("sentence_is_example", Value(true));
 }
 
-static void addSentence(JsonObject &answer, const Place &place)
+namespace {
+
+void addSentence(JsonObject &answer, const Place &place)
 {
     answer.set("sentence", place.sentence).set("sentence_is_example", Value(false));
     answer.set("sentence_zh", place.known ? textAt(*place.known, "zh") : "（练习模式没有这句的译文）");
@@ -47,7 +49,7 @@ struct Marked {
     std::span<const Reading> readings;
 };
 
-static Marked readMarked(const Lexicon &lexicon, std::string_view selection)
+Marked readMarked(const Lexicon &lexicon, std::string_view selection)
 {
     Marked marked{.words = wordsOf(selection), .form = keyOf(selection), .readings = {}};
     marked.readings = lexicon.readingsOf(marked.form);
@@ -66,7 +68,7 @@ struct Usage {
 };
 
 /// The lexicon says it of its own sentences; elsewhere only what a form shows in any sentence is told.
-static Usage usageOf(const Lexicon &lexicon, const Marked &marked, const Place &place)
+Usage usageOf(const Lexicon &lexicon, const Marked &marked, const Place &place)
 {
     if (place.known) {
         for (const auto &[words, rule] : membersAt(*place.known, "grammar")) {
@@ -82,7 +84,7 @@ static Usage usageOf(const Lexicon &lexicon, const Marked &marked, const Place &
     return {.rule = lexicon.grammar(form), .words = place.surface};
 }
 
-static const Reading &fitting(std::span<const Reading> readings, const Value *rule)
+const Reading &fitting(std::span<const Reading> readings, const Value *rule)
 {
     const auto fits = [rule](const Reading &reading) {
         const std::string_view pos = rule ? textAt(*rule, "pos") : "";
@@ -93,7 +95,7 @@ static const Reading &fitting(std::span<const Reading> readings, const Value *ru
     return found == readings.end() ? readings.front() : *found;
 }
 
-static JsonObject explainAt(const Lexicon &lexicon, const Marked &marked, const Place &place)
+JsonObject explainAt(const Lexicon &lexicon, const Marked &marked, const Place &place)
 {
     const auto [rule, words] = usageOf(lexicon, marked, place);
     const Reading &reading = fitting(marked.readings, rule);
@@ -107,7 +109,7 @@ static JsonObject explainAt(const Lexicon &lexicon, const Marked &marked, const 
 }
 
 /// In an example of the word's own, one with the marked form if there is any.
-static JsonObject explainByExample(const Lexicon &lexicon, const Marked &marked)
+JsonObject explainByExample(const Lexicon &lexicon, const Marked &marked)
 {
     const Value &entry = *marked.readings.front().entry;
     const auto examples = listAt(entry, "examples");
@@ -124,6 +126,8 @@ static JsonObject explainByExample(const Lexicon &lexicon, const Marked &marked)
         own == known.end() ? describe(entry, entry) : explain(lexicon, own->in(text, words), text);
     return std::move(addExample(answer, example));
 }
+
+} // namespace
 
 JsonObject explain(const Lexicon &lexicon, std::string_view selection, std::string_view context)
 {

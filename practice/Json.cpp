@@ -5,10 +5,14 @@
 
 namespace nimbrelle::practice {
 
-static Value nameFor(std::string_view name)
+namespace {
+
+Value nameFor(std::string_view name)
 {
     return Value(rapidjson::StringRef(name.data(), name.size()));
 }
+
+} // namespace
 
 std::string_view textOf(const Value &value)
 {

@@ -7,8 +7,12 @@
 
 namespace nimbrelle::practice {
 
-static constexpr size_t longestForm = 8; // in words
-static constexpr size_t longestSentence = 40;
+namespace {
+
+constexpr size_t longestForm = 8; // in words
+constexpr size_t longestSentence = 40;
+
+} // namespace
 
 Lexicon::Lexicon() : m_grammar(&readFile("grammar")), m_talk(&readFile("talk"))
 {
@@ -90,9 +94,11 @@ const Value *Lexicon::entryOfKey(std::string_view key) const
     return (exact == found->second.end() ? found->second.front() : *exact).entry;
 }
 
+namespace {
+
 /// What `find` knows of the words' keys: the longest at each place, without overlaps.
 template <typename Find>
-static std::vector<Match> longestMatches(std::span<const Word> words, size_t longest, Find find)
+std::vector<Match> longestMatches(std::span<const Word> words, size_t longest, Find find)
 {
     std::vector<Match> matches;
     for (size_t begin = 0; begin < words.size();) {
@@ -109,6 +115,8 @@ static std::vector<Match> longestMatches(std::span<const Word> words, size_t lon
     }
     return matches;
 }
+
+} // namespace
 
 std::vector<Match> Lexicon::wordsIn(std::span<const Word> words) const
 {

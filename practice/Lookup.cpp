@@ -8,7 +8,9 @@
 
 namespace nimbrelle::practice {
 
-static JsonObject answerWith(const Value &entry)
+namespace {
+
+JsonObject answerWith(const Value &entry)
 {
     JsonObject answer = describe(entry, entry);
     addExample(answer, listAt(entry, "examples").front());
@@ -16,7 +18,7 @@ static JsonObject answerWith(const Value &entry)
     return std::move(answer.set("alternatives", std::span<const JsonObject>()));
 }
 
-static JsonObject answerUnknown(std::string_view query)
+JsonObject answerUnknown(std::string_view query)
 {
     JsonObject answer = describeUnknown(query);
     answer.set("about_zh", "内置的练习词库里没有它。在设置里填上自己的 API key，就能查到任何词。");
@@ -24,7 +26,7 @@ static JsonObject answerUnknown(std::string_view query)
 }
 
 /// Smaller is nearer; absent when the entry's Chinese has nothing of the query.
-static std::optional<size_t> distanceOf(const Value &entry, std::string_view query)
+std::optional<size_t> distanceOf(const Value &entry, std::string_view query)
 {
     constexpr size_t partly = 1000;
     constexpr size_t oneLetter = 3; // in bytes
@@ -44,7 +46,7 @@ static std::optional<size_t> distanceOf(const Value &entry, std::string_view que
 }
 
 /// The entries whose meaning is, or else contains, the query, the nearest first.
-static std::vector<const Value *> entriesFor(const Lexicon &lexicon, std::string_view query)
+std::vector<const Value *> entriesFor(const Lexicon &lexicon, std::string_view query)
 {
     std::multimap<size_t, const Value *> found;
     for (const Value *entry : lexicon.entries()) {
@@ -57,7 +59,7 @@ static std::vector<const Value *> entriesFor(const Lexicon &lexicon, std::string
     return entries;
 }
 
-static JsonObject lookUpChinese(const Lexicon &lexicon, std::string_view query)
+JsonObject lookUpChinese(const Lexicon &lexicon, std::string_view query)
 {
     constexpr size_t mostAlternatives = 3;
     const std::vector<const Value *> found = entriesFor(lexicon, query);
@@ -75,6 +77,8 @@ static JsonObject lookUpChinese(const Lexicon &lexicon, std::string_view query)
         add(textAt(*other, "headword"), textAt(*other, "meaning_zh"));
     return std::move(answerWith(*found.front()).set("alternatives", others));
 }
+
+} // namespace
 
 JsonObject lookUp(const Lexicon &lexicon, std::string_view query)
 {

@@ -2,11 +2,15 @@
 
 namespace nimbrelle::practice {
 
-static std::string_view tipFor(const Lexicon &lexicon, std::string_view word)
+namespace {
+
+std::string_view tipFor(const Lexicon &lexicon, std::string_view word)
 {
     const Value *entry = lexicon.entryOf(word);
     return entry ? textAt(*entry, "tip_zh") : "画面：把这个词写在便利贴上，贴在屏幕边";
 }
+
+} // namespace
 
 JsonObject mnemonic(const Lexicon &lexicon, std::string_view message)
 {

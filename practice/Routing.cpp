@@ -8,8 +8,9 @@
 
 namespace nimbrelle::practice {
 
-static Reply errorReply(
-    unsigned status, std::string_view type, std::string_view code, std::string_view message)
+namespace {
+
+Reply errorReply(unsigned status, std::string_view type, std::string_view code, std::string_view message)
 {
     JsonObject error, envelope;
     error.set("message", message).set("type", type).set("param", Value()).set("code", code);
@@ -19,7 +20,7 @@ static Reply errorReply(
     return reply;
 }
 
-static std::string keyOf(const Request &request)
+std::string keyOf(const Request &request)
 {
     const std::string_view scheme = "bearer ";
     const auto isSame = [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); };
@@ -30,7 +31,7 @@ static std::string keyOf(const Request &request)
 }
 
 /// A completion or an event of a stream, with what its one choice says.
-static std::string choiceJson(
+std::string choiceJson(
     std::string_view kind, std::string_view member, const JsonObject &said, const Value &finishReason)
 {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
@@ -42,19 +43,19 @@ static std::string choiceJson(
     return json.set("choices", choices).text();
 }
 
-static std::string completionJson(std::string_view content)
+std::string completionJson(std::string_view content)
 {
     JsonObject message;
     message.set("role", "assistant").set("content", content);
     return choiceJson("chat.completion", "message", message, Value("stop"));
 }
 
-static std::string chunkEvent(const JsonObject &delta, const Value &finishReason = Value())
+std::string chunkEvent(const JsonObject &delta, const Value &finishReason = Value())
 {
     return "data: " + choiceJson("chat.completion.chunk", "delta", delta, finishReason) + "\n\n";
 }
 
-static std::vector<std::string> streamEvents(std::string_view content, Failure failure)
+std::vector<std::string> streamEvents(std::string_view content, Failure failure)
 {
     JsonObject delta;
     std::vector<std::string> events = {chunkEvent(delta.set("role", "assistant"))};
@@ -69,7 +70,7 @@ static std::vector<std::string> streamEvents(std::string_view content, Failure f
     return events;
 }
 
-static Reply answerReply(const ChatRequest &chat, std::string_view content, Failure failure)
+Reply answerReply(const ChatRequest &chat, std::string_view content, Failure failure)
 {
     Reply reply;
     reply.stream = chat.stream;
@@ -85,12 +86,12 @@ static Reply answerReply(const ChatRequest &chat, std::string_view content, Fail
     return reply;
 }
 
-static Reply badRequest(std::string_view message)
+Reply badRequest(std::string_view message)
 {
     return errorReply(400, "invalid_request_error", "bad_request", message);
 }
 
-static Reply chatReply(const Request &request, const Lexicon &lexicon, Failure always)
+Reply chatReply(const Request &request, const Lexicon &lexicon, Failure always)
 {
     const Failure byKey = failureOfKey(keyOf(request));
     const Failure failure = always == Failure::none || byKey == Failure::unauthorized ? byKey : always;
@@ -111,7 +112,7 @@ static Reply chatReply(const Request &request, const Lexicon &lexicon, Failure a
         : badRequest("The practice provider knows no JSON answer with the members that are asked for.");
 }
 
-static Reply aboutReply(const Lexicon &lexicon)
+Reply aboutReply(const Lexicon &lexicon)
 {
     Reply reply;
     reply.contentType = "text/plain; charset=utf-8";
@@ -125,13 +126,15 @@ static Reply aboutReply(const Lexicon &lexicon)
     return reply;
 }
 
-static Reply wrongMethod(std::string_view allowed)
+Reply wrongMethod(std::string_view allowed)
 {
     Reply reply =
         errorReply(405, "invalid_request_error", "method_not_allowed", "This address takes another method.");
     reply.allow = allowed;
     return reply;
 }
+
+} // namespace
 
 Reply replyTo(const Request &request, const Lexicon &lexicon, Failure always)
 {

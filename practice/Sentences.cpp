@@ -6,7 +6,9 @@
 
 namespace nimbrelle::practice {
 
-static bool runsOn(std::string_view line, std::string_view next)
+namespace {
+
+bool runsOn(std::string_view line, std::string_view next)
 {
     constexpr size_t shortestWrapped = 30;
     if (line.empty() || next.empty()
@@ -16,7 +18,7 @@ static bool runsOn(std::string_view line, std::string_view next)
 }
 
 /// The same text, with a blank for each line break inside a sentence.
-static std::string unwrapped(std::string_view text)
+std::string unwrapped(std::string_view text)
 {
     std::string out(text);
     size_t begin = 0;
@@ -28,6 +30,8 @@ static std::string unwrapped(std::string_view text)
     }
     return out;
 }
+
+} // namespace
 
 bool looksLikeSentence(std::string_view text)
 {
@@ -44,8 +48,10 @@ bool looksLikeSentence(std::string_view text)
             || std::string_view(".!?\"").find(end.back()) != std::string_view::npos);
 }
 
+namespace {
+
 /// The indices of the words where `marked` begins, those nearest the middle of the text first.
-static std::vector<size_t> occurrences(
+std::vector<size_t> occurrences(
     std::span<const Word> words, std::span<const Word> marked, std::string_view text)
 {
     std::vector<size_t> found;
@@ -59,7 +65,7 @@ static std::vector<size_t> occurrences(
     return found;
 }
 
-static std::optional<Place> placeAt(std::string_view text, std::span<const Word> marked)
+std::optional<Place> placeAt(std::string_view text, std::span<const Word> marked)
 {
     size_t begin = 0;
     for (const std::string_view sentence : sentencesOf(text)) {
@@ -73,13 +79,15 @@ static std::optional<Place> placeAt(std::string_view text, std::span<const Word>
     return std::nullopt;
 }
 
-static Place knownPlace(const Value &sentence, size_t begin, size_t count)
+Place knownPlace(const Value &sentence, size_t begin, size_t count)
 {
     const std::string_view text = textAt(sentence, "en");
     const std::vector<Word> words = wordsOf(text);
     const std::string_view surface = textOf(text, std::span(words).subspan(begin, count));
     return {.sentence = std::string(text), .surface = std::string(surface), .known = &sentence};
 }
+
+} // namespace
 
 std::optional<Place> placeIn(const Lexicon &lexicon, std::string_view text, std::span<const Word> marked)
 {

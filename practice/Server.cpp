@@ -56,7 +56,9 @@ struct Outgoing {
     size_t end = 0; ///< bytes after which a reply that breaks off does so
 };
 
-static size_t lengthOf(const Reply &reply)
+namespace {
+
+size_t lengthOf(const Reply &reply)
 {
     size_t length = 0;
     for (const std::string &part : reply.parts)
@@ -64,7 +66,7 @@ static size_t lengthOf(const Reply &reply)
     return length;
 }
 
-static ssize_t send(void *opaque, uint64_t, char *buffer, size_t capacity)
+ssize_t send(void *opaque, uint64_t, char *buffer, size_t capacity)
 {
     auto &out = *static_cast<Outgoing *>(opaque);
     if (out.part == out.reply.parts.size())
@@ -86,10 +88,12 @@ static ssize_t send(void *opaque, uint64_t, char *buffer, size_t capacity)
     return static_cast<ssize_t>(count);
 }
 
-static void forget(void *opaque)
+void forget(void *opaque)
 {
     delete static_cast<Outgoing *>(opaque);
 }
+
+} // namespace
 
 MHD_Result Server::State::respond(MHD_Connection *connection, const Request &request)
 {
@@ -117,12 +121,16 @@ MHD_Result Server::State::respond(MHD_Connection *connection, const Request &req
     return result;
 }
 
-static Request *newRequest(MHD_Connection *connection, const char *method, const char *url)
+namespace {
+
+Request *newRequest(MHD_Connection *connection, const char *method, const char *url)
 {
     const char *authorization =
         MHD_lookup_connection_value(connection, MHD_HEADER_KIND, MHD_HTTP_HEADER_AUTHORIZATION);
     return new Request{.method = method, .path = url, .authorization = authorization ? authorization : ""};
 }
+
+} // namespace
 
 MHD_Result Server::State::receive(void *self, MHD_Connection *connection, const char *url, const char *method,
     const char *, const char *data, size_t *dataSize, void **exchange)
@@ -144,13 +152,15 @@ MHD_Result Server::State::receive(void *self, MHD_Connection *connection, const 
     return MHD_YES;
 }
 
-static void finish(void *, MHD_Connection *, void **exchange, MHD_RequestTerminationCode)
+namespace {
+
+void finish(void *, MHD_Connection *, void **exchange, MHD_RequestTerminationCode)
 {
     delete static_cast<Request *>(*exchange);
     *exchange = nullptr;
 }
 
-static sockaddr_in loopback(uint16_t port)
+sockaddr_in loopback(uint16_t port)
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -158,6 +168,8 @@ static sockaddr_in loopback(uint16_t port)
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     return address;
 }
+
+} // namespace
 
 Server::Server(const Lexicon &lexicon, ServerOptions options)
     : m_state(std::make_unique<State>(lexicon, options))

@@ -4,7 +4,9 @@
 
 namespace nimbrelle::practice {
 
-static bool fits(const Value &answer, std::string_view question)
+namespace {
+
+bool fits(const Value &answer, std::string_view question)
 {
     const auto words = listAt(answer, "asks");
     const auto isAsked = [question](const Value &word) {
@@ -12,6 +14,8 @@ static bool fits(const Value &answer, std::string_view question)
     };
     return words.empty() || std::ranges::any_of(words, isAsked);
 }
+
+} // namespace
 
 std::string Talk::answer(std::string_view name, std::string_view question) const
 {

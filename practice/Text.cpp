@@ -11,24 +11,26 @@
 
 namespace nimbrelle::practice {
 
-static bool isHan(UChar32 c)
+namespace {
+
+bool isHan(UChar32 c)
 {
     UErrorCode status = U_ZERO_ERROR;
     return uscript_getScript(c, &status) == USCRIPT_HAN;
 }
 
-static bool isLetter(UChar32 c)
+bool isLetter(UChar32 c)
 {
     return u_isalnum(c) && !isHan(c);
 }
 
-static bool isApostrophe(UChar32 c)
+bool isApostrophe(UChar32 c)
 {
     return c == U'\'' || c == U'’';
 }
 
 /// The character at `at`, which is moved behind it; negative behind the end and for malformed bytes.
-static UChar32 next(std::string_view text, size_t &at)
+UChar32 next(std::string_view text, size_t &at)
 {
     UChar32 c = U_SENTINEL;
     if (at < text.size())
@@ -36,7 +38,7 @@ static UChar32 next(std::string_view text, size_t &at)
     return c;
 }
 
-static std::string folded(std::string_view text)
+std::string folded(std::string_view text)
 {
     std::string out;
     icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())})
@@ -45,6 +47,8 @@ static std::string folded(std::string_view text)
         .toUTF8String(out);
     return out;
 }
+
+} // namespace
 
 std::vector<Word> wordsOf(std::string_view text)
 {
@@ -128,7 +132,9 @@ std::string collapsed(std::string_view text)
 
 using Rules = std::unique_ptr<icu::BreakIterator>;
 
-static Rules rulesOf(icu::BreakIterator *(*make)(const icu::Locale &, UErrorCode &))
+namespace {
+
+Rules rulesOf(icu::BreakIterator *(*make)(const icu::Locale &, UErrorCode &))
 {
     UErrorCode status = U_ZERO_ERROR;
     Rules rules(make(icu::Locale("en@ss=standard"), status)); // knows that "e.g." ends no sentence
@@ -137,7 +143,7 @@ static Rules rulesOf(icu::BreakIterator *(*make)(const icu::Locale &, UErrorCode
     return rules;
 }
 
-static std::vector<std::string_view> cut(icu::BreakIterator &rules, std::string_view text)
+std::vector<std::string_view> cut(icu::BreakIterator &rules, std::string_view text)
 {
     UErrorCode status = U_ZERO_ERROR;
     const icu::LocalUTextPointer opened(
@@ -148,6 +154,8 @@ static std::vector<std::string_view> cut(icu::BreakIterator &rules, std::string_
         parts.push_back(text.substr(static_cast<size_t>(begin), static_cast<size_t>(end - begin)));
     return parts;
 }
+
+} // namespace
 
 std::vector<std::string_view> sentencesOf(std::string_view text)
 {

@@ -7,8 +7,10 @@
 
 namespace nimbrelle::practice {
 
+namespace {
+
 /// Blocked before any thread starts, so that only `waitForEnd` sees them.
-static sigset_t blockEndSignals()
+sigset_t blockEndSignals()
 {
     sigset_t signals;
     sigemptyset(&signals);
@@ -19,14 +21,14 @@ static sigset_t blockEndSignals()
     return signals;
 }
 
-static void waitForEnd(const sigset_t &signals)
+void waitForEnd(const sigset_t &signals)
 {
     int received = 0;
     sigwait(&signals, &received);
 }
 
 /// Renamed into place, so that whoever waits for the file never reads half a number.
-static void writePort(const std::string &path, uint16_t port)
+void writePort(const std::string &path, uint16_t port)
 {
     const std::string unfinished = path + ".new";
     std::ofstream file(unfinished);
@@ -39,7 +41,7 @@ static void writePort(const std::string &path, uint16_t port)
         throw ServerError("cannot write " + path);
 }
 
-static int serve(const CommandLine &line, const Lexicon &lexicon)
+int serve(const CommandLine &line, const Lexicon &lexicon)
 {
     const sigset_t signals = blockEndSignals();
     const Server server(lexicon, line.server);
@@ -53,7 +55,7 @@ static int serve(const CommandLine &line, const Lexicon &lexicon)
     return 0;
 }
 
-static int run(const CommandLine &line)
+int run(const CommandLine &line)
 {
     const Lexicon lexicon;
     if (line.mode == Mode::serve)
@@ -62,6 +64,8 @@ static int run(const CommandLine &line)
         std::cout << textAt(*entry, "headword") << '\n';
     return 0;
 }
+
+} // namespace
 
 } // namespace nimbrelle::practice
 

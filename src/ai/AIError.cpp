@@ -2,6 +2,8 @@
 
 #include "frame/Text.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -10,16 +12,16 @@ QString textOf(AIError::Kind kind)
 {
     switch (kind) {
     case AIError::Kind::noKey:
-        return QStringLiteral("还没有填 DeepSeek API key，请在设置里填写。");
+        return u"还没有填 DeepSeek API key，请在设置里填写。"_s;
     case AIError::Kind::unauthorized:
-        return QStringLiteral("API key 不正确，请在设置里检查一下。");
+        return u"API key 不正确，请在设置里检查一下。"_s;
     case AIError::Kind::noBalance:
-        return QStringLiteral("DeepSeek 账户余额不足，请先充值。");
+        return u"DeepSeek 账户余额不足，请先充值。"_s;
     case AIError::Kind::http:
     case AIError::Kind::badResponse:
         break;
     }
-    return QStringLiteral("AI 返回的内容看不懂，再试一次吧。");
+    return u"AI 返回的内容看不懂，再试一次吧。"_s;
 }
 
 } // namespace
@@ -38,8 +40,7 @@ AIError AIError::ofStatus(qint64 status, const QString &detail)
         return AIError(Kind::noBalance);
     // No QString::arg: the detail may hold a %1 of its own.
     return AIError(status,
-        QStringLiteral("DeepSeek 返回错误 ") + QString::number(status) + u'：'
-            + firstCharacters(detail, shownCharacters));
+        u"DeepSeek 返回错误 "_s + QString::number(status) + u'：' + firstCharacters(detail, shownCharacters));
 }
 
 } // namespace nimbrelle

@@ -3,6 +3,8 @@
 #include "frame/Text.h"
 #include "notebook/WordEntry.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -21,13 +23,13 @@ QString lastSentence(const WordEntry &word)
 QString explainMessage(const QString &selection, const std::optional<QString> &context)
 {
     const bool hasContext = context && !context->isEmpty();
-    return QStringLiteral("Selection: ") + selection + QStringLiteral("\nSurrounding text: ")
-        + (hasContext ? firstCharacters(*context, contextCharacters) : QStringLiteral("(none)"));
+    return u"Selection: "_s + selection + u"\nSurrounding text: "_s
+        + (hasContext ? firstCharacters(*context, contextCharacters) : u"(none)"_s);
 }
 
 QString lookupMessage(const QString &query)
 {
-    return QStringLiteral("Query: ") + firstCharacters(query, queryCharacters);
+    return u"Query: "_s + firstCharacters(query, queryCharacters);
 }
 
 QString translateMessage(const QString &text)
@@ -37,19 +39,18 @@ QString translateMessage(const QString &text)
 
 QString mnemonicMessage(const WordEntry &word, const QStringList &knownWords, const QStringList &interests)
 {
-    QString message =
-        QStringLiteral("要记的词：") + word.headword + u'（' + word.pos + u' ' + word.meaningZh + u'）';
+    QString message = u"要记的词："_s + word.headword + u'（' + word.pos + u' ' + word.meaningZh + u'）';
     const QString sentence = lastSentence(word);
     if (!sentence.isEmpty())
-        message += QStringLiteral("\n他遇到它的句子：") + sentence;
+        message += u"\n他遇到它的句子："_s + sentence;
     if (word.familyRoot)
-        message += QStringLiteral("\n词根：") + *word.familyRoot;
+        message += u"\n词根："_s + *word.familyRoot;
     if (word.affixes && !word.affixes->isEmpty())
-        message += QStringLiteral("\n词缀：") + displayForms(*word.affixes).join(u' ');
+        message += u"\n词缀："_s + displayForms(*word.affixes).join(u' ');
     if (!knownWords.isEmpty())
-        message += QStringLiteral("\n他已经掌握的词：") + knownWords.join(QStringLiteral(", "));
+        message += u"\n他已经掌握的词："_s + knownWords.join(u", "_s);
     if (!interests.isEmpty())
-        message += QStringLiteral("\n他常看的网站和内容：") + interests.join(u'；');
+        message += u"\n他常看的网站和内容："_s + interests.join(u'；');
     return message;
 }
 

@@ -2,6 +2,8 @@
 
 #include <QNetworkReply>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -10,25 +12,25 @@ QString textOf(TransportError::Kind kind)
 {
     switch (kind) {
     case TransportError::Kind::noNetwork:
-        return QStringLiteral("网络不通，请检查网络连接。");
+        return u"网络不通，请检查网络连接。"_s;
     case TransportError::Kind::hostNotFound:
-        return QStringLiteral("找不到服务器，请检查网络和服务器地址。");
+        return u"找不到服务器，请检查网络和服务器地址。"_s;
     case TransportError::Kind::refused:
-        return QStringLiteral("服务器拒绝了连接，请检查服务器地址或稍后再试。");
+        return u"服务器拒绝了连接，请检查服务器地址或稍后再试。"_s;
     case TransportError::Kind::lost:
-        return QStringLiteral("和服务器的连接断开了，请再试一次。");
+        return u"和服务器的连接断开了，请再试一次。"_s;
     case TransportError::Kind::timedOut:
-        return QStringLiteral("服务器太久没有回应，请稍后再试。");
+        return u"服务器太久没有回应，请稍后再试。"_s;
     case TransportError::Kind::tls:
-        return QStringLiteral("无法和服务器建立安全连接。");
+        return u"无法和服务器建立安全连接。"_s;
     case TransportError::Kind::certificate:
-        return QStringLiteral("服务器的证书对不上，可能连到了别的地方");
+        return u"服务器的证书对不上，可能连到了别的地方"_s;
     case TransportError::Kind::proxy:
-        return QStringLiteral("代理服务器连不上，请检查代理设置。");
+        return u"代理服务器连不上，请检查代理设置。"_s;
     case TransportError::Kind::other:
         break;
     }
-    return QStringLiteral("网络请求失败，请稍后再试。");
+    return u"网络请求失败，请稍后再试。"_s;
 }
 
 TransportError::Kind kindOf(QNetworkReply::NetworkError error)

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -13,13 +15,13 @@ constexpr double temperature = 0.5;
 
 QString systemPrompt()
 {
-    return QStringLiteral("你是一位耐心的英语老师。学生是中文母语的成年人，英语大约初中水平，主要读 "
-                          "Reddit、论坛和技术文档，有 ADHD，长段文字容易看不进去。\n"
-                          "用简体中文回答，要求：\n"
-                          "- 简短、直接，先给结论，一般不超过 200 字\n"
-                          "- 多用具体例子，少用语法术语；必须用术语时顺便用一句大白话解释\n"
-                          "- 如果是网络俚语或口语，说明在什么场合用、正式场合该怎么说\n"
-                          "- 可以用 **加粗** 和 - 列表，不要用标题、表格和 emoji");
+    return u"你是一位耐心的英语老师。学生是中文母语的成年人，英语大约初中水平，主要读 "
+           "Reddit、论坛和技术文档，有 ADHD，长段文字容易看不进去。\n"
+           "用简体中文回答，要求：\n"
+           "- 简短、直接，先给结论，一般不超过 200 字\n"
+           "- 多用具体例子，少用语法术语；必须用术语时顺便用一句大白话解释\n"
+           "- 如果是网络俚语或口语，说明在什么场合用、正式场合该怎么说\n"
+           "- 可以用 **加粗** 和 - 列表，不要用标题、表格和 emoji"_s;
 }
 
 } // namespace
@@ -32,8 +34,7 @@ AskSession::AskSession(const Clock &clock, const ConfigStore &config, WordStore 
 
 QString AskSession::saveLabel() const
 {
-    return m_context.focusWord ? QStringLiteral("存到「") + *m_context.focusWord + u'」'
-                               : QStringLiteral("存为句子笔记");
+    return m_context.focusWord ? u"存到「"_s + *m_context.focusWord + u'」' : u"存为句子笔记"_s;
 }
 
 void AskSession::start(const AskContext &context, std::optional<QuickQuestion> question)

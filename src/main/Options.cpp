@@ -22,6 +22,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -48,7 +50,7 @@ QCoro::Task<int> renderIcon(const OptionRun &run)
     try {
         renderIconset(run.value);
     } catch (const Failure &failure) {
-        run.out << QStringLiteral("生成图标失败：") << failure.text() << Qt::endl;
+        run.out << u"生成图标失败："_s << failure.text() << Qt::endl;
         return finished(1);
     }
     return finished(0);
@@ -57,8 +59,7 @@ QCoro::Task<int> renderIcon(const OptionRun &run)
 QCoro::Task<int> studyStamp(const OptionRun &run)
 {
     if (qEnvironmentVariableIsEmpty("NIMBRELLE_DATA_DIR")) {
-        run.out << QStringLiteral("要先设置 NIMBRELLE_DATA_DIR 指向一个临时文件夹（不碰真实设置）")
-                << Qt::endl;
+        run.out << u"要先设置 NIMBRELLE_DATA_DIR 指向一个临时文件夹（不碰真实设置）"_s << Qt::endl;
         return finished(1);
     }
     return finished(SelfTest::runStudyStamp(run.services.config(), run.services.paths(), run.out) ? 0 : 1);
@@ -140,24 +141,24 @@ QCoro::Task<int> coachAI(OptionRun run)
 std::vector<Option> makeTable()
 {
     return {
-        {QStringLiteral("--render-icon"), Form::value, renderIcon, Option::Needs::drawing},
-        {QStringLiteral("--selftest-ocr"), Form::flag, ocr, Option::Needs::drawing},
-        {QStringLiteral("--selftest-review"), Form::flag, review},
-        {QStringLiteral("--selftest-spelling"), Form::flag, printing(SelfTest::runSpelling)},
-        {QStringLiteral("--selftest-menubar"), Form::flag, printing(SelfTest::runMenuBar)},
-        {QStringLiteral("--selftest-spellpractice"), Form::flag, printing(SelfTest::runSpellPractice)},
-        {QStringLiteral("--selftest-lookup"), Form::flag, lookup},
-        {QStringLiteral("--add-spelling"), Form::value, addSpelling},
-        {QStringLiteral("--selftest-config"), Form::flag, printing(SelfTest::runConfig)},
-        {QStringLiteral("--selftest-studystamp"), Form::flag, studyStamp},
-        {QStringLiteral("--selftest-merge"), Form::flag, merge},
-        {QStringLiteral("--sync-now"), Form::flag, syncOnce},
-        {QStringLiteral("--sync-connect"), Form::value, connectToServer},
-        {QStringLiteral("--selftest-fsrs"), Form::flag, printing(SelfTest::runFSRS)},
-        {QStringLiteral("--selftest-ask"), Form::flag, ask},
-        {QStringLiteral("--selftest-coach"), Form::flag, coach},
-        {QStringLiteral("--selftest-coach-ai"), Form::flag, coachAI},
-        {QStringLiteral("--selftest-explain"), Form::flag, explain},
+        {u"--render-icon"_s, Form::value, renderIcon, Option::Needs::drawing},
+        {u"--selftest-ocr"_s, Form::flag, ocr, Option::Needs::drawing},
+        {u"--selftest-review"_s, Form::flag, review},
+        {u"--selftest-spelling"_s, Form::flag, printing(SelfTest::runSpelling)},
+        {u"--selftest-menubar"_s, Form::flag, printing(SelfTest::runMenuBar)},
+        {u"--selftest-spellpractice"_s, Form::flag, printing(SelfTest::runSpellPractice)},
+        {u"--selftest-lookup"_s, Form::flag, lookup},
+        {u"--add-spelling"_s, Form::value, addSpelling},
+        {u"--selftest-config"_s, Form::flag, printing(SelfTest::runConfig)},
+        {u"--selftest-studystamp"_s, Form::flag, studyStamp},
+        {u"--selftest-merge"_s, Form::flag, merge},
+        {u"--sync-now"_s, Form::flag, syncOnce},
+        {u"--sync-connect"_s, Form::value, connectToServer},
+        {u"--selftest-fsrs"_s, Form::flag, printing(SelfTest::runFSRS)},
+        {u"--selftest-ask"_s, Form::flag, ask},
+        {u"--selftest-coach"_s, Form::flag, coach},
+        {u"--selftest-coach-ai"_s, Form::flag, coachAI},
+        {u"--selftest-explain"_s, Form::flag, explain},
     };
 }
 

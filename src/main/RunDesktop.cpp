@@ -15,6 +15,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -39,7 +41,7 @@ void speakChinese(QApplication &application)
 {
     QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::SimplifiedChineseScript, QLocale::China));
     auto *words = new QTranslator(&application);
-    if (words->load(QStringLiteral("qtbase_zh_CN"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    if (words->load(u"qtbase_zh_CN"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(words);
 }
 
@@ -77,7 +79,7 @@ int runDesktop(int argc, char **argv)
         return 0;
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(windowIcon());
-    QGuiApplication::setDesktopFileName(QStringLiteral("nimbrelle"));
+    QGuiApplication::setDesktopFileName(u"nimbrelle"_s);
     speakChinese(application);
     const int code = runUntilToldToEnd(services, instance);
     services.end();

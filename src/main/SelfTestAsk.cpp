@@ -5,11 +5,13 @@
 
 #include <QTextStream>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle::SelfTest {
 
 QCoro::Task<> runAsk(const AIClient &client, QTextStream &out)
 {
-    const auto question = ChatMessage::user(QStringLiteral("用一句中文解释 ngl 是什么意思，不超过 20 字。"));
+    const auto question = ChatMessage::user(u"用一句中文解释 ngl 是什么意思，不超过 20 字。"_s);
     try {
         auto stream = client.streamChat({question}, 0.5);
         qsizetype count = 0;
@@ -20,9 +22,9 @@ QCoro::Task<> runAsk(const AIClient &client, QTextStream &out)
             text += *piece;
             co_await ++piece;
         }
-        out << QStringLiteral("OK 收到 %1 段：").arg(count) << text << Qt::endl;
+        out << u"OK 收到 %1 段："_s.arg(count) << text << Qt::endl;
     } catch (const Failure &failure) {
-        out << QStringLiteral("FAIL ") << failure.text() << Qt::endl;
+        out << u"FAIL "_s << failure.text() << Qt::endl;
     }
 }
 

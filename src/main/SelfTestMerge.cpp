@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle::SelfTest {
 
 namespace {
@@ -62,9 +64,9 @@ GrammarEncounter plural(int number, Timestamp addedAt)
     GrammarEncounter encounter;
     encounter.id = id(number);
     encounter.point = GrammarPoint::plural;
-    encounter.headword = QStringLiteral("feature");
-    encounter.surface = QStringLiteral("features");
-    encounter.sentence = QStringLiteral("Two new features.");
+    encounter.headword = u"feature"_s;
+    encounter.surface = u"features"_s;
+    encounter.sentence = u"Two new features."_s;
     encounter.addedAt = addedAt;
     return encounter;
 }
@@ -81,28 +83,28 @@ StudySettings settings(qint64 learningSlots, qint64 newWords, qint64 round, Time
 
 WordEntry runOnComputer()
 {
-    WordEntry run = word(runWord, QStringLiteral("run"), day(1));
-    run.examples = {example(everyDay, QStringLiteral("I run every day."), day(1)),
-        example(theTests, QStringLiteral("Run the tests."), day(3))};
+    WordEntry run = word(runWord, u"run"_s, day(1));
+    run.examples = {
+        example(everyDay, u"I run every day."_s, day(1)), example(theTests, u"Run the tests."_s, day(3))};
     run.review = review(3, 2, day(5));
     run.stage = Stage::learning;
     run.stateAt = day(6);
-    run.encounterDays = {QStringLiteral("2026-10-01"), QStringLiteral("2026-10-05")};
-    run.sourceKeys = {QStringLiteral("news.example.org")};
+    run.encounterDays = {u"2026-10-01"_s, u"2026-10-05"_s};
+    run.sourceKeys = {u"news.example.org"_s};
     run.lookupCount = 4;
     return run;
 }
 
 WordEntry runOnPhone()
 {
-    WordEntry run = word(runWord, QStringLiteral("run"), day(1));
-    run.examples = {example(everyDay, QStringLiteral("I run every day."), day(1)),
-        example(aShop, QStringLiteral("She runs a shop."), day(2))};
+    WordEntry run = word(runWord, u"run"_s, day(1));
+    run.examples = {
+        example(everyDay, u"I run every day."_s, day(1)), example(aShop, u"She runs a shop."_s, day(2))};
     run.review = review(8, 3, day(6));
     run.stage = Stage::resting;
     run.stateAt = day(4);
-    run.encounterDays = {QStringLiteral("2026-10-01"), QStringLiteral("2026-10-06")};
-    run.sourceKeys = {QStringLiteral("news.example.org"), QStringLiteral("forum.example.org")};
+    run.encounterDays = {u"2026-10-01"_s, u"2026-10-06"_s};
+    run.sourceKeys = {u"news.example.org"_s, u"forum.example.org"_s};
     run.lookupCount = 2;
     run.spellLevel = 2;
     run.lastSpelledAt = day(6);
@@ -111,28 +113,28 @@ WordEntry runOnPhone()
 
 SyncBundle computer()
 {
-    WordEntry apple = word(computerApple, QStringLiteral("apple"), day(4));
-    apple.examples = {example(computerAppleADay, QStringLiteral("An apple a day."), day(4))};
+    WordEntry apple = word(computerApple, u"apple"_s, day(4));
+    apple.examples = {example(computerAppleADay, u"An apple a day."_s, day(4))};
     SyncBundle bundle;
-    bundle.words = {apple, word(goneWord, QStringLiteral("gone"), day(2)), runOnComputer()};
+    bundle.words = {apple, word(goneWord, u"gone"_s, day(2)), runOnComputer()};
     bundle.grammar = {plural(computerPlural, day(4))};
-    bundle.stats = ReviewStats{QStringLiteral("2026-10-06"), 5, 2};
+    bundle.stats = ReviewStats{u"2026-10-06"_s, 5, 2};
     bundle.settings = settings(50, 8, 15, day(5));
     return bundle;
 }
 
 SyncBundle phone()
 {
-    WordEntry apple = word(phoneApple, QStringLiteral("Apple"), day(3));
-    apple.examples = {example(phoneAppleADay, QStringLiteral("An apple a day."), day(3)),
-        example(applePie, QStringLiteral("Apple pie."), day(3))};
+    WordEntry apple = word(phoneApple, u"Apple"_s, day(3));
+    apple.examples = {
+        example(phoneAppleADay, u"An apple a day."_s, day(3)), example(applePie, u"Apple pie."_s, day(3))};
     apple.wantToLearn = true;
     apple.stateAt = day(3);
     SyncBundle bundle;
     bundle.words = {apple, runOnPhone()};
     bundle.grammar = {plural(phonePlural, day(5))};
     bundle.deleted = {{idText(id(theTests)), day(5)}, {idText(id(goneWord)), day(6)}};
-    bundle.stats = ReviewStats{QStringLiteral("2026-10-06"), 3, 4};
+    bundle.stats = ReviewStats{u"2026-10-06"_s, 3, 4};
     bundle.settings = settings(40, 5, 10, day(6));
     return bundle;
 }
@@ -158,7 +160,7 @@ public:
 
     void line(const QString &rule, bool holds)
     {
-        m_out << rule << (holds ? QStringLiteral("：是") : QStringLiteral("：否")) << Qt::endl;
+        m_out << rule << (holds ? u"：是"_s : u"：否"_s) << Qt::endl;
         m_isRight = m_isRight && holds;
     }
     bool isRight() const { return m_isRight; }
@@ -172,14 +174,14 @@ void reportRun(Report &report, const SyncBundle &merged)
 {
     const WordEntry *run = find(merged, runWord);
     const WordEntry word = run ? *run : WordEntry();
-    report.line(QStringLiteral("同一个词只有一份"), run != nullptr);
-    report.line(QStringLiteral("复习进度整个取后复习的一边"), word.review == runOnPhone().review);
-    report.line(QStringLiteral("学习状态取后改的一边"),
+    report.line(u"同一个词只有一份"_s, run != nullptr);
+    report.line(u"复习进度整个取后复习的一边"_s, word.review == runOnPhone().review);
+    report.line(u"学习状态取后改的一边"_s,
         word.stage == Stage::learning && word.stateAt == day(6) && !word.restUntil);
-    report.line(QStringLiteral("拼写进度取后练的一边"), word.spellLevel == 2 && word.lastSpelledAt == day(6));
-    report.line(QStringLiteral("查询次数取大的"), word.lookupCount == 4);
-    report.line(QStringLiteral("例句合在一起，删掉的不回来"), holdsExamples(word, {id(everyDay), id(aShop)}));
-    report.line(QStringLiteral("遇见的日子和来源合在一起"),
+    report.line(u"拼写进度取后练的一边"_s, word.spellLevel == 2 && word.lastSpelledAt == day(6));
+    report.line(u"查询次数取大的"_s, word.lookupCount == 4);
+    report.line(u"例句合在一起，删掉的不回来"_s, holdsExamples(word, {id(everyDay), id(aShop)}));
+    report.line(u"遇见的日子和来源合在一起"_s,
         word.encounterDays && word.encounterDays->size() == 3 && word.sourceKeys
             && word.sourceKeys->size() == 2);
 }
@@ -188,25 +190,23 @@ void reportApple(Report &report, const SyncBundle &merged)
 {
     const WordEntry *apple = find(merged, phoneApple);
     const WordEntry word = apple ? *apple : WordEntry();
-    report.line(QStringLiteral("两边各存的同一个词合成一个，留先存的"),
-        !find(merged, computerApple) && word.headword == QStringLiteral("Apple"));
-    report.line(
-        QStringLiteral("同样的例句只留一句"), holdsExamples(word, {id(phoneAppleADay), id(applePie)}));
-    report.line(QStringLiteral("想学的标记不丢"), word.isWanted());
+    report.line(u"两边各存的同一个词合成一个，留先存的"_s,
+        !find(merged, computerApple) && word.headword == u"Apple"_s);
+    report.line(u"同样的例句只留一句"_s, holdsExamples(word, {id(phoneAppleADay), id(applePie)}));
+    report.line(u"想学的标记不丢"_s, word.isWanted());
 }
 
 void reportRest(Report &report, const SyncBundle &merged)
 {
-    report.line(QStringLiteral("删掉的词两边都没有"), !find(merged, goneWord) && merged.words.size() == 2);
-    report.line(QStringLiteral("同一句的语法只记一次"),
+    report.line(u"删掉的词两边都没有"_s, !find(merged, goneWord) && merged.words.size() == 2);
+    report.line(u"同一句的语法只记一次"_s,
         merged.grammar.size() == 1 && merged.grammar.first().id == id(computerPlural));
-    report.line(QStringLiteral("同一天的计数取大的"),
-        merged.stats == ReviewStats{QStringLiteral("2026-10-06"), 5, 4});
-    report.line(QStringLiteral("复习设置取后改的一边"), merged.settings == phone().settings);
+    report.line(u"同一天的计数取大的"_s, merged.stats == ReviewStats{u"2026-10-06"_s, 5, 4});
+    report.line(u"复习设置取后改的一边"_s, merged.settings == phone().settings);
     SyncBundle untouched = phone();
     untouched.settings.reset();
     const auto taken = SyncMerge::merge(computer(), untouched).settings;
-    report.line(QStringLiteral("没改过设置的一边听另一边的"), taken && taken->learningSlots == 50);
+    report.line(u"没改过设置的一边听另一边的"_s, taken && taken->learningSlots == 50);
 }
 
 void reportAlgebra(Report &report, const SyncBundle &merged)
@@ -215,8 +215,8 @@ void reportAlgebra(Report &report, const SyncBundle &merged)
     const auto isSame = [&hash](const SyncBundle &a, const SyncBundle &b) {
         return BundleForm::hash(SyncMerge::merge(a, b)) == hash;
     };
-    report.line(QStringLiteral("谁先合并都一样"), isSame(phone(), computer()));
-    report.line(QStringLiteral("再合并一次不变"), isSame(merged, phone()) && isSame(merged, merged));
+    report.line(u"谁先合并都一样"_s, isSame(phone(), computer()));
+    report.line(u"再合并一次不变"_s, isSame(merged, phone()) && isSame(merged, merged));
 }
 
 WordEntry learning(int number, const QString &headword, qint64 reps, double stability)
@@ -231,16 +231,15 @@ WordEntry learning(int number, const QString &headword, qint64 reps, double stab
 
 void printTrim(QTextStream &out)
 {
-    const QList<WordEntry> words{learning(1, QStringLiteral("reluctant"), 6, 20),
-        learning(2, QStringLiteral("merge"), 0, 0), learning(3, QStringLiteral("deploy"), 2, 1.5),
-        learning(4, QStringLiteral("thread"), 2, 4)};
+    const QList<WordEntry> words{learning(1, u"reluctant"_s, 6, 20), learning(2, u"merge"_s, 0, 0),
+        learning(3, u"deploy"_s, 2, 1.5), learning(4, u"thread"_s, 2, 4)};
     QStringList headwords;
     for (const QUuid &picked : SlotTrim::pick(words, 2)) {
         const auto found = std::find_if(
             words.cbegin(), words.cend(), [&picked](const WordEntry &entry) { return entry.id == picked; });
         headwords.append(found->headword);
     }
-    out << QStringLiteral("在学多出 2 个时放回：") << headwords.join(QStringLiteral("、")) << Qt::endl;
+    out << u"在学多出 2 个时放回："_s << headwords.join(u"、"_s) << Qt::endl;
 }
 
 } // namespace
@@ -254,8 +253,7 @@ bool runMerge(QTextStream &out)
     reportRest(report, merged);
     reportAlgebra(report, merged);
     printTrim(out);
-    out << (report.isRight() ? QStringLiteral("OK 合并规则正常") : QStringLiteral("FAIL 合并规则不对"))
-        << Qt::endl;
+    out << (report.isRight() ? u"OK 合并规则正常"_s : u"FAIL 合并规则不对"_s) << Qt::endl;
     return report.isRight();
 }
 

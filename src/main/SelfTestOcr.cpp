@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle::SelfTest {
 
 namespace {
@@ -28,9 +30,9 @@ bool point(
     const auto result = ScreenOCR::analyze(lines, cursorOn(target, sheet), ScreenOCR::Seek::word);
     const QString found = result ? result->word.value_or(QString()) : QString();
     const bool isRight = found.toLower() == target;
-    out << (isRight ? QStringLiteral("OK  ") : QStringLiteral("FAIL")) << QStringLiteral(" 指着 ") << target
-        << QStringLiteral(" → 识别为 ") << (found.isEmpty() ? QStringLiteral("-") : found)
-        << QStringLiteral("；语境：") << (result ? result->context : QString()) << Qt::endl;
+    out << (isRight ? u"OK  "_s : u"FAIL"_s) << u" 指着 "_s << target << u" → 识别为 "_s
+        << (found.isEmpty() ? u"-"_s : found) << u"；语境："_s << (result ? result->context : QString())
+        << Qt::endl;
     return isRight;
 }
 
@@ -50,9 +52,9 @@ QCoro::Task<QList<RecognizedLine>> linesOf(TextRecognizer &recognizer, Picture p
 QList<SheetLine> sheetLines()
 {
     return {
-        {QStringLiteral("Reddit thread: what is your unpopular opinion?"), {20, 150}},
-        {QStringLiteral("I was reluctant to post this, but here we go."), {20, 100}},
-        {QStringLiteral("ngl the new update is kinda mid tbh."), {20, 50}},
+        {u"Reddit thread: what is your unpopular opinion?"_s, {20, 150}},
+        {u"I was reluctant to post this, but here we go."_s, {20, 100}},
+        {u"ngl the new update is kinda mid tbh."_s, {20, 50}},
     };
 }
 
@@ -60,13 +62,12 @@ QCoro::Task<bool> runOCR(TextRecognizer &recognizer, TextSheet sheet, QTextStrea
 {
     const QList<RecognizedLine> recognized = co_await linesOf(recognizer, sheet.picture);
     if (recognized.isEmpty()) {
-        out << QStringLiteral("FAIL: 无法识别图片") << Qt::endl;
+        out << u"FAIL: 无法识别图片"_s << Qt::endl;
         co_return false;
     }
     const QList<ScreenOCR::Line> lines = ScreenOCR::linesFrom(recognized);
     bool isRight = true;
-    for (const QString &target :
-        {QStringLiteral("reluctant"), QStringLiteral("ngl"), QStringLiteral("unpopular")})
+    for (const QString &target : {u"reluctant"_s, u"ngl"_s, u"unpopular"_s})
         isRight = point(target, sheet, lines, out) && isRight;
     co_return isRight;
 }

@@ -7,6 +7,8 @@
 
 #include <QTextStream>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -23,10 +25,10 @@ void set(ConfigStore &config, QString AppConfig::*field, const QString &value)
 QCoro::Task<int> syncNow(SyncService *service, const WordStore *store, QTextStream *out)
 {
     if (co_await service->syncNow()) {
-        *out << QStringLiteral("同步好了：%1 个词").arg(store->entries().size()) << Qt::endl;
+        *out << u"同步好了：%1 个词"_s.arg(store->entries().size()) << Qt::endl;
         co_return 0;
     }
-    *out << QStringLiteral("同步失败：") << service->lastError().value_or(QString()) << Qt::endl
+    *out << u"同步失败："_s << service->lastError().value_or(QString()) << Qt::endl
          << service->lastErrorDetail().value_or(QString()) << Qt::endl;
     co_return 1;
 }
@@ -36,7 +38,7 @@ QCoro::Task<int> connectSync(
 {
     const auto link = SyncLink::fromText(code);
     if (!link) {
-        *out << QStringLiteral("同步码格式不对") << Qt::endl;
+        *out << u"同步码格式不对"_s << Qt::endl;
         co_return 1;
     }
     const auto message = co_await SyncService::test(*link, std::move(connect));
@@ -47,7 +49,7 @@ QCoro::Task<int> connectSync(
     set(*config, &AppConfig::syncServer, link->server);
     set(*config, &AppConfig::syncToken, link->token);
     set(*config, &AppConfig::syncPin, link->pin);
-    *out << QStringLiteral("已连接 ") << link->host() << Qt::endl;
+    *out << u"已连接 "_s << link->host() << Qt::endl;
     co_return 0;
 }
 

@@ -8,6 +8,8 @@
 #include "screen/GestureGuards.h"
 #include "screen/ScreenOCR.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 using namespace std::chrono_literals;
@@ -16,7 +18,7 @@ namespace {
 
 constexpr auto pressDelay = 250ms;
 constexpr auto moveDelay = 200ms;
-const QString noCapture = QStringLiteral("识别屏幕文字需要「屏幕录制」权限，请在设置里打开。");
+const QString noCapture = u"识别屏幕文字需要「屏幕录制」权限，请在设置里打开。"_s;
 
 } // namespace
 

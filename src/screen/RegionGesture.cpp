@@ -10,14 +10,16 @@
 #include "screen/RegionSelector.h"
 #include "screen/ScreenOCR.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
 
 // The card stands that far left of its anchor, so that its left edge is in line with the frame's.
 constexpr double cardIndent = 24;
-const QString noCapture = QStringLiteral("框选翻译需要「屏幕录制」权限，请在设置里打开。");
-const QString noText = QStringLiteral("框里没有识别到英文。");
+const QString noCapture = u"框选翻译需要「屏幕录制」权限，请在设置里打开。"_s;
+const QString noText = u"框里没有识别到英文。"_s;
 
 } // namespace
 

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 using Line = ScreenOCR::Line;
@@ -142,13 +144,13 @@ Line lineFrom(const RecognizedLine &recognized)
 
 QString ScreenOCR::cleaned(QString text)
 {
-    static const QRegularExpression misreadBar(QStringLiteral(R"((?<=[A-Za-z])\||\|(?=[a-z]))"));
-    return text.replace(misreadBar, QStringLiteral("l"));
+    static const QRegularExpression misreadBar(uR"((?<=[A-Za-z])\||\|(?=[a-z]))"_s);
+    return text.replace(misreadBar, u"l"_s);
 }
 
 QList<TextRange> ScreenOCR::wordRanges(const QString &text)
 {
-    static const QRegularExpression word(QStringLiteral(R"([\p{L}\p{M}\p{N}]+(?:['’][\p{L}\p{M}\p{N}]+)*)"));
+    static const QRegularExpression word(uR"([\p{L}\p{M}\p{N}]+(?:['’][\p{L}\p{M}\p{N}]+)*)"_s);
     QList<TextRange> ranges;
     for (const QRegularExpressionMatch &match : word.globalMatch(text))
         ranges.append({.start = match.capturedStart(), .length = match.capturedLength()});

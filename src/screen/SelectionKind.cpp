@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -34,7 +36,7 @@ bool isPunctuation(uint codePoint)
 
 bool isAddress(const QString &text)
 {
-    return text.contains(QStringLiteral("://")) || text.startsWith(QStringLiteral("www."));
+    return text.contains(u"://"_s) || text.startsWith(u"www."_s);
 }
 
 bool isHandle(const QString &text)

@@ -3,6 +3,8 @@
 #include "platform/AccessibilityReader.h"
 #include "platform/FrontApplication.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -11,8 +13,8 @@ constexpr int maxElements = 40;
 
 bool isPageAddress(const QString &address)
 {
-    return address.startsWith(QStringLiteral("http://")) || address.startsWith(QStringLiteral("https://"))
-        || address.startsWith(QStringLiteral("file://"));
+    return address.startsWith(u"http://"_s) || address.startsWith(u"https://"_s)
+        || address.startsWith(u"file://"_s);
 }
 
 } // namespace

@@ -35,7 +35,6 @@ public:
 
     /// The menu was opened on the word: goes into the learning log, once for each word shown.
     void glance();
-    bool glanced() const { return m_glanced; }
 
 signals:
     /// After every next(), whether or not another word is on show.

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -71,8 +73,8 @@ QCoro::Task<SyncResponse> PinnedTransport::send(SyncRequest request, std::stop_t
 QNetworkRequest PinnedTransport::platformRequest(const SyncRequest &request) const
 {
     const QUrl url(m_link.server + request.path, QUrl::StrictMode);
-    if (url.scheme() != QStringLiteral("https"))
-        throw TransportError(TransportError::Kind::certificate, QStringLiteral("not https"));
+    if (url.scheme() != u"https"_s)
+        throw TransportError(TransportError::Kind::certificate, u"not https"_s);
     QNetworkRequest result(url);
     result.setSslConfiguration(tlsConfiguration());
     result.setTransferTimeout(static_cast<int>(m_timeLimit.count()));

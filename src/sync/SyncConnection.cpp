@@ -4,6 +4,8 @@
 #include "frame/ConfigStore.h"
 #include "sync/SyncService.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -35,7 +37,7 @@ void SyncConnection::connectTo(const QString &code)
     m_isConnecting = link.has_value();
     m_message.reset();
     if (!link)
-        m_message = QStringLiteral("这不是同步码。同步码以 nimbrelle://sync? 开头");
+        m_message = u"这不是同步码。同步码以 nimbrelle://sync? 开头"_s;
     emit changed();
     if (link)
         tryLink(*link, m_trying.renew());

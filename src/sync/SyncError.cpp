@@ -2,6 +2,8 @@
 
 #include "ai/TransportError.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -9,15 +11,14 @@ namespace {
 QString sentenceOfStatus(qint64 status)
 {
     if (status == 401)
-        return QStringLiteral("同步码里的密码不对");
-    return QStringLiteral("服务器出错了（%1）").arg(status);
+        return u"同步码里的密码不对"_s;
+    return u"服务器出错了（%1）"_s.arg(status);
 }
 
 QString sentenceOf(const TransportError &error)
 {
-    return error.kind() == TransportError::Kind::certificate
-        ? error.text()
-        : QStringLiteral("连不上同步服务器（没网，或者服务器停了）");
+    return error.kind() == TransportError::Kind::certificate ? error.text()
+                                                             : u"连不上同步服务器（没网，或者服务器停了）"_s;
 }
 
 } // namespace
@@ -34,7 +35,7 @@ SyncError SyncError::http(qint64 status)
 
 SyncError SyncError::busy()
 {
-    return {Kind::busy, 0, QStringLiteral("服务器上的单词本一直在变，过一会儿再试")};
+    return {Kind::busy, 0, u"服务器上的单词本一直在变，过一会儿再试"_s};
 }
 
 QString describe(const std::exception &error)
@@ -43,7 +44,7 @@ QString describe(const std::exception &error)
         return sentenceOf(*transport);
     if (const auto *answer = dynamic_cast<const SyncError *>(&error))
         return answer->text();
-    return QStringLiteral("同步出错了：") + QString::fromUtf8(error.what());
+    return u"同步出错了："_s + QString::fromUtf8(error.what());
 }
 
 QString detailOf(const std::exception &error)
@@ -51,8 +52,7 @@ QString detailOf(const std::exception &error)
     if (const auto *transport = dynamic_cast<const TransportError *>(&error))
         return transport->detail();
     if (const auto *answer = dynamic_cast<const SyncError *>(&error))
-        return answer->kind() == SyncError::Kind::busy ? QStringLiteral("busy")
-                                                       : QStringLiteral("http(%1)").arg(answer->status());
+        return answer->kind() == SyncError::Kind::busy ? u"busy"_s : u"http(%1)"_s.arg(answer->status());
     return QString::fromUtf8(error.what());
 }
 

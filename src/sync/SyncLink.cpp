@@ -9,11 +9,13 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
 
-const QString prefix = QStringLiteral("nimbrelle://sync?");
+const QString prefix = u"nimbrelle://sync?"_s;
 
 // What a URL's query may hold as it stands, less "&", "=" and "?".
 QString percentEncoded(const QString &text)
@@ -76,7 +78,7 @@ QHash<QString, QString> valuesOf(const QString &query)
 // QUrl folds the scheme's case; a code is taken only as servers print it.
 bool isHttpsUrl(const QString &text)
 {
-    return text.startsWith(QStringLiteral("https:")) && QUrl(text, QUrl::StrictMode).isValid();
+    return text.startsWith(u"https:"_s) && QUrl(text, QUrl::StrictMode).isValid();
 }
 
 } // namespace
@@ -95,8 +97,7 @@ std::optional<SyncLink> SyncLink::fromText(const QString &text)
     if (!query)
         return std::nullopt;
     const auto values = valuesOf(*query);
-    SyncLink link{values.value(QStringLiteral("server")), values.value(QStringLiteral("token")),
-        values.value(QStringLiteral("pin"))};
+    SyncLink link{values.value(u"server"_s), values.value(u"token"_s), values.value(u"pin"_s)};
     if (!isHttpsUrl(link.server) || characterCount(link.token) < shortestToken
         || characterCount(link.pin) != pinLength)
         return std::nullopt;
@@ -108,8 +109,8 @@ std::optional<SyncLink> SyncLink::fromText(const QString &text)
 
 QString SyncLink::text() const
 {
-    return prefix + QStringLiteral("server=") + percentEncoded(server) + QStringLiteral("&token=")
-        + percentEncoded(token) + QStringLiteral("&pin=") + pin;
+    return prefix + u"server="_s + percentEncoded(server) + u"&token="_s + percentEncoded(token) + u"&pin="_s
+        + pin;
 }
 
 QString SyncLink::host() const

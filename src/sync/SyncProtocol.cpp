@@ -7,13 +7,15 @@
 
 #include <charconv>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
 
 enum Status { ok = 200, notModified = 304, notFound = 404, preconditionFailed = 412 };
 
-const QString bundlePath = QStringLiteral("/v1/bundle");
+const QString bundlePath = u"/v1/bundle"_s;
 
 QByteArray quoted(qint64 version)
 {
@@ -24,7 +26,7 @@ SyncReading readingOf(const SyncResponse &response)
 {
     const auto document = decode<SyncBundle>(response.body);
     if (!document)
-        throw Failure(QStringLiteral("服务器上的单词本读不懂"));
+        throw Failure(u"服务器上的单词本读不懂"_s);
     return {SyncReading::Kind::document, SyncProtocol::versionOf(response.eTag), *document,
         BundleForm::hash(*document)};
 }
@@ -34,7 +36,7 @@ SyncReading readingOf(const SyncResponse &response)
 QCoro::Task<> SyncProtocol::ping(std::stop_token stop)
 {
     SyncRequest request;
-    request.path = QStringLiteral("/v1/ping");
+    request.path = u"/v1/ping"_s;
     const SyncResponse response = co_await m_transport.send(std::move(request), stop);
     if (response.status != ok)
         throw SyncError::http(response.status);

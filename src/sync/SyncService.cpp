@@ -12,6 +12,8 @@
 
 #include <QScopedValueRollback>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 using namespace std::chrono_literals;
@@ -33,7 +35,7 @@ Document documentOf(const SyncBundle &bundle)
 {
     const QByteArray json = BundleForm::json(bundle);
     if (json.isEmpty())
-        throw Failure(QStringLiteral("这台设备的单词本写不出来"));
+        throw Failure(u"这台设备的单词本写不出来"_s);
     return {bundle, json, BundleForm::hashOfJson(json)};
 }
 

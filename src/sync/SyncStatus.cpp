@@ -4,6 +4,8 @@
 
 #include <QDateTime>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -12,7 +14,7 @@ QString timeText(Timestamp time)
 {
     using namespace std::chrono;
     const auto since = floor<milliseconds>(time.time_since_epoch());
-    return QDateTime::fromMSecsSinceEpoch(since.count()).toString(QStringLiteral("M 月 d 日 HH:mm"));
+    return QDateTime::fromMSecsSinceEpoch(since.count()).toString(u"M 月 d 日 HH:mm"_s);
 }
 
 } // namespace
@@ -25,17 +27,17 @@ SyncStatus SyncStatus::of(const SyncService &service)
 QString SyncStatus::text(Timestamp now) const
 {
     if (isBusy)
-        return QStringLiteral("正在同步…");
+        return u"正在同步…"_s;
     if (lastError)
-        return *lastError + QStringLiteral("。会自动再试");
+        return *lastError + u"。会自动再试"_s;
     if (!lastSyncAt)
-        return QStringLiteral("还没同步过");
-    const QString lead = QStringLiteral("上次同步：");
+        return u"还没同步过"_s;
+    const QString lead = u"上次同步："_s;
     const auto minutes = std::chrono::floor<std::chrono::minutes>(now - *lastSyncAt).count();
     if (minutes < 1)
-        return lead + QStringLiteral("刚刚");
+        return lead + u"刚刚"_s;
     if (minutes < 60)
-        return lead + QStringLiteral("%1 分钟前").arg(minutes);
+        return lead + u"%1 分钟前"_s.arg(minutes);
     return lead + timeText(*lastSyncAt);
 }
 

@@ -12,6 +12,8 @@
 #include <cmath>
 #include <numbers>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 namespace {
 
@@ -112,7 +114,7 @@ void writePng(const QImage &image, const QString &path)
     const bool isWritten = buffer.open(QBuffer::WriteOnly) && image.save(&buffer, "PNG")
         && file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
     if (!isWritten)
-        throw Failure(path + QStringLiteral(": ") + file.errorString());
+        throw Failure(path + u": "_s + file.errorString());
 }
 
 } // namespace
@@ -195,13 +197,13 @@ void renderIconset(const QString &folder)
 {
     constexpr int previewPixels = 152;
     const QDir target(folder);
-    target.mkpath(QStringLiteral(".")); // a failure shows when the first picture is written
+    target.mkpath(u"."_s); // a failure shows when the first picture is written
     for (const int size : {16, 32, 128, 256, 512}) {
-        const QString name = QStringLiteral("icon_%1x%1").arg(size);
-        writePng(appIcon(size), target.filePath(name + QStringLiteral(".png")));
-        writePng(appIcon(2 * size), target.filePath(name + QStringLiteral("@2x.png")));
+        const QString name = u"icon_%1x%1"_s.arg(size);
+        writePng(appIcon(size), target.filePath(name + u".png"_s));
+        writePng(appIcon(2 * size), target.filePath(name + u"@2x.png"_s));
     }
-    writePng(menuBarImage(previewPixels), target.filePath(QStringLiteral("menubar-preview.png")));
+    writePng(menuBarImage(previewPixels), target.filePath(u"menubar-preview.png"_s));
 }
 
 } // namespace nimbrelle

@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 namespace {
 
@@ -85,9 +87,9 @@ void paintLayer(QPainter &painter, const QString &layer, const QColor &colour, c
 {
     QStringList words = layer.split(u' ', Qt::SkipEmptyParts);
     const QString manner = words.takeFirst();
-    const bool cuts = manner.startsWith(QStringLiteral("cut"));
-    const bool fills = manner.contains(QStringLiteral("fill"));
-    const bool strokes = manner != QStringLiteral("fill") && manner != QStringLiteral("cut-fill");
+    const bool cuts = manner.startsWith(u"cut"_s);
+    const bool fills = manner.contains(u"fill"_s);
+    const bool strokes = manner != u"fill"_s && manner != u"cut-fill"_s;
     painter.setCompositionMode(cuts && !cut.isValid() ? QPainter::CompositionMode_DestinationOut
                                                       : QPainter::CompositionMode_SourceOver);
     const QColor ink = cuts ? (cut.isValid() ? cut : QColor(Qt::black)) : colour;

@@ -5,6 +5,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 constexpr int stepsPerSecond = 12;
@@ -12,8 +14,8 @@ constexpr double degreesPerStep = 30;
 
 Spinner::Spinner(const Theme &theme, double size, QWidget *parent) : QWidget(parent), m_theme(theme)
 {
-    setObjectName(QStringLiteral("spinner"));
-    setAccessibleName(QStringLiteral("请稍候"));
+    setObjectName(u"spinner"_s);
+    setAccessibleName(u"请稍候"_s);
     setFixedSize(theme.points(size), theme.points(size));
 }
 

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 
 namespace {
@@ -24,8 +25,7 @@ class CommandLine : public testing::Test {
 protected:
     QList<WordEntry> words() const
     {
-        return readRecordFile<QList<WordEntry>>(device.path(QStringLiteral("words.json")))
-            .value_or(QList<WordEntry>());
+        return readRecordFile<QList<WordEntry>>(device.path(u"words.json"_s)).value_or(QList<WordEntry>());
     }
 
     QStringList headwords() const
@@ -58,52 +58,47 @@ TEST_F(CommandLine, SaysNothingOnStandardErrorInABareEnvironment)
 
 TEST_F(CommandLine, PrintsTheSameNumbersInEveryLocale)
 {
-    const Ended ended = device({QStringLiteral("--selftest-fsrs")}, {QStringLiteral("LC_ALL=de_DE.UTF-8")});
+    const Ended ended = device({u"--selftest-fsrs"_s}, {u"LC_ALL=de_DE.UTF-8"_s});
     EXPECT_EQ(ended.lines().value(3),
-        QStringLiteral("总是费劲：hard→1.2天(S=1.2,D=6.5,L1) hard→1.8天(S=1.8,D=7.0,L1) "
-                       "hard→2.6天(S=2.6,D=7.5,L1) hard→3.5天(S=3.5,D=7.9,L1)"));
+        u"总是费劲：hard→1.2天(S=1.2,D=6.5,L1) hard→1.8天(S=1.8,D=7.0,L1) "
+        "hard→2.6天(S=2.6,D=7.5,L1) hard→3.5天(S=3.5,D=7.9,L1)"_s);
 }
 
 TEST_F(CommandLine, DrawsItsIconsWithoutADisplay)
 {
-    const QString folder = device.path(QStringLiteral("icons"));
-    const Ended drawn = device({QStringLiteral("--render-icon"), folder});
+    const QString folder = device.path(u"icons"_s);
+    const Ended drawn = device({u"--render-icon"_s, folder});
     EXPECT_EQ(drawn.code, 0);
     EXPECT_EQ(drawn.output + drawn.errors, QString());
-    EXPECT_EQ(QDir(folder).entryList({QStringLiteral("*.png")}).size(), 11);
+    EXPECT_EQ(QDir(folder).entryList({u"*.png"_s}).size(), 11);
 
-    const QString blocked = folder + QStringLiteral("/menubar-preview.png");
-    const Ended failed = device({QStringLiteral("--render-icon"), blocked});
+    const QString blocked = folder + u"/menubar-preview.png"_s;
+    const Ended failed = device({u"--render-icon"_s, blocked});
     EXPECT_EQ(failed.code, 1);
     EXPECT_EQ(failed.errors, QString());
-    EXPECT_TRUE(failed.output.startsWith(QStringLiteral("生成图标失败：") + blocked));
+    EXPECT_TRUE(failed.output.startsWith(u"生成图标失败："_s + blocked));
 }
 
 TEST_F(CommandLine, AddsWordsThroughTheProvider)
 {
-    const RunningServer practice(
-        QStringLiteral(NIMBRELLE_PRACTICE), {QStringLiteral("--delay-ms"), QStringLiteral("0")});
-    device.useProvider(providerOf(practice), QStringLiteral("practice"));
-    const QStringList arguments{
-        QStringLiteral("--add-spelling"), QStringLiteral("reluctant | Hotel Califonil | 放弃 ||")};
+    const RunningServer practice(QStringLiteral(NIMBRELLE_PRACTICE), {u"--delay-ms"_s, u"0"_s});
+    device.useProvider(providerOf(practice), u"practice"_s);
+    const QStringList arguments{u"--add-spelling"_s, u"reluctant | Hotel Califonil | 放弃 ||"_s};
     const Ended first = device(arguments);
     EXPECT_EQ(first.code, 0);
     EXPECT_EQ(first.lines().size(), 3) << first.output.toStdString();
-    EXPECT_TRUE(first.lines().value(1).startsWith(
-        QStringLiteral("已加入常拼：Hotel Califonil → Hotel California（")));
-    EXPECT_THAT(headwords(),
-        ElementsAre(
-            QStringLiteral("give up"), QStringLiteral("Hotel California"), QStringLiteral("reluctant")));
+    EXPECT_TRUE(first.lines().value(1).startsWith(u"已加入常拼：Hotel Califonil → Hotel California（"_s));
+    EXPECT_THAT(headwords(), ElementsAre(u"give up"_s, u"Hotel California"_s, u"reluctant"_s));
     const WordEntry giveUp = words().value(0);
     EXPECT_EQ(giveUp.spellPractice, true);
-    EXPECT_EQ(giveUp.sourceKeys, QStringList{QStringLiteral("常拼")});
-    EXPECT_EQ(giveUp.inflections->value(QStringLiteral("past")), QStringLiteral("gave up"));
+    EXPECT_EQ(giveUp.sourceKeys, QStringList{u"常拼"_s});
+    EXPECT_EQ(giveUp.inflections->value(u"past"_s), u"gave up"_s);
     EXPECT_EQ(giveUp.forms->size(), 1);
     EXPECT_EQ(giveUp.encounterDays->size(), 1);
 
     EXPECT_EQ(device(arguments).code, 0);
     EXPECT_EQ(words().size(), 3) << "a word already saved is not saved again";
-    const auto log = readFile(device.path(QStringLiteral("learning-log.jsonl")));
+    const auto log = readFile(device.path(u"learning-log.jsonl"_s));
     EXPECT_EQ(log->count('\n'), 6);
 }
 
@@ -117,83 +112,76 @@ TEST_F(CommandLine, GoesOnBehindAFailureAndStillEndsWell)
     };
     for (const auto &[key, sentence] : failures) {
         device.useProvider(providerOf(practice), QString::fromLatin1(key));
-        const Ended ended = device({QStringLiteral("--add-spelling"), QStringLiteral("run|walk")});
-        const QString line = QStringLiteral("「%1」出错：%2");
+        const Ended ended = device({u"--add-spelling"_s, u"run|walk"_s});
+        const QString line = u"「%1」出错：%2"_s;
         EXPECT_EQ(ended.code, 0);
         EXPECT_THAT(ended.lines(),
-            ElementsAre(line.arg(QStringLiteral("run"), QString::fromUtf8(sentence)),
-                line.arg(QStringLiteral("walk"), QString::fromUtf8(sentence))));
+            ElementsAre(line.arg(u"run"_s, QString::fromUtf8(sentence)),
+                line.arg(u"walk"_s, QString::fromUtf8(sentence))));
     }
-    EXPECT_FALSE(QFile::exists(device.path(QStringLiteral("words.json"))));
+    EXPECT_FALSE(QFile::exists(device.path(u"words.json"_s)));
 }
 
 TEST_F(CommandLine, TouchesNoRealSettingsInItsChecks)
 {
     const QTemporaryDir home;
-    const Ended refused = run(QStringLiteral(NIMBRELLE_PROGRAM), {QStringLiteral("--selftest-studystamp")},
-        {QStringLiteral("HOME=") + home.path(), QStringLiteral("NIMBRELLE_DATA_DIR=")});
+    const Ended refused = run(QStringLiteral(NIMBRELLE_PROGRAM), {u"--selftest-studystamp"_s},
+        {u"HOME="_s + home.path(), u"NIMBRELLE_DATA_DIR="_s});
     EXPECT_EQ(refused.code, 1);
-    EXPECT_EQ(refused.output.trimmed(),
-        QStringLiteral("要先设置 NIMBRELLE_DATA_DIR 指向一个临时文件夹（不碰真实设置）"));
+    EXPECT_EQ(refused.output.trimmed(), u"要先设置 NIMBRELLE_DATA_DIR 指向一个临时文件夹（不碰真实设置）"_s);
     EXPECT_TRUE(QDir(home.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
 
-    const Ended stamped = device({QStringLiteral("--selftest-studystamp")});
-    EXPECT_EQ(stamped.lines().value(1), QStringLiteral("OK 复习设置会记下修改时间"));
-    device({QStringLiteral("--selftest-config")});
-    EXPECT_FALSE(
-        readRecordFile<AppConfig>(device.path(QStringLiteral("config.json")))->studySettingsAt.isEmpty());
+    const Ended stamped = device({u"--selftest-studystamp"_s});
+    EXPECT_EQ(stamped.lines().value(1), u"OK 复习设置会记下修改时间"_s);
+    device({u"--selftest-config"_s});
+    EXPECT_FALSE(readRecordFile<AppConfig>(device.path(u"config.json"_s))->studySettingsAt.isEmpty());
 }
 
 TEST_F(CommandLine, SyncsTwoDevicesThroughAServer)
 {
     const QTemporaryDir directory;
-    const QString data = directory.filePath(QStringLiteral("server"));
+    const QString data = directory.filePath(u"server"_s);
     const QString program = QStringLiteral(NIMBRELLE_SERVER);
-    const QStringList variables{QStringLiteral("HOME=") + directory.path()};
+    const QStringList variables{u"HOME="_s + directory.path()};
     const Ended made = run(program,
-        {QStringLiteral("init"), QStringLiteral("--data"), data, QStringLiteral("--url"),
-            QStringLiteral("https://127.0.0.1:38443"), QStringLiteral("--port"), QStringLiteral("38443"),
-            QStringLiteral("--bind"), QStringLiteral("127.0.0.1")},
+        {u"init"_s, u"--data"_s, data, u"--url"_s, u"https://127.0.0.1:38443"_s, u"--port"_s, u"38443"_s,
+            u"--bind"_s, u"127.0.0.1"_s},
         variables);
     ASSERT_EQ(made.code, 0) << made.errors.toStdString();
-    const QString code =
-        made.output.mid(made.output.indexOf(QStringLiteral("nimbrelle://sync?"))).section(u'\n', 0, 0);
+    const QString code = made.output.mid(made.output.indexOf(u"nimbrelle://sync?"_s)).section(u'\n', 0, 0);
 
-    EXPECT_EQ(device({QStringLiteral("--sync-connect"), QStringLiteral("no code")}).output.trimmed(),
-        QStringLiteral("同步码格式不对"));
-    EXPECT_EQ(device({QStringLiteral("--sync-connect"), code}).output.trimmed(),
-        QStringLiteral("连不上同步服务器（没网，或者服务器停了）"));
-    const RunningServer server(program, {QStringLiteral("serve"), QStringLiteral("--data"), data});
-    const Ended connected = device(
-        {QStringLiteral("--sync-connect"), QStringLiteral("同步码：") + code + QStringLiteral(" 请粘贴")});
-    EXPECT_EQ(connected.output.trimmed(), QStringLiteral("已连接 127.0.0.1"));
+    EXPECT_EQ(device({u"--sync-connect"_s, u"no code"_s}).output.trimmed(), u"同步码格式不对"_s);
+    EXPECT_EQ(
+        device({u"--sync-connect"_s, code}).output.trimmed(), u"连不上同步服务器（没网，或者服务器停了）"_s);
+    const RunningServer server(program, {u"serve"_s, u"--data"_s, data});
+    const Ended connected = device({u"--sync-connect"_s, u"同步码："_s + code + u" 请粘贴"_s});
+    EXPECT_EQ(connected.output.trimmed(), u"已连接 127.0.0.1"_s);
     EXPECT_EQ(connected.code, 0);
 
     const RunningServer practice(QStringLiteral(NIMBRELLE_PRACTICE), {});
-    AppConfig config = *readRecordFile<AppConfig>(device.path(QStringLiteral("config.json")));
+    AppConfig config = *readRecordFile<AppConfig>(device.path(u"config.json"_s));
     config.baseURL = providerOf(practice);
-    config.apiKey = QStringLiteral("practice");
-    writeRecordFile(device.path(QStringLiteral("config.json")), config, FileMode::ownerOnly);
-    device({QStringLiteral("--add-spelling"), QStringLiteral("reluctant|run")});
-    EXPECT_EQ(device({QStringLiteral("--sync-now")}).output.trimmed(), QStringLiteral("同步好了：2 个词"));
+    config.apiKey = u"practice"_s;
+    writeRecordFile(device.path(u"config.json"_s), config, FileMode::ownerOnly);
+    device({u"--add-spelling"_s, u"reluctant|run"_s});
+    EXPECT_EQ(device({u"--sync-now"_s}).output.trimmed(), u"同步好了：2 个词"_s);
 
     const Device other;
-    EXPECT_EQ(other({QStringLiteral("--sync-connect"), code}).code, 0);
-    EXPECT_EQ(other({QStringLiteral("--sync-now")}).output.trimmed(), QStringLiteral("同步好了：2 个词"));
-    EXPECT_EQ(readRecordFile<QList<WordEntry>>(other.path(QStringLiteral("words.json"))), words());
-    EXPECT_EQ(readFile(other.path(QStringLiteral("learning-log.jsonl"))),
-        readFile(device.path(QStringLiteral("learning-log.jsonl"))));
+    EXPECT_EQ(other({u"--sync-connect"_s, code}).code, 0);
+    EXPECT_EQ(other({u"--sync-now"_s}).output.trimmed(), u"同步好了：2 个词"_s);
+    EXPECT_EQ(readRecordFile<QList<WordEntry>>(other.path(u"words.json"_s)), words());
+    EXPECT_EQ(readFile(other.path(u"learning-log.jsonl"_s)), readFile(device.path(u"learning-log.jsonl"_s)));
 }
 
 TEST_F(CommandLine, RunsTheFirstOptionOfTheTableAlone)
 {
-    const Ended ended = device({QStringLiteral("--sync-now"), QStringLiteral("--selftest-merge")});
-    EXPECT_EQ(ended.lines().last(), QStringLiteral("OK 合并规则正常"));
-    const Ended plain = device({QStringLiteral("--add-spelling")});
+    const Ended ended = device({u"--sync-now"_s, u"--selftest-merge"_s});
+    EXPECT_EQ(ended.lines().last(), u"OK 合并规则正常"_s);
+    const Ended plain = device({u"--add-spelling"_s});
     // A value option without a value counts as absent: the program itself starts, and misses a desktop.
     EXPECT_EQ(plain.code, 1);
     EXPECT_EQ(plain.output, QString());
-    EXPECT_TRUE(plain.errors.contains(QStringLiteral("没有可用的图形会话"))) << plain.errors.toStdString();
+    EXPECT_TRUE(plain.errors.contains(u"没有可用的图形会话"_s)) << plain.errors.toStdString();
 }
 
 } // namespace

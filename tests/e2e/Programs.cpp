@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -20,7 +22,7 @@ Ended run(const QString &program, const QStringList &arguments, const QStringLis
     for (const QString &variable : environment)
         variables.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
     if (environment.isEmpty())
-        variables.insert(QStringLiteral("EMPTY"), QString()); // an empty set would mean the tests' own
+        variables.insert(u"EMPTY"_s, QString()); // an empty set would mean the tests' own
     process.setProcessEnvironment(variables);
     process.start(program, arguments);
     const bool ended =
@@ -48,7 +50,7 @@ RunningServer::~RunningServer()
 Ended Device::operator()(const QStringList &arguments, const QStringList &environment) const
 {
     return run(QStringLiteral(NIMBRELLE_PROGRAM), arguments,
-        QStringList{QStringLiteral("NIMBRELLE_DATA_DIR=") + m_directory.path()} + environment);
+        QStringList{u"NIMBRELLE_DATA_DIR="_s + m_directory.path()} + environment);
 }
 
 void Device::useProvider(const QString &address, const QString &key) const
@@ -56,7 +58,7 @@ void Device::useProvider(const QString &address, const QString &key) const
     AppConfig config;
     config.baseURL = address;
     config.apiKey = key;
-    writeRecordFile(path(QStringLiteral("config.json")), config, FileMode::ownerOnly);
+    writeRecordFile(path(u"config.json"_s), config, FileMode::ownerOnly);
 }
 
 } // namespace nimbrelle

@@ -6,12 +6,13 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 QString chosen(const QStringList &arguments)
 {
-    const auto option = chooseOption(optionTable(), QStringList{QStringLiteral("nimbrelle")} + arguments);
+    const auto option = chooseOption(optionTable(), QStringList{u"nimbrelle"_s} + arguments);
     return option ? option->option->name + u'=' + option->value : QString();
 }
 
@@ -39,8 +40,7 @@ TEST(CommandLine, LetsTheFirstOfTheTableWin)
     };
     for (const auto &[arguments, expected] : cases)
         EXPECT_EQ(chosen(words(arguments)), QString::fromLatin1(expected)) << arguments;
-    EXPECT_EQ(chosen({QStringLiteral("--add-spelling"), QString()}), QStringLiteral("--add-spelling="))
-        << "an empty text is a value";
+    EXPECT_EQ(chosen({u"--add-spelling"_s, QString()}), u"--add-spelling="_s) << "an empty text is a value";
 }
 
 } // namespace

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 class SelfTestOcr : public testing::Test {
@@ -39,20 +41,20 @@ protected:
 TEST_F(SelfTestOcr, PointsAtThreeWords)
 {
     EXPECT_TRUE(run());
-    const QString first = QStringLiteral("Reddit thread: what is your unpopular opinion? ");
-    const QString second = QStringLiteral("I was reluctant to post this, but here we go.");
-    const QString third = QStringLiteral(" ngl the new update is kinda mid tbh.");
+    const QString first = u"Reddit thread: what is your unpopular opinion? "_s;
+    const QString second = u"I was reluctant to post this, but here we go."_s;
+    const QString third = u" ngl the new update is kinda mid tbh."_s;
     EXPECT_EQ(printed,
-        QStringLiteral("OK   指着 reluctant → 识别为 reluctant；语境：") + first + second + third
-            + QStringLiteral("\nOK   指着 ngl → 识别为 ngl；语境：") + second + third
-            + QStringLiteral("\nOK   指着 unpopular → 识别为 unpopular；语境：") + first + second + u'\n');
+        u"OK   指着 reluctant → 识别为 reluctant；语境："_s + first + second + third
+            + u"\nOK   指着 ngl → 识别为 ngl；语境："_s + second + third
+            + u"\nOK   指着 unpopular → 识别为 unpopular；语境："_s + first + second + u'\n');
 }
 
 TEST_F(SelfTestOcr, FailsOnOneWordMissed)
 {
     recognizer.lines.removeLast();
     EXPECT_FALSE(run());
-    EXPECT_TRUE(printed.contains(QStringLiteral("FAIL 指着 ngl → 识别为 -；语境：\nOK   指着 unpopular")));
+    EXPECT_TRUE(printed.contains(u"FAIL 指着 ngl → 识别为 -；语境：\nOK   指着 unpopular"_s));
 }
 
 TEST_F(SelfTestOcr, FailsWhereNothingCanBeRead)
@@ -60,9 +62,9 @@ TEST_F(SelfTestOcr, FailsWhereNothingCanBeRead)
     sheet.picture.pixels.clear();
     EXPECT_FALSE(run());
     sheet.picture.pixels = QByteArray(760 * 200 * 4, '\xff');
-    recognizer.failure = QStringLiteral("引擎坏了");
+    recognizer.failure = u"引擎坏了"_s;
     EXPECT_FALSE(run());
-    EXPECT_EQ(printed, QStringLiteral("FAIL: 无法识别图片\nFAIL: 无法识别图片\n"));
+    EXPECT_EQ(printed, u"FAIL: 无法识别图片\nFAIL: 无法识别图片\n"_s);
 }
 
 } // namespace nimbrelle

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -52,15 +53,14 @@ Ended synced(Device &device, const QList<SyncResponse> &responses)
 }
 
 const QString code =
-    QStringLiteral("nimbrelle://sync?server=https://home.example:8443/x/&token=abcdefghijklmnop&pin=")
-    + QString(64, u'B');
+    u"nimbrelle://sync?server=https://home.example:8443/x/&token=abcdefghijklmnop&pin="_s + QString(64, u'B');
 
 TEST(SyncCommands, ConnectStoresTheLinkOnceTheServerHasAnswered)
 {
     Device device;
-    EXPECT_EQ(connected(device, code, {{200, {}, {}}}), (Ended{0, QStringLiteral("已连接 home.example\n")}));
-    EXPECT_EQ(device.config().config().syncServer, QStringLiteral("https://home.example:8443/x"));
-    EXPECT_EQ(device.config().config().syncToken, QStringLiteral("abcdefghijklmnop"));
+    EXPECT_EQ(connected(device, code, {{200, {}, {}}}), (Ended{0, u"已连接 home.example\n"_s}));
+    EXPECT_EQ(device.config().config().syncServer, u"https://home.example:8443/x"_s);
+    EXPECT_EQ(device.config().config().syncToken, u"abcdefghijklmnop"_s);
     EXPECT_EQ(device.config().config().syncPin, QString(64, u'b'));
 }
 
@@ -68,10 +68,9 @@ TEST(SyncCommands, ConnectStoresNothingOnFailure)
 {
     Device device;
     const AppConfig before = device.config().config();
-    EXPECT_EQ(
-        connected(device, QStringLiteral("nimbrelle"), {}), (Ended{1, QStringLiteral("同步码格式不对\n")}));
+    EXPECT_EQ(connected(device, u"nimbrelle"_s, {}), (Ended{1, u"同步码格式不对\n"_s}));
     EXPECT_EQ(device.network.sessions, 0);
-    EXPECT_EQ(connected(device, code, {{401, {}, {}}}), (Ended{1, QStringLiteral("同步码里的密码不对\n")}));
+    EXPECT_EQ(connected(device, code, {{401, {}, {}}}), (Ended{1, u"同步码里的密码不对\n"_s}));
     EXPECT_EQ(device.config().config(), before);
 }
 
@@ -79,12 +78,10 @@ TEST(SyncCommands, SyncNowTellsTheWordsOrBothTextsOfTheFailure)
 {
     Device device;
     Explanation explanation;
-    explanation.headword = QStringLiteral("run");
+    explanation.headword = u"run"_s;
     device.store().save(explanation, {});
-    EXPECT_EQ(synced(device, {{404, {}, {}}, {200, "\"1\"", {}}}),
-        (Ended{0, QStringLiteral("同步好了：1 个词\n")}));
-    EXPECT_EQ(synced(device, {{503, {}, {}}}),
-        (Ended{1, QStringLiteral("同步失败：服务器出错了（503）\nhttp(503)\n")}));
+    EXPECT_EQ(synced(device, {{404, {}, {}}, {200, "\"1\"", {}}}), (Ended{0, u"同步好了：1 个词\n"_s}));
+    EXPECT_EQ(synced(device, {{503, {}, {}}}), (Ended{1, u"同步失败：服务器出错了（503）\nhttp(503)\n"_s}));
 }
 
 } // namespace

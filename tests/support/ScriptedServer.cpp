@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -88,7 +90,7 @@ ScriptedServer::~ScriptedServer()
 
 QString ScriptedServer::address(const QString &path) const
 {
-    return QStringLiteral("http://127.0.0.1:") + QString::number(port()) + path;
+    return u"http://127.0.0.1:"_s + QString::number(port()) + path;
 }
 
 void ScriptedServer::release()

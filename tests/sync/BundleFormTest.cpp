@@ -7,6 +7,7 @@
 #include <limits>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -14,8 +15,8 @@ namespace {
 WordEntry word(Timestamp createdAt)
 {
     WordEntry entry;
-    entry.id = QUuid(QStringLiteral("{0d6f8a1e-0000-4000-8000-00000000000f}"));
-    entry.headword = QStringLiteral("run/“走” \xD83D");
+    entry.id = QUuid(u"{0d6f8a1e-0000-4000-8000-00000000000f}"_s);
+    entry.headword = u"run/“走” \xD83D"_s;
     entry.createdAt = createdAt;
     entry.review = ReviewState{0.1 + 0.2, 1e-300, createdAt, createdAt, 1, 0, 0};
     return entry;
@@ -27,8 +28,8 @@ TEST(BundleForm, AnEmptyObjectIsTheEmptyBundle)
     EXPECT_EQ(BundleForm::json({}),
         R"({"affixes":[],"deleted":[],"format":1,"grammar":[],"log":[],"notes":[],"words":[]})");
     // Known from the standard tool, over the text above.
-    EXPECT_EQ(BundleForm::hashOfJson({}),
-        QStringLiteral("e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"));
+    EXPECT_EQ(
+        BundleForm::hashOfJson({}), u"e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"_s);
     EXPECT_EQ(BundleForm::hash({}).size(), 64);
 }
 

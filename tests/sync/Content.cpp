@@ -1,5 +1,7 @@
 #include "sync/Content.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -30,17 +32,17 @@ QString number(auto value)
 void collect(Collector &collector, const WordEntry &word)
 {
     const QString key = word.headword.toLower();
-    collector.add({QStringLiteral("word"), key});
+    collector.add({u"word"_s, key});
     for (const Example &example : word.examples)
-        collector.add(example.id, {QStringLiteral("example"), key, example.sentence});
+        collector.add(example.id, {u"example"_s, key, example.sentence});
     for (const AINote &note : word.notes.value_or(QList<AINote>()))
-        collector.add(note.id, {QStringLiteral("note"), key, note.question, note.answer});
+        collector.add(note.id, {u"note"_s, key, note.question, note.answer});
     for (const QString &source : word.sourceKeys.value_or(QStringList()))
-        collector.add({QStringLiteral("source"), key, source});
+        collector.add({u"source"_s, key, source});
     for (const QString &day : word.encounterDays.value_or(QStringList()))
-        collector.add({QStringLiteral("day"), key, day});
+        collector.add({u"day"_s, key, day});
     for (const FormRecord &form : word.forms.value_or(QList<FormRecord>()))
-        collector.add({QStringLiteral("form"), key, number(form.kind)});
+        collector.add({u"form"_s, key, number(form.kind)});
 }
 
 } // namespace
@@ -53,11 +55,11 @@ QSet<QString> contentOf(const SyncBundle &bundle, const QSet<QUuid> &exceptDead)
             collect(collector, word);
     }
     for (const AINote &note : bundle.notes)
-        collector.add(note.id, {QStringLiteral("free note"), note.question, note.answer});
+        collector.add(note.id, {u"free note"_s, note.question, note.answer});
     for (const GrammarEncounter &met : bundle.grammar)
-        collector.add(met.id, {QStringLiteral("grammar"), number(met.point), met.sentence});
+        collector.add(met.id, {u"grammar"_s, number(met.point), met.sentence});
     for (const AffixEncounter &met : bundle.affixes)
-        collector.add(met.id, {QStringLiteral("affix"), number(met.affix), met.headword.toLower()});
+        collector.add(met.id, {u"affix"_s, number(met.affix), met.headword.toLower()});
     for (const QString &line : bundle.log)
         collector.add({line});
     return collector.content();
@@ -66,9 +68,8 @@ QSet<QString> contentOf(const SyncBundle &bundle, const QSet<QUuid> &exceptDead)
 QString wordOf(const QString &content)
 {
     const QStringList parts = content.split(u'\n');
-    const QStringList kinds{QStringLiteral("word"), QStringLiteral("example"), QStringLiteral("note"),
-        QStringLiteral("source"), QStringLiteral("day"), QStringLiteral("form")};
-    return kinds.contains(parts.first()) ? QStringLiteral("word\n") + parts[1] : QString();
+    const QStringList kinds{u"word"_s, u"example"_s, u"note"_s, u"source"_s, u"day"_s, u"form"_s};
+    return kinds.contains(parts.first()) ? u"word\n"_s + parts[1] : QString();
 }
 
 } // namespace nimbrelle

@@ -15,6 +15,7 @@
 #include <map>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 // Several devices, each with its own wrong clock and time zone, learn at random and sync over a road that
@@ -213,7 +214,7 @@ private:
     SyncBundle serverDocument()
     {
         SyncRequest request;
-        request.path = QStringLiteral("/v1/bundle");
+        request.path = u"/v1/bundle"_s;
         return decode<SyncBundle>(m_server.answer(request).body).value_or(SyncBundle());
     }
 

@@ -4,6 +4,8 @@
 
 #include <QDir>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -11,13 +13,13 @@ namespace {
 // In memory where there is such a place, for each change flushes files.
 QString directoryPattern()
 {
-    const QString memory = QStringLiteral("/dev/shm");
-    return (QDir(memory).exists() ? memory : QDir::tempPath()) + QStringLiteral("/nimbrelle-device-XXXXXX");
+    const QString memory = u"/dev/shm"_s;
+    return (QDir(memory).exists() ? memory : QDir::tempPath()) + u"/nimbrelle-device-XXXXXX"_s;
 }
 
 QCoro::Task<QString> mnemonicOf(WordEntry word, quint32 variant)
 {
-    co_return QStringLiteral("%1 记法 %2").arg(word.headword).arg(variant);
+    co_return u"%1 记法 %2"_s.arg(word.headword).arg(variant);
 }
 
 QCoro::Task<> tell(QCoro::Task<bool> run, std::shared_ptr<std::optional<bool>> answer)
@@ -55,8 +57,8 @@ Device::Device(quint32 seed) : directory(directoryPattern()), paths(directory.pa
 void Device::connectToServer()
 {
     AppConfig connected = config().config();
-    connected.syncServer = QStringLiteral("https://127.0.0.1:1");
-    connected.syncToken = QStringLiteral("0123456789abcdef");
+    connected.syncServer = u"https://127.0.0.1:1"_s;
+    connected.syncToken = u"0123456789abcdef"_s;
     connected.syncPin = QString(64, u'a');
     config().setConfig(connected);
 }

@@ -4,6 +4,8 @@
 
 #include <coroutine>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 SyncResponse MemoryServer::answer(const SyncRequest &request)
@@ -98,8 +100,8 @@ void FakeNetwork::lose()
 {
     const auto exchange = m_waiting.front();
     m_waiting.pop_front();
-    exchange->failure = std::make_exception_ptr(
-        TransportError(TransportError::Kind::lost, QStringLiteral("lost on the way")));
+    exchange->failure =
+        std::make_exception_ptr(TransportError(TransportError::Kind::lost, u"lost on the way"_s));
     exchange->sleeper.resume();
 }
 

@@ -13,16 +13,17 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace TestCertificates;
 
 namespace {
 
-const QString certificateSentence = QStringLiteral("服务器的证书对不上，可能连到了别的地方");
-const QString connectionSentence = QStringLiteral("连不上同步服务器（没网，或者服务器停了）");
+const QString certificateSentence = u"服务器的证书对不上，可能连到了别的地方"_s;
+const QString connectionSentence = u"连不上同步服务器（没网，或者服务器停了）"_s;
 
 SyncLink linkTo(const TlsServer &server)
 {
-    return {server.address(), QStringLiteral("secret-0123456789"), server.pin()};
+    return {server.address(), u"secret-0123456789"_s, server.pin()};
 }
 
 SyncLink withWrongPin(SyncLink link)
@@ -42,7 +43,7 @@ QCoro::Task<Outcome> outcomeOf(SyncTransport *transport, SyncRequest request, st
     try {
         outcome.response = co_await transport->send(std::move(request), stop);
     } catch (const Cancelled &) {
-        outcome.failure = QStringLiteral("cancelled");
+        outcome.failure = u"cancelled"_s;
     } catch (const std::exception &error) {
         outcome.failure = describe(error);
     }
@@ -52,7 +53,7 @@ QCoro::Task<Outcome> outcomeOf(SyncTransport *transport, SyncRequest request, st
 SyncRequest ping()
 {
     SyncRequest request;
-    request.path = QStringLiteral("/v1/ping");
+    request.path = u"/v1/ping"_s;
     return request;
 }
 
@@ -86,7 +87,7 @@ TEST(PinnedTransport, NoByteReachesAServerWithAnotherCertificate)
         EXPECT_EQ(send(withWrongPin(linkTo(server))).failure, certificateSentence);
         const TrustOf trust(validCertificate);
         SyncLink named = withWrongPin(linkTo(server));
-        named.server = server.address(QStringLiteral("localhost"));
+        named.server = server.address(u"localhost"_s);
         EXPECT_EQ(send(named).failure, certificateSentence);
         EXPECT_EQ(server.connections, 2);
         EXPECT_EQ(server.received, QByteArray());
@@ -107,10 +108,10 @@ TEST(PinnedTransport, SendsWhatTheProtocolAsksFor)
     TlsServer server(validCertificate, validKey);
     server.answer = "HTTP/1.1 412 Precondition Failed\r\nETag: W/\"8\"\r\nContent-Length: 2\r\n\r\nno";
     SyncLink link = linkTo(server);
-    link.server += QStringLiteral("/home//a%2Fb/");
+    link.server += u"/home//a%2Fb/"_s;
     SyncRequest request;
     request.method = SyncRequest::Method::put;
-    request.path = QStringLiteral("/v1/bundle");
+    request.path = u"/v1/bundle"_s;
     request.ifMatch = "\"7\"";
     request.body = "{\"words\":[]}";
     const Outcome outcome = send(link, request);
@@ -166,8 +167,7 @@ TEST(PinnedTransport, NothingListeningIsAConnectionFailure)
 {
     QTcpServer plain;
     ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
-    SyncLink link{
-        QStringLiteral("https://127.0.0.1:%1").arg(plain.serverPort()), QString(16, u't'), QString(64, u'a')};
+    SyncLink link{u"https://127.0.0.1:%1"_s.arg(plain.serverPort()), QString(16, u't'), QString(64, u'a')};
     QObject::connect(&plain, &QTcpServer::newConnection, &plain, [&plain] {
         QTcpSocket *socket = plain.nextPendingConnection();
         socket->write("HTTP/1.1 400 Bad Request\r\n\r\n");
@@ -190,10 +190,10 @@ TEST(PinnedTransport, RefusesWhatWouldGiveTheTokenAway)
 {
     TlsServer server(validCertificate, validKey);
     SyncLink link = linkTo(server);
-    link.token += QStringLiteral("\r\nX-Injected: 1");
-    EXPECT_EQ(send(link).failure, QStringLiteral("同步码里的密码不对"));
+    link.token += u"\r\nX-Injected: 1"_s;
+    EXPECT_EQ(send(link).failure, u"同步码里的密码不对"_s);
     link = linkTo(server);
-    link.server.replace(QStringLiteral("https"), QStringLiteral("http"));
+    link.server.replace(u"https"_s, u"http"_s);
     EXPECT_EQ(send(link).failure, certificateSentence);
     EXPECT_EQ(server.connections, 0);
 }
@@ -205,10 +205,8 @@ TEST(PinnedTransport, StopEndsTheWaitAtOnce)
     std::stop_source stop;
     const auto transport = PinnedTransport::open(linkTo(server));
     QTimer::singleShot(50, &server, [&stop] { stop.request_stop(); });
-    EXPECT_EQ(QCoro::waitFor(outcomeOf(transport.get(), ping(), stop.get_token())).failure,
-        QStringLiteral("cancelled"));
-    EXPECT_EQ(QCoro::waitFor(outcomeOf(transport.get(), ping(), stop.get_token())).failure,
-        QStringLiteral("cancelled"));
+    EXPECT_EQ(QCoro::waitFor(outcomeOf(transport.get(), ping(), stop.get_token())).failure, u"cancelled"_s);
+    EXPECT_EQ(QCoro::waitFor(outcomeOf(transport.get(), ping(), stop.get_token())).failure, u"cancelled"_s);
 }
 
 } // namespace

@@ -5,24 +5,22 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
 
-const QStringList headwords{QStringLiteral("run"), QStringLiteral("Run"), QStringLiteral("apple"),
-    QStringLiteral("Apple"), QStringLiteral("unhappily"), QStringLiteral("look up"), QStringLiteral("naïve"),
-    QStringLiteral("deploy"), QStringLiteral("reluctant"), QStringLiteral("care"), QStringLiteral("careless"),
-    QStringLiteral("thread")};
-const QStringList sites{
-    QStringLiteral("forum.example.org"), QStringLiteral("docs.example.com"), QStringLiteral("example.net")};
-const QStringList kinds{QStringLiteral("base"), QStringLiteral("past"), QStringLiteral("third_person"),
-    QStringLiteral("plural"), QStringLiteral("nonsense")};
-const QStringList grammar{QStringLiteral("plural"), QStringLiteral("past_simple"), QStringLiteral("gerund")};
-const QStringList affixes{QStringLiteral("un"), QStringLiteral("ly"), QStringLiteral("less")};
+const QStringList headwords{u"run"_s, u"Run"_s, u"apple"_s, u"Apple"_s, u"unhappily"_s, u"look up"_s,
+    u"naïve"_s, u"deploy"_s, u"reluctant"_s, u"care"_s, u"careless"_s, u"thread"_s};
+const QStringList sites{u"forum.example.org"_s, u"docs.example.com"_s, u"example.net"_s};
+const QStringList kinds{u"base"_s, u"past"_s, u"third_person"_s, u"plural"_s, u"nonsense"_s};
+const QStringList grammar{u"plural"_s, u"past_simple"_s, u"gerund"_s};
+const QStringList affixes{u"un"_s, u"ly"_s, u"less"_s};
 
 QString sentenceOf(const QString &headword, quint32 number)
 {
-    return QStringLiteral("Sentence %1 says “%2” 🙂.").arg(number).arg(headword.toLower());
+    return u"Sentence %1 says “%2” 🙂."_s.arg(number).arg(headword.toLower());
 }
 
 // What the AI says of a headword is the same everywhere, but for the place where it was met.
@@ -30,19 +28,19 @@ Explanation explanationFor(Random &random)
 {
     Explanation explanation;
     explanation.headword = random.from(headwords);
-    explanation.meaningZh = QStringLiteral("意思");
+    explanation.meaningZh = u"意思"_s;
     if (explanation.headword.size() > 4)
-        explanation.phonetic = QStringLiteral("/x/");
+        explanation.phonetic = u"/x/"_s;
     if (!random.oneIn(4)) {
         explanation.sentence = sentenceOf(explanation.headword, random.below(4));
         explanation.sentenceIsExample = random.oneIn(4);
         explanation.grammar = random.from(grammar);
     }
     explanation.formKind = random.from(kinds);
-    explanation.inflections = {{QStringLiteral("past"), explanation.headword + QStringLiteral("ed")},
-        {QStringLiteral("plural"), explanation.headword + QStringLiteral("s")}};
-    if (explanation.headword.contains(QStringLiteral("care")))
-        explanation.familyRoot = QStringLiteral("care");
+    explanation.inflections = {
+        {u"past"_s, explanation.headword + u"ed"_s}, {u"plural"_s, explanation.headword + u"s"_s}};
+    if (explanation.headword.contains(u"care"_s))
+        explanation.familyRoot = u"care"_s;
     explanation.affixes = QStringList{affixes[explanation.headword.size() % 3]};
     return explanation;
 }
@@ -50,17 +48,16 @@ Explanation explanationFor(Random &random)
 PageSource sourceFor(Random &random)
 {
     if (random.oneIn(4))
-        return {QStringLiteral("Terminal"), std::nullopt, std::nullopt};
-    return {QStringLiteral("Browser"), QStringLiteral("https://") + random.from(sites) + QStringLiteral("/a"),
-        QStringLiteral("A page")};
+        return {u"Terminal"_s, std::nullopt, std::nullopt};
+    return {u"Browser"_s, u"https://"_s + random.from(sites) + u"/a"_s, u"A page"_s};
 }
 
 AINote noteFor(Random &random, Timestamp now)
 {
     AINote note;
     note.id = random.id();
-    note.question = QStringLiteral("为什么 %1？").arg(random.below(100));
-    note.answer = QStringLiteral("因为……");
+    note.question = u"为什么 %1？"_s.arg(random.below(100));
+    note.answer = u"因为……"_s;
     note.addedAt = now;
     return note;
 }

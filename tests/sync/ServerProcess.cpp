@@ -7,6 +7,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -37,15 +39,13 @@ ServerProcess::~ServerProcess()
 
 QStringList ServerProcess::arguments(const QStringList &command) const
 {
-    return QStringList{QStringLiteral("--data"), m_directory.filePath(QStringLiteral("server"))} + command;
+    return QStringList{u"--data"_s, m_directory.filePath(u"server"_s)} + command;
 }
 
 void ServerProcess::init(const QString &program)
 {
     QProcess setup;
-    setup.start(program,
-        arguments({QStringLiteral("init"), QStringLiteral("--url"), QStringLiteral("https://127.0.0.1:1"),
-            QStringLiteral("--no-qr")}));
+    setup.start(program, arguments({u"init"_s, u"--url"_s, u"https://127.0.0.1:1"_s, u"--no-qr"_s}));
     setup.waitForFinished(patience);
     const auto link = SyncLink::fromText(QString::fromUtf8(setup.readAllStandardOutput()));
     if (!link)
@@ -57,11 +57,9 @@ void ServerProcess::init(const QString &program)
 void ServerProcess::serve(const QString &program)
 {
     m_process.setStandardOutputFile(QProcess::nullDevice());
-    m_process.start(program,
-        arguments({QStringLiteral("serve"), QStringLiteral("--bind"), QStringLiteral("127.0.0.1"),
-            QStringLiteral("--port"), QStringLiteral("0")}));
+    m_process.start(program, arguments({u"serve"_s, u"--bind"_s, u"127.0.0.1"_s, u"--port"_s, u"0"_s}));
     QString said;
-    static const QRegularExpression listening(QStringLiteral(" port (\\d+)"));
+    static const QRegularExpression listening(u" port (\\d+)"_s);
     QRegularExpressionMatch match;
     while (!(match = listening.match(said)).hasMatch()) {
         m_process.setReadChannel(QProcess::StandardError);
@@ -69,7 +67,7 @@ void ServerProcess::serve(const QString &program)
             throw std::runtime_error("the server does not listen: " + said.toStdString());
         said += QString::fromUtf8(m_process.readAllStandardError());
     }
-    m_link.server = QStringLiteral("https://127.0.0.1:") + match.captured(1);
+    m_link.server = u"https://127.0.0.1:"_s + match.captured(1);
 }
 
 SyncResponse ServerProcess::answer(const SyncRequest &request)

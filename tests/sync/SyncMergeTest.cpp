@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
@@ -131,22 +132,21 @@ TEST(SyncMerge, ReviewStateAndSpellingEachHaveTheirOwnWinner)
 TEST(SyncMerge, TheOlderWordGoesFirstInEveryField)
 {
     WordEntry older = word(9, u"Apple", 0), newer = word(1, u" apple\t", 5);
-    older.registerNoteZh = QStringLiteral("旧");
-    newer.registerNoteZh = QStringLiteral("新");
-    newer.phonetic = QStringLiteral("/ˈæpl/");
+    older.registerNoteZh = u"旧"_s;
+    newer.registerNoteZh = u"新"_s;
+    newer.phonetic = u"/ˈæpl/"_s;
     newer.register_ = Register::slang;
     older.familyRoot = QString();
-    newer.familyRoot = QStringLiteral("apple");
-    newer.mnemonic = QStringLiteral("记法");
+    newer.familyRoot = u"apple"_s;
+    newer.mnemonic = u"记法"_s;
     older.affixes = QList<Affix>();
     newer.affixes = QList<Affix>{Affix::un};
-    older.inflections = {{QStringLiteral("plural"), QStringLiteral("apples")}};
-    newer.inflections = {
-        {QStringLiteral("plural"), QStringLiteral("x")}, {QStringLiteral("base"), QStringLiteral("y")}};
-    older.sourceKeys = {QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("b")};
-    newer.sourceKeys = {QStringLiteral("c"), QStringLiteral("a")};
-    older.encounterDays = {QStringLiteral("2026-10-05")};
-    newer.encounterDays = {QStringLiteral("2026-10-05"), QStringLiteral("2026-10-01")};
+    older.inflections = {{u"plural"_s, u"apples"_s}};
+    newer.inflections = {{u"plural"_s, u"x"_s}, {u"base"_s, u"y"_s}};
+    older.sourceKeys = {u"b"_s, u"a"_s, u"b"_s};
+    newer.sourceKeys = {u"c"_s, u"a"_s};
+    older.encounterDays = {u"2026-10-05"_s};
+    newer.encounterDays = {u"2026-10-05"_s, u"2026-10-01"_s};
     newer.lastLookupAt = at(3);
     newer.lookupCount = 7;
     for (const WordEntry &entry : {merged(older, newer), merged(newer, older)}) {
@@ -154,17 +154,15 @@ TEST(SyncMerge, TheOlderWordGoesFirstInEveryField)
         EXPECT_EQ(entry.headword, older.headword);
         EXPECT_EQ(entry.createdAt, older.createdAt);
         EXPECT_EQ(entry.register_, Register::neutral);
-        EXPECT_EQ(entry.registerNoteZh, QStringLiteral("旧"));
+        EXPECT_EQ(entry.registerNoteZh, u"旧"_s);
         EXPECT_EQ(entry.phonetic, newer.phonetic);
         EXPECT_EQ(entry.familyRoot, QString());
         EXPECT_EQ(entry.mnemonic, newer.mnemonic);
         EXPECT_EQ(entry.affixes, newer.affixes);
-        EXPECT_EQ(entry.inflections->value(QStringLiteral("plural")), QStringLiteral("apples"));
+        EXPECT_EQ(entry.inflections->value(u"plural"_s), u"apples"_s);
         EXPECT_EQ(entry.inflections->size(), 2);
-        EXPECT_THAT(*entry.sourceKeys,
-            ElementsAre(QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")));
-        EXPECT_THAT(
-            *entry.encounterDays, ElementsAre(QStringLiteral("2026-10-01"), QStringLiteral("2026-10-05")));
+        EXPECT_THAT(*entry.sourceKeys, ElementsAre(u"b"_s, u"a"_s, u"b"_s, u"c"_s));
+        EXPECT_THAT(*entry.encounterDays, ElementsAre(u"2026-10-01"_s, u"2026-10-05"_s));
         EXPECT_EQ(entry.lastLookupAt, at(3));
         EXPECT_EQ(entry.lookupCount, 7);
         EXPECT_EQ(entry.notes, std::nullopt);
@@ -176,15 +174,15 @@ TEST(SyncMerge, FormsKeepTheFirstMeetingAndTheLargerCount)
     const auto forms = [](std::initializer_list<FormRecord> records) {
         return copyOfWord([&](WordEntry &entry) { entry.forms = QList<FormRecord>(records); });
     };
-    const FormRecord ran{FormKind::past, QStringLiteral("ran"), at(5), 2, QStringLiteral("He ran.")};
-    const FormRecord runned{FormKind::past, QStringLiteral("runned"), at(4), 1, std::nullopt};
-    const FormRecord runs{FormKind::plural, QStringLiteral("runs"), at(1), 1, std::nullopt};
+    const FormRecord ran{FormKind::past, u"ran"_s, at(5), 2, u"He ran."_s};
+    const FormRecord runned{FormKind::past, u"runned"_s, at(4), 1, std::nullopt};
+    const FormRecord runs{FormKind::plural, u"runs"_s, at(1), 1, std::nullopt};
     FormRecord first = runned;
     first.count = 2;
     EXPECT_THAT(*merged(forms({ran}), forms({runs, runned})).forms, ElementsAre(first, runs));
     FormRecord sameTime = ran;
     sameTime.firstSeenAt = runned.firstSeenAt;
-    EXPECT_EQ(merged(forms({sameTime}), forms({runned})).forms->first().form, QStringLiteral("ran"));
+    EXPECT_EQ(merged(forms({sameTime}), forms({runned})).forms->first().form, u"ran"_s);
     EXPECT_EQ(merged(forms({}), word(1, u"run", 0)).forms, QList<FormRecord>());
 }
 
@@ -221,10 +219,9 @@ TEST(SyncMerge, DeletionWinsInEveryList)
 TEST(SyncMerge, TombstonesKeepTheLatestTimeAndAnOrder)
 {
     SyncBundle a, b;
-    a.deleted = {{QStringLiteral("C"), at(9)}, {QStringLiteral("B"), at(1)}};
-    b.deleted = {{QStringLiteral("C"), at(2)}, {QStringLiteral("A"), at(1)}, {QStringLiteral("B"), at(1)}};
-    const QList<Tombstone> expected{
-        {QStringLiteral("A"), at(1)}, {QStringLiteral("B"), at(1)}, {QStringLiteral("C"), at(9)}};
+    a.deleted = {{u"C"_s, at(9)}, {u"B"_s, at(1)}};
+    b.deleted = {{u"C"_s, at(2)}, {u"A"_s, at(1)}, {u"B"_s, at(1)}};
+    const QList<Tombstone> expected{{u"A"_s, at(1)}, {u"B"_s, at(1)}, {u"C"_s, at(9)}};
     EXPECT_EQ(SyncMerge::merge(a, b).deleted, expected);
     EXPECT_EQ(SyncMerge::merge(b, a).deleted, expected);
 }
@@ -249,15 +246,13 @@ TEST(SyncMerge, EncountersOfOneContentKeepTheEarliest)
 
 TEST(SyncMerge, LogLinesAreSortedByTheirTimeAndNeverAltered)
 {
-    const QString early =
-        QStringLiteral("{\"time\":\"2026-10-01T12:00:00Z\",\"kind\":\"save\",\"word\":\"b\"}");
-    const QString late = QStringLiteral("{ \"kind\":\"x\", \"time\" : \"2026-10-02T12:00:00Z\" }");
-    const QString sameTime = QString(early).replace(QStringLiteral("\"b\""), QStringLiteral("\"a\""));
+    const QString early = u"{\"time\":\"2026-10-01T12:00:00Z\",\"kind\":\"save\",\"word\":\"b\"}"_s;
+    const QString late = u"{ \"kind\":\"x\", \"time\" : \"2026-10-02T12:00:00Z\" }"_s;
+    const QString sameTime = QString(early).replace(u"\"b\""_s, u"\"a\""_s);
     SyncBundle a, b;
-    a.log = {late, QStringLiteral("garbage"), early, early};
-    b.log = {early, QStringLiteral("[1]"), sameTime, QStringLiteral("{\"time\":5}")};
-    const QStringList expected{QStringLiteral("[1]"), QStringLiteral("garbage"),
-        QStringLiteral("{\"time\":5}"), sameTime, early, late};
+    a.log = {late, u"garbage"_s, early, early};
+    b.log = {early, u"[1]"_s, sameTime, u"{\"time\":5}"_s};
+    const QStringList expected{u"[1]"_s, u"garbage"_s, u"{\"time\":5}"_s, sameTime, early, late};
     EXPECT_EQ(SyncMerge::merge(a, b).log, expected);
     EXPECT_EQ(SyncMerge::merge(b, a).log, expected);
 }

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -47,18 +48,18 @@ TEST(SyncProtocol, TakesOnlyTheStatusesOfEachRequest)
     const auto write = [](SyncProtocol &protocol) { return protocol.write(1, "{}", {}); };
     const QByteArray empty = "{}";
     EXPECT_EQ(sentenceAfter({200, {}, {}}, ping), QString());
-    EXPECT_EQ(sentenceAfter({204, {}, {}}, ping), QStringLiteral("服务器出错了（204）"));
+    EXPECT_EQ(sentenceAfter({204, {}, {}}, ping), u"服务器出错了（204）"_s);
     for (const int status : {200, 304, 404})
         EXPECT_EQ(sentenceAfter({status, {}, empty}, read), QString()) << status;
-    EXPECT_EQ(sentenceAfter({412, {}, {}}, read), QStringLiteral("服务器出错了（412）"));
-    EXPECT_EQ(sentenceAfter({302, {}, {}}, read), QStringLiteral("服务器出错了（302）"));
-    EXPECT_EQ(sentenceAfter({401, {}, {}}, read), QStringLiteral("同步码里的密码不对"));
-    EXPECT_EQ(sentenceAfter({0, {}, {}}, read), QStringLiteral("服务器出错了（0）"));
+    EXPECT_EQ(sentenceAfter({412, {}, {}}, read), u"服务器出错了（412）"_s);
+    EXPECT_EQ(sentenceAfter({302, {}, {}}, read), u"服务器出错了（302）"_s);
+    EXPECT_EQ(sentenceAfter({401, {}, {}}, read), u"同步码里的密码不对"_s);
+    EXPECT_EQ(sentenceAfter({0, {}, {}}, read), u"服务器出错了（0）"_s);
     for (const int status : {200, 412})
         EXPECT_EQ(sentenceAfter({status, {}, {}}, write), QString()) << status;
-    EXPECT_EQ(sentenceAfter({404, {}, {}}, write), QStringLiteral("服务器出错了（404）"));
+    EXPECT_EQ(sentenceAfter({404, {}, {}}, write), u"服务器出错了（404）"_s);
     for (const char *body : {"", "[]", "{\"words\":[{}]}", "{}x"})
-        EXPECT_EQ(sentenceAfter({200, {}, body}, read), QStringLiteral("同步出错了：服务器上的单词本读不懂"));
+        EXPECT_EQ(sentenceAfter({200, {}, body}, read), u"同步出错了：服务器上的单词本读不懂"_s);
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
@@ -20,10 +21,9 @@ void save(Device &device, QStringView headword, QStringView site = u"a.example")
 {
     Explanation explanation;
     explanation.headword = headword.toString();
-    explanation.meaningZh = QStringLiteral("意思");
+    explanation.meaningZh = u"意思"_s;
     device.clock.advance(1s);
-    device.store().save(
-        explanation, {QStringLiteral("Browser"), QStringLiteral("https://") + site.toString(), {}});
+    device.store().save(explanation, {u"Browser"_s, u"https://"_s + site.toString(), {}});
 }
 
 void lookUp(Device &device, QStringView headword, QStringView site)
@@ -31,7 +31,7 @@ void lookUp(Device &device, QStringView headword, QStringView site)
     Explanation explanation;
     explanation.headword = headword.toString();
     device.clock.advance(1s);
-    device.store().recordLookup(explanation, {{}, QStringLiteral("https://") + site.toString(), {}});
+    device.store().recordLookup(explanation, {{}, u"https://"_s + site.toString(), {}});
 }
 
 SyncState stateOf(const Device &device)
@@ -56,8 +56,8 @@ QStringList requestsOf(Device &device)
     for (const SyncRequest &request : device.network.requests) {
         const bool isPut = request.method == SyncRequest::Method::put;
         const auto condition = isPut ? request.ifMatch : request.ifNoneMatch;
-        result.append((isPut ? QStringLiteral("PUT ") : QStringLiteral("GET "))
-            + QString::fromLatin1(condition.value_or(QByteArray())));
+        result.append(
+            (isPut ? u"PUT "_s : u"GET "_s) + QString::fromLatin1(condition.value_or(QByteArray())));
     }
     device.network.requests.clear();
     return result;
@@ -83,10 +83,9 @@ TEST_F(SyncServiceTest, FirstRoundFillsAnEmptyServer)
 {
     save(computer, u"run");
     EXPECT_TRUE(computer.syncWith(server));
-    EXPECT_THAT(requestsOf(computer), ElementsAre(QStringLiteral("GET "), QStringLiteral("PUT \"0\"")));
+    EXPECT_THAT(requestsOf(computer), ElementsAre(u"GET "_s, u"PUT \"0\""_s));
     EXPECT_EQ(BundleForm::hashOfJson(server.document), hashOf(computer));
-    const SyncState expected{
-        QStringLiteral("https://127.0.0.1:1"), 1, hashOf(computer), computer.clock.now()};
+    const SyncState expected{u"https://127.0.0.1:1"_s, 1, hashOf(computer), computer.clock.now()};
     EXPECT_EQ(stateOf(computer), expected);
     EXPECT_EQ(computer.sync().lastSyncAt(), computer.clock.now());
 }
@@ -97,7 +96,7 @@ TEST_F(SyncServiceTest, QuietRoundIsOneConditionalRead)
     requestsOf(computer);
     computer.clock.advance(1h);
     EXPECT_TRUE(computer.syncWith(server));
-    EXPECT_THAT(requestsOf(computer), ElementsAre(QStringLiteral("GET \"1\"")));
+    EXPECT_THAT(requestsOf(computer), ElementsAre(u"GET \"1\""_s));
     EXPECT_EQ(stateOf(computer).lastSyncAt, computer.clock.now());
     computer.restart();
     EXPECT_EQ(computer.sync().lastSyncAt(), computer.clock.now());
@@ -112,9 +111,9 @@ TEST_F(SyncServiceTest, LocalChangeIsWrittenWithoutAMerge)
     save(computer, u"second");
     requestsOf(computer);
     EXPECT_TRUE(computer.syncWith(server));
-    EXPECT_THAT(requestsOf(computer), ElementsAre(QStringLiteral("GET \"1\""), QStringLiteral("PUT \"1\"")));
+    EXPECT_THAT(requestsOf(computer), ElementsAre(u"GET \"1\""_s, u"PUT \"1\""_s));
     EXPECT_EQ(server.document, BundleForm::json(computer.document()));
-    EXPECT_EQ(computer.store().entries().first().headword, QStringLiteral("second"));
+    EXPECT_EQ(computer.store().entries().first().headword, u"second"_s);
 }
 
 TEST_F(SyncServiceTest, RemoteChangeIsTakenOverWithoutAWrite)
@@ -122,7 +121,7 @@ TEST_F(SyncServiceTest, RemoteChangeIsTakenOverWithoutAWrite)
     save(computer, u"run");
     computer.syncWith(server);
     EXPECT_TRUE(phone.syncWith(server));
-    EXPECT_THAT(requestsOf(phone), ElementsAre(QStringLiteral("GET ")));
+    EXPECT_THAT(requestsOf(phone), ElementsAre(u"GET "_s));
     EXPECT_EQ(phone.document().words, wordsOf(computer));
     EXPECT_EQ(phone.log().readLines(), computer.log().readLines());
     EXPECT_EQ(stateOf(phone).version, 1);
@@ -139,10 +138,8 @@ TEST_F(SyncServiceTest, ConflictReadsAndMergesAgain)
     phone.syncWith(server);
     computer.network.serve(server);
     EXPECT_EQ(*answer, true);
-    EXPECT_THAT(requestsOf(computer),
-        ElementsAre(QStringLiteral("GET \"1\""), QStringLiteral("PUT \"1\""), QStringLiteral("GET "),
-            QStringLiteral("PUT \"2\"")));
-    EXPECT_TRUE(computer.store().findHeadword(QStringLiteral("walk")));
+    EXPECT_THAT(requestsOf(computer), ElementsAre(u"GET \"1\""_s, u"PUT \"1\""_s, u"GET "_s, u"PUT \"2\""_s));
+    EXPECT_TRUE(computer.store().findHeadword(u"walk"_s));
     EXPECT_EQ(stateOf(computer).version, 3);
 }
 
@@ -159,8 +156,8 @@ TEST_F(SyncServiceTest, GivesUpAfterFourConflicts)
     }
     EXPECT_EQ(*answer, false);
     EXPECT_EQ(requestsOf(computer).size(), 8);
-    EXPECT_EQ(computer.sync().lastError(), QStringLiteral("服务器上的单词本一直在变，过一会儿再试"));
-    EXPECT_EQ(computer.sync().lastErrorDetail(), QStringLiteral("busy"));
+    EXPECT_EQ(computer.sync().lastError(), u"服务器上的单词本一直在变，过一会儿再试"_s);
+    EXPECT_EQ(computer.sync().lastErrorDetail(), u"busy"_s);
     EXPECT_EQ(stateOf(computer), before);
 }
 
@@ -184,7 +181,7 @@ TEST_F(SyncServiceTest, WordSavedDuringAnyWaitIsNeitherLostNorCountedAsSynced)
     const auto phones = phone.startSync();
     save(phone, u"phone reading");
     phone.network.answer(server.answer(phone.network.waiting()));
-    const QUuid before = phone.store().findHeadword(QStringLiteral("before"))->id;
+    const QUuid before = phone.store().findHeadword(u"before"_s)->id;
     phone.store().remove(before);
     phone.network.serve(server);
     EXPECT_EQ(*phones, true);
@@ -192,7 +189,7 @@ TEST_F(SyncServiceTest, WordSavedDuringAnyWaitIsNeitherLostNorCountedAsSynced)
     phone.syncWith(server);
     computer.syncWith(server);
     EXPECT_FALSE(computer.store().find(before));
-    EXPECT_TRUE(computer.store().findHeadword(QStringLiteral("phone reading")));
+    EXPECT_TRUE(computer.store().findHeadword(u"phone reading"_s));
 }
 
 TEST_F(SyncServiceTest, LostAnswerToAWriteCostsNoSecondWrite)
@@ -203,12 +200,12 @@ TEST_F(SyncServiceTest, LostAnswerToAWriteCostsNoSecondWrite)
     server.answer(computer.network.waiting());
     computer.network.lose();
     EXPECT_EQ(*answer, false);
-    EXPECT_EQ(computer.sync().lastError(), QStringLiteral("连不上同步服务器（没网，或者服务器停了）"));
-    EXPECT_EQ(computer.sync().lastErrorDetail(), QStringLiteral("lost on the way"));
+    EXPECT_EQ(computer.sync().lastError(), u"连不上同步服务器（没网，或者服务器停了）"_s);
+    EXPECT_EQ(computer.sync().lastErrorDetail(), u"lost on the way"_s);
     EXPECT_FALSE(computer.sync().busy());
     requestsOf(computer);
     EXPECT_TRUE(computer.syncWith(server));
-    EXPECT_THAT(requestsOf(computer), ElementsAre(QStringLiteral("GET ")));
+    EXPECT_THAT(requestsOf(computer), ElementsAre(u"GET "_s));
     EXPECT_EQ(computer.sync().lastError(), std::nullopt);
     EXPECT_EQ(stateOf(computer).version, 1);
 }
@@ -233,8 +230,7 @@ TEST_F(SyncServiceTest, DevicesWithTheSameContentInAnotherOrderDoNotWriteInTurn)
     EXPECT_EQ(server.version, version);
     EXPECT_EQ(wordsOf(computer), wordsOf(phone));
     EXPECT_THAT(*phone.store().entries().first().sourceKeys,
-        testing::UnorderedElementsAre(QStringLiteral("first.example"), QStringLiteral("computer.example"),
-            QStringLiteral("phone.example")));
+        testing::UnorderedElementsAre(u"first.example"_s, u"computer.example"_s, u"phone.example"_s));
 }
 
 TEST_F(SyncServiceTest, DevicesOnDifferentDaysDoNotWriteInTurn)
@@ -267,7 +263,7 @@ TEST_F(SyncServiceTest, ServerWithoutVersionsIsReadInFullEachTime)
     EXPECT_EQ(stateOf(computer).version, 0);
     requestsOf(computer);
     computer.startSync();
-    EXPECT_THAT(requestsOf(computer), ElementsAre(QStringLiteral("GET ")));
+    EXPECT_THAT(requestsOf(computer), ElementsAre(u"GET "_s));
 }
 
 TEST_F(SyncServiceTest, FailuresLeaveNotebookAndStateAsTheyWere)
@@ -277,9 +273,9 @@ TEST_F(SyncServiceTest, FailuresLeaveNotebookAndStateAsTheyWere)
     const SyncState before = stateOf(computer);
     const SyncBundle document = computer.document();
     const std::pair<SyncResponse, QString> cases[]{
-        {{401, {}, {}}, QStringLiteral("同步码里的密码不对")},
-        {{500, {}, {}}, QStringLiteral("服务器出错了（500）")},
-        {{200, "\"9\"", "{\"words\":"}, QStringLiteral("同步出错了：服务器上的单词本读不懂")},
+        {{401, {}, {}}, u"同步码里的密码不对"_s},
+        {{500, {}, {}}, u"服务器出错了（500）"_s},
+        {{200, "\"9\"", "{\"words\":"}, u"同步出错了：服务器上的单词本读不懂"_s},
     };
     for (const auto &[response, sentence] : cases) {
         const auto answer = computer.startSync();
@@ -296,12 +292,12 @@ TEST_F(SyncServiceTest, AnotherServerStartsFromNothing)
     save(computer, u"run");
     computer.syncWith(server);
     AppConfig config = computer.config().config();
-    config.syncServer = QStringLiteral("https://127.0.0.1:2");
+    config.syncServer = u"https://127.0.0.1:2"_s;
     computer.config().setConfig(config);
     requestsOf(computer);
     MemoryServer other;
     EXPECT_TRUE(computer.syncWith(other));
-    EXPECT_THAT(requestsOf(computer), ElementsAre(QStringLiteral("GET "), QStringLiteral("PUT \"0\"")));
+    EXPECT_THAT(requestsOf(computer), ElementsAre(u"GET "_s, u"PUT \"0\""_s));
     EXPECT_EQ(stateOf(computer).server, config.syncServer);
 }
 

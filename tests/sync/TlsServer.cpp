@@ -4,6 +4,8 @@
 #include <QSslConfiguration>
 #include <QSslKey>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 TlsServer::TlsServer(const char *certificate, const char *key, QSsl::SslProtocol protocol)
@@ -23,7 +25,7 @@ TlsServer::TlsServer(const char *certificate, const char *key, QSsl::SslProtocol
 
 QString TlsServer::address(const QString &host) const
 {
-    return QStringLiteral("https://%1:%2").arg(host).arg(serverPort());
+    return u"https://%1:%2"_s.arg(host).arg(serverPort());
 }
 
 QString TlsServer::pin() const

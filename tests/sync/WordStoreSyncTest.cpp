@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -44,7 +45,7 @@ TEST(WordStoreSync, CountersOfAnotherDayAreLeftOut)
     Device device;
     const ReviewStats own = device.store().stats();
     SyncBundle bundle;
-    bundle.stats = ReviewStats{QStringLiteral("2026-02-28"), 9, 9};
+    bundle.stats = ReviewStats{u"2026-02-28"_s, 9, 9};
     device.store().applySync(bundle);
     EXPECT_EQ(device.store().stats(), own);
     bundle.stats->day = own.day;

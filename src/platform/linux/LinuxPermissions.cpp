@@ -6,6 +6,8 @@
 #include "platform/linux/x11/XConnection.h"
 #include "platform/linux/x11/XInput.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 GrantState LinuxPermissions::state(Grant grant) const
 {
@@ -20,19 +22,18 @@ GrantState LinuxPermissions::missing() const
 {
     if (isWaylandSession())
         return {false,
-            QStringLiteral(
-                "当前是 Wayland 会话，程序看不到其他窗口里的鼠标、按键和画面，划词、停留识别和框选都用不了。"
-                "请在登录界面选择 X11（Xorg）会话。")};
+            u"当前是 Wayland 会话，程序看不到其他窗口里的鼠标、按键和画面，划词、停留识别和框选都用不了。"
+            "请在登录界面选择 X11（Xorg）会话。"_s};
     const bool isLost = !m_x.isOpen() && !qEnvironmentVariableIsEmpty("DISPLAY");
     return {.granted = false,
-        .note = QStringLiteral("没有连接到可用的 X11 会话，划词、停留识别和框选都用不了。"),
+        .note = u"没有连接到可用的 X11 会话，划词、停留识别和框选都用不了。"_s,
         .needsRelaunch = isLost};
 }
 
 GrantState LinuxPermissions::withoutAccessibilityBus() const
 {
     using Bus = AtSpiReader::Bus;
-    QString note = QStringLiteral("辅助功能总线没有打开：划词照常可用，但取不到前后文和网页地址。");
+    QString note = u"辅助功能总线没有打开：划词照常可用，但取不到前后文和网页地址。"_s;
     switch (m_reader.bus()) {
     case Bus::connecting:
     case Bus::connected:
@@ -40,7 +41,7 @@ GrantState LinuxPermissions::withoutAccessibilityBus() const
     case Bus::closed:
         break;
     case Bus::notInstalled:
-        note += QStringLiteral("系统里没有软件包 at-spi2-core，装好以后才能打开。");
+        note += u"系统里没有软件包 at-spi2-core，装好以后才能打开。"_s;
         break;
     }
     return {.granted = true, .note = note, .canRequest = true};

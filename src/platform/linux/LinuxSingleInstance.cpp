@@ -16,6 +16,8 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 using namespace std::chrono_literals;
@@ -27,13 +29,13 @@ QString socketName(const QString &dataDirectory)
 {
     const QString path = QFileInfo(dataDirectory).canonicalFilePath();
     const QByteArray hash = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256);
-    return QStringLiteral("/nimbrelle-%1.socket").arg(QString::fromLatin1(hash.toHex().first(16)));
+    return u"/nimbrelle-%1.socket"_s.arg(QString::fromLatin1(hash.toHex().first(16)));
 }
 
 } // namespace
 
 LinuxSingleInstance::LinuxSingleInstance(const QString &dataDirectory, const QString &runtimeDirectory)
-    : m_lockPath(dataDirectory + QStringLiteral("/.instance.lock"))
+    : m_lockPath(dataDirectory + u"/.instance.lock"_s)
     , m_socketPaths{runtimeDirectory + socketName(dataDirectory), dataDirectory + socketName(dataDirectory),
           QDir::tempPath() + socketName(dataDirectory)}
 {
@@ -62,12 +64,11 @@ bool LinuxSingleInstance::claim()
 {
     if (!takeLock()) {
         if (!notifyRunningInstance())
-            qWarning().noquote() << QStringLiteral("Nimbrelle 已经在运行，但它没有回应。");
+            qWarning().noquote() << u"Nimbrelle 已经在运行，但它没有回应。"_s;
         return false;
     }
     if (!listen())
-        qWarning().noquote() << QStringLiteral("再启动一次 Nimbrelle 时不会弹出设置窗口：")
-                             << m_server.errorString();
+        qWarning().noquote() << u"再启动一次 Nimbrelle 时不会弹出设置窗口："_s << m_server.errorString();
     return true;
 }
 

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QMimeData>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 void copySecret(const QString &text)
@@ -11,7 +13,7 @@ void copySecret(const QString &text)
     auto *data = new QMimeData;
     data->setText(text);
     // What clipboard managers have agreed on, whatever the desktop.
-    data->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+    data->setData(u"x-kde-passwordManagerHint"_s, "secret");
     QGuiApplication::clipboard()->setMimeData(data);
 }
 

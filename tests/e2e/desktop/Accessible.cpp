@@ -8,26 +8,29 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
 
 constexpr int patienceMs = 2000;
+constexpr unsigned activeState = 1;
 constexpr unsigned checkedState = 4;
 constexpr unsigned focusedState = 12;
 constexpr unsigned showingState = 25;
 constexpr unsigned onScreen = 0;
-const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
-const QString textOf = QStringLiteral("org.a11y.atspi.Text");
-const QString root = QStringLiteral("/org/a11y/atspi/accessible/root");
+const QString accessible = u"org.a11y.atspi.Accessible"_s;
+const QString textOf = u"org.a11y.atspi.Text"_s;
+const QString root = u"/org/a11y/atspi/accessible/root"_s;
 
 QDBusConnection accessibilityBus()
 {
-    const auto question = QDBusMessage::createMethodCall(QStringLiteral("org.a11y.Bus"),
-        QStringLiteral("/org/a11y/bus"), QStringLiteral("org.a11y.Bus"), QStringLiteral("GetAddress"));
+    const auto question = QDBusMessage::createMethodCall(
+        u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s);
     const QDBusMessage answer = QDBusConnection::sessionBus().call(question);
     return QDBusConnection::connectToBus(
-        answer.arguments().value(0).toString(), QStringLiteral("accessibility-of-the-tests"));
+        answer.arguments().value(0).toString(), u"accessibility-of-the-tests"_s);
 }
 
 QList<std::pair<QString, QString>> elementsOf(const QVariant &value)
@@ -91,12 +94,12 @@ QVariantList AccessibleDesktop::ask(const QString &service, const QString &objec
 
 QList<AccessibleDesktop::Element> AccessibleDesktop::childrenOf(const Element &element) const
 {
-    return elementsOf(ask(element.first, element.second, accessible, QStringLiteral("GetChildren")).value(0));
+    return elementsOf(ask(element.first, element.second, accessible, u"GetChildren"_s).value(0));
 }
 
 std::optional<AccessibleDesktop::Element> AccessibleDesktop::programOf(qint64 process) const
 {
-    for (const Element &program : childrenOf({QStringLiteral("org.a11y.atspi.Registry"), root}))
+    for (const Element &program : childrenOf({u"org.a11y.atspi.Registry"_s, root}))
         if (m_bus.interface()->servicePid(program.first).value() == process)
             return program;
     return std::nullopt;
@@ -132,20 +135,20 @@ void AccessibleDesktop::collect(
         call.waitForFinished();
         return call.isError() ? QVariant() : call.reply().arguments().value(0);
     };
-    const auto states = asked(accessible, QStringLiteral("GetState"));
-    const auto role = asked(accessible, QStringLiteral("GetRoleName"));
-    const auto name = asked(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
-        {accessible, QStringLiteral("Name")});
-    const auto text = asked(textOf, QStringLiteral("GetText"), {0, -1});
-    auto area = asked(QStringLiteral("org.a11y.atspi.Component"), QStringLiteral("GetExtents"), {onScreen});
-    const auto children = asked(accessible, QStringLiteral("GetChildren"));
+    const auto states = asked(accessible, u"GetState"_s);
+    const auto role = asked(accessible, u"GetRoleName"_s);
+    const auto name = asked(u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {accessible, u"Name"_s});
+    const auto text = asked(textOf, u"GetText"_s, {0, -1});
+    auto area = asked(u"org.a11y.atspi.Component"_s, u"GetExtents"_s, {onScreen});
+    const auto children = asked(accessible, u"GetChildren"_s);
     const auto numbers = numbersOf(answer(states));
     if (!has(numbers, showingState))
         return;
     area.waitForFinished();
-    into.append({service, object, answer(role).toString(),
-        answer(name).value<QDBusVariant>().variant().toString(), answer(text).toString(),
-        nimbrelle::areaOf(area.reply().arguments()), has(numbers, checkedState), has(numbers, focusedState)});
+    into.append(
+        {service, object, answer(role).toString(), answer(name).value<QDBusVariant>().variant().toString(),
+            answer(text).toString(), nimbrelle::areaOf(area.reply().arguments()), has(numbers, checkedState),
+            has(numbers, focusedState), has(numbers, activeState)});
     for (const auto &[owner, child] : elementsOf(answer(children)))
         collect(owner, child, into);
 }
@@ -153,7 +156,7 @@ void AccessibleDesktop::collect(
 QRect AccessibleDesktop::areaOf(const AccessiblePart &part, int from, int to) const
 {
     return nimbrelle::areaOf(
-        ask(part.service, part.object, textOf, QStringLiteral("GetRangeExtents"), {from, to, onScreen}));
+        ask(part.service, part.object, textOf, u"GetRangeExtents"_s, {from, to, onScreen}));
 }
 
 } // namespace nimbrelle

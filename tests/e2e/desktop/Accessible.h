@@ -19,6 +19,7 @@ struct AccessiblePart {
     QRect area; ///< in pixels of the root window
     bool isChecked = false;
     bool isFocused = false;
+    bool isActive = false; ///< of a window: it has the keyboard
 };
 
 /// The accessibility bus, asked from outside. Every question waits for its answer.

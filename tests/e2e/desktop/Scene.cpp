@@ -253,10 +253,21 @@ bool Scene::says(const QString &text, int patienceMs) const
         patienceMs);
 }
 
+QRect Scene::restingArea(const QString &name) const
+{
+    const auto area = [&] { return find(name).value_or(AccessiblePart()).area; };
+    QRect seen;
+    for (QRect now = area(); now != seen; now = area()) {
+        seen = now;
+        QTest::qWait(50);
+    }
+    return seen;
+}
+
 void Scene::press(const QString &name)
 {
     ASSERT_TRUE(appears(name)) << name.toStdString();
-    click(find(name)->area.center());
+    click(restingArea(name).center());
 }
 
 QImage Scene::screenImage() const

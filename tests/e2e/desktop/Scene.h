@@ -89,6 +89,8 @@ protected:
     bool disappears(const QString &name, int patienceMs = 5000) const;
     /// Whether any text on the screen holds this.
     bool says(const QString &text, int patienceMs = 5000) const;
+    /// Where a part stands once it moves no more; empty while it is not on the screen.
+    QRect restingArea(const QString &name) const;
     void press(const QString &name);
     /// @}
 

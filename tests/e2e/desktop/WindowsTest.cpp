@@ -18,6 +18,8 @@ using testing::Contains;
 
 namespace {
 
+const QString settingsTitle = u"Nimbrelle 设置"_s;
+
 /// A sync server with an empty notebook.
 class Server {
 public:
@@ -57,6 +59,8 @@ protected:
         Running again;
         again.start(QStringLiteral(NIMBRELLE_PROGRAM), {}, {{u"NIMBRELLE_DATA_DIR"_s, dataFolder}});
         EXPECT_EQ(again.exitCode(), 0);
+        // It may have stood there before, under another window.
+        ASSERT_TRUE(QTest::qWaitFor([&] { return find(settingsTitle).value_or(AccessiblePart()).isActive; }));
         ASSERT_TRUE(appears(u"API key"_s));
     }
 
@@ -64,12 +68,12 @@ protected:
     void pressInSettings(const QString &name)
     {
         constexpr int notch = 80; // pixels at most
-        const auto field = find(u"Nimbrelle 设置"_s);
+        const auto field = find(settingsTitle);
         ASSERT_TRUE(field && find(name)) << name.toStdString();
         const QRect window = field->area;
         user.moveTo({window.right() - 6, window.center().y()}); // no control is there
         for (int i = 0; i < 30; ++i) {
-            const QRect area = find(name).value_or(AccessiblePart()).area;
+            const QRect area = restingArea(name);
             if (window.contains(area))
                 return click(area.center());
             const int distance = area.center().y() - window.center().y();

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -41,23 +42,23 @@ QString mended(EngineLine words)
 
 TEST(EngineText, ABarIsThePronounOnlyInASentence)
 {
-    EXPECT_EQ(mended(line({"|", "was", "reluctant"}, 20)), QStringLiteral("I was reluctant"));
-    EXPECT_EQ(mended(line({"but", "|", "think"}, 20)), QStringLiteral("but I think"));
-    EXPECT_EQ(mended(line({"so", "am", "|"}, 20)), QStringLiteral("so am I"));
-    EXPECT_EQ(mended(line({"If", "|", "knew,", "|", "hid"}, 20)), QStringLiteral("If I knew, I hid"));
-    EXPECT_EQ(mended(line({"|'m", "sure", "|’ll", "go"}, 20)), QStringLiteral("I'm sure I’ll go"));
+    EXPECT_EQ(mended(line({"|", "was", "reluctant"}, 20)), u"I was reluctant"_s);
+    EXPECT_EQ(mended(line({"but", "|", "think"}, 20)), u"but I think"_s);
+    EXPECT_EQ(mended(line({"so", "am", "|"}, 20)), u"so am I"_s);
+    EXPECT_EQ(mended(line({"If", "|", "knew,", "|", "hid"}, 20)), u"If I knew, I hid"_s);
+    EXPECT_EQ(mended(line({"|'m", "sure", "|’ll", "go"}, 20)), u"I'm sure I’ll go"_s);
     // Separators are taller, stand among capitals or at wide gaps, or all alone.
-    EXPECT_EQ(mended(line({"home", "|", "about"}, 26)), QStringLiteral("home | about"));
-    EXPECT_EQ(mended(line({"Home", "|", "About"}, 20)), QStringLiteral("Home | About"));
-    EXPECT_EQ(mended(line({"but", "|", "think"}, 20, 40)), QStringLiteral("but | think"));
-    EXPECT_EQ(mended(line({"|"}, 20)), QStringLiteral("|"));
-    EXPECT_EQ(mended(line({"a||b", "is", "|x"}, 20)), QStringLiteral("a||b is |x"));
+    EXPECT_EQ(mended(line({"home", "|", "about"}, 26)), u"home | about"_s);
+    EXPECT_EQ(mended(line({"Home", "|", "About"}, 20)), u"Home | About"_s);
+    EXPECT_EQ(mended(line({"but", "|", "think"}, 20, 40)), u"but | think"_s);
+    EXPECT_EQ(mended(line({"|"}, 20)), u"|"_s);
+    EXPECT_EQ(mended(line({"a||b", "is", "|x"}, 20)), u"a||b is |x"_s);
 }
 
 TEST(EngineText, BoxesAreNormalizedFromTheLowerLeft)
 {
     const RecognizedLine made = recognizedLine(line({"of", "Oz"}, 20), {100, 40});
-    EXPECT_EQ(made.text, QStringLiteral("of Oz"));
+    EXPECT_EQ(made.text, u"of Oz"_s);
     ASSERT_EQ(made.unitBoxes.size(), made.text.size());
     EXPECT_EQ(made.unitBoxes.at(0), QRectF(0, 0.5, 0.1, 0.35));
     EXPECT_TRUE(made.unitBoxes.at(2).isNull());

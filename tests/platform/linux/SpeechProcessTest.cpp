@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -16,15 +17,14 @@ namespace {
 struct Voice {
     QStringList said() const
     {
-        QFile file(folder.filePath(QStringLiteral("said")));
+        QFile file(folder.filePath(u"said"_s));
         return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
                                           : QStringList();
     }
     SpeechCommand command(const QString &end) const
     {
-        return {QStringLiteral("/bin/sh"),
-            {QStringLiteral("-c"), QStringLiteral("read -r text; echo \"$$ $text\" >>\"$0\"; ") + end,
-                folder.filePath(QStringLiteral("said"))}};
+        return {u"/bin/sh"_s,
+            {u"-c"_s, u"read -r text; echo \"$$ $text\" >>\"$0\"; "_s + end, folder.filePath(u"said"_s)}};
     }
 
     QTemporaryDir folder;
@@ -32,18 +32,18 @@ struct Voice {
 
 bool runs(const QString &line)
 {
-    return QFile::exists(QStringLiteral("/proc/") + line.section(u' ', 0, 0) + QStringLiteral("/cwd"));
+    return QFile::exists(u"/proc/"_s + line.section(u' ', 0, 0) + u"/cwd"_s);
 }
 
 TEST(SpeechProcess, ANewWordCutsOffTheOldOne)
 {
     const Voice voice;
-    SpeechProcess speech(voice.command(QStringLiteral("exec sleep 600")));
-    speech.speak(QStringLiteral("-x is one text"));
+    SpeechProcess speech(voice.command(u"exec sleep 600"_s));
+    speech.speak(u"-x is one text"_s);
     ASSERT_TRUE(QTest::qWaitFor([&] { return voice.said().size() == 1; }));
-    EXPECT_EQ(voice.said().constFirst().section(u' ', 1), QStringLiteral("-x is one text"));
+    EXPECT_EQ(voice.said().constFirst().section(u' ', 1), u"-x is one text"_s);
     EXPECT_TRUE(runs(voice.said().constFirst()));
-    speech.speak(QStringLiteral("two"));
+    speech.speak(u"two"_s);
     ASSERT_TRUE(QTest::qWaitFor([&] { return voice.said().size() == 2; }));
     EXPECT_TRUE(QTest::qWaitFor([&] { return !runs(voice.said().constFirst()); }));
     EXPECT_TRUE(runs(voice.said().constLast()));
@@ -52,10 +52,10 @@ TEST(SpeechProcess, ANewWordCutsOffTheOldOne)
 TEST(SpeechProcess, WithoutAVoiceItIsSilent)
 {
     SpeechProcess none(SpeechCommand{});
-    none.speak(QStringLiteral("word"));
-    SpeechProcess missing(SpeechCommand{QStringLiteral("/nonexistent/voice"), {}});
-    missing.speak(QStringLiteral("word"));
-    missing.speak(QStringLiteral("again"));
+    none.speak(u"word"_s);
+    SpeechProcess missing(SpeechCommand{u"/nonexistent/voice"_s, {}});
+    missing.speak(u"word"_s);
+    missing.speak(u"again"_s);
     QTest::qWait(50); // the first one's failure is heard of, and the leak check finds nothing of it
 }
 

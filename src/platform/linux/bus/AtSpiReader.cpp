@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 namespace {
 
@@ -24,16 +26,16 @@ constexpr std::chrono::milliseconds searchLimit{100};
 /// Longer texts than anybody looks up are not fetched whole.
 constexpr int longestSelection = 20000;
 
-const QString busName = QStringLiteral("nimbrelle-accessibility");
-const QString registryService = QStringLiteral("org.a11y.atspi.Registry");
-const QString rootPath = QStringLiteral("/org/a11y/atspi/accessible/root");
-const QString nullPath = QStringLiteral("/org/a11y/atspi/null");
-const QString accessibleInterface = QStringLiteral("org.a11y.atspi.Accessible");
-const QString textInterface = QStringLiteral("org.a11y.atspi.Text");
-const QString documentInterface = QStringLiteral("org.a11y.atspi.Document");
-const QString collectionInterface = QStringLiteral("org.a11y.atspi.Collection");
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
-const QString objectEvents = QStringLiteral("org.a11y.atspi.Event.Object");
+const QString busName = u"nimbrelle-accessibility"_s;
+const QString registryService = u"org.a11y.atspi.Registry"_s;
+const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
+const QString nullPath = u"/org/a11y/atspi/null"_s;
+const QString accessibleInterface = u"org.a11y.atspi.Accessible"_s;
+const QString textInterface = u"org.a11y.atspi.Text"_s;
+const QString documentInterface = u"org.a11y.atspi.Document"_s;
+const QString collectionInterface = u"org.a11y.atspi.Collection"_s;
+const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
+const QString objectEvents = u"org.a11y.atspi.Event.Object"_s;
 
 /// D-Bus structs (so) name an element.
 std::optional<AccessibleElement> elementOf(const QDBusArgument &argument)
@@ -112,17 +114,14 @@ void AtSpiReader::connectToBus()
         return;
     m_attempt = Bus::connecting;
     const QDBusConnection session = QDBusConnection::sessionBus();
-    const QString launcher = QStringLiteral("org.a11y.Bus");
-    const QString path = QStringLiteral("/org/a11y/bus");
+    const QString launcher = u"org.a11y.Bus"_s;
+    const QString path = u"/org/a11y/bus"_s;
     // Some toolkits offer nothing until somebody says that it is wanted.
-    QDBusMessage enable =
-        QDBusMessage::createMethodCall(launcher, path, propertiesInterface, QStringLiteral("Set"));
-    enable << QStringLiteral("org.a11y.Status") << QStringLiteral("IsEnabled")
-           << QVariant::fromValue(QDBusVariant(true));
+    QDBusMessage enable = QDBusMessage::createMethodCall(launcher, path, propertiesInterface, u"Set"_s);
+    enable << u"org.a11y.Status"_s << u"IsEnabled"_s << QVariant::fromValue(QDBusVariant(true));
     session.asyncCall(enable);
-    auto *answer = new QDBusPendingCallWatcher(session.asyncCall(QDBusMessage::createMethodCall(
-                                                   launcher, path, launcher, QStringLiteral("GetAddress"))),
-        this);
+    auto *answer = new QDBusPendingCallWatcher(
+        session.asyncCall(QDBusMessage::createMethodCall(launcher, path, launcher, u"GetAddress"_s)), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         const QDBusPendingReply<QString> busAddress = *answer;
         if (busAddress.isValid())
@@ -145,19 +144,19 @@ void AtSpiReader::useBus(const QString &busAddress)
     m_attempt = m_bus.isConnected() ? Bus::connected : Bus::closed;
     if (!m_bus.isConnected())
         return;
-    m_bus.connect(QString(), QString(), objectEvents, QStringLiteral("StateChanged"), this,
-        SLOT(handleStateChanged(QDBusMessage)));
-    m_bus.connect(QString(), QString(), objectEvents, QStringLiteral("TextSelectionChanged"), this,
+    m_bus.connect(
+        QString(), QString(), objectEvents, u"StateChanged"_s, this, SLOT(handleStateChanged(QDBusMessage)));
+    m_bus.connect(QString(), QString(), objectEvents, u"TextSelectionChanged"_s, this,
         SLOT(handleSelectionChanged(QDBusMessage)));
     connect(m_bus.interface(), &QDBusConnectionInterface::serviceUnregistered, this, &AtSpiReader::forget);
-    registerEvent(QStringLiteral("object:state-changed:focused"));
-    registerEvent(QStringLiteral("object:text-selection-changed"));
+    registerEvent(u"object:state-changed:focused"_s);
+    registerEvent(u"object:text-selection-changed"_s);
 }
 
 void AtSpiReader::registerEvent(const QString &event)
 {
-    QDBusMessage request = QDBusMessage::createMethodCall(registryService,
-        QStringLiteral("/org/a11y/atspi/registry"), registryService, QStringLiteral("RegisterEvent"));
+    QDBusMessage request = QDBusMessage::createMethodCall(
+        registryService, u"/org/a11y/atspi/registry"_s, registryService, u"RegisterEvent"_s);
     request << event;
     m_bus.asyncCall(request);
 }
@@ -210,9 +209,8 @@ qint64 AtSpiReader::processOf(const QString &program)
     const auto known = m_processes.constFind(program);
     if (known != m_processes.constEnd())
         return *known;
-    QDBusMessage question = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-        QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-        QStringLiteral("GetConnectionUnixProcessID"));
+    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
+        u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetConnectionUnixProcessID"_s);
     question << program;
     const QDBusMessage answer = m_bus.call(question, QDBus::Block, answerLimitMs);
     const qint64 process = answer.arguments().value(0).toLongLong();
@@ -224,7 +222,7 @@ qint64 AtSpiReader::processOf(const QString &program)
 std::optional<AccessibleElement> AtSpiReader::searchFocus(qint64 process)
 {
     const AccessibleElement registry{registryService, rootPath};
-    const auto programs = elementsOf(ask(registry, accessibleInterface, QStringLiteral("GetChildren")));
+    const auto programs = elementsOf(ask(registry, accessibleInterface, u"GetChildren"_s));
     const auto program = std::ranges::find_if(
         programs, [&](const AccessibleElement &each) { return processOf(each.program) == process; });
     if (program == programs.end())
@@ -240,7 +238,7 @@ std::optional<AccessibleElement> AtSpiReader::searchFocus(qint64 process)
     rule.endMap();
     rule << qint32{1} << QList<qint32>{0, 0, 0, 0} << qint32{1} << QStringList() << qint32{1} << false;
     rule.endStructure();
-    const auto matches = ask(*window, collectionInterface, QStringLiteral("GetMatches"),
+    const auto matches = ask(*window, collectionInterface, u"GetMatches"_s,
         {QVariant::fromValue(rule), quint32{1}, qint32{1}, true});
     const auto found = matches ? elementsOf(matches).value(0, AccessibleElement()) : descendToFocus(*window);
     if (found.object.isEmpty())
@@ -256,22 +254,21 @@ AccessibleElement AtSpiReader::descendToFocus(const AccessibleElement &window)
     QList<AccessibleElement> open{window};
     while (!open.isEmpty() && !deadline.hasExpired()) {
         const AccessibleElement element = open.takeFirst();
-        const auto states = ask(element, accessibleInterface, QStringLiteral("GetState"));
+        const auto states = ask(element, accessibleInterface, u"GetState"_s);
         if (!states || !hasState(states->value(0), showingState))
             continue;
         if (element != window && hasState(states->value(0), focusedState))
             return element;
-        open += elementsOf(ask(element, accessibleInterface, QStringLiteral("GetChildren")));
+        open += elementsOf(ask(element, accessibleInterface, u"GetChildren"_s));
     }
     return {};
 }
 
 std::optional<AccessibleElement> AtSpiReader::activeWindow(const QString &program)
 {
-    const auto windows =
-        elementsOf(ask({program, rootPath}, accessibleInterface, QStringLiteral("GetChildren")));
+    const auto windows = elementsOf(ask({program, rootPath}, accessibleInterface, u"GetChildren"_s));
     for (const AccessibleElement &window : windows) {
-        const auto states = ask(window, accessibleInterface, QStringLiteral("GetState"));
+        const auto states = ask(window, accessibleInterface, u"GetState"_s);
         if (states && hasState(states->value(0), activeState))
             return window;
     }
@@ -289,8 +286,7 @@ std::optional<QString> AtSpiReader::selectedText(const AccessibleElement &elemen
 std::optional<TextPiece> AtSpiReader::textRoundSelection(const AccessibleElement &element, qsizetype reach)
 {
     const auto range = selectedRange(element);
-    const auto count =
-        range ? propertyOf(element, textInterface, QStringLiteral("CharacterCount")) : std::nullopt;
+    const auto count = range ? propertyOf(element, textInterface, u"CharacterCount"_s) : std::nullopt;
     if (!count)
         return std::nullopt;
     // As many characters are at least as many UTF-16 units.
@@ -311,12 +307,12 @@ std::optional<TextPiece> AtSpiReader::textRoundSelection(const AccessibleElement
 
 std::optional<AtSpiReader::Range> AtSpiReader::selectedRange(const AccessibleElement &element)
 {
-    const auto count = ask(element, textInterface, QStringLiteral("GetNSelections"));
+    const auto count = ask(element, textInterface, u"GetNSelections"_s);
     if (!count)
         return std::nullopt;
     if (count->value(0).toInt() < 1)
         return Range{0, 0};
-    const auto ends = ask(element, textInterface, QStringLiteral("GetSelection"), {qint32{0}});
+    const auto ends = ask(element, textInterface, u"GetSelection"_s, {qint32{0}});
     if (!ends || ends->size() < 2)
         return std::nullopt;
     const int one = ends->at(0).toInt();
@@ -328,19 +324,19 @@ std::optional<QString> AtSpiReader::textBetween(const AccessibleElement &element
 {
     if (end <= start)
         return QString();
-    const auto answer = ask(element, textInterface, QStringLiteral("GetText"), {start, end});
+    const auto answer = ask(element, textInterface, u"GetText"_s, {start, end});
     return answer ? std::optional{answer->value(0).toString()} : std::nullopt;
 }
 
 std::optional<bool> AtSpiReader::isWebArea(const AccessibleElement &element)
 {
-    const auto role = ask(element, accessibleInterface, QStringLiteral("GetRole"));
+    const auto role = ask(element, accessibleInterface, u"GetRole"_s);
     return role ? std::optional{role->value(0).toUInt() == documentWebRole} : std::nullopt;
 }
 
 std::optional<AccessibleElement> AtSpiReader::parent(const AccessibleElement &element)
 {
-    const auto told = propertyOf(element, accessibleInterface, QStringLiteral("Parent"));
+    const auto told = propertyOf(element, accessibleInterface, u"Parent"_s);
     if (!told || !told->canConvert<QDBusArgument>())
         return std::nullopt;
     return elementOf(told->value<QDBusArgument>());
@@ -349,8 +345,8 @@ std::optional<AccessibleElement> AtSpiReader::parent(const AccessibleElement &el
 std::optional<QString> AtSpiReader::address(const AccessibleElement &element)
 {
     // One family of browsers says it this way, the other that.
-    for (const QString &name : {QStringLiteral("DocURL"), QStringLiteral("URI")}) {
-        const auto answer = ask(element, documentInterface, QStringLiteral("GetAttributeValue"), {name});
+    for (const QString &name : {u"DocURL"_s, u"URI"_s}) {
+        const auto answer = ask(element, documentInterface, u"GetAttributeValue"_s, {name});
         if (answer && !answer->value(0).toString().isEmpty())
             return answer->value(0).toString();
     }
@@ -377,7 +373,7 @@ std::optional<QVariantList> AtSpiReader::ask(const AccessibleElement &element, c
 std::optional<QVariant> AtSpiReader::propertyOf(
     const AccessibleElement &element, const QString &interface, const QString &name)
 {
-    const auto answer = ask(element, propertiesInterface, QStringLiteral("Get"), {interface, name});
+    const auto answer = ask(element, propertiesInterface, u"Get"_s, {interface, name});
     return answer ? std::optional{answer->value(0).value<QDBusVariant>().variant()} : std::nullopt;
 }
 

@@ -12,26 +12,28 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 namespace {
 
-const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString interface = QStringLiteral("org.freedesktop.portal.Settings");
+const QString service = u"org.freedesktop.portal.Desktop"_s;
+const QString path = u"/org/freedesktop/portal/desktop"_s;
+const QString interface = u"org.freedesktop.portal.Settings"_s;
 
-const QString common = QStringLiteral("org.freedesktop.appearance");
-const QString gnome = QStringLiteral("org.gnome.desktop.interface");
-const QString kde = QStringLiteral("org.kde.kdeglobals.KDE");
+const QString common = u"org.freedesktop.appearance"_s;
+const QString gnome = u"org.gnome.desktop.interface"_s;
+const QString kde = u"org.kde.kdeglobals.KDE"_s;
 
 std::optional<bool> isDark(const PortalSettings &settings)
 {
-    switch (settings.value(common).value(QStringLiteral("color-scheme")).toUInt()) {
+    switch (settings.value(common).value(u"color-scheme"_s).toUInt()) {
     case 1:
         return true;
     case 2:
         return false;
     default: // no preference: older desktops have only a theme
-        if (isDarkThemeName(settings.value(gnome).value(QStringLiteral("gtk-theme")).toString()))
+        if (isDarkThemeName(settings.value(gnome).value(u"gtk-theme"_s).toString()))
             return true;
         return std::nullopt;
     }
@@ -39,14 +41,13 @@ std::optional<bool> isDark(const PortalSettings &settings)
 
 std::optional<bool> isStill(const PortalSettings &settings)
 {
-    if (settings.value(common).value(QStringLiteral("reduced-motion")).toUInt() == 1)
+    if (settings.value(common).value(u"reduced-motion"_s).toUInt() == 1)
         return true;
-    const QVariant animations = settings.value(gnome).value(QStringLiteral("enable-animations"));
+    const QVariant animations = settings.value(gnome).value(u"enable-animations"_s);
     if (animations.isValid())
         return !animations.toBool();
     bool isNumber = false;
-    const double speed =
-        settings.value(kde).value(QStringLiteral("AnimationDurationFactor")).toDouble(&isNumber);
+    const double speed = settings.value(kde).value(u"AnimationDurationFactor"_s).toDouble(&isNumber);
     return isNumber ? std::optional(speed <= 0) : std::nullopt;
 }
 
@@ -54,8 +55,7 @@ std::optional<bool> isStill(const PortalSettings &settings)
 
 bool isDarkThemeName(const QString &name)
 {
-    return name.endsWith(QStringLiteral("-dark"), Qt::CaseInsensitive)
-        || name.endsWith(QStringLiteral(":dark"), Qt::CaseInsensitive);
+    return name.endsWith(u"-dark"_s, Qt::CaseInsensitive) || name.endsWith(u":dark"_s, Qt::CaseInsensitive);
 }
 
 Appearance appearanceOf(const PortalSettings &settings, Appearance guess)
@@ -73,8 +73,8 @@ PortalAppearance::PortalAppearance(QDBusConnection bus, Appearance guess, const 
     if (!m_bus.isConnected())
         return;
     qRegisterMetaType<QDBusVariant>(); // the bus looks for it by name, and may not have met it yet
-    m_bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-        SLOT(take(QString, QString, QDBusVariant)));
+    m_bus.connect(
+        service, path, interface, u"SettingChanged"_s, this, SLOT(take(QString, QString, QDBusVariant)));
     auto *watcher = new QDBusServiceWatcher(service, m_bus, QDBusServiceWatcher::WatchForRegistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalAppearance::ask);
     ask();
@@ -94,7 +94,7 @@ Appearance PortalAppearance::guessOfToolkit()
 
 void PortalAppearance::ask()
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, u"ReadAll"_s);
     call << QStringList{common, gnome, kde};
     auto *answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {

@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <cstring>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 AutostartFile::AutostartFile(QString folder, QStringList command)
@@ -22,8 +24,8 @@ AutostartFile AutostartFile::ofThisProgram()
 {
     // An image that mounts itself runs from a path that is another one next time, and tells its lasting one.
     const QString image = qEnvironmentVariable("APPIMAGE");
-    return AutostartFile(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-            + QStringLiteral("/autostart"),
+    return AutostartFile(
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/autostart"_s,
         {image.isEmpty() ? QCoreApplication::applicationFilePath() : image});
 }
 
@@ -37,17 +39,17 @@ bool AutostartFile::isEnabled() const
 std::optional<QString> AutostartFile::setEnabled(bool enabled)
 {
     errno = 0;
-    const bool isDone = enabled ? QDir().mkpath(m_folder)
-            && replaceFile(path(), autostartEntry(QStringLiteral("Nimbrelle"), m_command))
-                                : !QFile::exists(path()) || QFile::remove(path());
+    const bool isDone = enabled
+        ? QDir().mkpath(m_folder) && replaceFile(path(), autostartEntry(u"Nimbrelle"_s, m_command))
+        : !QFile::exists(path()) || QFile::remove(path());
     if (isDone)
         return std::nullopt;
-    return path() + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errno));
+    return path() + u": "_s + QString::fromLocal8Bit(std::strerror(errno));
 }
 
 QString AutostartFile::path() const
 {
-    return m_folder + QStringLiteral("/nimbrelle.desktop");
+    return m_folder + u"/nimbrelle.desktop"_s;
 }
 
 } // namespace nimbrelle

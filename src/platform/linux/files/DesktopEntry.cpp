@@ -7,6 +7,8 @@
 #include <QLocale>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 namespace {
 
@@ -34,8 +36,8 @@ QString execArgument(QString argument)
 {
     for (const QChar special : {u'\\', u'"', u'`', u'$'})
         argument.replace(special, QString(u'\\') + special);
-    argument.replace(u'\\', QStringLiteral("\\\\"));
-    argument.replace(u'%', QStringLiteral("%%"));
+    argument.replace(u'\\', u"\\\\"_s);
+    argument.replace(u'%', u"%%"_s);
     return u'"' + argument + u'"';
 }
 
@@ -50,8 +52,8 @@ QString programOf(const QString &exec)
 
 bool isListed(const QHash<QString, QString> &values)
 {
-    const QString type = values.value(QStringLiteral("Type"), QStringLiteral("Application"));
-    return type == u"Application" && values.value(QStringLiteral("NoDisplay")) != u"true";
+    const QString type = values.value(u"Type"_s, u"Application"_s);
+    return type == u"Application" && values.value(u"NoDisplay"_s) != u"true";
 }
 
 } // namespace
@@ -71,15 +73,13 @@ QStringList sessionLanguages()
 std::optional<DesktopEntry> desktopEntryOf(const QByteArray &file, const QStringList &languages)
 {
     const QHash<QString, QString> values = mainGroup(file);
-    DesktopEntry entry{values.value(QStringLiteral("Name")), values.value(QStringLiteral("StartupWMClass")),
-        values.value(QStringLiteral("Hidden")) == u"true"
-            || values.value(QStringLiteral("X-GNOME-Autostart-enabled")) == u"false",
-        isListed(values), programOf(values.value(QStringLiteral("Exec"))),
-        values.value(QStringLiteral("Icon"))};
+    DesktopEntry entry{values.value(u"Name"_s), values.value(u"StartupWMClass"_s),
+        values.value(u"Hidden"_s) == u"true" || values.value(u"X-GNOME-Autostart-enabled"_s) == u"false",
+        isListed(values), programOf(values.value(u"Exec"_s)), values.value(u"Icon"_s)};
     if (entry.name.isEmpty())
         return std::nullopt;
     for (const QString &language : languages) {
-        const QString name = values.value(QStringLiteral("Name[%1]").arg(language));
+        const QString name = values.value(u"Name[%1]"_s.arg(language));
         if (name.isEmpty())
             continue;
         entry.name = name;
@@ -93,7 +93,7 @@ QByteArray autostartEntry(const QString &name, const QStringList &command)
     QStringList quoted;
     for (const QString &argument : command)
         quoted.append(execArgument(argument));
-    return QStringLiteral("[Desktop Entry]\nType=Application\nName=%1\nExec=%2\nTerminal=false\n")
+    return u"[Desktop Entry]\nType=Application\nName=%1\nExec=%2\nTerminal=false\n"_s
         .arg(name, quoted.join(u' '))
         .toUtf8();
 }
@@ -111,7 +111,7 @@ void ProgramNames::read()
     m_isRead = true;
     const QStringList languages = sessionLanguages();
     for (const QString &folder : QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
-        QDirIterator files(folder, {QStringLiteral("*.desktop")}, QDir::Files);
+        QDirIterator files(folder, {u"*.desktop"_s}, QDir::Files);
         while (files.hasNext()) {
             const auto bytes = readFile(files.next());
             const auto entry = bytes ? desktopEntryOf(*bytes, languages) : std::nullopt;

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 namespace {
 
@@ -47,7 +49,7 @@ QList<InstalledApplication> DesktopFileApplications::all() const
     QList<InstalledApplication> applications;
     QSet<QString> seen; // the user's own folder comes first, and what it says stands
     for (const QString &folder : QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
-        QDirIterator files(folder, {QStringLiteral("*.desktop")}, QDir::Files, QDirIterator::Subdirectories);
+        QDirIterator files(folder, {u"*.desktop"_s}, QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext()) {
             const QString path = files.next();
             const QString id = idOf(folder, path);

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 namespace {
 
@@ -60,14 +62,14 @@ bool isOrdinaryNeighbour(const EngineLine &line, std::size_t bar, std::size_t ot
 
 void mendPronouns(EngineLine &line)
 {
-    static const QRegularExpression contraction(QStringLiteral("^\\|(?=['’](m|ve|d|ll)\\b)"));
+    static const QRegularExpression contraction(u"^\\|(?=['’](m|ve|d|ll)\\b)"_s);
     const int height = capitalHeight(line);
     for (std::size_t i = 0; i < line.size(); ++i) {
         EngineWord &word = line[i];
-        word.text.replace(contraction, QStringLiteral("I"));
+        word.text.replace(contraction, u"I"_s);
         if (isBar(word) && line.size() > 1 && word.box.height() <= tallestCapital * height
             && isOrdinaryNeighbour(line, i, i - 1, height) && isOrdinaryNeighbour(line, i, i + 1, height))
-            word.text = QStringLiteral("I");
+            word.text = u"I"_s;
     }
 }
 

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 using namespace tesseract;
@@ -109,13 +111,13 @@ QString TesseractEngine::load()
     if (m_api)
         return {};
     if (!TesseractLibrary::shared())
-        return QStringLiteral("没有找到文字识别引擎，请安装 libtesseract5");
+        return u"没有找到文字识别引擎，请安装 libtesseract5"_s;
     library().useOneThread();
     TessBaseAPI *api = library().create();
     library().setVariable(api, "debug_file", "/dev/null");
     if (library().init(api, nullptr, "eng", OEM_LSTM_ONLY) != 0) {
         library().destroy(api);
-        return QStringLiteral("没有找到英文识别数据，请安装 tesseract-ocr-eng");
+        return u"没有找到英文识别数据，请安装 tesseract-ocr-eng"_s;
     }
     // Columns, labels and captions stand side by side on a screen; any other mode reads them as one line.
     library().setPageSegMode(api, PSM_SPARSE_TEXT);

@@ -4,6 +4,8 @@
 
 #include <type_traits>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 namespace {
@@ -14,7 +16,7 @@ constexpr int interfaceVersion = 5;
 
 TesseractLibrary::TesseractLibrary()
 {
-    QLibrary library(QStringLiteral("tesseract"), interfaceVersion); // stays loaded to the end
+    QLibrary library(u"tesseract"_s, interfaceVersion); // stays loaded to the end
     const auto find = [&](auto &function, const char *name) {
         function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(library.resolve(name));
         m_isComplete = m_isComplete && function;

@@ -5,11 +5,13 @@
 #include <QCoro/QCoroFuture>
 #include <QPromise>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 TesseractRecognizer::TesseractRecognizer() : m_engine(std::make_unique<TesseractEngine>())
 {
-    m_thread.setObjectName(QStringLiteral("recognition"));
+    m_thread.setObjectName(u"recognition"_s);
 }
 
 TesseractRecognizer::~TesseractRecognizer()

@@ -3,23 +3,21 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 
 SpeechCommand SpeechProcess::installed()
 {
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    const QString dispatcher = QStandardPaths::findExecutable(QStringLiteral("spd-say"));
-    if (!dispatcher.isEmpty()
-        && QFileInfo::exists(runtime + QStringLiteral("/speech-dispatcher/speechd.sock")))
-        return {dispatcher,
-            {QStringLiteral("--wait"), QStringLiteral("--language"), QStringLiteral("en-US"),
-                QStringLiteral("--rate"), QStringLiteral("-10"), QStringLiteral("--pipe-mode")}};
-    for (const QString &name : {QStringLiteral("espeak-ng"), QStringLiteral("espeak")}) {
+    const QString dispatcher = QStandardPaths::findExecutable(u"spd-say"_s);
+    if (!dispatcher.isEmpty() && QFileInfo::exists(runtime + u"/speech-dispatcher/speechd.sock"_s))
+        return {
+            dispatcher, {u"--wait"_s, u"--language"_s, u"en-US"_s, u"--rate"_s, u"-10"_s, u"--pipe-mode"_s}};
+    for (const QString &name : {u"espeak-ng"_s, u"espeak"_s}) {
         const QString program = QStandardPaths::findExecutable(name);
         if (!program.isEmpty())
-            return {program,
-                {QStringLiteral("-v"), QStringLiteral("en-us"), QStringLiteral("-s"), QStringLiteral("150"),
-                    QStringLiteral("--stdin")}};
+            return {program, {u"-v"_s, u"en-us"_s, u"-s"_s, u"150"_s, u"--stdin"_s}};
     }
     return {};
 }

@@ -2,6 +2,8 @@
 
 #include "platform/linux/ProgramKinds.h"
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 namespace {
 
@@ -51,7 +53,7 @@ Application XFrontApplication::read(xcb_window_t window) const
         application.process = *static_cast<const quint32 *>(xcb_get_property_value(process.get()));
     if (m_x.isOwn(window)) {
         application.bundleID = ownBundleID();
-        application.name = QStringLiteral("Nimbrelle");
+        application.name = u"Nimbrelle"_s;
         return application;
     }
     const QString instance = QString::fromUtf8(classes.value(0));

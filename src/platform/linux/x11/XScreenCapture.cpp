@@ -8,6 +8,8 @@
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbrelle {
 namespace {
 
@@ -78,7 +80,7 @@ bool XScreenCapture::isAllowed() const
 QCoro::Task<Picture> XScreenCapture::capture(Screen screen, QRectF area)
 {
     if (!isAllowed())
-        throw CaptureFailure(QStringLiteral("当前桌面会话不允许截取屏幕"));
+        throw CaptureFailure(u"当前桌面会话不允许截取屏幕"_s);
     Picture picture;
     const QRect pixels = m_screens.layout().pixelsOf(screen.id, area);
     if (pixels.isNull())
@@ -90,7 +92,7 @@ QCoro::Task<Picture> XScreenCapture::capture(Screen screen, QRectF area)
     picture.scale = screen.scale;
     picture.pixels = isCovered ? composed(windows, pixels) : pixelsOf(m_x.root(), pixels);
     if (!picture.isValid())
-        throw CaptureFailure(QStringLiteral("屏幕没有给出图像"));
+        throw CaptureFailure(u"屏幕没有给出图像"_s);
     co_return picture;
 }
 

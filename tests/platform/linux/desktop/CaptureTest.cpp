@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -22,10 +23,9 @@ class Capture : public Desktop { };
 
 TEST_F(Capture, OwnWindowsAreNotInThePictureAndTheTextUnderThemIs)
 {
-    if (QStandardPaths::findExecutable(QStringLiteral("mousepad")).isEmpty())
+    if (QStandardPaths::findExecutable(u"mousepad"_s).isEmpty())
         GTEST_SKIP() << "mousepad is not installed";
-    ASSERT_TRUE(open(QStringLiteral("mousepad"), QStringLiteral("I was reluctant to post this."),
-        {QStringLiteral("--disable-server")}));
+    ASSERT_TRUE(open(u"mousepad"_s, u"I was reluctant to post this."_s, {u"--disable-server"_s}));
     QTest::qWait(500);
     const Screen screen = platform.desktop.screens.all().constFirst();
     const QRect window = frontWindow();
@@ -51,7 +51,7 @@ TEST_F(Capture, OwnWindowsAreNotInThePictureAndTheTextUnderThemIs)
 
     const auto lines = finished(platform.recognizer.recognize(after, RecognitionStyle::plain, {}));
     const bool isRead = std::ranges::any_of(
-        lines, [](const RecognizedLine &line) { return line.text.contains(QStringLiteral("reluctant")); });
+        lines, [](const RecognizedLine &line) { return line.text.contains(u"reluctant"_s); });
     EXPECT_TRUE(isRead);
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -21,16 +22,16 @@ TEST_F(Input, TellsClicksWithTheirCount)
 {
     otherClient.moveTo({400, 300});
     otherClient.click(2);
-    EXPECT_EQ(recorder.take(), QStringLiteral("press, release 1, press, release 2"));
+    EXPECT_EQ(recorder.take(), u"press, release 1, press, release 2"_s);
     QTest::qWait(450);
     otherClient.click();
-    EXPECT_EQ(recorder.take(), QStringLiteral("press, release 1"));
+    EXPECT_EQ(recorder.take(), u"press, release 1"_s);
     otherClient.button(3, true);
     otherClient.button(3, false);
     EXPECT_EQ(recorder.take(), QString());
     otherClient.button(5, true);
     otherClient.button(5, false);
-    EXPECT_EQ(recorder.take(), QStringLiteral("scroll"));
+    EXPECT_EQ(recorder.take(), u"scroll"_s);
 }
 
 TEST_F(Input, AModifierIsNoKeyPress)
@@ -42,8 +43,8 @@ TEST_F(Input, AModifierIsNoKeyPress)
     otherClient.key(controlLeft, true);
     otherClient.key(controlLeft, false);
     otherClient.key(superLeft, false);
-    EXPECT_EQ(recorder.take(),
-        QStringLiteral("key, held 80000, held 0, escape, held 100000, held 140000, held 100000, held 0"));
+    EXPECT_EQ(
+        recorder.take(), u"key, held 80000, held 0, escape, held 100000, held 140000, held 100000, held 0"_s);
 }
 
 TEST_F(Input, AMoveWithAButtonHeldIsADrag)
@@ -57,7 +58,7 @@ TEST_F(Input, AMoveWithAButtonHeldIsADrag)
     EXPECT_EQ(recorder.takeMoves(), 0);
     EXPECT_EQ(platform.desktop.pointer.pressedButtons(), 1U);
     otherClient.button(1, false);
-    EXPECT_EQ(recorder.take(), QStringLiteral("release 1"));
+    EXPECT_EQ(recorder.take(), u"release 1"_s);
 }
 
 TEST_F(Input, OwnWindowsAreLeftOut)
@@ -98,7 +99,7 @@ TEST_F(Input, OwnPostedKeysAreNotTold)
     ASSERT_TRUE(platform.desktop.keySender.sendCopy());
     EXPECT_EQ(recorder.take(), QString());
     otherClient.tap(letterA); // and nothing later is taken for our own
-    EXPECT_EQ(recorder.take(), QStringLiteral("key"));
+    EXPECT_EQ(recorder.take(), u"key"_s);
     otherClient.key(altLeft, true);
     recorder.take();
     EXPECT_FALSE(platform.desktop.keySender.sendCopy());

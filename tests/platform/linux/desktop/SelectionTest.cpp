@@ -8,10 +8,11 @@
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString passage = QStringLiteral("She was reluctant 😀 to post this, but here we go.");
+const QString passage = u"She was reluctant 😀 to post this, but here we go."_s;
 
 struct Editor {
     const char *program;
@@ -132,8 +133,8 @@ TEST_P(Selection, ThePrimarySelectionIsThatOfTheGesture)
 
 TEST_P(Selection, ASimulatedCopyLeavesTheClipboardAsItWas)
 {
-    const ClipboardSnapshot before{{{QStringLiteral("UTF8_STRING"), "早"},
-        {QStringLiteral("image/png"), QByteArray(400'000, 'p')}, {QStringLiteral("text/html"), "<b>x</b>"}}};
+    const ClipboardSnapshot before{
+        {{u"UTF8_STRING"_s, "早"}, {u"image/png"_s, QByteArray(400'000, 'p')}, {u"text/html"_s, "<b>x</b>"}}};
     otherClient.clipboard.restore(before);
     otherClient.sync();
     selectAll();
@@ -178,15 +179,14 @@ TEST_P(AccessibleSelection, AHungProgramDelaysNoLongerThanTold)
         5000));
 }
 
-const Editor gtkEditor{"mousepad", {QStringLiteral("--disable-server")}, QStringLiteral("Mousepad")};
-const Editor qtEditor{"featherpad", {QStringLiteral("--standalone")}, QStringLiteral("FeatherPad")};
+const Editor gtkEditor{"mousepad", {u"--disable-server"_s}, u"Mousepad"_s};
+const Editor qtEditor{"featherpad", {u"--standalone"_s}, u"FeatherPad"_s};
 const auto editorName = [](const auto &each) { return std::string(each.param.program); };
 
 TEST_F(Desktop, AnAccessibilityBusThatHasGoneIsToldAndOpenedAgainWhenAskedFor)
 {
     EXPECT_EQ(platform.permissions.state(Grant::accessibility), (GrantState{true, {}}));
-    const auto launcher =
-        QDBusConnection::sessionBus().interface()->servicePid(QStringLiteral("org.a11y.Bus"));
+    const auto launcher = QDBusConnection::sessionBus().interface()->servicePid(u"org.a11y.Bus"_s);
     ASSERT_TRUE(launcher.isValid());
     ASSERT_EQ(::kill(static_cast<pid_t>(launcher.value()), SIGTERM), 0);
     const auto isOffered = [&] { return platform.permissions.state(Grant::accessibility).canRequest; };
@@ -213,10 +213,9 @@ TEST_F(Clipboards, SixFormatsWithThreeMegabytesComeBackByteForByte)
     QByteArray large;
     for (int i = 0; i < 3'000'000; ++i)
         large.append(static_cast<char>(i * 7 % 251));
-    const ClipboardSnapshot before{{{QStringLiteral("UTF8_STRING"), "caf\xc3\xa9"},
-        {QStringLiteral("text/html"), "<i>a</i>"}, {QStringLiteral("image/png"), large},
-        {QStringLiteral("application/x-private"), QByteArray("\0\1\2", 3)},
-        {QStringLiteral("text/uri-list"), "file:///a%20b\r\n"}, {QStringLiteral("STRING"), "caf\xe9"}}};
+    const ClipboardSnapshot before{{{u"UTF8_STRING"_s, "caf\xc3\xa9"}, {u"text/html"_s, "<i>a</i>"},
+        {u"image/png"_s, large}, {u"application/x-private"_s, QByteArray("\0\1\2", 3)},
+        {u"text/uri-list"_s, "file:///a%20b\r\n"}, {u"STRING"_s, "caf\xe9"}}};
     otherClient.clipboard.restore(before);
     otherClient.sync();
     QElapsedTimer time;
@@ -225,9 +224,9 @@ TEST_F(Clipboards, SixFormatsWithThreeMegabytesComeBackByteForByte)
     RecordProperty("snapshotMs", static_cast<int>(time.elapsed()));
     ASSERT_EQ(taken, before);
     OtherXClient third;
-    third.clipboard.restore({{{QStringLiteral("UTF8_STRING"), "copied"}}});
+    third.clipboard.restore({{{u"UTF8_STRING"_s, "copied"}}});
     third.sync();
-    EXPECT_EQ(finished(platform.desktop.clipboard.string()), QStringLiteral("copied"));
+    EXPECT_EQ(finished(platform.desktop.clipboard.string()), u"copied"_s);
     platform.desktop.clipboard.restore(*taken);
     awaitServer();
     EXPECT_EQ(finished(third.clipboard.snapshot()), before);
