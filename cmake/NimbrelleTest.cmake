@@ -30,6 +30,7 @@ function(nimbrelle_session_test)
     add_executable(${arg_NAME}_tests ${arg_SOURCES})
     target_compile_options(${arg_NAME}_tests PRIVATE -Werror) # what is built for tests alone is held to it
     target_link_libraries(${arg_NAME}_tests PRIVATE nimbrelle_test_support ${arg_LIBRARIES})
+    target_precompile_headers(${arg_NAME}_tests REUSE_FROM nimbrelle_test_support)
     add_test(NAME ${arg_NAME}
         COMMAND "${CMAKE_SOURCE_DIR}/tests/support/x-session" $<TARGET_FILE:${arg_NAME}_tests>)
     set_tests_properties(${arg_NAME} PROPERTIES

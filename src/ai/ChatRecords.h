@@ -40,11 +40,12 @@ struct ChatResponse {
     };
     QList<Choice> choices;
 };
-template <>
-inline constexpr auto fieldsOf<ChatResponse::Message> = fields("content", &ChatResponse::Message::content);
-template <>
-inline constexpr auto fieldsOf<ChatResponse::Choice> = fields("message", &ChatResponse::Choice::message);
-template <> inline constexpr auto fieldsOf<ChatResponse> = fields("choices", &ChatResponse::choices);
+template <Is<ChatResponse::Message> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("content", &Record::content));
+template <Is<ChatResponse::Choice> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("message", &Record::message));
+template <Is<ChatResponse> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("choices", &Record::choices));
 
 struct StreamChunk {
     struct Delta {
@@ -55,10 +56,11 @@ struct StreamChunk {
     };
     QList<Choice> choices;
 };
-template <>
-inline constexpr auto fieldsOf<StreamChunk::Delta> = fields("content", &StreamChunk::Delta::content);
-template <>
-inline constexpr auto fieldsOf<StreamChunk::Choice> = fields("delta", &StreamChunk::Choice::delta);
-template <> inline constexpr auto fieldsOf<StreamChunk> = fields("choices", &StreamChunk::choices);
+template <Is<StreamChunk::Delta> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("content", &Record::content));
+template <Is<StreamChunk::Choice> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("delta", &Record::delta));
+template <Is<StreamChunk> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("choices", &Record::choices));
 
 } // namespace nimbrelle

@@ -30,13 +30,13 @@ struct LookupResult {
 
     bool operator==(const LookupResult &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<LookupResult::Alternative> =
-    fields("text", &LookupResult::Alternative::text, "meaningZh", &LookupResult::Alternative::meaningZh);
+template <Is<LookupResult::Alternative> Record>
+inline constexpr auto fieldsOf<Record> =
+    fields(field("text", &Record::text), field("meaningZh", &Record::meaningZh));
 template <> inline constexpr auto flattenedOf<LookupResult> = &LookupResult::explanation;
-template <>
-inline constexpr auto fieldsOf<LookupResult> = fields("aboutZh", &LookupResult::aboutZh, "corrected",
-    &LookupResult::corrected, "alternatives", &LookupResult::alternatives);
+template <Is<LookupResult> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("aboutZh", &Record::aboutZh),
+    field("corrected", &Record::corrected), field("alternatives", &Record::alternatives));
 
 struct Translation {
     struct KeyTerm {
@@ -51,19 +51,20 @@ struct Translation {
 
     bool operator==(const Translation &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<Translation::KeyTerm> =
-    fields("text", &Translation::KeyTerm::text, "meaningZh", &Translation::KeyTerm::meaningZh);
-template <>
-inline constexpr auto fieldsOf<Translation> =
-    fields("translationZh", &Translation::translationZh, "keyTerms", &Translation::keyTerms);
+template <Is<Translation::KeyTerm> Record>
+inline constexpr auto fieldsOf<Record> =
+    fields(field("text", &Record::text), field("meaningZh", &Record::meaningZh));
+template <Is<Translation> Record>
+inline constexpr auto fieldsOf<Record> =
+    fields(field("translationZh", &Record::translationZh), field("keyTerms", &Record::keyTerms));
 
 struct MnemonicTip {
     QString tipZh;
 
     bool operator==(const MnemonicTip &) const = default;
 };
-template <> inline constexpr auto fieldsOf<MnemonicTip> = fields("tipZh", &MnemonicTip::tipZh);
+template <Is<MnemonicTip> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("tipZh", &Record::tipZh));
 
 /// The user's part of each contract. Lengths are in characters as a reader sees them.
 QString explainMessage(const QString &selection, const std::optional<QString> &context);

@@ -21,9 +21,9 @@ struct CoachMessage {
 
     bool operator==(const CoachMessage &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<CoachMessage> = fields("id", &CoachMessage::id, "fromCoach",
-    &CoachMessage::fromCoach, "text", &CoachMessage::text, "shown", &CoachMessage::shown);
+template <Is<CoachMessage> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("id", &Record::id),
+    field("fromCoach", &Record::fromCoach), field("text", &Record::text), field("shown", &Record::shown));
 
 /// The conversation of one local day.
 struct CoachDay {
@@ -32,8 +32,9 @@ struct CoachDay {
 
     bool operator==(const CoachDay &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<CoachDay> = fields("day", &CoachDay::day, "messages", &CoachDay::messages);
+template <Is<CoachDay> Record>
+inline constexpr auto fieldsOf<Record> =
+    fields(field("day", &Record::day), field("messages", &Record::messages));
 
 /// The coach's conversations of the last days, the oldest first, in a file of this device alone.
 class CoachHistory {

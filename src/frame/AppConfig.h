@@ -35,11 +35,11 @@ struct StudyValues {
 
     bool operator==(const StudyValues &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<StudyValues> = fields("learningSlots", &StudyValues::learningSlots,
-    "dailyNewLimit", &StudyValues::dailyNewLimit, "sessionSize", &StudyValues::sessionSize, "graduateDays",
-    &StudyValues::graduateDays, "leechThreshold", &StudyValues::leechThreshold, "dormantDays",
-    &StudyValues::dormantDays, "recallOnLookup", &StudyValues::recallOnLookup);
+template <Is<StudyValues> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("learningSlots", &Record::learningSlots),
+    field("dailyNewLimit", &Record::dailyNewLimit), field("sessionSize", &Record::sessionSize),
+    field("graduateDays", &Record::graduateDays), field("leechThreshold", &Record::leechThreshold),
+    field("dormantDays", &Record::dormantDays), field("recallOnLookup", &Record::recallOnLookup));
 
 /// The same with the time of their last change.
 struct StudySettings : StudyValues {
@@ -47,9 +47,9 @@ struct StudySettings : StudyValues {
 
     bool operator==(const StudySettings &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<StudySettings> =
-    fieldsWithBase<StudyValues>(fields("changedAt", &StudySettings::changedAt));
+template <Is<StudySettings> Record>
+inline constexpr auto fieldsOf<Record> =
+    fieldsWithBase<StudyValues>(fields(field("changedAt", &Record::changedAt)));
 
 /// All settings of this device. Missing keys of a file take these defaults.
 struct AppConfig : StudyValues {
@@ -82,14 +82,15 @@ struct AppConfig : StudyValues {
     bool operator==(const AppConfig &) const = default;
 };
 template <> inline constexpr bool missingTakesDefault<AppConfig> = true;
-template <>
-inline constexpr auto fieldsOf<AppConfig> = fieldsWithBase<StudyValues>(fields("apiKey", &AppConfig::apiKey,
-    "baseURL", &AppConfig::baseURL, "model", &AppConfig::model, "autoPopupOnSelect",
-    &AppConfig::autoPopupOnSelect, "dwellLookup", &AppConfig::dwellLookup, "dwellSeconds",
-    &AppConfig::dwellSeconds, "optionHoverOCR", &AppConfig::optionHoverOCR, "hoverKey",
-    lenient(&AppConfig::hoverKey), "regionKey", lenient(&AppConfig::regionKey), "optionRegionTranslate",
-    &AppConfig::optionRegionTranslate, "menuBarWord", &AppConfig::menuBarWord, "excludedBundleIDs",
-    &AppConfig::excludedBundleIDs, "syncServer", &AppConfig::syncServer, "syncToken", &AppConfig::syncToken,
-    "syncPin", &AppConfig::syncPin, "studySettingsAt", &AppConfig::studySettingsAt));
+template <Is<AppConfig> Record>
+inline constexpr auto fieldsOf<Record> = fieldsWithBase<StudyValues>(fields(field("apiKey", &Record::apiKey),
+    field("baseURL", &Record::baseURL), field("model", &Record::model),
+    field("autoPopupOnSelect", &Record::autoPopupOnSelect), field("dwellLookup", &Record::dwellLookup),
+    field("dwellSeconds", &Record::dwellSeconds), field("optionHoverOCR", &Record::optionHoverOCR),
+    field("hoverKey", lenient(&Record::hoverKey)), field("regionKey", lenient(&Record::regionKey)),
+    field("optionRegionTranslate", &Record::optionRegionTranslate),
+    field("menuBarWord", &Record::menuBarWord), field("excludedBundleIDs", &Record::excludedBundleIDs),
+    field("syncServer", &Record::syncServer), field("syncToken", &Record::syncToken),
+    field("syncPin", &Record::syncPin), field("studySettingsAt", &Record::studySettingsAt)));
 
 } // namespace nimbrelle

@@ -4,15 +4,18 @@
 #include <cstdint>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
 /// How a record describes itself to the codec. A record is a plain struct with defaulted equality; it names
 /// each field once, in declared order:
 ///
-///     template <> inline constexpr auto fieldsOf<Example> = fields("id", &Example::id, ...);
+///     template <Is<Example> Record>
+///     inline constexpr auto fieldsOf<Record> = fields(field("id", &Record::id), ...);
 ///
-/// A std::optional member may be missing or null in JSON and is left out when absent. Every other member is
-/// required, unless missingTakesDefault<Record> is true.
+/// It is a template, so that only sources that read or write the record pay for its table when they are
+/// built. A std::optional member may be missing or null in JSON and is left out when absent. Every other
+/// member is required, unless missingTakesDefault<Record> is true.
 namespace nimbrelle {
 
 template <class Record, class Member> struct Field {
@@ -30,8 +33,6 @@ template <class Record, class Member> constexpr LenientMember<Record, Member> le
     return {member};
 }
 
-namespace detail {
-
 template <class Record, class Member> constexpr auto field(std::string_view key, Member Record::*member)
 {
     return Field<Record, Member>{key, member, false};
@@ -43,21 +44,14 @@ constexpr auto field(std::string_view key, LenientMember<Record, Member> member)
     return Field<Record, Member>{key, member.member, true};
 }
 
-template <class Pairs, std::size_t... index>
-constexpr auto paired(const Pairs &pairs, std::index_sequence<index...>)
+template <class... Fields> constexpr std::tuple<Fields...> fields(Fields... fields)
 {
-    return std::make_tuple(field(std::get<2 * index>(pairs), std::get<2 * index + 1>(pairs))...);
+    return {fields...};
 }
 
-} // namespace detail
-
-/// Takes key, member, key, member, ...
-template <class... KeysAndMembers> constexpr auto fields(KeysAndMembers... keysAndMembers)
-{
-    static_assert(sizeof...(KeysAndMembers) % 2 == 0);
-    return detail::paired(
-        std::make_tuple(keysAndMembers...), std::make_index_sequence<sizeof...(KeysAndMembers) / 2>{});
-}
+/// The toolkit's code generator can't read <concepts>.
+template <class Left, class Right>
+concept Is = std::is_same_v<Left, Right>;
 
 template <class Record> inline constexpr std::nullptr_t fieldsOf = nullptr;
 

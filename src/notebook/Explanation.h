@@ -37,14 +37,15 @@ struct Explanation {
 
     bool operator==(const Explanation &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<Explanation> = fields("headword", &Explanation::headword, "phonetic",
-    &Explanation::phonetic, "pos", &Explanation::pos, "meaningZh", &Explanation::meaningZh, "definitionEn",
-    &Explanation::definitionEn, "register", &Explanation::register_, "registerNoteZh",
-    &Explanation::registerNoteZh, "sentence", &Explanation::sentence, "sentenceIsExample",
-    &Explanation::sentenceIsExample, "sentenceZh", &Explanation::sentenceZh, "surfaceForm",
-    &Explanation::surfaceForm, "formKind", &Explanation::formKind, "inflections", &Explanation::inflections,
-    "grammar", &Explanation::grammar, "grammarNoteZh", &Explanation::grammarNoteZh, "familyRoot",
-    &Explanation::familyRoot, "affixes", &Explanation::affixes);
+template <Is<Explanation> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("headword", &Record::headword),
+    field("phonetic", &Record::phonetic), field("pos", &Record::pos), field("meaningZh", &Record::meaningZh),
+    field("definitionEn", &Record::definitionEn), field("register", &Record::register_),
+    field("registerNoteZh", &Record::registerNoteZh), field("sentence", &Record::sentence),
+    field("sentenceIsExample", &Record::sentenceIsExample), field("sentenceZh", &Record::sentenceZh),
+    field("surfaceForm", &Record::surfaceForm), field("formKind", &Record::formKind),
+    field("inflections", &Record::inflections), field("grammar", &Record::grammar),
+    field("grammarNoteZh", &Record::grammarNoteZh), field("familyRoot", &Record::familyRoot),
+    field("affixes", &Record::affixes));
 
 } // namespace nimbrelle

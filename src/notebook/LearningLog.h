@@ -71,8 +71,8 @@ private:
     const QString m_path;
     const Clock &m_clock;
 };
-template <>
-inline constexpr auto fieldsOf<LearningLog::Event> = fields("time", &LearningLog::Event::time, "kind",
-    &LearningLog::Event::kind, "word", &LearningLog::Event::word, "detail", &LearningLog::Event::detail);
+template <Is<LearningLog::Event> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("time", &Record::time), field("kind", &Record::kind),
+    field("word", &Record::word), field("detail", &Record::detail));
 
 } // namespace nimbrelle

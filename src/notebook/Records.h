@@ -26,11 +26,12 @@ struct Example {
 
     bool operator==(const Example &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<Example> = fields("id", &Example::id, "sentence", &Example::sentence,
-    "sentenceZh", &Example::sentenceZh, "meaningZh", &Example::meaningZh, "isGenerated",
-    &Example::isGenerated, "sourceApp", &Example::sourceApp, "sourceURL", &Example::sourceURL, "sourceTitle",
-    &Example::sourceTitle, "addedAt", &Example::addedAt);
+template <Is<Example> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("id", &Record::id),
+    field("sentence", &Record::sentence), field("sentenceZh", &Record::sentenceZh),
+    field("meaningZh", &Record::meaningZh), field("isGenerated", &Record::isGenerated),
+    field("sourceApp", &Record::sourceApp), field("sourceURL", &Record::sourceURL),
+    field("sourceTitle", &Record::sourceTitle), field("addedAt", &Record::addedAt));
 
 /// A question put to the AI and its answer, kept on a word or as a free sentence note.
 struct AINote {
@@ -46,11 +47,12 @@ struct AINote {
 
     bool operator==(const AINote &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<AINote> =
-    fields("id", &AINote::id, "question", &AINote::question, "answer", &AINote::answer, "original",
-        &AINote::original, "translation", &AINote::translation, "sourceApp", &AINote::sourceApp, "sourceURL",
-        &AINote::sourceURL, "sourceTitle", &AINote::sourceTitle, "addedAt", &AINote::addedAt);
+template <Is<AINote> Record>
+inline constexpr auto fieldsOf<Record> =
+    fields(field("id", &Record::id), field("question", &Record::question), field("answer", &Record::answer),
+        field("original", &Record::original), field("translation", &Record::translation),
+        field("sourceApp", &Record::sourceApp), field("sourceURL", &Record::sourceURL),
+        field("sourceTitle", &Record::sourceTitle), field("addedAt", &Record::addedAt));
 
 /// A form of a word that the user has really met.
 struct FormRecord {
@@ -62,9 +64,10 @@ struct FormRecord {
 
     bool operator==(const FormRecord &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<FormRecord> = fields("kind", &FormRecord::kind, "form", &FormRecord::form,
-    "firstSeenAt", &FormRecord::firstSeenAt, "count", &FormRecord::count, "sentence", &FormRecord::sentence);
+template <Is<FormRecord> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("kind", &Record::kind), field("form", &Record::form),
+    field("firstSeenAt", &Record::firstSeenAt), field("count", &Record::count),
+    field("sentence", &Record::sentence));
 
 /// A grammar point met in a real sentence.
 struct GrammarEncounter {
@@ -82,13 +85,13 @@ struct GrammarEncounter {
 
     bool operator==(const GrammarEncounter &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<GrammarEncounter> = fields("id", &GrammarEncounter::id, "point",
-    &GrammarEncounter::point, "headword", &GrammarEncounter::headword, "surface", &GrammarEncounter::surface,
-    "sentence", &GrammarEncounter::sentence, "sentenceZh", &GrammarEncounter::sentenceZh, "noteZh",
-    &GrammarEncounter::noteZh, "sourceApp", &GrammarEncounter::sourceApp, "sourceURL",
-    &GrammarEncounter::sourceURL, "sourceTitle", &GrammarEncounter::sourceTitle, "addedAt",
-    &GrammarEncounter::addedAt);
+template <Is<GrammarEncounter> Record>
+inline constexpr auto fieldsOf<Record> =
+    fields(field("id", &Record::id), field("point", &Record::point), field("headword", &Record::headword),
+        field("surface", &Record::surface), field("sentence", &Record::sentence),
+        field("sentenceZh", &Record::sentenceZh), field("noteZh", &Record::noteZh),
+        field("sourceApp", &Record::sourceApp), field("sourceURL", &Record::sourceURL),
+        field("sourceTitle", &Record::sourceTitle), field("addedAt", &Record::addedAt));
 
 /// An affix seen in a word.
 struct AffixEncounter {
@@ -101,10 +104,10 @@ struct AffixEncounter {
 
     bool operator==(const AffixEncounter &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<AffixEncounter> = fields("id", &AffixEncounter::id, "affix",
-    &AffixEncounter::affix, "headword", &AffixEncounter::headword, "root", &AffixEncounter::root, "sentence",
-    &AffixEncounter::sentence, "addedAt", &AffixEncounter::addedAt);
+template <Is<AffixEncounter> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("id", &Record::id), field("affix", &Record::affix),
+    field("headword", &Record::headword), field("root", &Record::root), field("sentence", &Record::sentence),
+    field("addedAt", &Record::addedAt));
 
 /// The counters of one local day.
 struct ReviewStats {
@@ -114,9 +117,9 @@ struct ReviewStats {
 
     bool operator==(const ReviewStats &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<ReviewStats> = fields(
-    "day", &ReviewStats::day, "reviewed", &ReviewStats::reviewed, "newLearned", &ReviewStats::newLearned);
+template <Is<ReviewStats> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("day", &Record::day),
+    field("reviewed", &Record::reviewed), field("newLearned", &Record::newLearned));
 
 /// What keeps a merge from bringing a deleted thing back.
 struct Tombstone {
@@ -125,7 +128,8 @@ struct Tombstone {
 
     bool operator==(const Tombstone &) const = default;
 };
-template <> inline constexpr auto fieldsOf<Tombstone> = fields("id", &Tombstone::id, "at", &Tombstone::at);
+template <Is<Tombstone> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("id", &Record::id), field("at", &Record::at));
 
 /// Upper-case canonical text, the form in which ids are stored and ordered.
 QString idText(const QUuid &id);

@@ -20,10 +20,10 @@ struct SyncBundle {
     bool operator==(const SyncBundle &) const = default;
 };
 template <> inline constexpr bool missingTakesDefault<SyncBundle> = true;
-template <>
-inline constexpr auto fieldsOf<SyncBundle> =
-    fields("format", &SyncBundle::format, "words", &SyncBundle::words, "notes", &SyncBundle::notes, "grammar",
-        &SyncBundle::grammar, "affixes", &SyncBundle::affixes, "deleted", &SyncBundle::deleted, "log",
-        &SyncBundle::log, "stats", &SyncBundle::stats, "settings", &SyncBundle::settings);
+template <Is<SyncBundle> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("format", &Record::format),
+    field("words", &Record::words), field("notes", &Record::notes), field("grammar", &Record::grammar),
+    field("affixes", &Record::affixes), field("deleted", &Record::deleted), field("log", &Record::log),
+    field("stats", &Record::stats), field("settings", &Record::settings));
 
 } // namespace nimbrelle

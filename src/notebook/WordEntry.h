@@ -88,17 +88,20 @@ struct WordEntry {
 double priorityOf(const WordEntry &entry, const AppConfig &config, Timestamp now,
     const std::function<std::optional<Timestamp>(const QString &day)> &midnightOf);
 
-template <>
-inline constexpr auto fieldsOf<WordEntry> = fields("id", &WordEntry::id, "headword", &WordEntry::headword,
-    "phonetic", &WordEntry::phonetic, "pos", &WordEntry::pos, "meaningZh", &WordEntry::meaningZh,
-    "definitionEn", &WordEntry::definitionEn, "register", &WordEntry::register_, "registerNoteZh",
-    &WordEntry::registerNoteZh, "examples", &WordEntry::examples, "createdAt", &WordEntry::createdAt,
-    "lookupCount", &WordEntry::lookupCount, "lastLookupAt", &WordEntry::lastLookupAt, "notes",
-    &WordEntry::notes, "inflections", &WordEntry::inflections, "forms", &WordEntry::forms, "familyRoot",
-    &WordEntry::familyRoot, "affixes", &WordEntry::affixes, "review", &WordEntry::review, "stage",
-    &WordEntry::stage, "encounterDays", &WordEntry::encounterDays, "sourceKeys", &WordEntry::sourceKeys,
-    "wantToLearn", &WordEntry::wantToLearn, "restUntil", &WordEntry::restUntil, "mnemonic",
-    &WordEntry::mnemonic, "spellLevel", &WordEntry::spellLevel, "spellPractice", &WordEntry::spellPractice,
-    "lastSpelledAt", &WordEntry::lastSpelledAt, "stateAt", &WordEntry::stateAt);
+template <Is<WordEntry> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("id", &Record::id),
+    field("headword", &Record::headword), field("phonetic", &Record::phonetic), field("pos", &Record::pos),
+    field("meaningZh", &Record::meaningZh), field("definitionEn", &Record::definitionEn),
+    field("register", &Record::register_), field("registerNoteZh", &Record::registerNoteZh),
+    field("examples", &Record::examples), field("createdAt", &Record::createdAt),
+    field("lookupCount", &Record::lookupCount), field("lastLookupAt", &Record::lastLookupAt),
+    field("notes", &Record::notes), field("inflections", &Record::inflections),
+    field("forms", &Record::forms), field("familyRoot", &Record::familyRoot),
+    field("affixes", &Record::affixes), field("review", &Record::review), field("stage", &Record::stage),
+    field("encounterDays", &Record::encounterDays), field("sourceKeys", &Record::sourceKeys),
+    field("wantToLearn", &Record::wantToLearn), field("restUntil", &Record::restUntil),
+    field("mnemonic", &Record::mnemonic), field("spellLevel", &Record::spellLevel),
+    field("spellPractice", &Record::spellPractice), field("lastSpelledAt", &Record::lastSpelledAt),
+    field("stateAt", &Record::stateAt));
 
 } // namespace nimbrelle

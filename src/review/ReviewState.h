@@ -36,9 +36,10 @@ struct ReviewState {
 
     bool operator==(const ReviewState &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<ReviewState> = fields("stability", &ReviewState::stability, "difficulty",
-    &ReviewState::difficulty, "due", &ReviewState::due, "lastReview", &ReviewState::lastReview, "reps",
-    &ReviewState::reps, "lapses", &ReviewState::lapses, "level", &ReviewState::level);
+template <Is<ReviewState> Record>
+inline constexpr auto fieldsOf<Record> =
+    fields(field("stability", &Record::stability), field("difficulty", &Record::difficulty),
+        field("due", &Record::due), field("lastReview", &Record::lastReview), field("reps", &Record::reps),
+        field("lapses", &Record::lapses), field("level", &Record::level));
 
 } // namespace nimbrelle

@@ -18,8 +18,9 @@ struct SyncState {
 
     bool operator==(const SyncState &) const = default;
 };
-template <>
-inline constexpr auto fieldsOf<SyncState> = fields("server", &SyncState::server, "version",
-    &SyncState::version, "hash", &SyncState::hash, "lastSyncAt", &SyncState::lastSyncAt);
+template <Is<SyncState> Record>
+inline constexpr auto fieldsOf<Record> =
+    fields(field("server", &Record::server), field("version", &Record::version), field("hash", &Record::hash),
+        field("lastSyncAt", &Record::lastSyncAt));
 
 } // namespace nimbrelle

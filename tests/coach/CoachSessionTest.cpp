@@ -2,6 +2,7 @@
 
 #include "ai/AIError.h"
 #include "coach/CoachPrompts.h"
+#include "frame/RecordFile.h"
 #include "support/FakeAIClient.h"
 #include "support/Notebook.h"
 #include "support/Printers.h"

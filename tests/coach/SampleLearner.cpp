@@ -1,5 +1,6 @@
 #include "coach/SampleLearner.h"
 
+#include "frame/RecordCodec.h"
 #include "support/Words.h"
 
 namespace nimbrelle {

@@ -38,12 +38,14 @@ struct Branch {
 
 namespace nimbrelle {
 template <> inline constexpr auto caseNames<Colour> = cases("red", "darkGreen");
-template <>
-inline constexpr auto fieldsOf<Leaf> = fields("name", &Leaf::name, "isOpen", &Leaf::isOpen, "count",
-    &Leaf::count, "weight", &Leaf::weight, "at", &Leaf::at, "id", &Leaf::id, "colour", &Leaf::colour,
-    "noteZh", &Leaf::noteZh, "tags", &Leaf::tags, "forms", &Leaf::forms);
-template <>
-inline constexpr auto fieldsOf<Branch> = fields("leaves", &Branch::leaves, "crown", &Branch::crown);
+template <Is<Leaf> Record>
+inline constexpr auto fieldsOf<Record> = fields(field("name", &Record::name),
+    field("isOpen", &Record::isOpen), field("count", &Record::count), field("weight", &Record::weight),
+    field("at", &Record::at), field("id", &Record::id), field("colour", &Record::colour),
+    field("noteZh", &Record::noteZh), field("tags", &Record::tags), field("forms", &Record::forms));
+template <Is<Branch> Record>
+inline constexpr auto fieldsOf<Record> =
+    fields(field("leaves", &Record::leaves), field("crown", &Record::crown));
 } // namespace nimbrelle
 
 namespace {

@@ -1,4 +1,5 @@
 #include "frame/Failure.h"
+#include "frame/RecordFile.h"
 #include "support/Notebook.h"
 #include "support/Printers.h"
 

@@ -3,7 +3,6 @@
 #include "frame/AppPaths.h"
 #include "frame/ConfigStore.h"
 #include "frame/Failure.h"
-#include "frame/RecordFile.h"
 #include "notebook/Explanation.h"
 #include "notebook/LearningLog.h"
 #include "notebook/PageSource.h"
@@ -57,28 +56,13 @@ struct Notebook {
         const WordEntry *found = store.findHeadword(QString::fromUtf8(headword));
         return found ? *found : throw std::runtime_error(headword);
     }
-    QList<WordEntry> entriesOnDisk() const
-    {
-        return readRecordFile<QList<WordEntry>>(paths.words).value_or(QList<WordEntry>());
-    }
+    QList<WordEntry> entriesOnDisk() const;
 
     /// "kind word detail" of each event of the log.
-    QStringList events() const
-    {
-        QStringList result;
-        for (const QString &line : log.readLines()) {
-            const auto event = decode<LearningLog::Event>(line.toUtf8()).value();
-            result.append(
-                (event.kind + u' ' + event.word + u' ' + event.detail.value_or(QString())).trimmed());
-        }
-        return result;
-    }
+    QStringList events() const;
 
     /// Puts words into the store as a file would.
-    static void seed(const AppPaths &paths, const QList<WordEntry> &words)
-    {
-        writeRecordFile(paths.words, words);
-    }
+    static void seed(const AppPaths &paths, const QList<WordEntry> &words);
 };
 
 } // namespace nimbrelle
