@@ -3,6 +3,7 @@
 #include "notebook/WordStore.h"
 #include "settings/SettingsText.h"
 #include "settings/views/SettingsSections.h"
+#include "widgets/ScrollAnchor.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
@@ -86,6 +87,7 @@ void SettingsView::rebuild()
     m_sync->setParent(nullptr);
     delete m_scroll->takeWidget();
     m_scroll->setWidget(makePage());
+    new ScrollAnchor(*m_scroll, m_sections);
     m_sync->show();
     m_scroll->viewport()->setAutoFillBackground(false);
     m_scroll->widget()->setAutoFillBackground(false);
@@ -114,10 +116,10 @@ QWidget *SettingsView::makePage()
     m_permissions = new PermissionSection(m_parts);
     m_start = new StartSection(m_parts);
     m_exclusions = new ExclusionSection(m_parts);
-    for (QWidget *section : {static_cast<QWidget *>(m_offers), static_cast<QWidget *>(m_permissions),
-             makeKeySection(m_parts, m_isAdvancedOpen), static_cast<QWidget *>(m_start),
-             makeLookupSection(m_parts), makeStudySection(m_parts), makeNotebookSection(),
-             makeSection(theme, u"同步"_s, m_sync), static_cast<QWidget *>(m_exclusions)})
+    m_sections = {m_offers, m_permissions, makeKeySection(m_parts, m_isAdvancedOpen), m_start,
+        makeLookupSection(m_parts), makeStudySection(m_parts), makeNotebookSection(),
+        makeSection(theme, u"同步"_s, m_sync), m_exclusions};
+    for (QWidget *section : std::as_const(m_sections))
         column->addWidget(section);
     column->addStretch();
     return page;

@@ -47,6 +47,7 @@ private:
     ExclusionSection *m_exclusions = nullptr;
     QWidget *m_sync;
     OfferRow *m_offers = nullptr;
+    QList<QWidget *> m_sections; ///< from the top
     bool m_isAdvancedOpen = false;
     Recheck m_recheck;
 };

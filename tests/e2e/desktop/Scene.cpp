@@ -259,7 +259,7 @@ QRect Scene::restingArea(const QString &name) const
     QRect seen;
     for (QRect now = area(); now != seen; now = area()) {
         seen = now;
-        QTest::qWait(50);
+        QTest::qWait(100);
     }
     return seen;
 }

@@ -285,6 +285,7 @@ TEST_F(Windows, TwoNotebooksMeetThroughThePastedCode)
     openSettings();
     pressInSettings(u"现在同步"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return wordsOf(folder).contains(u"deprecate"_s); }));
+    ASSERT_TRUE(says(u"已保存 2 个词"_s));
     ASSERT_TRUE(appears(u"现在同步"_s)); // the page moves no more
     press(u"打开生词本"_s);
     EXPECT_TRUE(says(u"deprecate"_s));

@@ -10,6 +10,7 @@
 #include <QListView>
 #include <QMimeData>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QSlider>
 
@@ -280,6 +281,30 @@ TEST_F(SettingsViewTest, LeadsToTheOtherWindows)
     notebook.save("reluctant");
     settle();
     EXPECT_EQ(text("wordCount"), u"已保存 1 个词"_s);
+}
+
+TEST_F(SettingsViewTest, WhatIsInViewStaysWhereItIsWhenThePageGrowsAboveIt)
+{
+    auto *bar = view.findChild<QScrollArea *>()->verticalScrollBar();
+    const auto place = [&] { return at("connectSync").mapTo(&view, QPoint(0, 0)); };
+    for (const int value : {300, bar->maximum()}) {
+        bar->setValue(value);
+        const QPoint before = place();
+        offers = {{.title = u"开始复习（1 题）"_s, .action = 1}};
+        view.refreshOffers();
+        settle();
+        EXPECT_GT(bar->value(), value);
+        EXPECT_EQ(place(), before);
+        offers.clear();
+        view.refreshOffers();
+        settle();
+        EXPECT_EQ(place(), before);
+    }
+    bar->setValue(0);
+    offers = {{.title = u"开始复习（1 题）"_s, .action = 1}};
+    view.refreshOffers();
+    settle();
+    EXPECT_EQ(bar->value(), 0) << "at the top the page grows as pages do";
 }
 
 TEST_F(SettingsViewTest, ANewThemeKeepsThePlaceAndWhatIsTyped)
