@@ -48,6 +48,14 @@ if(NIMBRELLE_SANITIZE)
     endif()
     add_link_options(-fsanitize=${NIMBRELLE_SANITIZE})
 endif()
+# What the built programs run with. The toolkit's libraries are not instrumented: what they do among themselves
+# can't be judged, so their calls are left out.
+set(NIMBRELLE_RUN_ENVIRONMENT "")
+if(NIMBRELLE_SANITIZE MATCHES "thread")
+    string(CONCAT NIMBRELLE_RUN_ENVIRONMENT
+        "TSAN_OPTIONS=ignore_noninstrumented_modules=1"
+        ":suppressions=${CMAKE_SOURCE_DIR}/cmake/thread-suppressions.txt")
+endif()
 if(NIMBRELLE_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()

@@ -9,7 +9,7 @@ function(nimbrelle_test)
     add_test(NAME ${arg_NAME} COMMAND ${arg_NAME}_tests)
     set_tests_properties(${arg_NAME} PROPERTIES
         LABELS "${arg_LABELS}" TIMEOUT 300
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Asia/Shanghai;LC_ALL=C.UTF-8")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Asia/Shanghai;LC_ALL=C.UTF-8;${NIMBRELLE_RUN_ENVIRONMENT}")
 endfunction()
 
 # nimbrelle_view_test(NAME ... SOURCES ... [LIBRARIES ...])

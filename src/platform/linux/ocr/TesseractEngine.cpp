@@ -98,8 +98,6 @@ std::vector<EngineLine> linesOf(TessBaseAPI *api)
 
 } // namespace
 
-TesseractEngine::TesseractEngine() = default;
-
 TesseractEngine::~TesseractEngine()
 {
     if (m_api)

@@ -2,8 +2,6 @@
 
 #include "platform/TextRecognizer.h"
 
-#include <QObject>
-
 #include <stop_token>
 
 namespace tesseract {
@@ -18,12 +16,12 @@ struct Recognition {
 };
 
 /// The recognition itself, on whatever one thread calls it. Blocks for 0.1 to 2 seconds.
-class TesseractEngine final : public QObject {
-    Q_OBJECT
-
+class TesseractEngine final {
 public:
-    TesseractEngine();
-    ~TesseractEngine() override;
+    TesseractEngine() = default;
+    ~TesseractEngine();
+    TesseractEngine(const TesseractEngine &) = delete;
+    TesseractEngine &operator=(const TesseractEngine &) = delete;
 
     /// Ends early, with nothing, once one of the tokens is stopped.
     Recognition read(const Picture &picture, RecognitionStyle style, const std::stop_token &stop,

@@ -2,14 +2,13 @@
 
 #include "platform/TextRecognizer.h"
 
-#include <QThread>
-
 #include <memory>
 #include <stop_token>
 
 namespace nimbrelle {
 
 class TesseractEngine;
+class WorkThread;
 
 /// The engine loads with the first picture and stays warm, on a thread of its own.
 class TesseractRecognizer final : public TextRecognizer {
@@ -22,9 +21,9 @@ public:
         Picture picture, RecognitionStyle style, std::stop_token stop) override;
 
 private:
-    QThread m_thread;
-    std::unique_ptr<TesseractEngine> m_engine; ///< lives on the thread
     std::stop_source m_ending;
+    std::unique_ptr<TesseractEngine> m_engine; ///< used on the thread alone
+    std::unique_ptr<WorkThread> m_thread; ///< ends before the engine goes
 };
 
 } // namespace nimbrelle
