@@ -6,10 +6,10 @@ say() { printf '%s\n' "$*" >&2; }
 fail() { printf 'Error: %s\n' "$*" >&2; exit 1; }
 
 packages_of() { # SECTION...
-    awk -v wanted=" $* " '
+    sed "s/{llvm}/$(llvm_version)/g" "$root/tools/packages.txt" | awk -v wanted=" $* " '
         { sub(/#.*/, "") }
         /^\[/ { gsub(/[][ \t]/, ""); inside = index(wanted, " " $0 " "); next }
-        inside { for (i = 1; i <= NF; i++) print $i }' "$root/tools/packages.txt"
+        inside { for (i = 1; i <= NF; i++) print $i }'
 }
 
 is_installed() { # PACKAGE
@@ -18,6 +18,21 @@ is_installed() { # PACKAGE
 
 is_offered() { # PACKAGE
     LC_ALL=C apt-cache policy "$1" 2>/dev/null | grep -q '^  Candidate: [^(]'
+}
+
+# One version for compiler, sanitizer runtime and tools: that of the newest clang that is installed, or else
+# offered. Such as 19; the build refuses what is older than 16.
+llvm_version() {
+    local test version
+    for test in is_installed is_offered; do
+        for version in {30..16}; do
+            if "$test" "clang-$version"; then
+                echo "$version"
+                return
+            fi
+        done
+    done
+    echo 19
 }
 
 # Of each set of alternatives one: installed, or else offered, or else the first, to be told as missing.
@@ -60,14 +75,20 @@ find_root() {
     fi
 }
 
+wanted_but_missing() { # SECTION...
+    local wanted
+    mapfile -t wanted < <(packages_of "$@")
+    # shellcheck disable=SC2046 # names of packages have no blanks
+    missing_of $(chosen_of "${wanted[@]}")
+}
+
 install_packages() { # SECTION...
-    local wanted missing as_root log apt updated=yes
+    local missing as_root log apt updated=yes
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
         say "This is no Debian-like system, so nothing is installed; what is missing will be named."
         return 0
     fi
-    mapfile -t wanted < <(packages_of "$@")
-    mapfile -t missing < <(missing_of $(chosen_of "${wanted[@]}"))
+    mapfile -t missing < <(wanted_but_missing "$@")
     ((${#missing[@]})) || return 0
 
     find_root "${missing[@]}"
@@ -77,7 +98,7 @@ install_packages() { # SECTION...
         -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0)
 
     "${apt[@]}" -o APT::Update::Error-Mode=any update >"$log" 2>&1 || updated=no
-    mapfile -t missing < <(missing_of $(chosen_of "${wanted[@]}")) # now it is known what is offered
+    mapfile -t missing < <(wanted_but_missing "$@") # now it is known what is offered
     check_offered "$updated" "$log" "${missing[@]}"
     say "Installing: ${missing[*]}"
     "${apt[@]}" install --no-install-recommends "${missing[@]}" 2>&1 </dev/null \
@@ -110,7 +131,7 @@ check_offered() { # WHETHER-UPDATED LOG PACKAGE...
 # A tool of LLVM under the name that this system gives it: llvm_tool clang-tidy
 llvm_tool() { # NAME
     local version
-    for version in -19 -18 -17 -16 ''; do
+    for version in "-$(llvm_version)" ''; do
         if command -v "$1$version"; then return; fi
     done
     return 1
