@@ -12,7 +12,7 @@ namespace {
 Picture pictureFrom(const QImage &image)
 {
     const QByteArray pixels(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes());
-    return {image.width(), image.height(), 1, pixels};
+    return {.width = image.width(), .height = image.height(), .scale = 1, .pixels = pixels};
 }
 
 } // namespace

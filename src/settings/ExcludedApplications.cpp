@@ -18,7 +18,7 @@ QList<ExcludedApplications::Row> ExcludedApplications::rows() const
         for (const InstalledApplication &application : known)
             if (application.bundleID == bundleID && !names.contains(application.name))
                 names.append(application.name);
-        rows.append({bundleID, names.isEmpty() ? bundleID : names.join(u'、')});
+        rows.append({.bundleID = bundleID, .name = names.isEmpty() ? bundleID : names.join(u'、')});
     }
     return rows;
 }

@@ -171,11 +171,11 @@ QString title(const std::optional<WordEntry> &word)
 ToolTip toolTip(const std::optional<WordEntry> &word)
 {
     if (!word)
-        return {u"Nimbrelle"_s, {}};
+        return {.title = u"Nimbrelle"_s, .text = {}};
     QString text = word->meaningZh.toHtmlEscaped();
     if (const auto sentence = MenuBarText::sentenceTitle(*word))
         text += u'\n' + boldened(*sentence);
-    return {word->headword, text};
+    return {.title = word->headword, .text = text};
 }
 
 } // namespace nimbrelle::StatusMenu

@@ -112,7 +112,7 @@ void AddWordModel::save()
     if (!m_result)
         return;
     const Explanation explanation = m_result->explanation;
-    const PageSource source{u"手动添加"_s, std::nullopt, std::nullopt};
+    const PageSource source{.app = u"手动添加"_s, .url = std::nullopt, .title = std::nullopt};
     m_words.save(explanation, source);
     m_lastSaved = u"已保存 "_s + explanation.headword;
     reset();

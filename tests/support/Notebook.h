@@ -44,7 +44,9 @@ struct Notebook {
 
     static PageSource page(const char *url)
     {
-        return {QStringLiteral("Firefox"), QString::fromUtf8(url), QStringLiteral("A page")};
+        return {.app = QStringLiteral("Firefox"),
+            .url = QString::fromUtf8(url),
+            .title = QStringLiteral("A page")};
     }
 
     /// As if the notebook had held these words, and only these, all along.

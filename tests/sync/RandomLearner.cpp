@@ -48,8 +48,8 @@ Explanation explanationFor(Random &random)
 PageSource sourceFor(Random &random)
 {
     if (random.oneIn(4))
-        return {u"Terminal"_s, std::nullopt, std::nullopt};
-    return {u"Browser"_s, u"https://"_s + random.from(sites) + u"/a"_s, u"A page"_s};
+        return {.app = u"Terminal"_s, .url = std::nullopt, .title = std::nullopt};
+    return {.app = u"Browser"_s, .url = u"https://"_s + random.from(sites) + u"/a"_s, .title = u"A page"_s};
 }
 
 AINote noteFor(Random &random, Timestamp now)

@@ -59,7 +59,8 @@ QList<InstalledApplication> DesktopFileApplications::all() const
                 continue;
             seen.insert(id);
             if (entry->isListed && !entry->isHidden && entry->program != u"nimbrelle")
-                applications.append({bundleIDOf(*entry, id, windows), entry->name, entry->icon});
+                applications.append(
+                    {.bundleID = bundleIDOf(*entry, id, windows), .name = entry->name, .icon = entry->icon});
         }
     }
     sortByName(applications);

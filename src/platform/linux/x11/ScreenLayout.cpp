@@ -78,8 +78,10 @@ QList<Strut> strutsOf(const std::vector<quint32> &values)
         if (values[i] == 0)
             continue;
         const bool partial = values.size() >= 12;
-        struts.append(
-            {edges[i], value(i), partial ? value(4 + 2 * i) : 0, partial ? value(5 + 2 * i) : wholeEdge});
+        struts.append({.edge = edges[i],
+            .depth = value(i),
+            .from = partial ? value(4 + 2 * i) : 0,
+            .to = partial ? value(5 + 2 * i) : wholeEdge});
     }
     return struts;
 }
@@ -88,8 +90,10 @@ QList<Screen> ScreenLayout::screens() const
 {
     QList<Screen> screens;
     for (const Monitor &monitor : m_monitors)
-        screens.append(
-            {monitor.id, turned(monitor, monitor.frame), turned(monitor, monitor.workArea), monitor.scale});
+        screens.append({.id = monitor.id,
+            .frame = turned(monitor, monitor.frame),
+            .workArea = turned(monitor, monitor.workArea),
+            .scale = monitor.scale});
     return screens;
 }
 

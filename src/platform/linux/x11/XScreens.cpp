@@ -82,7 +82,8 @@ QList<Monitor> XScreens::readMonitors() const
         for (const QRect &told : workAreas)
             if (frame.contains(told))
                 work &= told;
-        monitors.insert(main ? 0 : monitors.size(), {id, frame, work, scale});
+        monitors.insert(
+            main ? 0 : monitors.size(), {.id = id, .frame = frame, .workArea = work, .scale = scale});
     };
     if (m_x.has(&xcb_randr_id)) {
         const auto reply =
