@@ -214,14 +214,14 @@ QPalette Theme::palette() const
     return palette;
 }
 
-QString Theme::resolved(QStringView text) const
+QString Theme::resolved(const QString &text) const
 {
     static const QRegularExpression token(u"\\$([A-Za-z0-9]+)(?:/(\\d+))?"_s);
     QString result;
     qsizetype end = 0;
     for (auto each = token.globalMatch(text); each.hasNext();) {
         const auto match = each.next();
-        result.append(text.mid(end, match.capturedStart() - end));
+        result.append(QStringView(text).mid(end, match.capturedStart() - end));
         end = match.capturedEnd();
         bool isLength = false;
         const int length = match.captured(1).toInt(&isLength);
@@ -235,14 +235,14 @@ QString Theme::resolved(QStringView text) const
         const double opacity = match.hasCaptured(2) ? match.captured(2).toInt() / 100.0 : 1;
         result += css(colour(static_cast<Tone>(tone - tones.begin()), opacity));
     }
-    return result.append(text.mid(end));
+    return result.append(QStringView(text).mid(end));
 }
 
 QString Theme::styleSheet() const
 {
     QString text;
     for (const QStringView sheet : sheets)
-        text += resolved(sheet);
+        text += resolved(sheet.toString());
     static constexpr std::array names{"blue", "green", "orange", "purple"};
     for (std::size_t i = 0; i < names.size(); ++i)
         text += u"QLabel[tint=\"%1\"] { background: %2; color: %3; }\n"_s.arg(QLatin1StringView(names[i]),

@@ -84,7 +84,7 @@ signals:
     void changed();
 
 private:
-    QString resolved(QStringView sheet) const;
+    QString resolved(const QString &sheet) const;
     void refresh();
 
     const double m_scale;

@@ -124,8 +124,8 @@ TEST_F(DeepSeekClientTest, SendsExactlyWhatTheProtocolAsksFor)
 TEST_F(DeepSeekClientTest, EachContractSendsItsOwnPromptAndReadsItsOwnReply)
 {
     const auto expectSent = [this](const QString &system, const QString &user) {
-        EXPECT_EQ(
-            sentBody()[u"messages"], (QJsonArray{message(u"system"_s, system), message(u"user"_s, user)}));
+        EXPECT_EQ(sentBody()[u"messages"].toArray(),
+            (QJsonArray{message(u"system"_s, system), message(u"user"_s, user)}));
     };
     WordEntry word;
     word.headword = u"run"_s;

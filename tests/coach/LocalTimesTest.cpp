@@ -29,7 +29,7 @@ TEST_P(LocalTimesTest, AgreeWithTheSystemAtEveryMinute)
     for (int minute = 0; minute < 3 * 24 * 60; ++minute) {
         const Timestamp time = from + std::chrono::minutes{minute};
         const QDateTime system = QDateTime::fromSecsSinceEpoch(
-            std::chrono::floor<std::chrono::seconds>(time.time_since_epoch()).count(), Qt::LocalTime);
+            std::chrono::floor<std::chrono::seconds>(time.time_since_epoch()).count());
         const std::chrono::year_month_day day{times.at(time).day};
         ASSERT_EQ(QDate(static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
                       static_cast<int>(static_cast<unsigned>(day.day()))),
