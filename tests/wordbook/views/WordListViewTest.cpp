@@ -107,6 +107,38 @@ TEST_F(WordListViewTest, TheKeyboardGoesThroughTheWords)
     EXPECT_EQ(notebook.store.entries().size(), 9);
 }
 
+TEST_F(WordListViewTest, OnlyTheDeleteKeyDeletesAndOnlyARowThatIsSeenAsChosen)
+{
+    const auto openMenu = [this] {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+        QCoreApplication::sendEvent(&list("wordRows"), &event);
+        hand.settle();
+    };
+    ASSERT_TRUE(list("wordRows").hasFocus()); // which makes the first row the current one
+    ASSERT_EQ(chosen("wordRows"), QString());
+    hand.key(Qt::Key_Delete);
+    openMenu();
+    EXPECT_EQ(notebook.store.entries().size(), 10);
+    EXPECT_FALSE(hand.shows("rowMenu"));
+    click("wordRows", u"regression"_s);
+    for (const auto modifier : {Qt::ControlModifier, Qt::ShiftModifier, Qt::AltModifier})
+        hand.key(Qt::Key_Delete, modifier);
+    hand.key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(notebook.store.entries().size(), 10);
+    list("wordRows").setFixedHeight(80);
+    list("wordRows").verticalScrollBar()->setValue(0);
+    hand.settle();
+    hand.key(Qt::Key_Delete);
+    EXPECT_EQ(notebook.store.entries().size(), 10) << "it is scrolled out of sight";
+    click("wordRows", u"regression"_s);
+    openMenu();
+    pick("rowMenu", u"删除"_s);
+    EXPECT_FALSE(notebook.store.findHeadword(u"regression"_s));
+    hand.key(Qt::Key_Delete, Qt::KeypadModifier);
+    EXPECT_FALSE(notebook.store.findHeadword(u"flaky"_s));
+    EXPECT_EQ(notebook.store.entries().size(), 8);
+}
+
 TEST_F(WordListViewTest, TabGoesThroughItInReadingOrder)
 {
     click("wordRows", u"regression"_s);
