@@ -323,27 +323,61 @@ TEST_F(SettingsViewTest, ANewThemeKeepsThePlaceAndWhatIsTyped)
 
 TEST_F(SettingsViewTest, EveryControlHasANameAndTabGoesDownThePage)
 {
-    link();
     offers = {{.title = u"生词本"_s, .action = 1}};
     view.refreshOffers();
-    view.activateWindow();
-    settle();
     QWidget &page = *view.findChild<QScrollArea *>()->widget();
-    at("offer1").setFocus();
-    int lowest = 0;
-    int stops = 0;
-    for (QWidget *widget = QApplication::focusWidget(); widget; widget = QApplication::focusWidget()) {
-        EXPECT_FALSE(widget->objectName().isEmpty());
-        EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->objectName().toStdString();
-        const int bottom = widget->mapTo(&page, QPoint(0, widget->height())).y();
-        EXPECT_GE(bottom, lowest) << widget->objectName().toStdString();
-        lowest = bottom;
-        ++stops;
-        if (widget->objectName() == u"addExcluded")
-            break;
-        QTest::keyClick(widget, Qt::Key_Tab);
-    }
-    EXPECT_GT(stops, 27);
+    view.activateWindow();
+    const auto pass = [&] {
+        settle();
+        at("offer1").setFocus();
+        int lowest = 0;
+        int stops = 0;
+        for (QWidget *widget = QApplication::focusWidget(); widget; widget = QApplication::focusWidget()) {
+            EXPECT_FALSE(widget->objectName().isEmpty());
+            EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->objectName().toStdString();
+            const int bottom = widget->mapTo(&page, QPoint(0, widget->height())).y();
+            EXPECT_GE(bottom, lowest) << widget->objectName().toStdString();
+            lowest = bottom;
+            ++stops;
+            if (widget->objectName() == u"addExcluded" || stops > 100)
+                break;
+            QTest::keyClick(widget, Qt::Key_Tab);
+        }
+        return stops;
+    };
+    const int unlinked = pass();
+    link();
+    const int linked = pass();
+    EXPECT_GT(linked, 27);
+    press("disconnectSync"); // and its section is made once more
+    EXPECT_EQ(pass(), unlinked);
+    offers.append({.title = u"退出 Nimbrelle"_s, .action = 2});
+    view.refreshOffers();
+    permissions.states[Grant::accessibility] = {.canRequest = true};
+    notebook.clock.advance(1500ms);
+    EXPECT_GT(pass(), unlinked);
+}
+
+TEST_F(SettingsViewTest, ABlankDoesNotReplaceWhatTabSelected)
+{
+    notebook.configure([](AppConfig &config) { config.apiKey = u"sk-1"_s; });
+    view.activateWindow();
+    const auto arrive = [this] {
+        at("testKey").setFocus();
+        QTest::keyClick(&at("testKey"), Qt::Key_Backtab);
+        EXPECT_EQ(at<QLineEdit>("apiKey").selectedText().size(), 4);
+    };
+    arrive();
+    key(Qt::Key_Shift);
+    key(Qt::Key_Space);
+    EXPECT_EQ(config().apiKey, u"sk-1"_s);
+    QTest::keyClick(&at("apiKey"), Qt::Key_Backspace);
+    arrive();
+    commit("\u3000"); // by an input method in its full-width state
+    EXPECT_EQ(config().apiKey, u"sk-1"_s);
+    QTest::keyClick(&at("apiKey"), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&at("apiKey"), Qt::Key_Space);
+    EXPECT_EQ(config().apiKey, QString()) << "the user's own selection is replaced";
 }
 
 } // namespace nimbrelle
