@@ -40,7 +40,8 @@ Tint tintOf(Register tone)
 std::optional<QUrl> linkOf(const PageSource &source)
 {
     const QUrl url(source.url.value_or(QString()), QUrl::StrictMode);
-    return url.isValid() && !url.scheme().isEmpty() ? std::optional(url) : std::nullopt;
+    const bool isPage = url.scheme() == u"http"_s || url.scheme() == u"https"_s || url.isLocalFile();
+    return url.isValid() && isPage ? std::optional(url) : std::nullopt;
 }
 
 struct TextsLook {

@@ -55,6 +55,23 @@ TEST_F(WordListViewTest, ShowsTheChosenWordWithAllThatIsKnown)
     EXPECT_FALSE(hand.find("forms"));
 }
 
+TEST_F(WordListViewTest, OnlyPagesAndFilesAreLinks)
+{
+    const std::pair<const char *, bool> addresses[]{{"https://a.example/b", true}, {"http://a.example", true},
+        {"file:///home/x/notes.pdf", true}, {"smb://a.example/b", false}, {"javascript:alert(1)", false},
+        {"apt:hello", false}, {"a.example/b", false}};
+    click("wordRows", u"regression"_s);
+    for (const auto &[address, isLink] : addresses) {
+        SyncBundle bundle = notebook.store.snapshot();
+        for (WordEntry &word : bundle.words)
+            for (Example &example : word.examples)
+                example.sourceURL = QString::fromLatin1(address);
+        notebook.store.applySync(bundle);
+        hand.settle();
+        EXPECT_EQ(hand.find<QPushButton>("source") != nullptr, isLink) << address;
+    }
+}
+
 TEST_F(WordListViewTest, TheFamilyLeadsFromWordToWord)
 {
     click("wordRows", u"regression"_s);
