@@ -64,6 +64,16 @@ TEST(SyncCommands, ConnectStoresTheLinkOnceTheServerHasAnswered)
     EXPECT_EQ(device.config().config().syncPin, QString(64, u'b'));
 }
 
+TEST(SyncCommands, ConnectTakesTheCodeFromStandardInputWhenAsked)
+{
+    QString given = u"同步码："_s + code + u"\nsecond line"_s;
+    QTextStream in(&given);
+    EXPECT_EQ(givenCode(code, in), code);
+    EXPECT_EQ(givenCode(u"-"_s, in), u"同步码："_s + code);
+    QTextStream nothing(QByteArray{});
+    EXPECT_EQ(givenCode(u"-"_s, nothing), QString());
+}
+
 TEST(SyncCommands, ConnectStoresNothingOnFailure)
 {
     Device device;
