@@ -2,6 +2,7 @@
 
 #include <QLayout>
 #include <QList>
+#include <QScrollArea>
 #include <QWidget>
 
 namespace nimbrelle {
@@ -25,8 +26,15 @@ void collect(QWidget &widget, QList<QWidget *> &stops)
 {
     if (widget.focusPolicy() & Qt::TabFocus)
         stops.append(&widget);
+    const auto *scrolled = qobject_cast<const QScrollArea *>(&widget);
     if (const QLayout *layout = widget.layout())
         collect(*layout, stops);
+    else if (scrolled && scrolled->widget())
+        collect(*scrolled->widget(), stops);
+    else
+        for (auto *child : widget.findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+            if (!child->isWindow())
+                collect(*child, stops);
 }
 
 } // namespace

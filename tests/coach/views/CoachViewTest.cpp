@@ -90,6 +90,23 @@ TEST_F(CoachViewTest, TheReviewOfTodayCanBeTalkedOverAsSoonAsThereIsOne)
     EXPECT_TRUE(user.isEnabled("chip0"));
 }
 
+TEST_F(CoachViewTest, TabGoesDownTheWindowThoughItsPartsAreMadeAnew)
+{
+    user.press("stop"); // which brings a button to try again, and
+    notebook.store.applyReview(notebook.save("rewrite"), Rating::good, LogKind::review);
+    QEvent activated(QEvent::WindowActivate); // this another chip
+    QCoreApplication::sendEvent(&view, &activated);
+    user.find("rewrite")->setFocus();
+    QStringList passed;
+    for (int i = 0; i < 8; ++i) {
+        user.key(Qt::Key_Tab);
+        passed.append(user.focused()->objectName());
+    }
+    EXPECT_THAT(passed,
+        testing::ElementsAre(u"messages"_s, u"retry"_s, u"chip0"_s, u"chip1"_s, u"chip2"_s, u"chip3"_s,
+            u"startReview"_s, u"input"_s));
+}
+
 TEST_F(CoachViewTest, OtherColoursLeaveTheKeyboardWhereItIs)
 {
     brief(u"早"_s);
