@@ -84,7 +84,7 @@ DeepSeekClient::Request DeepSeekClient::makeRequest(
     // Closing a stream then closes its connection.
     head.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     head.setTransferTimeout(static_cast<int>(m_timeout.count()));
-    return {head, bodyOf(m_config.model, messages, extra)};
+    return {.head = head, .body = bodyOf(m_config.model, messages, extra)};
 }
 
 QCoro::Task<Explanation> DeepSeekClient::explain(

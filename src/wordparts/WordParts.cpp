@@ -61,8 +61,8 @@ QWidget *makeTexts(const Theme &theme, const TextsLook &look, const QString &sen
         column->addWidget(english);
     }
     if (!translation.isEmpty())
-        column->addWidget(makeReadText(
-            theme, u"sentenceZh"_s, u"句子的意思"_s, translation, {TextType::small, Tone::ink2}));
+        column->addWidget(makeReadText(theme, u"sentenceZh"_s, u"句子的意思"_s, translation,
+            {.type = TextType::small, .tone = Tone::ink2}));
     return holder;
 }
 
@@ -98,7 +98,8 @@ QWidget *makeSourceLabel(const Theme &theme, const PageSource &source, bool show
             setPlainToolTip(*text, line);
         return text;
     }
-    auto *button = makeButton(theme, u"source"_s, shown, {ButtonKind::plain, Icon::link, TextType::tiny});
+    auto *button = makeButton(
+        theme, u"source"_s, shown, {.kind = ButtonKind::plain, .icon = Icon::link, .type = TextType::tiny});
     button->setAccessibleName(line);
     setPlainToolTip(*button, link->toString());
     QObject::connect(

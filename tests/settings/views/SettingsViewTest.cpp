@@ -86,7 +86,7 @@ TEST_F(SettingsViewTest, GrantsAreLookedAtAgainWhileItIsOpen)
 {
     EXPECT_TRUE(shows("grantedAccessibility"));
     EXPECT_FALSE(shows("relaunch"));
-    permissions.states[Grant::screenCapture] = {false, {}, true, true};
+    permissions.states[Grant::screenCapture] = {.canRequest = true, .needsRelaunch = true};
     notebook.clock.advance(1500ms);
     settle();
     EXPECT_EQ(text("grantScreenCapture"), u"去开启"_s);
@@ -94,7 +94,7 @@ TEST_F(SettingsViewTest, GrantsAreLookedAtAgainWhileItIsOpen)
     EXPECT_THAT(permissions.requested, ElementsAre(Grant::screenCapture));
     press("relaunch");
     EXPECT_EQ(started.size(), 1);
-    permissions.states[Grant::screenCapture] = {true, {}};
+    permissions.states[Grant::screenCapture] = {.granted = true};
     view.hide();
     notebook.clock.advance(10s);
     EXPECT_TRUE(find("grantScreenCapture")); // nobody looks
@@ -104,8 +104,9 @@ TEST_F(SettingsViewTest, GrantsAreLookedAtAgainWhileItIsOpen)
 
 TEST_F(SettingsViewTest, AButtonStandsOnlyWhereItDoesSomething)
 {
-    permissions.states[Grant::accessibility] = {true, u"辅助功能总线没有打开。"_s, true};
-    permissions.states[Grant::screenCapture] = {false, u"当前是 Wayland 会话。"_s};
+    permissions.states[Grant::accessibility] = {
+        .granted = true, .note = u"辅助功能总线没有打开。"_s, .canRequest = true};
+    permissions.states[Grant::screenCapture] = {.note = u"当前是 Wayland 会话。"_s};
     notebook.clock.advance(1500ms);
     settle();
     EXPECT_TRUE(shows("grantedAccessibility"));
@@ -205,11 +206,11 @@ TEST_F(SettingsViewTest, ASyncCodeIsTriedBeforeItIsKept)
     press("connectSync");
     EXPECT_EQ(text("connectSync"), u"连接中…"_s);
     EXPECT_FALSE(shows("syncMessage"));
-    network.answer({401, {}, {}});
+    network.answer({.status = 401});
     EXPECT_EQ(text("syncMessage"), u"同步码里的密码不对"_s);
     EXPECT_TRUE(config().syncServer.isEmpty());
     QTest::keyClick(&at("syncCode"), Qt::Key_Return);
-    network.answer({200, {}, {}});
+    network.answer({.status = 200});
     settle();
     EXPECT_EQ(text("syncHost"), u"已连接 home.example"_s);
     EXPECT_EQ(text("syncStatus"), u"正在同步…"_s);
