@@ -30,7 +30,7 @@ AIError::AIError(Kind kind) : Failure(textOf(kind)), m_kind(kind) { }
 
 AIError::AIError(qint64 status, const QString &text) : Failure(text), m_kind(Kind::http), m_status(status) { }
 
-AIError AIError::ofStatus(qint64 status, const QString &detail)
+AIError AIError::ofStatus(qint64 status, const QString &detail, const QString &key)
 {
     constexpr qint64 unauthorized = 401, paymentRequired = 402;
     constexpr qsizetype shownCharacters = 200;
@@ -38,9 +38,9 @@ AIError AIError::ofStatus(qint64 status, const QString &detail)
         return AIError(Kind::unauthorized);
     if (status == paymentRequired)
         return AIError(Kind::noBalance);
+    const QString shown = firstCharacters(withoutSecret(detail, key), shownCharacters);
     // No QString::arg: the detail may hold a %1 of its own.
-    return AIError(status,
-        u"DeepSeek 返回错误 "_s + QString::number(status) + u'：' + firstCharacters(detail, shownCharacters));
+    return AIError(status, u"DeepSeek 返回错误 "_s + QString::number(status) + u'：' + shown);
 }
 
 } // namespace nimbrelle

@@ -18,8 +18,9 @@ public:
 
     /// Of a kind other than http.
     explicit AIError(Kind kind);
-    /// For any status but 200. `detail` is what the provider said; its first 200 characters are shown.
-    static AIError ofStatus(qint64 status, const QString &detail);
+    /// For any status but 200. `detail` is what the provider said; its first 200 characters are shown,
+    /// without the key.
+    static AIError ofStatus(qint64 status, const QString &detail, const QString &key);
 
     Kind kind() const { return m_kind; }
     /// The status of the kind http, else 0.

@@ -84,7 +84,7 @@ DeepSeekClient::Request DeepSeekClient::makeRequest(
     // Closing a stream then closes its connection.
     head.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     head.setTransferTimeout(static_cast<int>(m_timeout.count()));
-    return {head, bodyOf(m_config.model, messages, extra)};
+    return {.head = head, .body = bodyOf(m_config.model, messages, extra)};
 }
 
 QCoro::Task<Explanation> DeepSeekClient::explain(
@@ -144,7 +144,7 @@ QCoro::Task<QByteArray> DeepSeekClient::contentOf(
         reply.append(bytes);
     }
     if (exchange.status() != statusOk)
-        throw AIError::ofStatus(exchange.status(), textFromUtf8(reply));
+        throw AIError::ofStatus(exchange.status(), textFromUtf8(reply), trimmedSpace(client.m_config.apiKey));
     co_return contentIn(reply);
 }
 
@@ -161,7 +161,7 @@ QCoro::AsyncGenerator<QString> DeepSeekClient::piecesOf(
     for (ErrorBodyReader body; exchange.status() != statusOk;) {
         const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isFailure);
         if (body.completesWith(bytes))
-            throw AIError::ofStatus(exchange.status(), body.text());
+            throw AIError::ofStatus(exchange.status(), body.text(), trimmedSpace(client.m_config.apiKey));
     }
 
     StreamReader reader;

@@ -5,6 +5,8 @@
 #include "frame/DayKey.h"
 #include "frame/Text.h"
 
+#include <utility>
+
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
@@ -47,15 +49,18 @@ void CoachSession::open()
 {
     clearError();
     const bool hasToday = !history().isEmpty() && history().last().day == today();
-    if (hasToday && !isAnswering())
-        setMessages(messagesOf(history().last()));
+    if (!isAnswering())
+        setMessages(hasToday ? messagesOf(history().last()) : QList<Message>());
     emit changed();
-    if (hasToday ? messages().isEmpty() : !isAnswering())
+    if (isBriefingMissing())
         writeBriefing();
 }
 
 void CoachSession::writeBriefing()
 {
+    const QList<Message> kept = said();
+    if (!kept.isEmpty() || !isAnswering()) // else it is begun once more before anything has come
+        m_replaced = kept;
     setMessages({});
     answer(briefingMessages(m_facts(m_clock.now()), m_history.briefingBefore(today())));
 }
@@ -77,10 +82,8 @@ QList<ChatMessage> CoachSession::exchangeFor(const QString &question) const
     QList<ChatMessage> exchange{ChatMessage::system(prompts::coach()),
         ChatMessage::user(
             u"这是我现在的学习记录：\n"_s + m_facts(m_clock.now()) + u"\n\n先写今天的简报。"_s)};
-    for (const Message &message : messages()) {
-        if (!message.text.isEmpty())
-            exchange.append(chatMessage(message));
-    }
+    for (const Message &message : said())
+        exchange.append(chatMessage(message));
     exchange.append(
         ChatMessage::user(question + u"\n（像教练聊天一样回答，一般 150～300 字，具体到我的词。）"_s));
     return exchange;
@@ -95,14 +98,30 @@ void CoachSession::questionFailed()
     setInput(trimmedSpace(input()).isEmpty() ? question : question + u'\n' + input());
 }
 
+// An answer without a word leaves no bubble that waits.
+void CoachSession::answerEnded()
+{
+    const QList<Message> replaced = std::exchange(m_replaced, {});
+    setMessages(said());
+    if (messages().isEmpty())
+        setMessages(replaced);
+    else
+        save();
+}
+
+QList<Conversation::Message> CoachSession::said() const
+{
+    QList<Message> said = messages();
+    said.removeIf([](const Message &message) { return message.text.isEmpty(); });
+    return said;
+}
+
 void CoachSession::save()
 {
-    QList<CoachMessage> said;
-    for (const Message &message : messages()) {
-        if (!message.text.isEmpty())
-            said.append(recordOf(message));
-    }
-    m_history.put(today(), said);
+    QList<CoachMessage> records;
+    for (const Message &message : said())
+        records.append(recordOf(message));
+    m_history.put(today(), records);
 }
 
 } // namespace nimbrelle

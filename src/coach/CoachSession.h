@@ -29,8 +29,11 @@ public:
 
     /// When the window is shown: goes on with today's conversation, or begins it with a briefing.
     void open();
-    /// Begins today's conversation anew.
+    /// Begins today's conversation anew. The one that there is stays stored, and comes back if nothing of the
+    /// new one does.
     void writeBriefing();
+    /// There is no conversation, and none is on its way.
+    bool isBriefingMissing() const { return messages().isEmpty() && !isAnswering(); }
 
     /// What the AI is sent for a briefing.
     static QList<ChatMessage> briefingMessages(
@@ -39,14 +42,16 @@ public:
 private:
     QList<ChatMessage> exchangeFor(const QString &question) const override;
     void questionFailed() override;
-    void answerEnded() override { save(); }
+    void answerEnded() override;
 
     QString today() const;
+    QList<Message> said() const;
     void save();
 
     const Clock &m_clock;
     const FactsSource m_facts;
     CoachHistory m_history;
+    QList<Message> m_replaced; // by the briefing that is being written
 };
 
 } // namespace nimbrelle

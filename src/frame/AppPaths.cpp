@@ -1,8 +1,8 @@
 #include "frame/AppPaths.h"
 
 #include "frame/AtomicFile.h"
+#include "frame/DataFolder.h"
 
-#include <QDir>
 #include <QFile>
 #include <QStandardPaths>
 
@@ -12,18 +12,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString chosenDirectory()
-{
-    const QByteArray wanted = qgetenv("NIMBRELLE_DATA_DIR");
-    if (!wanted.isEmpty())
-        return QFile::decodeName(wanted);
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Nimbrelle"_s;
-}
-
 AppPaths prepared()
 {
-    AppPaths paths(chosenDirectory());
-    QDir().mkpath(paths.supportDir);
+    const QByteArray named = qgetenv("NIMBRELLE_DATA_DIR");
+    AppPaths paths(named.isEmpty()
+            ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Nimbrelle"_s
+            : QFile::decodeName(named));
+    prepareDataFolder(paths, named.isEmpty() ? FolderChoice::ours : FolderChoice::users);
     removeLeftovers(paths.supportDir);
     return paths;
 }

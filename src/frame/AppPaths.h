@@ -12,8 +12,8 @@ public:
 
     /// Those of this process: NIMBRELLE_DATA_DIR as it is if it is set and not empty, else the folder
     /// Nimbrelle in the user's generic data location. Chosen once, at first use; the directory is created
-    /// then, and what killed processes left in it is removed. A failure shows only in that nothing can be
-    /// read.
+    /// then (prepareDataFolder()), and what killed processes left in it is removed. A failure shows only in
+    /// that nothing can be read.
     static const AppPaths &shared();
 
     QString supportDir;

@@ -171,6 +171,18 @@ void removeLeftovers(const QString &directory)
     }
 }
 
+void restrictToOwner(const QString &path)
+{
+    constexpr mode_t ofOthers = S_IRWXG | S_IRWXO;
+    const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0)
+        return;
+    struct stat status { };
+    if (::fstat(file, &status) == 0 && status.st_uid == ::geteuid() && (status.st_mode & ofOthers) != 0)
+        ::fchmod(file, status.st_mode & ~(S_IFMT | ofOthers));
+    ::close(file);
+}
+
 std::optional<QByteArray> readFile(const QString &path)
 {
     QFile file(path);

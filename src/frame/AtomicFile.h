@@ -60,6 +60,9 @@ bool replaceFile(const QString &path, QByteArrayView bytes, FileMode mode = File
 /// Removes the temporaries that killed processes left in `directory`; those in use are left alone.
 void removeLeftovers(const QString &directory);
 
+/// Takes the rights of the group and of others from one of the user's own files, or folders, that is wider.
+void restrictToOwner(const QString &path);
+
 /// The whole content, or absent when the file is missing or can't be read.
 std::optional<QByteArray> readFile(const QString &path);
 

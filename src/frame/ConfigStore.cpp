@@ -8,10 +8,19 @@
 
 namespace nimbrelle {
 
+namespace {
+
+/// A copy put back, or another program, may have left it readable for others.
+AppConfig readPrivately(const QString &path)
+{
+    restrictToOwner(path);
+    return readRecordFile<AppConfig>(path).value_or(AppConfig{});
+}
+
+} // namespace
+
 ConfigStore::ConfigStore(const AppPaths &paths, const Clock &clock)
-    : m_path(paths.config)
-    , m_clock(clock)
-    , m_config(readRecordFile<AppConfig>(paths.config).value_or(AppConfig{}))
+    : m_path(paths.config), m_clock(clock), m_config(readPrivately(paths.config))
 {
 }
 

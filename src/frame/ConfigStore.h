@@ -14,8 +14,8 @@ class ConfigStore : public QObject {
     Q_OBJECT
 
 public:
-    /// Reads the file; a missing or broken one gives the defaults. Nothing is written before the first
-    /// change.
+    /// Reads the file, which is closed to others if it was not; a missing or broken one gives the defaults.
+    /// Nothing is written before the first change.
     ConfigStore(const AppPaths &paths, const Clock &clock);
     static ConfigStore &shared();
 

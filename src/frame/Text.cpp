@@ -1,10 +1,14 @@
 #include "frame/Text.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <memory>
 #include <unicode/ubrk.h>
 
 namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -120,6 +124,25 @@ QString trimmedSpace(const QString &text)
 QString trimmedOf(const QString &text, QStringView unwanted)
 {
     return trimmedWhere(text, [unwanted](QChar c) { return unwanted.contains(c); });
+}
+
+QString withoutControls(const QString &text)
+{
+    static const QRegularExpression unwanted(
+        u"[\\p{Cc}\\p{Zl}\\p{Zp}\\x{061C}\\x{200E}\\x{200F}\\x{202A}-\\x{202E}\\x{2066}-\\x{2069}]"_s);
+    return QString(text).remove(unwanted);
+}
+
+QString withoutSecret(const QString &text, const QString &secret)
+{
+    static const QRegularExpression bearer(
+        u"\\bbearer\\s+[^\\s\"'<>,;]+"_s, QRegularExpression::CaseInsensitiveOption);
+    QString shown = text;
+    if (!secret.isEmpty()) {
+        QString escaped = secret; // as some write it in JSON
+        shown.replace(escaped.replace(u'/', u"\\/"_s), u"…"_s).replace(secret, u"…"_s);
+    }
+    return shown.replace(bearer, u"…"_s);
 }
 
 QString wellFormed(const QString &text)

@@ -32,6 +32,14 @@ QString trimmedOf(const QString &text, QStringView unwanted);
 /// A space separator or a tab, but no line break.
 bool isBlank(QChar c);
 
+/// Without control characters, line ends and the marks that turn the direction of text, with which a foreign
+/// text could make a line say what it does not.
+QString withoutControls(const QString &text);
+
+/// With "…" in place of the secret and of whatever follows a "Bearer": what a server answers may repeat what
+/// it was sent.
+QString withoutSecret(const QString &text, const QString &secret);
+
 /// Unpaired surrogates replaced by U+FFFD, so that the text can be written as UTF-8.
 QString wellFormed(const QString &text);
 

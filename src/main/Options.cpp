@@ -116,7 +116,8 @@ QCoro::Task<int> syncOnce(const OptionRun &run)
 
 QCoro::Task<int> connectToServer(const OptionRun &run)
 {
-    return connectSync(run.value, &run.services.config(), &PinnedTransport::open, &run.out);
+    QTextStream in(stdin);
+    return connectSync(givenCode(run.value, in), &run.services.config(), &PinnedTransport::open, &run.out);
 }
 
 QCoro::Task<int> coach(const OptionRun &run)

@@ -33,6 +33,12 @@ QCoro::Task<int> syncNow(SyncService *service, const WordStore *store, QTextStre
     co_return 1;
 }
 
+QString givenCode(const QString &value, QTextStream &in)
+{
+    constexpr qint64 longestLine = 1 << 16;
+    return value == u"-"_s ? in.readLine(longestLine) : value;
+}
+
 QCoro::Task<int> connectSync(
     QString code, ConfigStore *config, SyncTransport::Factory connect, QTextStream *out)
 {

@@ -1,5 +1,6 @@
 #include "screen/SourceInfo.h"
 
+#include "frame/Text.h"
 #include "platform/AccessibilityReader.h"
 #include "platform/FrontApplication.h"
 
@@ -17,6 +18,13 @@ bool isPageAddress(const QString &address)
         || address.startsWith(u"file://"_s);
 }
 
+/// What another program calls itself or its window; absent when nothing of it can be shown.
+std::optional<QString> shownName(const std::optional<QString> &name)
+{
+    const QString shown = withoutControls(name.value_or(QString()));
+    return shown.isEmpty() ? std::nullopt : std::optional(shown);
+}
+
 } // namespace
 
 PageSource SourceInfo::current() const
@@ -29,11 +37,11 @@ PageSource SourceInfo::current() const
         if (const auto focused = m_accessibility.focusedElement())
             address = webAreaURL(*focused);
     }
-    PageSource source{.app = application->name, .url = std::nullopt, .title = application->windowTitle};
+    PageSource source{.app = shownName(application->name),
+        .url = std::nullopt,
+        .title = shownName(application->windowTitle)};
     if (address && isPageAddress(*address))
         source.url = address;
-    if (source.title && source.title->isEmpty())
-        source.title.reset();
     return source;
 }
 

@@ -3,7 +3,11 @@
 #include "frame/AppPaths.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace nimbrelle {
 
@@ -15,6 +19,34 @@ QString folderBeside(const QString &supportDir)
 {
     const QDir parent = QFileInfo(QDir::cleanPath(supportDir)).absoluteDir();
     return parent.filePath(u"Nimbrelle 成长档案"_s);
+}
+
+/// The entry itself and not what a link leads to; all zero when there is none.
+struct stat statusOf(const QString &path)
+{
+    struct stat status { };
+    if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
+        status = {};
+    return status;
+}
+
+bool isWritableForOthers(const struct stat &status)
+{
+    return (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+}
+
+/// Nobody but the user can change it.
+bool isUsersAlone(const QString &path, mode_t type)
+{
+    const struct stat status = statusOf(path);
+    return (status.st_mode & S_IFMT) == type && status.st_uid == ::geteuid() && !isWritableForOthers(status);
+}
+
+/// Nobody but their owners can put something else in place of what stands in it.
+bool keepsItsEntries(const QString &folder)
+{
+    const struct stat status = statusOf(folder);
+    return S_ISDIR(status.st_mode) && (!isWritableForOthers(status) || (status.st_mode & S_ISVTX) != 0);
 }
 
 } // namespace
@@ -49,7 +81,9 @@ QString GrowthArchive::report() const
 
 bool GrowthArchive::isInstalled() const
 {
-    return QFileInfo::exists(script());
+    return keepsItsEntries(QFileInfo(QFileInfo(m_folder).path()).canonicalFilePath())
+        && isUsersAlone(m_folder, S_IFDIR) && isUsersAlone(QFileInfo(script()).path(), S_IFDIR)
+        && isUsersAlone(script(), S_IFREG);
 }
 
 void GrowthArchive::update()

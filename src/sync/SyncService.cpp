@@ -4,6 +4,7 @@
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
 #include "frame/RecordFile.h"
+#include "frame/Text.h"
 #include "notebook/WordStore.h"
 #include "sync/BundleForm.h"
 #include "sync/SyncError.h"
@@ -95,7 +96,7 @@ QCoro::Task<bool> SyncService::syncNow()
         co_return false;
     } catch (const std::exception &error) {
         m_lastError = describe(error);
-        m_lastErrorDetail = detailOf(error);
+        m_lastErrorDetail = withoutSecret(detailOf(error), link->token);
     }
     setBusy(false);
     co_return !m_lastError;

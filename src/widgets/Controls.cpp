@@ -139,6 +139,7 @@ QLineEdit *makeField(const Theme &theme, const QString &name, const QString &wha
     field->setFont(theme.font(TextType::text));
     field->setMinimumHeight(theme.points(fieldHeight));
     new ComposingGuard(*field);
+    new SpaceGuard(*field);
     return field;
 }
 

@@ -208,10 +208,13 @@ void TalkDock::setError(const QString &text, QPushButton *retry)
         m_retry->deleteLater(); // it may be what was pressed
     }
     m_retry = retry;
-    if (retry)
+    if (retry) {
         m_errorRow->layout()->addWidget(retry);
+        m_errorRow->layout()->setAlignment(retry, Qt::AlignLeft); // where it stands alone
+    }
     m_error->setPlain(text);
-    m_errorRow->setVisible(!text.isEmpty());
+    m_error->setVisible(!text.isEmpty());
+    m_errorRow->setVisible(retry || !text.isEmpty());
 }
 
 void TalkDock::setInput(const QString &text)

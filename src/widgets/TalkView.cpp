@@ -2,6 +2,7 @@
 
 #include "widgets/Controls.h"
 #include "widgets/FocusPlace.h"
+#include "widgets/TabOrder.h"
 
 #include <QKeyEvent>
 #include <QVBoxLayout>
@@ -44,6 +45,13 @@ void TalkView::keyPressEvent(QKeyEvent *event)
         m_list->scrollPage(event->key() == Qt::Key_PageUp ? -1 : 1);
     else
         QWidget::keyPressEvent(event);
+}
+
+/// Messages and chips come and go.
+bool TalkView::focusNextPrevChild(bool next)
+{
+    orderTabs(*m_page);
+    return QWidget::focusNextPrevChild(next);
 }
 
 } // namespace nimbrelle

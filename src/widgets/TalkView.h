@@ -43,6 +43,7 @@ protected:
     /// @}
 
     void keyPressEvent(QKeyEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
     const Theme &m_theme;
 

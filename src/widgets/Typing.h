@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+class QLineEdit;
 class QWidget;
 
 namespace nimbrelle {
@@ -22,6 +23,23 @@ protected:
 
 private:
     bool m_isComposing = false;
+};
+
+/// Keeps a blank from replacing what is selected only because the user came to the field with Tab: the blank
+/// goes behind it. Anything else that is typed replaces it as everywhere.
+class SpaceGuard : public QObject {
+    Q_OBJECT
+
+public:
+    /// Lives as long as the field.
+    explicit SpaceGuard(QLineEdit &field);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QLineEdit &m_field;
+    bool m_isFresh = false; // come by Tab, and nothing done since
 };
 
 } // namespace nimbrelle

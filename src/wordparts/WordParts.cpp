@@ -40,7 +40,8 @@ Tint tintOf(Register tone)
 std::optional<QUrl> linkOf(const PageSource &source)
 {
     const QUrl url(source.url.value_or(QString()), QUrl::StrictMode);
-    return url.isValid() && !url.scheme().isEmpty() ? std::optional(url) : std::nullopt;
+    const bool isPage = url.scheme() == u"http"_s || url.scheme() == u"https"_s || url.isLocalFile();
+    return url.isValid() && isPage ? std::optional(url) : std::nullopt;
 }
 
 struct TextsLook {
@@ -60,8 +61,8 @@ QWidget *makeTexts(const Theme &theme, const TextsLook &look, const QString &sen
         column->addWidget(english);
     }
     if (!translation.isEmpty())
-        column->addWidget(makeReadText(
-            theme, u"sentenceZh"_s, u"句子的意思"_s, translation, {TextType::small, Tone::ink2}));
+        column->addWidget(makeReadText(theme, u"sentenceZh"_s, u"句子的意思"_s, translation,
+            {.type = TextType::small, .tone = Tone::ink2}));
     return holder;
 }
 
@@ -97,7 +98,8 @@ QWidget *makeSourceLabel(const Theme &theme, const PageSource &source, bool show
             setPlainToolTip(*text, line);
         return text;
     }
-    auto *button = makeButton(theme, u"source"_s, shown, {ButtonKind::plain, Icon::link, TextType::tiny});
+    auto *button = makeButton(
+        theme, u"source"_s, shown, {.kind = ButtonKind::plain, .icon = Icon::link, .type = TextType::tiny});
     button->setAccessibleName(line);
     setPlainToolTip(*button, link->toString());
     QObject::connect(

@@ -200,6 +200,14 @@ TEST_F(DeepSeekClientTest, AnErrorIsStreamedOnlyAsFarAsItIsShown)
     EXPECT_TRUE(waitUntil([this] { return server.closedByClient() == 1; }));
 }
 
+TEST_F(DeepSeekClientTest, AnErrorThatRepeatsTheKeyIsShownWithoutIt)
+{
+    const QByteArray key = config.apiKey.trimmed().toUtf8();
+    const QByteArray body = QByteArray(199, 'y') + key + " in \"Bearer " + key + '"';
+    EXPECT_EQ(
+        failureAfter(Script::response(400, body)), u"DeepSeek 返回错误 400："_s + QString(199, u'y') + u'…');
+}
+
 TEST_F(DeepSeekClientTest, FollowsNoRedirect)
 {
     ScriptedServer elsewhere;

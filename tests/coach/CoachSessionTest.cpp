@@ -141,6 +141,57 @@ TEST_F(CoachSessionTest, AFailedBriefingLeavesAnEmptyScreenToTryAgain)
     EXPECT_THAT(onDisk(), ElementsAre(u"简报"_s));
 }
 
+TEST_F(CoachSessionTest, ARewrittenBriefingReplacesTheConversationOnlyWhenSomethingOfItComes)
+{
+    brief();
+    session->send(u"问题"_s);
+    ai.piece(u"回答"_s);
+    ai.endStream();
+    const auto before = session->messages();
+    const auto stored = readFile(paths.coach);
+    const std::function<void()> endings[]{[this] { ai.fail(AIError(AIError::Kind::noBalance)); },
+        [this] { session->stop(); },
+        [this] {
+            restart();
+            session->open();
+        }};
+    for (const auto &end : endings) {
+        session->writeBriefing();
+        EXPECT_THAT(texts(), ElementsAre(QString()));
+        session->writeBriefing();
+        end();
+        EXPECT_EQ(session->messages(), before);
+        EXPECT_EQ(readFile(paths.coach), stored);
+    }
+    session->writeBriefing();
+    clock.advance(24h);
+    ai.fail(AIError(AIError::Kind::noBalance));
+    EXPECT_EQ(session->messages(), before);
+    EXPECT_EQ(readFile(paths.coach), stored) << "it is not today's";
+    clock.advance(-24h);
+    session->writeBriefing();
+    ai.piece(u"新"_s);
+    ai.fail(AIError(AIError::Kind::noBalance));
+    EXPECT_THAT(onDisk(), ElementsAre(u"新"_s));
+}
+
+TEST_F(CoachSessionTest, StoppedBeforeItsFirstWordItLeavesNoEmptyMessage)
+{
+    session->open();
+    EXPECT_FALSE(session->isBriefingMissing());
+    session->stop();
+    EXPECT_TRUE(session->isBriefingMissing());
+    brief();
+    session->send(u"问题"_s);
+    session->stop();
+    EXPECT_THAT(texts(), ElementsAre(u"简报"_s, u">问题"_s));
+    EXPECT_FALSE(session->isBriefingMissing());
+    clock.advance(24h);
+    session->open();
+    session->stop();
+    EXPECT_THAT(texts(), IsEmpty()) << "yesterday's conversation stays with its day";
+}
+
 TEST_F(CoachSessionTest, NoticesANewDayWhenOpened)
 {
     brief(u"长"_s.repeated(901));
@@ -148,11 +199,12 @@ TEST_F(CoachSessionTest, NoticesANewDayWhenOpened)
     clock.advance(24h);
     session->open();
     EXPECT_EQ(ai.calls().size(), 2) << "an answer that is coming is not cut off";
+    ai.piece(u"回答"_s);
     ai.endStream();
     EXPECT_EQ(session->messages().size(), 3) << "the screen stays until the next opening";
     ASSERT_EQ(session->history().size(), 2);
     EXPECT_EQ(session->history().last().day, u"2026-03-02"_s);
-    EXPECT_EQ(session->history().last().messages.size(), 2) << "and is saved under the new day";
+    EXPECT_EQ(session->history().last().messages.size(), 3) << "and is saved under the new day";
 
     clock.advance(24h);
     session->open();

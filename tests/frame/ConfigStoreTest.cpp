@@ -46,6 +46,14 @@ TEST_F(ConfigStoreTest, WritesNothingBeforeTheFirstChange)
     EXPECT_EQ(int(QFileInfo(m_paths.config).permissions()) & others, 0);
 }
 
+TEST_F(ConfigStoreTest, ClosesAFileThatOthersCanRead)
+{
+    replaceFile(m_paths.config, "{\"model\": \"m\"}");
+    QFile::setPermissions(m_paths.config, QFile::Permissions(0x6644));
+    EXPECT_EQ(ConfigStore(m_paths, m_clock).config().model, u"m"_s);
+    EXPECT_EQ(int(QFileInfo(m_paths.config).permissions()), 0x6600);
+}
+
 TEST_F(ConfigStoreTest, StampsOnlyStudySettingsAndEachLaterThanTheLast)
 {
     ConfigStore store(m_paths, m_clock);

@@ -31,4 +31,20 @@ TEST(Text, TrimsInThreeWays)
     EXPECT_EQ(trimmedOf(u"- -able- -"_s, u"- "), u"able"_s);
 }
 
+TEST(Text, RemovesWhatCouldMakeALineSaySomethingElse)
+{
+    const QString text =
+        u"a\x00\t\r\n\u0085b\u2028\u2029\u202Efdp.exe\u202C \u200E\u200F\u061C\u2066译\u2069👨\u200D👩"_s;
+    EXPECT_EQ(withoutControls(text), u"abfdp.exe 译👨\u200D👩"_s);
+}
+
+TEST(Text, HidesASecretHoweverItIsRepeated)
+{
+    const QString secret = u"sk-a/b+c"_s;
+    EXPECT_EQ(withoutSecret(u"key sk-a/b+c, \"sk-a\\/b+c\", sk-a/b+cd"_s, secret), u"key …, \"…\", …d"_s);
+    EXPECT_EQ(
+        withoutSecret(u"{\"got\":\"Bearer sk-a/b+c\"} bearer  other"_s, secret), u"{\"got\":\"…\"} …"_s);
+    EXPECT_EQ(withoutSecret(u"nothing, forbearer"_s, QString()), u"nothing, forbearer"_s);
+}
+
 } // namespace

@@ -58,19 +58,31 @@ const QString code =
 TEST(SyncCommands, ConnectStoresTheLinkOnceTheServerHasAnswered)
 {
     Device device;
-    EXPECT_EQ(connected(device, code, {{200, {}, {}}}), (Ended{0, u"已连接 home.example\n"_s}));
+    EXPECT_EQ(
+        connected(device, code, {{.status = 200}}), (Ended{.code = 0, .output = u"已连接 home.example\n"_s}));
     EXPECT_EQ(device.config().config().syncServer, u"https://home.example:8443/x"_s);
     EXPECT_EQ(device.config().config().syncToken, u"abcdefghijklmnop"_s);
     EXPECT_EQ(device.config().config().syncPin, QString(64, u'b'));
+}
+
+TEST(SyncCommands, ConnectTakesTheCodeFromStandardInputWhenAsked)
+{
+    QString given = u"同步码："_s + code + u"\nsecond line"_s;
+    QTextStream in(&given);
+    EXPECT_EQ(givenCode(code, in), code);
+    EXPECT_EQ(givenCode(u"-"_s, in), u"同步码："_s + code);
+    QTextStream nothing(QByteArray{});
+    EXPECT_EQ(givenCode(u"-"_s, nothing), QString());
 }
 
 TEST(SyncCommands, ConnectStoresNothingOnFailure)
 {
     Device device;
     const AppConfig before = device.config().config();
-    EXPECT_EQ(connected(device, u"nimbrelle"_s, {}), (Ended{1, u"同步码格式不对\n"_s}));
+    EXPECT_EQ(connected(device, u"nimbrelle"_s, {}), (Ended{.code = 1, .output = u"同步码格式不对\n"_s}));
     EXPECT_EQ(device.network.sessions, 0);
-    EXPECT_EQ(connected(device, code, {{401, {}, {}}}), (Ended{1, u"同步码里的密码不对\n"_s}));
+    EXPECT_EQ(
+        connected(device, code, {{.status = 401}}), (Ended{.code = 1, .output = u"同步码里的密码不对\n"_s}));
     EXPECT_EQ(device.config().config(), before);
 }
 
@@ -80,8 +92,10 @@ TEST(SyncCommands, SyncNowTellsTheWordsOrBothTextsOfTheFailure)
     Explanation explanation;
     explanation.headword = u"run"_s;
     device.store().save(explanation, {});
-    EXPECT_EQ(synced(device, {{404, {}, {}}, {200, "\"1\"", {}}}), (Ended{0, u"同步好了：1 个词\n"_s}));
-    EXPECT_EQ(synced(device, {{503, {}, {}}}), (Ended{1, u"同步失败：服务器出错了（503）\nhttp(503)\n"_s}));
+    EXPECT_EQ(synced(device, {{.status = 404}, {.status = 200, .eTag = "\"1\""}}),
+        (Ended{.code = 0, .output = u"同步好了：1 个词\n"_s}));
+    EXPECT_EQ(synced(device, {{.status = 503}}),
+        (Ended{.code = 1, .output = u"同步失败：服务器出错了（503）\nhttp(503)\n"_s}));
 }
 
 } // namespace

@@ -33,6 +33,14 @@ TEST_F(SourceInfoTest, TellsApplicationTitleAndPageUpToFortyElementsAbove)
     EXPECT_EQ(info.current(), (PageSource{.app = u"Browser"_s, .url = {}, .title = {}}));
 }
 
+TEST_F(SourceInfoTest, ATitleIsOneLineThatReadsAsItIsWritten)
+{
+    front.front->windowTitle = u"in\u202Evoice\n\x07"_s;
+    EXPECT_EQ(info.current().title, u"invoice"_s);
+    front.front->windowTitle = u"\u200F\n"_s;
+    EXPECT_EQ(info.current().title, std::nullopt);
+}
+
 TEST_F(SourceInfoTest, HasNothingToTellOfOurOwnWindowsOrOfNone)
 {
     front.front->bundleID = front.own;

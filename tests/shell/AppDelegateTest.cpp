@@ -18,6 +18,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
@@ -211,13 +213,27 @@ TEST_F(Shell, ExcludesTheProgramThatWasInFrontWhenTheMenuOpened)
 /// With the growth archive's folder beside that of the data files.
 class Archive : public Shell {
 protected:
-    Archive() { QDir().mkpath(QFileInfo(archive.script()).path()); }
+    Archive()
+    {
+        QDir().mkpath(QFileInfo(archive.script()).path());
+        setMode(folder(), 0755);
+        setMode(programs(), 0755);
+    }
+
+    QString folder() const { return QFileInfo(archive.report()).path(); }
+    QString programs() const { return QFileInfo(archive.script()).path(); }
+
+    static void setMode(const QString &path, mode_t mode)
+    {
+        ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), mode), 0);
+    }
 
     void write(const QString &path, const QByteArray &text)
     {
         QFile file(path);
         ASSERT_TRUE(file.open(QFile::WriteOnly));
         file.write(text);
+        setMode(path, 0644);
     }
 
     /// Shows the archive and waits for what comes of it.
@@ -257,6 +273,35 @@ TEST_F(Archive, SaysThatItIsMissingAndOpensAnOldReportAfterAFailure)
     EXPECT_THAT(shown(), ElementsAre(missing));
     write(archive.report(), "old");
     EXPECT_THAT(shown(), ElementsAre(archive.report()));
+}
+
+TEST_F(Archive, RunsNothingThatSomebodyElseCouldHaveWritten)
+{
+    const QString ran = folder() + u"/ran"_s;
+    write(archive.script(),
+        "import pathlib, sys\npathlib.Path(sys.argv[0]).parents[1].joinpath('ran').touch()\n");
+    const auto refuses = [&] { return !archive.isInstalled() && !shown().isEmpty() && !QFile::exists(ran); };
+    const QString beside = QFileInfo(folder()).path();
+    EXPECT_TRUE(archive.isInstalled());
+    for (const QString &path : {beside, folder(), programs(), archive.script()}) {
+        const mode_t mode = path == archive.script() ? 0644 : 0755;
+        for (const mode_t writable : {mode_t{S_IWGRP}, mode_t{S_IWOTH}}) {
+            setMode(path, mode | writable);
+            EXPECT_TRUE(refuses()) << path.toStdString();
+        }
+        setMode(path, mode);
+        if (path != beside && ::geteuid() == 0) { // who else can give files away?
+            const QByteArray name = QFile::encodeName(path);
+            ASSERT_EQ(::chown(name.constData(), 65534, 65534), 0);
+            EXPECT_TRUE(refuses()) << path.toStdString();
+            ASSERT_EQ(::chown(name.constData(), 0, 0), 0);
+        }
+    }
+    setMode(beside, 01777); // as a folder for temporary files is
+    EXPECT_TRUE(archive.isInstalled());
+    QFile::rename(archive.script(), archive.script() + u".real"_s);
+    QFile::link(archive.script() + u".real"_s, archive.script());
+    EXPECT_TRUE(refuses()) << "a link could be to anything";
 }
 
 } // namespace

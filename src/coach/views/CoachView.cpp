@@ -84,8 +84,7 @@ void CoachView::refresh()
     m_rewrite->setEnabled(!m_session.isAnswering());
     dock().setInput(m_session.input());
     dock().setAnswering(m_session.isAnswering());
-    const bool isBriefingMissing = !m_session.error().isEmpty() && messages.isEmpty();
-    dock().setError(m_session.error(), isBriefingMissing ? makeRetry() : nullptr);
+    dock().setError(m_session.error(), m_session.isBriefingMissing() ? makeRetry() : nullptr);
 }
 
 QPushButton *CoachView::makeRetry()

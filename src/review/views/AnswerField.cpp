@@ -13,6 +13,7 @@ AnswerField::AnswerField(
     const Theme &theme, const QString &name, const QString &what, const QString &placeholder, Tab tab)
     : m_tab(tab), m_composing(*new ComposingGuard(*this))
 {
+    new SpaceGuard(*this);
     setObjectName(name);
     setAccessibleName(what);
     setPlaceholderText(placeholder);

@@ -4,6 +4,7 @@
 #include "settings/SettingsText.h"
 #include "settings/views/SettingsSections.h"
 #include "widgets/ScrollAnchor.h"
+#include "widgets/TabOrder.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
@@ -69,6 +70,14 @@ void SettingsView::paintEvent(QPaintEvent *)
 {
     if (!m_parts.excluded.isKnown()) // reading them all must not hold up the first picture
         QTimer::singleShot(0, m_exclusions, &ExclusionSection::findNames);
+}
+
+/// Its sections put themselves together anew, each at its own time.
+bool SettingsView::focusNextPrevChild(bool next)
+{
+    if (QWidget *page = m_scroll->widget()) // none while it is made anew
+        orderTabs(*page);
+    return QWidget::focusNextPrevChild(next);
 }
 
 void SettingsView::look()

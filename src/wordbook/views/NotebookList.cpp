@@ -117,6 +117,15 @@ RowKey NotebookList::keyAt(const QModelIndex &index) const
     return index.isValid() ? m_model.rows()[index.row()].key : RowKey();
 }
 
+/// The row that the user sees as chosen. The current one may be another: it is set by mere focus, and nothing
+/// shows it.
+QModelIndex NotebookList::shownChoice() const
+{
+    const QModelIndexList selected = selectedIndexes();
+    const bool isSeen = !selected.isEmpty() && viewport()->rect().intersects(visualRect(selected.first()));
+    return isSeen ? selected.first() : QModelIndex();
+}
+
 void NotebookList::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QListView::selectionChanged(selected, deselected);
@@ -131,17 +140,18 @@ void NotebookList::keyPressEvent(QKeyEvent *event)
         selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
         return;
     }
-    const bool deletes = event->matches(QKeySequence::Delete) && isRecord(keyAt(currentIndex()));
-    if (!deletes)
+    // The toolkit's own sequence for deleting has Ctrl+D besides.
+    if (event->key() != Qt::Key_Delete || (event->modifiers() & ~Qt::KeypadModifier))
         return QListView::keyPressEvent(event);
-    if (!event->isAutoRepeat()) // a key that is held must not empty the notebook
-        emit deleteRequested(keyAt(currentIndex()));
+    const RowKey key = keyAt(shownChoice());
+    if (isRecord(key) && !event->isAutoRepeat()) // a key that is held must not empty the notebook
+        emit deleteRequested(key);
 }
 
 void NotebookList::contextMenuEvent(QContextMenuEvent *event)
 {
     const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
-    const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
+    const QModelIndex index = isByKey ? shownChoice() : indexAt(event->pos());
     const RowKey key = keyAt(index);
     if (!isRecord(key))
         return;

@@ -38,6 +38,7 @@ protected:
 
 private:
     RowKey keyAt(const QModelIndex &index) const;
+    QModelIndex shownChoice() const;
     void select(const RowKey &key);
 
     WordListModel m_model;

@@ -21,12 +21,15 @@ TEST_F(CoachViewTest, ABriefingCanBeWrittenAnewAndTriedAgain)
     EXPECT_EQ(user.text("date"), u"3月1日 星期日"_s);
     EXPECT_EQ(user.text("waiting"), u"教练在看你这几天的记录…"_s);
     EXPECT_FALSE(user.isEnabled("rewrite"));
-    brief(u"昨天你存了 **rewrite**。"_s);
-    EXPECT_EQ(user.text("answer"), u"昨天你存了 rewrite。"_s);
-    user.press("rewrite");
+    user.press("stop");
+    EXPECT_FALSE(user.shows("waiting"));
+    EXPECT_FALSE(user.shows("error"));
+    user.press("retry");
     EXPECT_TRUE(user.shows("waiting"));
+    EXPECT_FALSE(user.shows("retry"));
     fail();
     EXPECT_EQ(user.text("retry"), u"再试一次"_s);
+    EXPECT_TRUE(user.shows("error"));
     view.hide();
     notebook.clock.advance(std::chrono::hours(24));
     view.show(); // which opens nothing by itself
@@ -37,7 +40,14 @@ TEST_F(CoachViewTest, ABriefingCanBeWrittenAnewAndTriedAgain)
     EXPECT_FALSE(user.shows("error"));
     EXPECT_FALSE(user.shows("retry"));
     EXPECT_EQ(ai.calls().size(), 3);
-    brief(u"早"_s);
+    brief(u"昨天你存了 **rewrite**。"_s);
+    EXPECT_EQ(user.text("answer"), u"昨天你存了 rewrite。"_s);
+    user.press("rewrite");
+    EXPECT_TRUE(user.shows("waiting"));
+    fail();
+    EXPECT_EQ(user.text("answer"), u"昨天你存了 rewrite。"_s);
+    EXPECT_TRUE(user.shows("error"));
+    EXPECT_FALSE(user.shows("retry"));
     user.commit("今天只有 5 分钟");
     user.key(Qt::Key_Return);
     fail();
@@ -78,6 +88,23 @@ TEST_F(CoachViewTest, TheReviewOfTodayCanBeTalkedOverAsSoonAsThereIsOne)
     EXPECT_EQ(review.count(), 1);
     user.press("stop");
     EXPECT_TRUE(user.isEnabled("chip0"));
+}
+
+TEST_F(CoachViewTest, TabGoesDownTheWindowThoughItsPartsAreMadeAnew)
+{
+    user.press("stop"); // which brings a button to try again, and
+    notebook.store.applyReview(notebook.save("rewrite"), Rating::good, LogKind::review);
+    QEvent activated(QEvent::WindowActivate); // this another chip
+    QCoreApplication::sendEvent(&view, &activated);
+    user.find("rewrite")->setFocus();
+    QStringList passed;
+    for (int i = 0; i < 8; ++i) {
+        user.key(Qt::Key_Tab);
+        passed.append(user.focused()->objectName());
+    }
+    EXPECT_THAT(passed,
+        testing::ElementsAre(u"messages"_s, u"retry"_s, u"chip0"_s, u"chip1"_s, u"chip2"_s, u"chip3"_s,
+            u"startReview"_s, u"input"_s));
 }
 
 TEST_F(CoachViewTest, OtherColoursLeaveTheKeyboardWhereItIs)

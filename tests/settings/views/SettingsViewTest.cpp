@@ -86,7 +86,7 @@ TEST_F(SettingsViewTest, GrantsAreLookedAtAgainWhileItIsOpen)
 {
     EXPECT_TRUE(shows("grantedAccessibility"));
     EXPECT_FALSE(shows("relaunch"));
-    permissions.states[Grant::screenCapture] = {false, {}, true, true};
+    permissions.states[Grant::screenCapture] = {.canRequest = true, .needsRelaunch = true};
     notebook.clock.advance(1500ms);
     settle();
     EXPECT_EQ(text("grantScreenCapture"), u"去开启"_s);
@@ -94,7 +94,7 @@ TEST_F(SettingsViewTest, GrantsAreLookedAtAgainWhileItIsOpen)
     EXPECT_THAT(permissions.requested, ElementsAre(Grant::screenCapture));
     press("relaunch");
     EXPECT_EQ(started.size(), 1);
-    permissions.states[Grant::screenCapture] = {true, {}};
+    permissions.states[Grant::screenCapture] = {.granted = true};
     view.hide();
     notebook.clock.advance(10s);
     EXPECT_TRUE(find("grantScreenCapture")); // nobody looks
@@ -104,8 +104,9 @@ TEST_F(SettingsViewTest, GrantsAreLookedAtAgainWhileItIsOpen)
 
 TEST_F(SettingsViewTest, AButtonStandsOnlyWhereItDoesSomething)
 {
-    permissions.states[Grant::accessibility] = {true, u"辅助功能总线没有打开。"_s, true};
-    permissions.states[Grant::screenCapture] = {false, u"当前是 Wayland 会话。"_s};
+    permissions.states[Grant::accessibility] = {
+        .granted = true, .note = u"辅助功能总线没有打开。"_s, .canRequest = true};
+    permissions.states[Grant::screenCapture] = {.note = u"当前是 Wayland 会话。"_s};
     notebook.clock.advance(1500ms);
     settle();
     EXPECT_TRUE(shows("grantedAccessibility"));
@@ -205,11 +206,11 @@ TEST_F(SettingsViewTest, ASyncCodeIsTriedBeforeItIsKept)
     press("connectSync");
     EXPECT_EQ(text("connectSync"), u"连接中…"_s);
     EXPECT_FALSE(shows("syncMessage"));
-    network.answer({401, {}, {}});
+    network.answer({.status = 401});
     EXPECT_EQ(text("syncMessage"), u"同步码里的密码不对"_s);
     EXPECT_TRUE(config().syncServer.isEmpty());
     QTest::keyClick(&at("syncCode"), Qt::Key_Return);
-    network.answer({200, {}, {}});
+    network.answer({.status = 200});
     settle();
     EXPECT_EQ(text("syncHost"), u"已连接 home.example"_s);
     EXPECT_EQ(text("syncStatus"), u"正在同步…"_s);
@@ -323,27 +324,61 @@ TEST_F(SettingsViewTest, ANewThemeKeepsThePlaceAndWhatIsTyped)
 
 TEST_F(SettingsViewTest, EveryControlHasANameAndTabGoesDownThePage)
 {
-    link();
     offers = {{.title = u"生词本"_s, .action = 1}};
     view.refreshOffers();
-    view.activateWindow();
-    settle();
     QWidget &page = *view.findChild<QScrollArea *>()->widget();
-    at("offer1").setFocus();
-    int lowest = 0;
-    int stops = 0;
-    for (QWidget *widget = QApplication::focusWidget(); widget; widget = QApplication::focusWidget()) {
-        EXPECT_FALSE(widget->objectName().isEmpty());
-        EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->objectName().toStdString();
-        const int bottom = widget->mapTo(&page, QPoint(0, widget->height())).y();
-        EXPECT_GE(bottom, lowest) << widget->objectName().toStdString();
-        lowest = bottom;
-        ++stops;
-        if (widget->objectName() == u"addExcluded")
-            break;
-        QTest::keyClick(widget, Qt::Key_Tab);
-    }
-    EXPECT_GT(stops, 27);
+    view.activateWindow();
+    const auto pass = [&] {
+        settle();
+        at("offer1").setFocus();
+        int lowest = 0;
+        int stops = 0;
+        for (QWidget *widget = QApplication::focusWidget(); widget; widget = QApplication::focusWidget()) {
+            EXPECT_FALSE(widget->objectName().isEmpty());
+            EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->objectName().toStdString();
+            const int bottom = widget->mapTo(&page, QPoint(0, widget->height())).y();
+            EXPECT_GE(bottom, lowest) << widget->objectName().toStdString();
+            lowest = bottom;
+            ++stops;
+            if (widget->objectName() == u"addExcluded" || stops > 100)
+                break;
+            QTest::keyClick(widget, Qt::Key_Tab);
+        }
+        return stops;
+    };
+    const int unlinked = pass();
+    link();
+    const int linked = pass();
+    EXPECT_GT(linked, 27);
+    press("disconnectSync"); // and its section is made once more
+    EXPECT_EQ(pass(), unlinked);
+    offers.append({.title = u"退出 Nimbrelle"_s, .action = 2});
+    view.refreshOffers();
+    permissions.states[Grant::accessibility] = {.canRequest = true};
+    notebook.clock.advance(1500ms);
+    EXPECT_GT(pass(), unlinked);
+}
+
+TEST_F(SettingsViewTest, ABlankDoesNotReplaceWhatTabSelected)
+{
+    notebook.configure([](AppConfig &config) { config.apiKey = u"sk-1"_s; });
+    view.activateWindow();
+    const auto arrive = [this] {
+        at("testKey").setFocus();
+        QTest::keyClick(&at("testKey"), Qt::Key_Backtab);
+        EXPECT_EQ(at<QLineEdit>("apiKey").selectedText().size(), 4);
+    };
+    arrive();
+    key(Qt::Key_Shift);
+    key(Qt::Key_Space);
+    EXPECT_EQ(config().apiKey, u"sk-1"_s);
+    QTest::keyClick(&at("apiKey"), Qt::Key_Backspace);
+    arrive();
+    commit("\u3000"); // by an input method in its full-width state
+    EXPECT_EQ(config().apiKey, u"sk-1"_s);
+    QTest::keyClick(&at("apiKey"), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&at("apiKey"), Qt::Key_Space);
+    EXPECT_EQ(config().apiKey, QString()) << "the user's own selection is replaced";
 }
 
 } // namespace nimbrelle

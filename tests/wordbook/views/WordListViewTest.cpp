@@ -55,6 +55,23 @@ TEST_F(WordListViewTest, ShowsTheChosenWordWithAllThatIsKnown)
     EXPECT_FALSE(hand.find("forms"));
 }
 
+TEST_F(WordListViewTest, OnlyPagesAndFilesAreLinks)
+{
+    const std::pair<const char *, bool> addresses[]{{"https://a.example/b", true}, {"http://a.example", true},
+        {"file:///home/x/notes.pdf", true}, {"smb://a.example/b", false}, {"javascript:alert(1)", false},
+        {"apt:hello", false}, {"a.example/b", false}};
+    click("wordRows", u"regression"_s);
+    for (const auto &[address, isLink] : addresses) {
+        SyncBundle bundle = notebook.store.snapshot();
+        for (WordEntry &word : bundle.words)
+            for (Example &example : word.examples)
+                example.sourceURL = QString::fromLatin1(address);
+        notebook.store.applySync(bundle);
+        hand.settle();
+        EXPECT_EQ(hand.find<QPushButton>("source") != nullptr, isLink) << address;
+    }
+}
+
 TEST_F(WordListViewTest, TheFamilyLeadsFromWordToWord)
 {
     click("wordRows", u"regression"_s);
@@ -105,6 +122,38 @@ TEST_F(WordListViewTest, TheKeyboardGoesThroughTheWords)
     QKeyEvent held(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier, QString(), true);
     QCoreApplication::sendEvent(&list("wordRows"), &held);
     EXPECT_EQ(notebook.store.entries().size(), 9);
+}
+
+TEST_F(WordListViewTest, OnlyTheDeleteKeyDeletesAndOnlyARowThatIsSeenAsChosen)
+{
+    const auto openMenu = [this] {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+        QCoreApplication::sendEvent(&list("wordRows"), &event);
+        hand.settle();
+    };
+    ASSERT_TRUE(list("wordRows").hasFocus()); // which makes the first row the current one
+    ASSERT_EQ(chosen("wordRows"), QString());
+    hand.key(Qt::Key_Delete);
+    openMenu();
+    EXPECT_EQ(notebook.store.entries().size(), 10);
+    EXPECT_FALSE(hand.shows("rowMenu"));
+    click("wordRows", u"regression"_s);
+    for (const auto modifier : {Qt::ControlModifier, Qt::ShiftModifier, Qt::AltModifier})
+        hand.key(Qt::Key_Delete, modifier);
+    hand.key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(notebook.store.entries().size(), 10);
+    list("wordRows").setFixedHeight(80);
+    list("wordRows").verticalScrollBar()->setValue(0);
+    hand.settle();
+    hand.key(Qt::Key_Delete);
+    EXPECT_EQ(notebook.store.entries().size(), 10) << "it is scrolled out of sight";
+    click("wordRows", u"regression"_s);
+    openMenu();
+    pick("rowMenu", u"删除"_s);
+    EXPECT_FALSE(notebook.store.findHeadword(u"regression"_s));
+    hand.key(Qt::Key_Delete, Qt::KeypadModifier);
+    EXPECT_FALSE(notebook.store.findHeadword(u"flaky"_s));
+    EXPECT_EQ(notebook.store.entries().size(), 8);
 }
 
 TEST_F(WordListViewTest, TabGoesThroughItInReadingOrder)
