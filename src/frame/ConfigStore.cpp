@@ -11,7 +11,8 @@ namespace nimbrelle {
 ConfigStore::ConfigStore(const AppPaths &paths, const Clock &clock)
     : m_path(paths.config)
     , m_clock(clock)
-    , m_config(readRecordFile<AppConfig>(paths.config).value_or(AppConfig{}))
+    , m_damaged(clock)
+    , m_config(readRecordFile<AppConfig>(paths.config, m_damaged).value_or(AppConfig{}))
 {
 }
 
@@ -44,9 +45,9 @@ void ConfigStore::applySync(const StudySettings &settings)
     setConfig(config);
 }
 
-void ConfigStore::save() const
+void ConfigStore::save()
 {
-    writeRecordFile(m_path, m_config, FileMode::ownerOnly);
+    writeRecordFile(m_path, m_config, m_damaged, FileMode::ownerOnly);
 }
 
 // Stamps are stored in whole seconds and merged by the later one, so two edits within a second must differ.
