@@ -167,7 +167,7 @@ private:
     {
         const AppPaths &paths = device.paths;
         const QStringList inOrder{paths.words, paths.notes, paths.grammar, paths.affixes, paths.deleted,
-            paths.reviewStats, paths.log, paths.config, paths.syncState};
+            paths.reviewStats, paths.log, paths.config, paths.syncKnown, paths.syncState};
         const qsizetype written = m_random.below(static_cast<quint32>(inOrder.size()));
         QList<std::optional<QByteArray>> before;
         for (const QString &path : inOrder)
