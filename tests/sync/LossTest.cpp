@@ -87,6 +87,19 @@ struct LossTest : testing::Test {
         EXPECT_THAT(requests(), ElementsAre(version()));
     }
 
+    /// What a synced change of a word made comes back when the words from before it are put in its place.
+    void expectBackAfter(const std::function<void()> &change)
+    {
+        const QByteArray words = *readFile(device.paths.words);
+        change();
+        device.syncWith(server);
+        requests();
+        const QList<WordEntry> changed = BundleForm::normalized(device.document()).words;
+        ASSERT_TRUE(replaceFile(device.paths.words, words));
+        expectRecovery();
+        EXPECT_EQ(BundleForm::normalized(device.document()).words, changed);
+    }
+
     Device device;
     MemoryServer server;
     const QStringList lists{
@@ -155,16 +168,10 @@ TEST_F(LossTest, TombstonesCountersSettingsAndProgressComeBackAsWell)
     expectRecovery();
     EXPECT_EQ(device.config().config().studySettings(), settings);
 
-    const QByteArray words = *readFile(device.paths.words);
-    const QUuid id = device.store().entries().first().id;
+    const WordEntry word = device.store().entries().first();
     device.clock.advance(1s);
-    device.store().applyReview(id, Rating::good, LogKind::review);
-    device.syncWith(server);
-    requests();
-    const qint64 reps = device.store().find(id)->review->reps;
-    ASSERT_TRUE(replaceFile(device.paths.words, words));
-    expectRecovery();
-    EXPECT_EQ(device.store().find(id)->review->reps, reps);
+    expectBackAfter([&] { device.store().applyReview(word.id, Rating::good, LogKind::review); });
+    expectBackAfter([&] { device.store().addNote({.id = QUuid::createUuid()}, word.headword); });
 }
 
 TEST_F(LossTest, ALogThatIsMissingOrHasATornLineComesBack)
