@@ -17,10 +17,9 @@ using Pair = std::array<quint64, 2>;
 /// Half of an id is enough to find it among those of one notebook.
 ShortId shortened(const QUuid &id)
 {
-    const QByteArray bytes = id.toRfc4122();
-    std::array<ShortId, 2> halves{};
-    std::memcpy(halves.data(), bytes.constData(), sizeof halves);
-    return halves[0] ^ halves[1];
+    ShortId end = 0;
+    std::memcpy(&end, id.data4, sizeof end);
+    return end ^ (ShortId{id.data1} << 32 | ShortId{id.data2} << 16 | id.data3);
 }
 
 template <class Number> QString packed(const QList<Number> &numbers)
@@ -74,7 +73,9 @@ QList<Pair> partsOf(const SyncBundle &document)
         const ShortId owner = shortened(word.id);
         for (const Example &example : word.examples)
             parts.append({shortened(example.id), owner});
-        for (const AINote &note : word.notes.value_or(QList<AINote>()))
+        if (!word.notes)
+            continue;
+        for (const AINote &note : *word.notes)
             parts.append({shortened(note.id), owner});
     }
     return parts;
@@ -94,9 +95,9 @@ QList<ShortId> buriedIn(const SyncBundle &document)
 
 QString hashOfFirst(qint64 count, const QStringList &lines)
 {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const QString &line : lines.first(count)) {
-        hash.addData(line.toUtf8());
+    QCryptographicHash hash(QCryptographicHash::Blake2b_256);
+    for (qsizetype i = 0; i < count; ++i) {
+        hash.addData(lines[i].toUtf8());
         hash.addData("\n");
     }
     return QString::fromLatin1(hash.result().toHex());
