@@ -205,7 +205,7 @@ private:
         expectNothingLost(agreed);
     }
 
-    // Of a device that has given all it has to the server.
+    // Of a device that has given all it has to the server, which alone holds it for a while.
     void damageAFile()
     {
         Device &device = enterAny();
@@ -215,6 +215,8 @@ private:
         const QByteArray bytes = readFile(path).value_or(QByteArray());
         replaceFile(path, bytes.first(m_random.below(static_cast<quint32>(bytes.size()) + 1)));
         device.restart();
+        EXPECT_TRUE(device.syncWith(m_server));
+        expectNothingLost(serverDocument());
     }
 
     void quietRound()
