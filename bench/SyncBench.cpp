@@ -10,6 +10,7 @@
 #include "sync/SyncMerge.h"
 #include "sync/SyncService.h"
 
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 using namespace nimbrelle;
@@ -94,6 +95,19 @@ void encodeAndHash(benchmark::State &state)
         benchmark::DoNotOptimize(BundleForm::hash(pair.merged));
 }
 
+// What an honest change costs beside its text: the check for a loss, and what is remembered for the next one.
+void rememberAndCheck(benchmark::State &state)
+{
+    const Pair &pair = Pair::of(state);
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(u"sync-known.json"_s);
+    for (auto _ : state) {
+        writeRecordFile(path, SyncKnown::of(pair.merged, u"hash"_s));
+        benchmark::DoNotOptimize(readRecordFile<SyncKnown>(path)->isHeldBy(pair.merged, now));
+    }
+    state.counters["MB"] = static_cast<double>(QFileInfo(path).size()) / 1e6;
+}
+
 /// A server on which nothing ever moves.
 class QuietServer final : public SyncTransport {
 public:
@@ -149,6 +163,7 @@ void quietFloor(benchmark::State &state)
 
 BENCHMARK(merge)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(encodeAndHash)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(rememberAndCheck)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(quietRound)->Arg(2000)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(quietFloor)->Arg(2000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
@@ -160,6 +175,8 @@ int main(int argc, char **argv)
         {
             {"merge of two 10,000-word bundles / one encode and hash", "merge/10000", {"encodeAndHash/10000"},
                 3.0},
+            {"memory of 10,000 words, written, read and checked / one encode and hash",
+                "rememberAndCheck/10000", {"encodeAndHash/10000"}, 0.5},
             {"quiet round on 2,000 words / log, encode, hash and state", "quietRound/2000/real_time",
                 {"quietFloor/2000/real_time"}, 1.2},
         });

@@ -13,8 +13,10 @@ constexpr qsizetype daysKept = 29;
 
 } // namespace
 
-CoachHistory::CoachHistory(const AppPaths &paths)
-    : m_path(paths.coach), m_days(readRecordFile<QList<CoachDay>>(m_path).value_or(QList<CoachDay>()))
+CoachHistory::CoachHistory(const AppPaths &paths, const Clock &clock)
+    : m_path(paths.coach)
+    , m_damaged(clock)
+    , m_days(readRecordFile<QList<CoachDay>>(m_path, m_damaged).value_or(QList<CoachDay>()))
 {
 }
 
@@ -39,7 +41,7 @@ void CoachHistory::put(const QString &today, const QList<CoachMessage> &messages
     if (!messages.isEmpty())
         m_days.append({.day = today, .messages = messages});
     m_days.remove(0, std::max<qsizetype>(0, m_days.size() - daysKept));
-    writeRecordFile(m_path, m_days);
+    writeRecordFile(m_path, m_days, m_damaged);
 }
 
 } // namespace nimbrelle

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/DamagedFiles.h"
 #include "frame/Record.h"
 
 #include <QList>
@@ -11,6 +12,7 @@
 namespace nimbrelle {
 
 class AppPaths;
+class Clock;
 
 /// One bubble of the conversation.
 struct CoachMessage {
@@ -47,7 +49,7 @@ public:
     };
 
     /// Reads the file; a missing or broken one is an empty history.
-    explicit CoachHistory(const AppPaths &paths);
+    CoachHistory(const AppPaths &paths, const Clock &clock);
 
     const QList<CoachDay> &days() const { return m_days; }
     /// What the coach said first on the latest day but `today` on which it said anything; absent when that is
@@ -60,6 +62,7 @@ public:
 
 private:
     const QString m_path;
+    DamagedFiles m_damaged;
     QList<CoachDay> m_days;
 };
 

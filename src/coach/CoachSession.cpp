@@ -36,7 +36,7 @@ CoachSession::CoachSession(const AppPaths &paths, const Clock &clock, const Conf
     : Conversation(config, std::move(newClient), temperature, parent)
     , m_clock(clock)
     , m_facts(std::move(facts))
-    , m_history(paths)
+    , m_history(paths, clock)
 {
 }
 

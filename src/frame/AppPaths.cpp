@@ -38,6 +38,7 @@ AppPaths::AppPaths(QString directory) : supportDir(std::move(directory))
     log = file("learning-log.jsonl");
     coach = file("coach.json");
     syncState = file("sync-state.json");
+    syncKnown = file("sync-known.json");
 }
 
 const AppPaths &AppPaths::shared()

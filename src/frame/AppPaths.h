@@ -17,7 +17,7 @@ public:
     static const AppPaths &shared();
 
     QString supportDir;
-    QString config, words, notes, grammar, affixes, deleted, reviewStats, log, coach, syncState;
+    QString config, words, notes, grammar, affixes, deleted, reviewStats, log, coach, syncState, syncKnown;
 };
 
 } // namespace nimbrelle

@@ -28,6 +28,11 @@ ssize_t FileCalls::write(int file, const char *bytes, std::size_t count)
     return ::write(file, bytes, count);
 }
 
+int FileCalls::truncate(int file, off_t size)
+{
+    return ::ftruncate(file, size);
+}
+
 int FileCalls::flush(int file)
 {
     return ::fsync(file);

@@ -8,7 +8,7 @@
 
 namespace nimbrelle {
 
-/// The steps of replacing a file, one virtual each, so that a test can let any of them fail. The base class
+/// The steps of writing a file, one virtual each, so that a test can let any of them fail. The base class
 /// is the system itself; results are those of the calls of the same name.
 class FileCalls {
 public:
@@ -16,6 +16,7 @@ public:
 
     virtual int open(const char *path, int flags, mode_t mode);
     virtual ssize_t write(int file, const char *bytes, std::size_t count);
+    virtual int truncate(int file, off_t size);
     virtual int flush(int file);
     virtual int close(int file);
     virtual int rename(const char *from, const char *to);

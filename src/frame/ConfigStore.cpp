@@ -11,16 +11,16 @@ namespace nimbrelle {
 namespace {
 
 /// A copy put back, or another program, may have left it readable for others.
-AppConfig readPrivately(const QString &path)
+AppConfig readPrivately(const QString &path, DamagedFiles &damaged)
 {
     restrictToOwner(path);
-    return readRecordFile<AppConfig>(path).value_or(AppConfig{});
+    return readRecordFile<AppConfig>(path, damaged).value_or(AppConfig{});
 }
 
 } // namespace
 
 ConfigStore::ConfigStore(const AppPaths &paths, const Clock &clock)
-    : m_path(paths.config), m_clock(clock), m_config(readPrivately(paths.config))
+    : m_path(paths.config), m_clock(clock), m_damaged(clock), m_config(readPrivately(paths.config, m_damaged))
 {
 }
 
@@ -53,9 +53,9 @@ void ConfigStore::applySync(const StudySettings &settings)
     setConfig(config);
 }
 
-void ConfigStore::save() const
+void ConfigStore::save()
 {
-    writeRecordFile(m_path, m_config, FileMode::ownerOnly);
+    writeRecordFile(m_path, m_config, m_damaged, FileMode::ownerOnly);
 }
 
 // Stamps are stored in whole seconds and merged by the later one, so two edits within a second must differ.

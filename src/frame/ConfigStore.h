@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/AppConfig.h"
+#include "frame/DamagedFiles.h"
 
 #include <QObject>
 
@@ -29,7 +30,7 @@ public:
     void applySync(const StudySettings &settings);
     bool applyingSync() const { return m_applyingSync; }
 
-    void save() const;
+    void save();
 
 signals:
     void configChanged();
@@ -40,6 +41,7 @@ private:
 
     const QString m_path;
     const Clock &m_clock;
+    DamagedFiles m_damaged;
     AppConfig m_config;
     bool m_applyingSync = false;
 };

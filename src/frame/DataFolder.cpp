@@ -23,7 +23,7 @@ bool isOurs(const QFileInfo &entry, const AppPaths &paths)
         return entry.fileName().startsWith(QFileInfo(*file).completeBaseName());
     };
     const auto files = {&paths.config, &paths.words, &paths.notes, &paths.grammar, &paths.affixes,
-        &paths.deleted, &paths.reviewStats, &paths.log, &paths.coach, &paths.syncState};
+        &paths.deleted, &paths.reviewStats, &paths.log, &paths.coach, &paths.syncState, &paths.syncKnown};
     return entry.isFile() && (entry.isHidden() || std::ranges::any_of(files, belongsTo));
 }
 

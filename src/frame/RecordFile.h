@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/AtomicFile.h"
+#include "frame/DamagedFiles.h"
 #include "frame/RecordCodec.h"
 
 namespace nimbrelle {
@@ -10,6 +11,15 @@ template <class T> std::optional<T> readRecordFile(const QString &path)
 {
     const auto bytes = readFile(path);
     return bytes ? decode<T>(*bytes) : std::nullopt;
+}
+
+/// The same, and `damaged` gets to know of a file that is there but gives no value.
+template <class T> std::optional<T> readRecordFile(const QString &path, DamagedFiles &damaged)
+{
+    auto value = readRecordFile<T>(path);
+    if (!value)
+        damaged.add(path);
+    return value;
 }
 
 /// Replaces the file by `value`. A failure leaves the old file and is not reported: memory is ahead of the
@@ -24,6 +34,15 @@ void writeRecordFile(const QString &path, const T &value, FileMode mode = FileMo
         file.append(*rest);
         file.commit();
     }
+}
+
+/// The same, but what a damaged file held is kept first; if that fails, the file stays as it is.
+template <class T>
+void writeRecordFile(
+    const QString &path, const T &value, DamagedFiles &damaged, FileMode mode = FileMode::ordinary)
+{
+    if (damaged.keep(path, mode))
+        writeRecordFile(path, value, mode);
 }
 
 } // namespace nimbrelle

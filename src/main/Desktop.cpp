@@ -163,6 +163,7 @@ QWidget *Desktop::makeSettings()
                 return m_statusItem.isSeen() ? QList<MenuEntry>()
                                              : StatusMenu::offers(m_delegate.menuEntries());
             },
+        .keptFiles = [this] { return DamagedFiles::keptIn(m_services.paths().supportDir); },
         .makeSyncGroup = [this] { return makeSyncGroup(); },
         .configPath = m_services.paths().config,
     });

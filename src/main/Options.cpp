@@ -133,7 +133,8 @@ QCoro::Task<int> coachAI(OptionRun run)
     Services &services = run.services;
     const Timestamp now = services.clock().now();
     const QString facts = CoachFacts(services.words(), services.config(), services.log()).build(now);
-    const auto previous = CoachHistory(services.paths()).briefingBefore(DayKey::string(now));
+    const auto previous =
+        CoachHistory(services.paths(), services.clock()).briefingBefore(DayKey::string(now));
     const auto client = services.makeAI();
     co_await SelfTest::runCoachAI(facts, previous, *client, run.out);
     co_return 0;

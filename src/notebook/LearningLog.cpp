@@ -1,22 +1,29 @@
 #include "notebook/LearningLog.h"
 
 #include "frame/AppPaths.h"
-#include "frame/AtomicFile.h"
 #include "frame/Clock.h"
+#include "frame/LineFile.h"
 #include "frame/RecordCodec.h"
 #include "frame/Text.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QFileInfo>
-
-#include <cerrno>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace nimbrelle {
 
-LearningLog::LearningLog(const AppPaths &paths, const Clock &clock) : m_path(paths.log), m_clock(clock) { }
+namespace {
+
+bool isText(QByteArrayView line)
+{
+    return QUtf8StringView(line).isValidUtf8();
+}
+
+} // namespace
+
+LearningLog::LearningLog(const AppPaths &paths, const Clock &clock, FileCalls &calls)
+    : m_path(paths.log), m_clock(clock), m_calls(calls)
+{
+}
 
 LearningLog &LearningLog::shared()
 {
@@ -26,27 +33,20 @@ LearningLog &LearningLog::shared()
 
 void LearningLog::add(LogKind kind, const QString &word, const std::optional<QString> &detail)
 {
-    auto line = encode(
-        Event{.time = m_clock.now(), .kind = caseText(kind), .word = word, .detail = detail}, TextForm::line);
-    if (!line)
-        return;
-    line->append('\n');
-    // Appending never empties an existing file, and creates it only where there is none.
-    const int file =
-        ::open(QFile::encodeName(m_path).constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
-    if (file < 0)
-        return;
-    [[maybe_unused]] const ssize_t written =
-        ::write(file, line->constData(), static_cast<std::size_t>(line->size()));
-    ::close(file);
+    const Event event{.time = m_clock.now(), .kind = caseText(kind), .word = word, .detail = detail};
+    if (const auto line = encode(event, TextForm::line))
+        appendLine(m_path, *line, m_calls);
 }
 
 QStringList LearningLog::readLines() const
 {
-    const auto bytes = readFile(m_path);
-    if (!bytes || !QUtf8StringView(*bytes).isValidUtf8())
-        return {};
-    return QString::fromUtf8(*bytes).split(u'\n', Qt::SkipEmptyParts);
+    const QByteArray bytes = readFile(m_path).value_or(QByteArray());
+    QStringList lines;
+    for (const QByteArrayView line : linesOf(bytes)) {
+        if (isText(line))
+            lines.append(QString::fromUtf8(line));
+    }
+    return lines;
 }
 
 LearningLog::Stamp LearningLog::stamp() const
@@ -59,10 +59,17 @@ LearningLog::Stamp LearningLog::stamp() const
 
 void LearningLog::replaceAll(const QStringList &lines)
 {
+    const auto bytes = readFile(m_path);
+    if (!bytes && QFileInfo::exists(m_path))
+        return;
     QByteArray text;
     for (const QString &line : lines)
         text += wellFormed(line).toUtf8() + '\n';
-    replaceFile(m_path, text);
+    for (const QByteArrayView line : linesOf(bytes.value_or(QByteArray()))) {
+        if (!isText(line))
+            text.append(line).append('\n');
+    }
+    replaceFile(m_path, text, FileMode::ordinary, m_calls);
 }
 
 } // namespace nimbrelle

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/AtomicFile.h"
 #include "frame/Record.h"
 #include "frame/Timestamp.h"
 
@@ -46,13 +47,14 @@ public:
         bool operator==(const Event &) const = default;
     };
 
-    LearningLog(const AppPaths &paths, const Clock &clock);
+    LearningLog(const AppPaths &paths, const Clock &clock, FileCalls &calls = FileCalls::system());
     static LearningLog &shared();
 
-    /// Appends one event of this moment, with a single write.
+    /// Appends one event of this moment, on a line of its own and with a single write.
     void add(LogKind kind, const QString &word, const std::optional<QString> &detail = std::nullopt);
 
-    /// The raw lines in file order, broken ones included; empty lines are left out.
+    /// The raw lines in file order, also those that are no event. Empty lines and lines that are not UTF-8
+    /// are left out.
     QStringList readLines() const;
 
     /// Differs after every change of the file. Found without reading it.
@@ -64,12 +66,14 @@ public:
     };
     Stamp stamp() const;
 
-    /// Used only when a merge result is applied.
+    /// Used only when a merge result is applied. Lines that are not UTF-8, and so are in no merge, are kept
+    /// byte for byte behind the others; a log that can't be read stays as it is.
     void replaceAll(const QStringList &lines);
 
 private:
     const QString m_path;
     const Clock &m_clock;
+    FileCalls &m_calls;
 };
 template <Is<LearningLog::Event> Record>
 inline constexpr auto fieldsOf<Record> = fields(field("time", &Record::time), field("kind", &Record::kind),

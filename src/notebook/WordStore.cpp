@@ -12,9 +12,9 @@ namespace nimbrelle {
 
 namespace {
 
-template <class Record> QList<Record> readList(const QString &path)
+template <class Record> QList<Record> readList(const QString &path, DamagedFiles &damaged)
 {
-    return readRecordFile<QList<Record>>(path).value_or(QList<Record>());
+    return readRecordFile<QList<Record>>(path, damaged).value_or(QList<Record>());
 }
 
 ReviewStats freshStats(Timestamp now)
@@ -32,14 +32,15 @@ WordStore::WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &con
     , m_log(log)
     , m_mnemonicRequest(std::move(mnemonicRequest))
     , m_makeId(std::move(makeId))
-    , m_entries(readList<WordEntry>(paths.words))
-    , m_sentenceNotes(readList<AINote>(paths.notes))
-    , m_grammarEncounters(readList<GrammarEncounter>(paths.grammar))
-    , m_affixEncounters(readList<AffixEncounter>(paths.affixes))
-    , m_deleted(readList<Tombstone>(paths.deleted))
+    , m_damaged(clock)
+    , m_entries(readList<WordEntry>(paths.words, m_damaged))
+    , m_sentenceNotes(readList<AINote>(paths.notes, m_damaged))
+    , m_grammarEncounters(readList<GrammarEncounter>(paths.grammar, m_damaged))
+    , m_affixEncounters(readList<AffixEncounter>(paths.affixes, m_damaged))
+    , m_deleted(readList<Tombstone>(paths.deleted, m_damaged))
     , m_stats(freshStats(clock.now()))
 {
-    const auto stored = readRecordFile<ReviewStats>(paths.reviewStats);
+    const auto stored = readRecordFile<ReviewStats>(paths.reviewStats, m_damaged);
     if (stored && stored->day == m_stats.day)
         m_stats = *stored;
 }
@@ -111,12 +112,12 @@ template <class Record> void WordStore::removeAndBury(QList<Record> &list, QUuid
 void WordStore::bury(QUuid id)
 {
     m_deleted.append({.id = idText(id), .at = m_clock.now()});
-    writeRecordFile(m_paths.deleted, m_deleted);
+    writeRecordFile(m_paths.deleted, m_deleted, m_damaged);
 }
 
-void WordStore::writeEntries() const
+void WordStore::writeEntries()
 {
-    writeRecordFile(m_paths.words, m_entries);
+    writeRecordFile(m_paths.words, m_entries, m_damaged);
 }
 
 void WordStore::remove(QUuid id)
@@ -151,13 +152,13 @@ void WordStore::deleteExample(QUuid id, QUuid wordId)
 void WordStore::deleteSentenceNote(QUuid id)
 {
     removeAndBury(m_sentenceNotes, id);
-    writeRecordFile(m_paths.notes, m_sentenceNotes);
+    writeRecordFile(m_paths.notes, m_sentenceNotes, m_damaged);
 }
 
 void WordStore::deleteGrammarEncounter(QUuid id)
 {
     removeAndBury(m_grammarEncounters, id);
-    writeRecordFile(m_paths.grammar, m_grammarEncounters);
+    writeRecordFile(m_paths.grammar, m_grammarEncounters, m_damaged);
 }
 
 SyncBundle WordStore::snapshot() const
@@ -184,11 +185,11 @@ void WordStore::applySync(const SyncBundle &bundle)
         set(m_stats, *bundle.stats);
 
     writeEntries();
-    writeRecordFile(m_paths.notes, m_sentenceNotes);
-    writeRecordFile(m_paths.grammar, m_grammarEncounters);
-    writeRecordFile(m_paths.affixes, m_affixEncounters);
-    writeRecordFile(m_paths.deleted, m_deleted);
-    writeRecordFile(m_paths.reviewStats, m_stats);
+    writeRecordFile(m_paths.notes, m_sentenceNotes, m_damaged);
+    writeRecordFile(m_paths.grammar, m_grammarEncounters, m_damaged);
+    writeRecordFile(m_paths.affixes, m_affixEncounters, m_damaged);
+    writeRecordFile(m_paths.deleted, m_deleted, m_damaged);
+    writeRecordFile(m_paths.reviewStats, m_stats, m_damaged);
     m_log.replaceAll(bundle.log);
     if (bundle.settings && bundle.settings != m_config.config().studySettings())
         m_config.applySync(*bundle.settings);

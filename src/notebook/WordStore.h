@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/DamagedFiles.h"
 #include "notebook/LearningLog.h"
 #include "notebook/SyncBundle.h"
 #include "notebook/Unlock.h"
@@ -144,7 +145,7 @@ private:
     void refreshStatsDay();
     template <class Record> void removeAndBury(QList<Record> &list, QUuid id);
     void bury(QUuid id);
-    void writeEntries() const;
+    void writeEntries();
 
     Unlock recordEncounter(
         WordEntry &word, const Explanation &explanation, const PageSource &source, bool isNewWord);
@@ -158,6 +159,7 @@ private:
     LearningLog &m_log;
     MnemonicRequest m_mnemonicRequest;
     IdSource m_makeId;
+    DamagedFiles m_damaged;
 
     QList<WordEntry> m_entries;
     QList<AINote> m_sentenceNotes;

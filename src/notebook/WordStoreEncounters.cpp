@@ -95,7 +95,7 @@ void WordStore::recordGrammar(const Explanation &explanation, const PageSource &
     const bool isUnlocked = unlockedGrammar().contains(met->point);
     emit changing();
     m_grammarEncounters.prepend(*met);
-    writeRecordFile(m_paths.grammar, m_grammarEncounters);
+    writeRecordFile(m_paths.grammar, m_grammarEncounters, m_damaged);
     if (isUnlocked)
         return;
     unlock.newGrammar = met->point;
@@ -113,7 +113,7 @@ void WordStore::recordAffixes(const Explanation &explanation, Unlock &unlock)
         m_affixEncounters.prepend(met);
     }
     if (!encounters.isEmpty())
-        writeRecordFile(m_paths.affixes, m_affixEncounters);
+        writeRecordFile(m_paths.affixes, m_affixEncounters, m_damaged);
     if (!unlock.newAffixes.isEmpty())
         unlock.affixProgress = Progress{.met = unlockedAffixes().size(), .all = caseCount<Affix>};
 }
@@ -133,7 +133,7 @@ void WordStore::addSentenceNote(const AINote &note)
 {
     emit changing();
     m_sentenceNotes.prepend(note);
-    writeRecordFile(m_paths.notes, m_sentenceNotes);
+    writeRecordFile(m_paths.notes, m_sentenceNotes, m_damaged);
 }
 
 QList<WordEntry> WordStore::family(const WordEntry &entry) const

@@ -63,7 +63,7 @@ qint64 WordStore::fillSlots(qint64 extra)
     }
     if (!plan.joining.isEmpty()) {
         writeEntries();
-        writeRecordFile(m_paths.reviewStats, m_stats);
+        writeRecordFile(m_paths.reviewStats, m_stats, m_damaged);
     }
     return plan.joining.size();
 }
@@ -106,7 +106,7 @@ ReviewOutcome WordStore::applyReview(QUuid id, Rating rating, LogKind kind)
         requestMnemonic(id);
     }
     writeEntries();
-    writeRecordFile(m_paths.reviewStats, m_stats);
+    writeRecordFile(m_paths.reviewStats, m_stats, m_damaged);
     return outcome;
 }
 

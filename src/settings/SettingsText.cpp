@@ -1,5 +1,7 @@
 #include "settings/SettingsText.h"
 
+#include <algorithm>
+
 namespace nimbrelle::SettingsText {
 
 using namespace Qt::StringLiterals;
@@ -32,6 +34,16 @@ QString dwellLabel(double seconds)
 QString wordCount(qsizetype words)
 {
     return u"已保存 %1 个词"_s.arg(words);
+}
+
+QString keptFilesNote(const QStringList &names)
+{
+    if (names.isEmpty())
+        return {};
+    constexpr qsizetype named = 3;
+    const QString lead = u"有数据文件读不出来，已经原样留在数据文件夹里，不再需要时可以删掉："_s;
+    const QString rest = names.size() > named ? u" 等 %1 个"_s.arg(names.size()) : QString();
+    return lead + names.last(std::min(named, names.size())).join(u'、') + rest;
 }
 
 bool isKeyTakenElsewhere(const AppConfig &config)

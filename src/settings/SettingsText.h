@@ -18,6 +18,9 @@ QString dwellLabel(double seconds);
 
 QString wordCount(qsizetype words);
 
+/// Of the damaged files that were kept, the oldest first; empty when there are none.
+QString keptFilesNote(const QStringList &names);
+
 /// The chosen key is already another program's.
 bool isKeyTakenElsewhere(const AppConfig &config);
 /// Both features of a held or tapped key listen to the same one.

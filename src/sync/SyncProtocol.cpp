@@ -27,8 +27,10 @@ SyncReading readingOf(const SyncResponse &response)
     const auto document = decode<SyncBundle>(response.body);
     if (!document)
         throw Failure(u"服务器上的单词本读不懂"_s);
-    return {SyncReading::Kind::document, SyncProtocol::versionOf(response.eTag), *document,
-        BundleForm::hash(*document)};
+    return {.kind = SyncReading::Kind::document,
+        .version = SyncProtocol::versionOf(response.eTag),
+        .document = *document,
+        .hash = BundleForm::hash(*document)};
 }
 
 } // namespace
@@ -55,6 +57,8 @@ QCoro::Task<SyncReading> SyncProtocol::read(qint64 known, std::stop_token stop)
         reading = readingOf(response);
         break;
     case notModified:
+        if (known <= 0) // nothing was named that could be unchanged
+            throw SyncError::http(response.status);
         reading.kind = SyncReading::Kind::unchanged;
         break;
     case notFound:

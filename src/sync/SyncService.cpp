@@ -37,7 +37,7 @@ Document documentOf(const SyncBundle &bundle)
     const QByteArray json = BundleForm::json(bundle);
     if (json.isEmpty())
         throw Failure(u"这台设备的单词本写不出来"_s);
-    return {bundle, json, BundleForm::hashOfJson(json)};
+    return {.bundle = bundle, .json = json, .hash = BundleForm::hashOfJson(json)};
 }
 
 } // namespace
@@ -121,15 +121,14 @@ QCoro::Task<> SyncService::runOnce(SyncLink link, std::stop_token stop)
     SyncProtocol server(*transport);
     SyncState state = loadState(link.server);
     for (int attempt = 1;; ++attempt) {
-        const SyncReading reading = co_await server.read(state.version, stop);
-        const Settled settled = settle(state, reading);
+        const Settled settled = co_await readAndSettle(server, state, stop);
         if (settled.unwritten.isEmpty()) {
-            saveState(state, settled.version, settled.localHash);
+            saveState(state, settled.version, settled);
             co_return;
         }
         const auto version = co_await server.write(settled.version, settled.unwritten, stop);
         if (version) {
-            saveState(state, *version, settled.localHash);
+            saveState(state, *version, settled);
             co_return;
         }
         if (attempt == mostAttempts)
@@ -138,17 +137,40 @@ QCoro::Task<> SyncService::runOnce(SyncLink link, std::stop_token stop)
     }
 }
 
-SyncService::Settled SyncService::settle(const SyncState &state, const SyncReading &reading)
+// A device that has lost something reads the whole document, so that a merge brings it back.
+QCoro::Task<SyncService::Settled> SyncService::readAndSettle(
+    SyncProtocol &server, const SyncState &state, std::stop_token stop)
 {
-    return reading.kind == SyncReading::Kind::unchanged ? settleUnchanged(state) : settleMerged(reading);
+    SyncReading reading = co_await server.read(state.version, stop);
+    if (reading.kind == SyncReading::Kind::unchanged) {
+        const auto settled = settleUnchanged(state);
+        if (settled)
+            co_return *settled;
+        reading = co_await server.read(unknownVersion, stop);
+    }
+    co_return settleMerged(reading);
 }
 
 // No merge is needed: the server's document is the one that this device merged last. The text of a snapshot
-// is that of its normalized form.
-SyncService::Settled SyncService::settleUnchanged(const SyncState &state) const
+// is that of its normalized form. Absent when this device has lost some of that document.
+std::optional<SyncService::Settled> SyncService::settleUnchanged(const SyncState &state) const
 {
     const Document local = documentOf(m_store.snapshot());
-    return {state.version, local.hash, local.hash == state.hash ? QByteArray() : local.json};
+    if (local.hash == state.hash)
+        return Settled{.version = state.version, .localHash = local.hash};
+    if (!hasAllThatWasKnown(state, local.bundle))
+        return std::nullopt;
+    return Settled{.version = state.version,
+        .localHash = local.hash,
+        .unwritten = local.json,
+        .known = SyncKnown::of(local.bundle, local.hash)};
+}
+
+// Also false where nothing was remembered, by an earlier version of the program or for another document.
+bool SyncService::hasAllThatWasKnown(const SyncState &state, const SyncBundle &local) const
+{
+    const auto known = readRecordFile<SyncKnown>(m_paths.syncKnown);
+    return known && known->hash == state.hash && known->isHeldBy(local, m_clock.now());
 }
 
 // Where the copies of one id tie, a merge keeps the first side's list orders, and two devices that each put
@@ -166,7 +188,13 @@ SyncService::Settled SyncService::settleMerged(const SyncReading &reading)
             merged = takenOver;
     }
     const QString hash = merged.hash == localHash ? localHash : apply(merged.bundle);
-    return {reading.version, hash, merged.hash == reading.hash ? QByteArray() : merged.json};
+    // Not from the store, which may have failed to write it.
+    SyncBundle agreed = merged.bundle;
+    agreed.stats = m_store.stats();
+    return {.version = reading.version,
+        .localHash = hash,
+        .unwritten = merged.hash == reading.hash ? QByteArray() : merged.json,
+        .known = SyncKnown::of(agreed, hash)};
 }
 
 // Returns the hash of the local document as it stands afterwards.
@@ -182,13 +210,15 @@ QString SyncService::apply(const SyncBundle &bundle)
 SyncState SyncService::loadState(const QString &server) const
 {
     const auto state = readRecordFile<SyncState>(m_paths.syncState);
-    return state && state->server == server ? *state : SyncState{server, 0, {}, std::nullopt};
+    return state && state->server == server ? *state : SyncState{.server = server};
 }
 
-void SyncService::saveState(SyncState state, qint64 version, const QString &hash) const
+void SyncService::saveState(SyncState state, qint64 version, const Settled &settled) const
 {
+    if (settled.known)
+        writeRecordFile(m_paths.syncKnown, *settled.known);
     state.version = version;
-    state.hash = hash;
+    state.hash = settled.localHash;
     state.lastSyncAt = m_clock.now();
     writeRecordFile(m_paths.syncState, state);
 }

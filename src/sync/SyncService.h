@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/Recheck.h"
+#include "sync/SyncKnown.h"
 #include "sync/SyncLink.h"
 #include "sync/SyncState.h"
 #include "sync/SyncTransport.h"
@@ -12,8 +13,8 @@ namespace nimbrelle {
 class AppPaths;
 class Clock;
 class ConfigStore;
+class SyncProtocol;
 class WordStore;
-struct SyncBundle;
 struct SyncReading;
 
 /// Keeps this device's notebook and the server's one document equal. Main thread only.
@@ -54,15 +55,17 @@ private:
         qint64 version = 0; ///< of the server's document
         QString localHash; ///< what to remember once the server holds all of this
         QByteArray unwritten; ///< what the server lacks; empty when it holds all
+        std::optional<SyncKnown> known; ///< to be remembered as well; absent when it is as it was
     };
 
     QCoro::Task<> runOnce(SyncLink link, std::stop_token stop);
-    Settled settle(const SyncState &state, const SyncReading &reading);
-    Settled settleUnchanged(const SyncState &state) const;
+    QCoro::Task<Settled> readAndSettle(SyncProtocol &server, const SyncState &state, std::stop_token stop);
+    std::optional<Settled> settleUnchanged(const SyncState &state) const;
     Settled settleMerged(const SyncReading &reading);
     QString apply(const SyncBundle &bundle);
     SyncState loadState(const QString &server) const;
-    void saveState(SyncState state, qint64 version, const QString &hash) const;
+    bool hasAllThatWasKnown(const SyncState &state, const SyncBundle &local) const;
+    void saveState(SyncState state, qint64 version, const Settled &settled) const;
 
     QCoro::Task<> syncAfter(std::chrono::seconds delay, std::stop_token stop);
     void setBusy(bool busy);

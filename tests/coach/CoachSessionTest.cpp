@@ -243,7 +243,7 @@ TEST_F(CoachSessionTest, QuotesTheLatestDayOnWhichTheCoachSpoke)
     };
     const auto quoted = [this](const QList<CoachDay> &days) {
         writeRecordFile(paths.coach, days);
-        const auto briefing = CoachHistory(paths).briefingBefore(u"2026-03-04"_s);
+        const auto briefing = CoachHistory(paths, clock).briefingBefore(u"2026-03-04"_s);
         return briefing ? briefing->day + briefing->text : u"none"_s;
     };
     const CoachDay first{.day = u"2026-03-01"_s,

@@ -1,6 +1,8 @@
 #include "frame/RecordFile.h"
 
 #include "frame/AppConfig.h"
+#include "support/ManualClock.h"
+#include "support/TimeZone.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -47,6 +49,53 @@ TEST_F(RecordFile, StaysAsItWasWhenTheEncodingFailsHalfWay)
     writeRecordFile(m_path, configs);
     EXPECT_EQ(readRecordFile<QList<AppConfig>>(m_path)->size(), 1);
     EXPECT_EQ(files(), QStringList{u"list.json"_s}) << "a temporary was left";
+}
+
+TEST_F(RecordFile, ADamagedFileIsKeptBesideBeforeItIsWrittenOver)
+{
+    const TimeZone zone("Asia/Shanghai");
+    const ManualClock clock;
+    const auto damage = [&](const QByteArray &bytes) {
+        DamagedFiles damaged(clock);
+        EXPECT_TRUE(replaceFile(m_path, bytes));
+        EXPECT_EQ(readRecordFile<AppConfig>(m_path, damaged), std::nullopt);
+        for (int i = 0; i < 2; ++i)
+            writeRecordFile(m_path, AppConfig(), damaged);
+        EXPECT_TRUE(readRecordFile<AppConfig>(m_path, damaged));
+    };
+    DamagedFiles none(clock);
+    EXPECT_EQ(readRecordFile<AppConfig>(m_path, none), std::nullopt);
+    writeRecordFile(m_path, AppConfig(), none);
+    EXPECT_EQ(files(), QStringList{u"list.json"_s}) << "what was missing is not damaged";
+    damage("{\"first");
+    damage("\xff");
+    const QStringList kept{u"list.damaged-20260301-163005.json"_s, u"list.damaged-20260301-163005-2.json"_s};
+    EXPECT_EQ(DamagedFiles::keptIn(m_directory.path()), kept);
+    EXPECT_EQ(readFile(m_directory.filePath(kept[0])), "{\"first");
+    EXPECT_EQ(readFile(m_directory.filePath(kept[1])), "\xff");
+}
+
+TEST_F(RecordFile, ADamagedFileThatCannotBeKeptIsNotWrittenOver)
+{
+    struct FullDisk : FileCalls {
+        ssize_t write(int, const char *, std::size_t) override { return -1; }
+        int rename(const char *from, const char *to) override
+        {
+            return mayMove ? FileCalls::rename(from, to) : -1;
+        }
+        bool mayMove = false;
+    } disk;
+    const ManualClock clock;
+    DamagedFiles damaged(clock, disk);
+    ASSERT_TRUE(replaceFile(m_path, "{"));
+    ASSERT_EQ(readRecordFile<AppConfig>(m_path, damaged), std::nullopt);
+    writeRecordFile(m_path, AppConfig(), damaged);
+    EXPECT_EQ(readFile(m_path), "{");
+    EXPECT_EQ(files(), QStringList{u"list.json"_s});
+    disk.mayMove = true;
+    writeRecordFile(m_path, AppConfig(), damaged);
+    EXPECT_TRUE(readRecordFile<AppConfig>(m_path));
+    EXPECT_EQ(readFile(m_directory.filePath(DamagedFiles::keptIn(m_directory.path()).value(0))), "{");
 }
 
 } // namespace

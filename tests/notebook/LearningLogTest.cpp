@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
@@ -35,18 +36,49 @@ TEST_F(LearningLogTest, AppendsCompactLinesInDeclaredOrder)
 
 TEST_F(LearningLogTest, KeepsWhateverStandsInTheFile)
 {
-    ASSERT_TRUE(replaceFile(m_paths.log, "\n{broken\n\n{\"kind\":1}\nlast without end"));
+    ASSERT_TRUE(replaceFile(
+        m_paths.log, "\n{broken\n\n{\"word\":\"\xe4\xbd\n\xff\xfe\r\n{\"kind\":1}\nlast without end"));
     const QStringList lines{u"{broken"_s, u"{\"kind\":1}"_s, u"last without end"_s};
-    m_log.replaceAll(m_log.readLines());
     EXPECT_EQ(m_log.readLines(), lines);
+    const QByteArray unreadable = "{\"word\":\"\xe4\xbd\n\xff\xfe\r\n";
+    for (int i = 0; i < 2; ++i) {
+        m_log.replaceAll(m_log.readLines());
+        EXPECT_EQ(readFile(m_paths.log), "{broken\n{\"kind\":1}\nlast without end\n" + unreadable);
+    }
     m_log.replaceAll({});
-    EXPECT_EQ(readFile(m_paths.log), QByteArray(""));
+    EXPECT_EQ(readFile(m_paths.log), unreadable);
+    m_log.add(LogKind::rest, u"run"_s);
+    EXPECT_EQ(m_log.readLines().size(), 1);
+}
+
+TEST_F(LearningLogTest, AnEventIsALineOfItsOwnOrNotThere)
+{
+    struct FullDisk : FileCalls {
+        ssize_t write(int file, const char *bytes, std::size_t count) override
+        {
+            const std::size_t taken = std::min(count, std::exchange(space, 0u));
+            return taken == 0 ? -1 : FileCalls::write(file, bytes, taken);
+        }
+        std::size_t space = 0;
+    } disk;
+    LearningLog log(m_paths, m_clock, disk);
+    ASSERT_TRUE(replaceFile(m_paths.log, "{\"torn\":\"\xe4\xbd"));
+    for (const std::size_t space : {0u, 1u, 20u, 60u}) {
+        disk.space = space;
+        log.add(LogKind::rest, u"休息"_s);
+        EXPECT_EQ(readFile(m_paths.log), "{\"torn\":\"\xe4\xbd");
+    }
+    m_log.add(LogKind::rest, u"run"_s);
+    m_log.add(LogKind::rest, u"walk"_s);
+    EXPECT_EQ(readFile(m_paths.log)->count('\n'), 3);
+    EXPECT_EQ(m_log.readLines().size(), 2);
 }
 
 TEST_F(LearningLogTest, NeverEmptiesAFileThatItCannotOpen)
 {
     ASSERT_TRUE(QDir(m_directory.path()).mkdir(u"learning-log.jsonl"_s));
     m_log.add(LogKind::rest, u"run"_s);
+    m_log.replaceAll({u"{}"_s});
     EXPECT_TRUE(QFileInfo(m_paths.log).isDir());
     EXPECT_EQ(m_log.readLines(), QStringList());
 }

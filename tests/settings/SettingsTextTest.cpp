@@ -81,6 +81,9 @@ TEST(SettingsText, NamesWhatIsTrueOfThisMachine)
     EXPECT_EQ(keyboardLabel(ModifierKey::option), u"⌥ Option（Alt）"_s);
     EXPECT_EQ(keyboardLabel(ModifierKey::command), u"⌘ Command（Super）"_s);
     EXPECT_EQ(keyboardLabel(ModifierKey::control), u"⌃ Control（Ctrl）"_s);
+    EXPECT_EQ(SettingsText::keptFilesNote({}), QString());
+    EXPECT_EQ(SettingsText::keptFilesNote({u"a"_s, u"b"_s, u"c"_s, u"d"_s}),
+        u"有数据文件读不出来，已经原样留在数据文件夹里，不再需要时可以删掉：b、c、d 等 4 个"_s);
     EXPECT_EQ(SettingsText::dwellLabel(0.5), u"0.5 秒"_s);
     EXPECT_EQ(SettingsText::dwellLabel(2), u"2.0 秒"_s);
 }

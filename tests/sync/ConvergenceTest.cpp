@@ -19,8 +19,8 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 // Several devices, each with its own wrong clock and time zone, learn at random and sync over a road that
-// loses requests and answers, while processes are killed at any point. Whenever they get some quiet, all must
-// come to one document, with nothing lost that nobody deleted.
+// loses requests and answers, while processes are killed at any point. Whenever they get some quiet, and one
+// of them a damaged file, all must come to one document, with nothing lost that nobody deleted.
 namespace {
 
 constexpr int stepsInASimulation = 250; // a fresh start now and then keeps logs, and so rounds, short
@@ -167,7 +167,7 @@ private:
     {
         const AppPaths &paths = device.paths;
         const QStringList inOrder{paths.words, paths.notes, paths.grammar, paths.affixes, paths.deleted,
-            paths.reviewStats, paths.log, paths.config, paths.syncState};
+            paths.reviewStats, paths.log, paths.config, paths.syncKnown, paths.syncState};
         const qsizetype written = m_random.below(static_cast<quint32>(inOrder.size()));
         QList<std::optional<QByteArray>> before;
         for (const QString &path : inOrder)
@@ -188,6 +188,8 @@ private:
         for (const Member &member : m_members)
             enter(member).network.serve(m_server);
         quietRound();
+        damageAFile();
+        quietRound();
         quietRound();
         for (const Member &member : m_members)
             member.device->network.requests.clear();
@@ -201,6 +203,20 @@ private:
             EXPECT_EQ(BundleForm::json(document), BundleForm::json(agreed));
         }
         expectNothingLost(agreed);
+    }
+
+    // Of a device that has given all it has to the server, which alone holds it for a while.
+    void damageAFile()
+    {
+        Device &device = enterAny();
+        const AppPaths &paths = device.paths;
+        const QString path = m_random.from(
+            QStringList{paths.words, paths.notes, paths.grammar, paths.affixes, paths.deleted, paths.log});
+        const QByteArray bytes = readFile(path).value_or(QByteArray());
+        replaceFile(path, bytes.first(m_random.below(static_cast<quint32>(bytes.size()) + 1)));
+        device.restart();
+        EXPECT_TRUE(device.syncWith(m_server));
+        expectNothingLost(serverDocument());
     }
 
     void quietRound()

@@ -51,6 +51,8 @@ TEST(SyncProtocol, TakesOnlyTheStatusesOfEachRequest)
     EXPECT_EQ(sentenceAfter({204, {}, {}}, ping), u"服务器出错了（204）"_s);
     for (const int status : {200, 304, 404})
         EXPECT_EQ(sentenceAfter({status, {}, empty}, read), QString()) << status;
+    const auto readWhole = [](SyncProtocol &protocol) { return protocol.read(0, {}); };
+    EXPECT_EQ(sentenceAfter({304, {}, {}}, readWhole), u"服务器出错了（304）"_s);
     EXPECT_EQ(sentenceAfter({412, {}, {}}, read), u"服务器出错了（412）"_s);
     EXPECT_EQ(sentenceAfter({302, {}, {}}, read), u"服务器出错了（302）"_s);
     EXPECT_EQ(sentenceAfter({401, {}, {}}, read), u"同步码里的密码不对"_s);

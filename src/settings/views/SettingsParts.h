@@ -29,6 +29,8 @@ struct SettingsParts {
     Clock &clock;
     /// Lines of the status menu for a desktop whose bar does not show it; else none.
     std::function<QList<MenuEntry>()> offers;
+    /// The names of damaged data files that were kept, the oldest first.
+    std::function<QStringList()> keptFiles;
     /// The group about syncing; the page takes it over.
     std::function<QWidget *()> makeSyncGroup;
     QString configPath; ///< of the file that the settings are kept in

@@ -3,6 +3,7 @@
 #include "notebook/WordStore.h"
 #include "settings/SettingsText.h"
 #include "settings/views/SettingsSections.h"
+#include "widgets/ReadText.h"
 #include "widgets/ScrollAnchor.h"
 #include "widgets/TabOrder.h"
 
@@ -85,6 +86,16 @@ void SettingsView::look()
     m_permissions->refresh();
     m_start->refresh();
     m_offers->refresh();
+    showKeptFiles();
+}
+
+void SettingsView::showKeptFiles()
+{
+    const QString text = SettingsText::keptFilesNote(m_parts.keptFiles());
+    if (m_keptFiles->toPlainText() != text)
+        m_keptFiles->setPlain(text);
+    m_keptFiles->setAccessibleName(text);
+    m_keptFiles->setVisible(!text.isEmpty());
 }
 
 /// In new colours; the user stays at the same place.
@@ -148,6 +159,8 @@ QWidget *SettingsView::makeNotebookSection()
     // Queued, for the store is in the middle of a change.
     connect(&m_parts.words, &WordStore::changing, row, show, Qt::QueuedConnection);
     show();
+    m_keptFiles = row->addNote(u"keptFiles"_s, {}, Tone::bad);
+    showKeptFiles();
     auto *group = new FormGroup(theme);
     group->add(row);
     return makeSection(theme, u"生词本"_s, group);

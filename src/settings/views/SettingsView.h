@@ -12,6 +12,7 @@ namespace nimbrelle {
 class ExclusionSection;
 class OfferRow;
 class PermissionSection;
+class ReadText;
 class StartSection;
 
 /// The content of the settings window: one page that scrolls. Every change takes effect at once.
@@ -40,6 +41,7 @@ private:
     QWidget *makePage();
     QWidget *makeNotebookSection();
     void look();
+    void showKeptFiles();
 
     const SettingsParts m_parts;
     QScrollArea *m_scroll;
@@ -48,6 +50,7 @@ private:
     ExclusionSection *m_exclusions = nullptr;
     QWidget *m_sync;
     OfferRow *m_offers = nullptr;
+    ReadText *m_keptFiles = nullptr;
     QList<QWidget *> m_sections; ///< from the top
     bool m_isAdvancedOpen = false;
     Recheck m_recheck;

@@ -1,6 +1,7 @@
 #include "Scene.h"
 #include "coach/CoachHistory.h"
 #include "frame/AppPaths.h"
+#include "frame/Clock.h"
 #include "frame/RecordFile.h"
 #include "platform/linux/desktop/StatusHost.h"
 #include "sync/SyncLink.h"
@@ -115,7 +116,7 @@ protected:
 
     QString coachWroteFirst() const
     {
-        const QList<CoachDay> days = CoachHistory(AppPaths(folder.path())).days();
+        const QList<CoachDay> days = CoachHistory(AppPaths(folder.path()), SystemClock::shared()).days();
         return days.isEmpty() || days.last().messages.isEmpty() ? QString()
                                                                 : days.last().messages.first().text;
     }

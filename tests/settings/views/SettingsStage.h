@@ -85,6 +85,7 @@ struct SettingsStage : ViewStage {
         .excluded = excluded,
         .clock = notebook.clock,
         .offers = [this] { return offers; },
+        .keptFiles = [this] { return DamagedFiles::keptIn(notebook.paths.supportDir); },
         .makeSyncGroup =
             [this] {
                 return new SyncSection({.theme = theme,

@@ -284,6 +284,19 @@ TEST_F(SettingsViewTest, LeadsToTheOtherWindows)
     EXPECT_EQ(text("wordCount"), u"已保存 1 个词"_s);
 }
 
+TEST_F(SettingsViewTest, ADamagedFileThatWasKeptIsNamedWhileItIsThere)
+{
+    EXPECT_FALSE(shows("keptFiles"));
+    const QString kept = notebook.paths.supportDir + u"/words.damaged-20261123-142233.json"_s;
+    ASSERT_TRUE(replaceFile(kept, "{"));
+    notebook.clock.advance(1500ms);
+    EXPECT_TRUE(shows("keptFiles"));
+    EXPECT_TRUE(text("keptFiles").endsWith(u"：words.damaged-20261123-142233.json"_s));
+    QFile::remove(kept);
+    notebook.clock.advance(1500ms);
+    EXPECT_FALSE(shows("keptFiles"));
+}
+
 TEST_F(SettingsViewTest, WhatIsInViewStaysWhereItIsWhenThePageGrowsAboveIt)
 {
     auto *bar = view.findChild<QScrollArea *>()->verticalScrollBar();
