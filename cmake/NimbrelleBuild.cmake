@@ -55,9 +55,7 @@ endif()
 # can't be judged, so their calls are left out.
 set(NIMBRELLE_RUN_ENVIRONMENT "")
 if(NIMBRELLE_SANITIZE MATCHES "thread")
-    string(CONCAT NIMBRELLE_RUN_ENVIRONMENT
-        "TSAN_OPTIONS=ignore_noninstrumented_modules=1"
-        ":suppressions=${CMAKE_SOURCE_DIR}/cmake/thread-suppressions.txt")
+    set(NIMBRELLE_RUN_ENVIRONMENT "TSAN_OPTIONS=ignore_noninstrumented_modules=1")
 endif()
 if(NIMBRELLE_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)

@@ -3,6 +3,11 @@
 function(nimbrelle_test)
     cmake_parse_arguments(arg "" "NAME" "SOURCES;LIBRARIES;LABELS" ${ARGN})
     add_executable(${arg_NAME}_tests ${arg_SOURCES})
+    if(NIMBRELLE_SANITIZE MATCHES "thread")
+        target_sources(${arg_NAME}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests/support/PlainClone.cpp")
+        set_source_files_properties("${CMAKE_SOURCE_DIR}/tests/support/PlainClone.cpp" PROPERTIES
+            SKIP_PRECOMPILE_HEADERS ON)
+    endif()
     target_link_libraries(${arg_NAME}_tests PRIVATE nimbrelle_core nimbrelle_test_support ${arg_LIBRARIES})
     target_precompile_headers(${arg_NAME}_tests REUSE_FROM nimbrelle_test_support)
     set_property(TARGET ${arg_NAME}_tests PROPERTY AUTOMOC OFF) # no test has signals of its own
