@@ -20,8 +20,9 @@ public:
     QString script() const;
     QString report() const;
 
-    /// Whether there is a generator that is the user's own: script and folders, none of them a link, belong to
-    /// the user, and neither a group nor others can write them. Any other could be somebody else's program.
+    /// Whether there is a generator that is the user's own: script and folders, none of them a link, belong
+    /// to the user, and neither a group nor others can write them. Any other could be somebody else's
+    /// program.
     bool isInstalled() const;
 
     bool isUpdating() const { return m_generator.state() != QProcess::NotRunning; }
