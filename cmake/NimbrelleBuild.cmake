@@ -1,5 +1,7 @@
 # What every target of the project is built with.
 
+include(CheckCXXCompilerFlag)
+
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -34,9 +36,12 @@ add_compile_options(
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # It counts members that have a default, and sees dangling references in what returns a member of its own.
     add_compile_options(-Wno-missing-field-initializers -Wno-dangling-reference)
-elseif(CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 18)
+else()
     # A member that is not named is empty, as its type has it.
-    add_compile_options(-Wno-missing-designated-field-initializers)
+    check_cxx_compiler_flag(-Wmissing-designated-field-initializers NIMBRELLE_HAS_DESIGNATED_WARNING)
+    if(NIMBRELLE_HAS_DESIGNATED_WARNING)
+        add_compile_options(-Wno-missing-designated-field-initializers)
+    endif()
 endif()
 add_compile_definitions(
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING

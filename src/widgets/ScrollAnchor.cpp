@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QMoveEvent>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -17,7 +18,10 @@ ScrollAnchor::ScrollAnchor(QScrollArea &area, const QList<QWidget *> &sections)
         m_sections.append(section);
     }
     connect(area.verticalScrollBar(), &QScrollBar::valueChanged, this, &ScrollAnchor::choose);
-    connect(area.verticalScrollBar(), &QScrollBar::rangeChanged, this, &ScrollAnchor::scroll);
+    connect(area.verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] {
+        scroll();
+        m_owed = 0;
+    });
 }
 
 bool ScrollAnchor::eventFilter(QObject *watched, QEvent *event)
@@ -37,8 +41,9 @@ int ScrollAnchor::bottomOf(const QWidget &section) const
 
 void ScrollAnchor::choose()
 {
-    if (m_owed != 0)
+    if (m_isScrolling)
         return;
+    m_owed = 0;
     const int top = m_area.verticalScrollBar()->value();
     const auto isInView = [&](const QWidget *section) {
         return section && !section->isHidden() && bottomOf(*section) > top;
@@ -50,6 +55,7 @@ void ScrollAnchor::choose()
 void ScrollAnchor::scroll()
 {
     QScrollBar *bar = m_area.verticalScrollBar();
+    const QScopedValueRollback scrolling(m_isScrolling, true);
     const int before = bar->value();
     bar->setValue(before + m_owed);
     m_owed -= bar->value() - before;

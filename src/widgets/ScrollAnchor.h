@@ -27,6 +27,7 @@ private:
     QList<QPointer<QWidget>> m_sections;
     QPointer<QWidget> m_anchor; ///< the first section that is in view, in part at least
     int m_owed = 0; ///< pixels to scroll that the range does not hold yet
+    bool m_isScrolling = false; ///< it is this that scrolls, and not the user
 };
 
 } // namespace nimbrelle
