@@ -1,5 +1,6 @@
 #include "ai/Conversation.h"
 
+#include "ai/AIError.h"
 #include "frame/ConfigStore.h"
 #include "frame/Failure.h"
 #include "frame/Text.h"
@@ -79,6 +80,8 @@ QCoro::Task<> Conversation::receive(QList<ChatMessage> exchange, std::stop_token
             take(*piece);
             co_await ++piece;
         }
+        if (!stop.stop_requested() && m_messages.last().text.isEmpty())
+            throw AIError(AIError::Kind::badResponse);
         if (!stop.stop_requested())
             endAnswer();
     } catch (const std::exception &failure) {

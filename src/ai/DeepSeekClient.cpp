@@ -18,6 +18,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int statusOk = 200;
+// More than any model says, so what goes on beyond is no answer.
+constexpr qsizetype largestReply = 1024 * 1024;
+constexpr qsizetype largestAnswer = 256 * 1024; // of a stream, as UTF-8
 
 QByteArray keyOf(const AppConfig &config)
 {
@@ -64,9 +67,8 @@ QByteArray contentIn(const QByteArray &reply)
 
 } // namespace
 
-DeepSeekClient::DeepSeekClient(
-    AppConfig config, QNetworkAccessManager &network, std::chrono::milliseconds timeout)
-    : m_config(std::move(config)), m_network(&network), m_timeout(timeout)
+DeepSeekClient::DeepSeekClient(AppConfig config, QNetworkAccessManager &network, Limits limits)
+    : m_config(std::move(config)), m_network(&network), m_limits(limits)
 {
 }
 
@@ -77,13 +79,14 @@ DeepSeekClient::Request DeepSeekClient::makeRequest(
     QNetworkRequest head(addressOf(m_config));
     head.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
     head.setHeader(QNetworkRequest::UserAgentHeader, u"Nimbrelle"_s);
+    head.setRawHeader("Accept-Language", "zh-CN");
     head.setRawHeader("Authorization", "Bearer " + key);
     // The key must reach nobody but the address that the user gave.
     head.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     head.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     // Closing a stream then closes its connection.
     head.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    head.setTransferTimeout(static_cast<int>(m_timeout.count()));
+    head.setTransferTimeout(static_cast<int>(m_limits.silence.count()));
     return {.head = head, .body = bodyOf(m_config.model, messages, extra)};
 }
 
@@ -134,17 +137,22 @@ QCoro::Task<QByteArray> DeepSeekClient::contentOf(
     if (stop.stop_requested())
         throw Cancelled();
 
-    HttpExchange exchange(*client.m_network, request.head, request.body, stop);
+    HttpExchange exchange(
+        *client.m_network, request.head, request.body, client.m_limits.exchange, std::move(stop));
     co_await exchange.answered();
+    const bool isAnswer = exchange.status() == statusOk;
     QByteArray reply;
-    for (;;) {
+    bool atEnd = false;
+    while (!atEnd && reply.size() <= (isAnswer ? largestReply : largestErrorBody)) {
         const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isFailure);
-        if (bytes.isEmpty())
-            break;
+        atEnd = bytes.isEmpty();
         reply.append(bytes);
     }
-    if (exchange.status() != statusOk)
-        throw AIError::ofStatus(exchange.status(), textFromUtf8(reply), trimmedSpace(client.m_config.apiKey));
+    if (!isAnswer)
+        throw AIError::ofStatus(exchange.status(), atEnd ? textFromUtf8(reply) : textFromCutUtf8(reply),
+            trimmedSpace(client.m_config.apiKey));
+    if (!atEnd)
+        throw AIError(AIError::Kind::badResponse);
     co_return contentIn(reply);
 }
 
@@ -156,7 +164,8 @@ QCoro::AsyncGenerator<QString> DeepSeekClient::piecesOf(
     if (stop.stop_requested())
         throw Cancelled();
 
-    HttpExchange exchange(*client.m_network, request.head, request.body, stop);
+    HttpExchange exchange(
+        *client.m_network, request.head, request.body, client.m_limits.streamWithoutText, stop);
     co_await exchange.answered();
     for (ErrorBodyReader body; exchange.status() != statusOk;) {
         const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isFailure);
@@ -165,11 +174,21 @@ QCoro::AsyncGenerator<QString> DeepSeekClient::piecesOf(
     }
 
     StreamReader reader;
+    qsizetype withoutText = 0;
+    qsizetype answered = 0;
     for (bool atEnd = false; !atEnd && !reader.isDone();) {
         const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isEnd);
         atEnd = bytes.isEmpty();
         QStringList pieces = atEnd ? reader.finish() : reader.read(bytes);
+        withoutText = pieces.isEmpty() ? withoutText + bytes.size() : 0;
+        if (withoutText > largestReply)
+            throw AIError(AIError::Kind::badResponse);
+        if (!pieces.isEmpty())
+            exchange.restartLimit();
         for (QString &piece : pieces) {
+            answered += piece.toUtf8().size();
+            if (answered > largestAnswer)
+                throw AIError(AIError::Kind::badResponse);
             co_yield piece;
             if (stop.stop_requested())
                 throw Cancelled();

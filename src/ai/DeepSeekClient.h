@@ -2,6 +2,7 @@
 
 #include "ai/AIClient.h"
 #include "ai/AIError.h"
+#include "ai/ReplyLengths.h"
 #include "frame/RecordCodec.h"
 
 #include <QJsonObject>
@@ -22,9 +23,17 @@ public:
         QByteArray body;
     };
 
-    /// `timeout`: how long the connection may stay silent.
-    DeepSeekClient(AppConfig config, QNetworkAccessManager &network,
-        std::chrono::milliseconds timeout = std::chrono::seconds{60});
+    struct Limits {
+        std::chrono::milliseconds silence = std::chrono::seconds{60}; ///< of the connection
+        std::chrono::milliseconds exchange = std::chrono::seconds{120}; ///< a whole one without a stream
+        std::chrono::milliseconds streamWithoutText = std::chrono::seconds{60};
+    };
+
+    DeepSeekClient(AppConfig config, QNetworkAccessManager &network, Limits limits);
+    DeepSeekClient(AppConfig config, QNetworkAccessManager &network)
+        : DeepSeekClient(std::move(config), network, Limits())
+    {
+    }
 
     /// `extra`: members of the body beside the model and the messages. Throws AIError when there is no key or
     /// the address is not valid.
@@ -54,9 +63,10 @@ private:
     {
         const QByteArray content =
             co_await contentOf(std::move(client), std::move(system), std::move(user), std::move(stop));
-        const auto reply = decode<Reply>(content, KeyStyle::fromSnakeCase);
+        auto reply = decode<Reply>(content, KeyStyle::fromSnakeCase);
         if (!reply)
             throw AIError(AIError::Kind::badResponse);
+        shorten(*reply);
         co_return *reply;
     }
     static QCoro::Task<QByteArray> contentOf(
@@ -67,7 +77,7 @@ private:
 
     AppConfig m_config;
     QNetworkAccessManager *m_network;
-    std::chrono::milliseconds m_timeout;
+    Limits m_limits;
 };
 
 } // namespace nimbrelle

@@ -1,5 +1,7 @@
 #include "ai/HttpExchange.h"
 
+#include "ai/AIError.h"
+#include "ai/ReplyLimits.h"
 #include "ai/TransportError.h"
 
 #include <QIODevice>
@@ -61,7 +63,7 @@ QNetworkReply *post(QNetworkAccessManager &network, const QNetworkRequest &reque
 } // namespace
 
 HttpExchange::HttpExchange(QNetworkAccessManager &network, const QNetworkRequest &request,
-    const QByteArray &body, std::stop_token stop)
+    const QByteArray &body, std::chrono::milliseconds limit, std::stop_token stop)
     : m_stop(std::move(stop)), m_body(new OneTimeBody(body)), m_reply(post(network, request, m_body))
 {
     QObject::connect(m_reply, &QNetworkReply::readyRead, &m_context, [this] {
@@ -72,6 +74,10 @@ HttpExchange::HttpExchange(QNetworkAccessManager &network, const QNetworkRequest
         collect();
         resume();
     });
+    // An aborted reply counts as timed out.
+    QObject::connect(&m_limit, &QTimer::timeout, m_reply, &QNetworkReply::abort);
+    m_limit.setSingleShot(true);
+    m_limit.start(limit);
     m_onStop.emplace(m_stop, Abort{this});
 }
 
@@ -111,6 +117,8 @@ void HttpExchange::checkAnswered()
 {
     if (m_unread.isEmpty() && (m_stop.stop_requested() || status() == 0))
         throwUnlessEnded();
+    if (hasOversizedHeaders(*m_reply))
+        throw AIError(AIError::Kind::badResponse);
 }
 
 QByteArray HttpExchange::takeBytes()

@@ -3,7 +3,9 @@
 #include <QByteArray>
 #include <QNetworkReply>
 #include <QObject>
+#include <QTimer>
 
+#include <chrono>
 #include <coroutine>
 #include <memory>
 #include <optional>
@@ -20,18 +22,24 @@ class OneTimeBody;
 /// in the frame of that coroutine; when it goes, or when `stop` is requested, the connection is closed. The
 /// manager must outlive it.
 ///
-/// The body is taken off the network as it comes, however slowly it is read here.
+/// The body is taken off the network as it comes, however slowly it is read here. How much of it is wanted is
+/// the caller's to count.
 class HttpExchange {
 public:
     /// What a connection lost in the middle of the body means.
     enum class CutOff { isFailure, isEnd };
 
+    /// `limit`: how long the whole may take, from now or from the last restartLimit(); after it every wait
+    /// throws TransportError as timed out.
     HttpExchange(QNetworkAccessManager &network, const QNetworkRequest &request, const QByteArray &body,
-        std::stop_token stop);
+        std::chrono::milliseconds limit, std::stop_token stop);
     ~HttpExchange();
     Q_DISABLE_COPY_MOVE(HttpExchange)
 
-    /// `co_await exchange.answered()`: waits until the status is known. Throws Cancelled or TransportError.
+    void restartLimit() { m_limit.start(); }
+
+    /// `co_await exchange.answered()`: waits until the status is known. Throws Cancelled, TransportError, or
+    /// AIError for headers of a size that no provider sends.
     auto answered() { return Wait<&HttpExchange::checkAnswered>{*this}; }
     /// 0 for a reply that has none.
     int status() const;
@@ -71,6 +79,7 @@ private:
     OneTimeBody *m_body; ///< the reply's child
     QNetworkReply *m_reply;
     QObject m_context; ///< ends the connections with us
+    QTimer m_limit;
     std::optional<std::stop_callback<Abort>> m_onStop; ///< last, for it may run while it is made
 };
 

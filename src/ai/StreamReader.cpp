@@ -52,7 +52,10 @@ bool ErrorBodyReader::completesWith(const QByteArray &bytes)
         if (isEnough())
             return true;
     }
-    return false;
+    m_read += bytes.size();
+    if (m_read > largestErrorBody)
+        m_text.append(textFromCutUtf8(m_lines.finish().value_or(QByteArray())).toUtf8());
+    return m_read > largestErrorBody;
 }
 
 bool ErrorBodyReader::isEnough() const
@@ -70,6 +73,15 @@ QString ErrorBodyReader::text() const
 QString textFromUtf8(const QByteArray &bytes)
 {
     return QUtf8StringView(bytes).isValidUtf8() ? QString::fromUtf8(bytes) : QString();
+}
+
+QString textFromCutUtf8(QByteArray bytes)
+{
+    const auto isInsideCharacter = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
+    while (!bytes.isEmpty() && isInsideCharacter(bytes.back()))
+        bytes.chop(1);
+    bytes.chop(1);
+    return textFromUtf8(bytes);
 }
 
 } // namespace nimbrelle

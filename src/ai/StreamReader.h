@@ -25,6 +25,9 @@ private:
     bool m_isDone = false;
 };
 
+/// Of a body with an error a sentence is shown; beyond this it is not read, in bytes.
+inline constexpr qsizetype largestErrorBody = 64 * 1024;
+
 /// Reads the body of an error response, line by line, until it is longer than what is shown of it.
 class ErrorBodyReader {
 public:
@@ -38,9 +41,12 @@ private:
 
     LineReader m_lines;
     QByteArray m_text;
+    qsizetype m_read = 0;
 };
 
 /// `bytes` as text; empty when they are not UTF-8.
 QString textFromUtf8(const QByteArray &bytes);
+/// The same of a text that was cut off anywhere: without its last character.
+QString textFromCutUtf8(QByteArray bytes);
 
 } // namespace nimbrelle

@@ -1,5 +1,6 @@
 #include "sync/PinnedTransport.h"
 
+#include "ai/ReplyLimits.h"
 #include "ai/TransportError.h"
 #include "sync/SyncError.h"
 
@@ -8,6 +9,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QSslConfiguration>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -41,8 +43,8 @@ void refuseUnsendable(const QString &token)
 
 } // namespace
 
-PinnedTransport::PinnedTransport(SyncLink link, std::chrono::milliseconds timeLimit)
-    : m_link(std::move(link)), m_timeLimit(timeLimit), m_network(new QNetworkAccessManager)
+PinnedTransport::PinnedTransport(SyncLink link, Limits limits)
+    : m_link(std::move(link)), m_limits(limits), m_network(new QNetworkAccessManager)
 {
     m_network->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
 }
@@ -77,7 +79,7 @@ QNetworkRequest PinnedTransport::platformRequest(const SyncRequest &request) con
         throw TransportError(TransportError::Kind::certificate, u"not https"_s);
     QNetworkRequest result(url);
     result.setSslConfiguration(tlsConfiguration());
-    result.setTransferTimeout(static_cast<int>(m_timeLimit.count()));
+    result.setTransferTimeout(static_cast<int>(m_limits.silence.count()));
     result.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     result.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
     result.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
@@ -98,6 +100,7 @@ QNetworkRequest PinnedTransport::platformRequest(const SyncRequest &request) con
 QNetworkReply *PinnedTransport::start(const SyncRequest &request)
 {
     m_isRefused = false;
+    m_isTooLong = false;
     const QNetworkRequest prepared = platformRequest(request);
     QNetworkReply *const reply = request.method == SyncRequest::Method::put
         ? m_network->put(prepared, request.body)
@@ -109,7 +112,23 @@ QNetworkReply *PinnedTransport::start(const SyncRequest &request)
             reply->abort();
         }
     });
+    watchSize(reply);
+    QTimer::singleShot(m_limits.exchange, reply, &QNetworkReply::abort);
     return reply;
+}
+
+void PinnedTransport::watchSize(QNetworkReply *reply)
+{
+    const auto endIf = [this, reply](bool isTooLong) {
+        if (!isTooLong)
+            return;
+        m_isTooLong = true;
+        reply->abort();
+    };
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, reply,
+        [reply, endIf] { endIf(hasOversizedHeaders(*reply)); });
+    QObject::connect(reply, &QNetworkReply::readyRead, reply,
+        [this, reply, endIf] { endIf(reply->bytesAvailable() > m_limits.body); });
 }
 
 void PinnedTransport::judgeCertificate(QNetworkReply *reply)
@@ -130,6 +149,8 @@ SyncResponse PinnedTransport::answerOf(QNetworkReply &reply) const
 {
     if (m_isRefused)
         throw TransportError(TransportError::Kind::certificate, reply.errorString());
+    if (m_isTooLong)
+        throw unreadableBundle();
     if (const auto failure = TransportError::of(reply))
         throw *failure;
     return {.status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),

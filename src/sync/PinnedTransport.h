@@ -15,11 +15,18 @@ namespace nimbrelle {
 
 /// HTTPS to a server whose leaf certificate has the link's pin, whatever the system would say of it: expired
 /// and wrong-named ones are good, trusted ones with another pin are not. The pin is checked before the first
-/// byte of a request is sent. Redirects are not followed, and a request may stand still for at most 60
-/// seconds.
+/// byte of a request is sent. Redirects are not followed. A request may stand still for at most 60 seconds
+/// and take at most 10 minutes, and an answer may have 256 MB.
 class PinnedTransport final : public SyncTransport {
 public:
-    explicit PinnedTransport(SyncLink link, std::chrono::milliseconds timeLimit = std::chrono::seconds{60});
+    struct Limits {
+        std::chrono::milliseconds silence = std::chrono::seconds{60};
+        std::chrono::milliseconds exchange = std::chrono::minutes{10};
+        qint64 body = 256LL * 1024 * 1024; ///< bytes
+    };
+
+    explicit PinnedTransport(SyncLink link) : PinnedTransport(std::move(link), Limits()) { }
+    PinnedTransport(SyncLink link, Limits limits);
     ~PinnedTransport() override;
 
     static std::unique_ptr<SyncTransport> open(const SyncLink &link);
@@ -29,14 +36,16 @@ public:
 private:
     QNetworkRequest platformRequest(const SyncRequest &request) const;
     QNetworkReply *start(const SyncRequest &request);
+    void watchSize(QNetworkReply *reply);
     void judgeCertificate(QNetworkReply *reply);
     bool hasPin(const QSslCertificate &leaf) const;
     SyncResponse answerOf(QNetworkReply &reply) const;
 
     const SyncLink m_link;
-    const std::chrono::milliseconds m_timeLimit;
+    const Limits m_limits;
     QNetworkAccessManager *m_network; ///< deleted later: a reply may be in the middle of telling us
     bool m_isRefused = false; ///< the certificate of the request under way had another pin
+    bool m_isTooLong = false; ///< the answer under way had more than its limit
 };
 
 } // namespace nimbrelle

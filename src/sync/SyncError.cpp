@@ -38,6 +38,11 @@ SyncError SyncError::busy()
     return {Kind::busy, 0, u"服务器上的单词本一直在变，过一会儿再试"_s};
 }
 
+Failure unreadableBundle()
+{
+    return Failure(u"服务器上的单词本读不懂"_s);
+}
+
 QString describe(const std::exception &error)
 {
     if (const auto *transport = dynamic_cast<const TransportError *>(&error))

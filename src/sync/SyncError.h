@@ -28,6 +28,9 @@ private:
     qint64 m_status;
 };
 
+/// The server's document breaks its form, or has no end.
+Failure unreadableBundle();
+
 /// The one sentence that the user sees.
 QString describe(const std::exception &error);
 

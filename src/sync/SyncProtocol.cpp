@@ -26,7 +26,7 @@ SyncReading readingOf(const SyncResponse &response)
 {
     const auto document = decode<SyncBundle>(response.body);
     if (!document)
-        throw Failure(u"服务器上的单词本读不懂"_s);
+        throw unreadableBundle();
     return {.kind = SyncReading::Kind::document,
         .version = SyncProtocol::versionOf(response.eTag),
         .document = *document,

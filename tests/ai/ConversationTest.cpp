@@ -114,6 +114,16 @@ TEST_F(ConversationTest, AFailureBeforeTheFirstPieceLeavesNoEmptyAnswer)
     EXPECT_EQ(talk->error(), u"lost"_s);
 }
 
+TEST_F(ConversationTest, AnAnswerWithoutAPieceIsOneThatCannotBeRead)
+{
+    ask(u"问"_s);
+    ai.endStream();
+    EXPECT_THAT(texts(), IsEmpty());
+    EXPECT_THAT(talk->failed, ElementsAre(u"问"_s));
+    EXPECT_EQ(talk->error(), u"AI 返回的内容看不懂，再试一次吧。"_s);
+    EXPECT_FALSE(talk->isAnswering());
+}
+
 TEST_F(ConversationTest, AStopKeepsWhatHasCome)
 {
     ask(u"一"_s);

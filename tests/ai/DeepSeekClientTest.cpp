@@ -66,7 +66,7 @@ protected:
         config.baseURL = server.address();
     }
 
-    DeepSeekClient client() { return DeepSeekClient(config, network, timeout); }
+    DeepSeekClient client() { return DeepSeekClient(config, network, limits); }
     Explanation explain() { return await(client().explain(u"ran \"词\""_s, u"He ran."_s)); }
     QCoro::AsyncGenerator<QString> stream(std::stop_token stop = {})
     {
@@ -91,7 +91,7 @@ protected:
     ScriptedServer server;
     QNetworkAccessManager network;
     AppConfig config;
-    std::chrono::milliseconds timeout = 60s;
+    DeepSeekClient::Limits limits;
 };
 
 TEST_F(DeepSeekClientTest, SendsExactlyWhatTheProtocolAsksFor)
@@ -106,6 +106,7 @@ TEST_F(DeepSeekClientTest, SendsExactlyWhatTheProtocolAsksFor)
     EXPECT_EQ(request.target, "/v1/chat/completions");
     EXPECT_EQ(request.headers.value("authorization"), "Bearer sk-1");
     EXPECT_EQ(request.headers.value("content-type"), "application/json");
+    EXPECT_EQ(request.headers.value("accept-language"), "zh-CN");
     const QJsonArray contract{message(u"system"_s, prompts::explain()),
         message(u"user"_s, u"Selection: ran \"词\"\nSurrounding text: He ran."_s)};
     EXPECT_EQ(sentBody(),
@@ -231,7 +232,7 @@ TEST_F(DeepSeekClientTest, AReplyThatCannotBeReadIsABadResponse)
 
 TEST_F(DeepSeekClientTest, ABrokenConnectionIsATransportErrorAndIsNotTriedAgain)
 {
-    timeout = 200ms;
+    limits.silence = 200ms;
     using Kind = TransportError::Kind;
     EXPECT_EQ(failureAfter(Script().hold()), textOf(Kind::timedOut));
     EXPECT_EQ(
@@ -245,6 +246,63 @@ TEST_F(DeepSeekClientTest, ABrokenConnectionIsATransportErrorAndIsNotTriedAgain)
         config.baseURL = gone.address();
     }
     EXPECT_EQ(failureAfter(Script()), textOf(Kind::refused));
+}
+
+TEST_F(DeepSeekClientTest, AReplyWithoutEndIsLeftAndCannotBeRead)
+{
+    const QByteArray blank(64 * 1024, ' '), comments = QByteArray(": still here\n").repeated(5000);
+    EXPECT_EQ(failureAfter(Script::unbounded(200).repeat(blank)), badResponse);
+    EXPECT_EQ(failureOf([&] { streamed(Script::unbounded(200).repeat(comments)); }), badResponse);
+    EXPECT_EQ(failureOf([&] { streamed(Script::unbounded(200).repeat(event(blank))); }), badResponse);
+    EXPECT_EQ(failureAfter(Script::unbounded(500).repeat(QByteArray("忙").repeated(5000))),
+        u"DeepSeek 返回错误 500："_s + u"忙"_s.repeated(200));
+    EXPECT_EQ(failureAfter(Script::unbounded(200, {"X: " + QByteArray(70'000, 'x')}).send("x").hold()), badResponse);
+    EXPECT_TRUE(waitUntil([this] { return server.openConnections() == 0; }));
+}
+
+TEST_F(DeepSeekClientTest, AServerThatTricklesIsNotWaitedForWithoutEnd)
+{
+    limits.exchange = 200ms;
+    limits.streamWithoutText = 200ms;
+    EXPECT_EQ(failureAfter(Script::unbounded(200).repeat(":\n", 10ms)), textOf(TransportError::Kind::timedOut));
+    EXPECT_EQ(failureAfter(Script().send("HTTP/1.1 200 OK\r\nX: ").repeat("x", 10ms)), textOf(TransportError::Kind::timedOut));
+    EXPECT_TRUE(waitUntil([this] { return server.openConnections() == 0; }));
+}
+
+TEST_F(DeepSeekClientTest, AStreamMayTakeItsTimeWhileTextComes)
+{
+    limits.exchange = 1ms;
+    limits.streamWithoutText = 1s;
+    server.answer(Script::unbounded(200).repeat(event("字"), 150ms));
+    std::stop_source source;
+    RunningStream running(stream(source.get_token()));
+    EXPECT_TRUE(waitUntil([&running] { return running.pieces().size() == 9; }));
+    source.request_stop();
+    EXPECT_THROW(running.result(), Cancelled);
+}
+
+TEST_F(DeepSeekClientTest, WhatACardCannotShowIsCutOff)
+{
+    const QString endless = u"𝄞"_s.repeated(50'000);
+    const QString many = u"\"un-\","_s.repeated(1000) + u"\"x\""_s;
+    server.answer(Script::response(200,
+        replyWith(uR"({"headword":"run","meaning_zh":"跑","sentence":"%1","affixes":[%2],"inflections":{"past":"%1"}})"_s
+                      .arg(endless, many))));
+    const Explanation cut = explain();
+    EXPECT_EQ(cut.sentence, u"𝄞"_s.repeated(2000));
+    EXPECT_EQ(cut.affixes->size(), 64);
+    EXPECT_EQ(cut.inflections->value(u"past"_s).size(), 4000);
+
+    const QString longest = u"译"_s.repeated(8000);
+    const QString terms = uR"({"text":"%1","meaning_zh":"%1"})"_s.arg(endless);
+    server.answer(Script::response(200,
+        replyWith(uR"({"translation_zh":"%1","key_terms":[%2]})"_s.arg(longest, terms))));
+    const Translation translation = await(client().translate(u"A text."_s));
+    EXPECT_EQ(translation.translationZh, longest);
+    EXPECT_EQ(translation.keyTerms->first().text.size(), 4000);
+
+    server.answer(Script::response(200, replyWith(uR"({"headword":"a%1","meaning_zh":"b"})"_s.arg(endless))));
+    EXPECT_EQ(await(client().lookup(u"a"_s)).explanation.headword, u"a"_s + u"𝄞"_s.repeated(1999));
 }
 
 TEST_F(DeepSeekClientTest, OnlyAStreamThatIsCutOffEndsAsIfComplete)

@@ -11,6 +11,8 @@ namespace nimbrelle {
 
 namespace {
 
+constexpr qint64 mostUnsent = 1024 * 1024; // bytes of a repeated piece
+
 QByteArray headOf(int status, const QByteArrayList &headers)
 {
     QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + " Scripted\r\n";
@@ -36,19 +38,25 @@ ScriptedServer::Request requestOf(const QByteArray &head)
 
 ScriptedServer::Script &ScriptedServer::Script::send(QByteArray bytes)
 {
-    m_steps.append(Step{Step::Kind::send, std::move(bytes)});
+    m_steps.append(Step{.kind = Step::Kind::send, .bytes = std::move(bytes)});
+    return *this;
+}
+
+ScriptedServer::Script &ScriptedServer::Script::repeat(QByteArray bytes, std::chrono::milliseconds pause)
+{
+    m_steps.append(Step{.kind = Step::Kind::repeat, .bytes = std::move(bytes), .pause = pause});
     return *this;
 }
 
 ScriptedServer::Script &ScriptedServer::Script::hold()
 {
-    m_steps.append(Step{Step::Kind::hold, {}});
+    m_steps.append(Step{.kind = Step::Kind::hold});
     return *this;
 }
 
 ScriptedServer::Script &ScriptedServer::Script::close()
 {
-    m_steps.append(Step{Step::Kind::close, {}});
+    m_steps.append(Step{.kind = Step::Kind::close});
     return *this;
 }
 
@@ -167,6 +175,12 @@ void ScriptedServer::step(Connection &connection)
         connection.socket->write(next.bytes);
         connection.socket->flush();
         break;
+    case Script::Step::Kind::repeat:
+        if (connection.socket->bytesToWrite() < mostUnsent)
+            connection.socket->write(next.bytes);
+        connection.steps.prepend(next);
+        QTimer::singleShot(next.pause, connection.socket, [this, &connection] { step(connection); });
+        return;
     case Script::Step::Kind::hold:
         if (m_released == 0) {
             connection.holding = true;

@@ -31,6 +31,8 @@ public:
     public:
         /// One write, on the wire by itself.
         Script &send(QByteArray bytes);
+        /// Sends `bytes` again and again, at least `pause` apart, until the client closes.
+        Script &repeat(QByteArray bytes, std::chrono::milliseconds pause = {});
         /// Waits for ScriptedServer::release().
         Script &hold();
         /// Ends the connection after what was sent.
@@ -47,8 +49,9 @@ public:
     private:
         friend class ScriptedServer;
         struct Step {
-            enum class Kind { send, hold, close } kind;
+            enum class Kind { send, repeat, hold, close } kind;
             QByteArray bytes;
+            std::chrono::milliseconds pause{};
         };
         QList<Step> m_steps;
     };

@@ -179,12 +179,29 @@ TEST(PinnedTransport, NothingListeningIsAConnectionFailure)
     EXPECT_EQ(send(link).failure, connectionSentence);
 }
 
-TEST(PinnedTransport, WaitsForASilentServerNoLongerThanItsLimit)
+TEST(PinnedTransport, WaitsNoLongerThanItsLimits)
 {
     TlsServer server(validCertificate, validKey);
     server.answer = {};
-    PinnedTransport transport(linkTo(server), std::chrono::milliseconds{300});
-    EXPECT_EQ(QCoro::waitFor(outcomeOf(&transport, ping(), {})).failure, connectionSentence);
+    for (const PinnedTransport::Limits &limits : {PinnedTransport::Limits{.silence = std::chrono::milliseconds{300}},
+             PinnedTransport::Limits{.exchange = std::chrono::milliseconds{300}}}) {
+        PinnedTransport transport(linkTo(server), limits);
+        EXPECT_EQ(QCoro::waitFor(outcomeOf(&transport, ping(), {})).failure, connectionSentence);
+    }
+}
+
+TEST(PinnedTransport, ADocumentWithoutEndCannotBeRead)
+{
+    TlsServer server(validCertificate, validKey);
+    PinnedTransport transport(linkTo(server), {.body = 1000});
+    const auto failureOf = [&](const QByteArray &answer) {
+        server.answer = "HTTP/1.1 200 OK\r\n" + answer;
+        return QCoro::waitFor(outcomeOf(&transport, ping(), {})).failure;
+    };
+    const QString unreadable = u"同步出错了：服务器上的单词本读不懂"_s;
+    EXPECT_EQ(failureOf("Connection: close\r\n\r\n" + QByteArray(1001, ' ')), unreadable);
+    EXPECT_EQ(failureOf("Content-Length: 2\r\nX: " + QByteArray(70'000, 'x') + "\r\n\r\n{}"), unreadable);
+    EXPECT_EQ(failureOf("Content-Length: 1000\r\n\r\n" + QByteArray(1000, ' ')), QString());
 }
 
 TEST(PinnedTransport, RefusesWhatWouldGiveTheTokenAway)
