@@ -1,5 +1,6 @@
 #include "ai/DeepSeekClient.h"
 
+#include "ai/ChatAddress.h"
 #include "ai/HttpExchange.h"
 #include "ai/Prompts.h"
 #include "ai/StreamReader.h"
@@ -33,14 +34,12 @@ QByteArray keyOf(const AppConfig &config)
     return key.toUtf8();
 }
 
-// A line break at the end of the address is not trimmed, and so the address is not valid.
 QUrl addressOf(const AppConfig &config)
 {
-    const QString base = trimmedOf(trimmedBlanks(config.baseURL), u"/");
-    const QUrl address(base + u"/chat/completions"_s, QUrl::StrictMode);
-    if (!address.isValid() || address.scheme().isEmpty() || address.host().isEmpty())
+    const std::optional<QUrl> address = chatAddress(config.baseURL);
+    if (!address)
         throw AIError(AIError::Kind::badResponse);
-    return address;
+    return *address;
 }
 
 QByteArray bodyOf(const QString &model, const QList<ChatMessage> &messages, const QJsonObject &extra)

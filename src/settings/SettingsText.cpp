@@ -1,5 +1,8 @@
 #include "settings/SettingsText.h"
 
+#include "ai/ChatAddress.h"
+#include "frame/Text.h"
+
 #include <algorithm>
 
 namespace nimbrelle::SettingsText {
@@ -19,6 +22,15 @@ QString keyNote(const QString &configPath, const QString &home)
 {
     const bool isAtHome = !home.isEmpty() && configPath.startsWith(home + u'/');
     return u"API key 只保存在这台电脑上："_s + (isAtHome ? u'~' + configPath.mid(home.size()) : configPath);
+}
+
+QString addressHint(const QString &baseURL)
+{
+    const std::optional<QUrl> address = chatAddress(baseURL);
+    const bool isWeb = address && (address->scheme() == u"http" || address->scheme() == u"https");
+    if (isWeb || trimmedSpace(baseURL).isEmpty())
+        return {};
+    return u"这个地址不完整，要从 http:// 或 https:// 写起，例如 "_s + AppConfig().baseURL;
 }
 
 QString versionLine(const QString &version, const QString &build)

@@ -10,6 +10,9 @@ namespace nimbrelle::SettingsText {
 /// Where the key is kept; the home folder is written as "~".
 QString keyNote(const QString &configPath, const QString &home);
 
+/// What the provider's address lacks; empty when requests can go there, or when it is empty.
+QString addressHint(const QString &baseURL);
+
 /// The short version and the build in brackets, "?" for a missing one.
 QString versionLine(const QString &version, const QString &build);
 

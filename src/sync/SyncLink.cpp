@@ -87,7 +87,8 @@ std::optional<SyncLink> SyncLink::fromConfig(const AppConfig &config)
 {
     if (config.syncServer.isEmpty() || config.syncToken.isEmpty() || config.syncPin.isEmpty())
         return std::nullopt;
-    return SyncLink{config.syncServer, config.syncToken, config.syncPin};
+    return SyncLink{
+        .server = config.syncServer, .token = config.syncToken, .pin = config.syncPin.toLower()};
 }
 
 std::optional<SyncLink> SyncLink::fromText(const QString &text)

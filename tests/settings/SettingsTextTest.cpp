@@ -69,6 +69,16 @@ TEST(SettingsText, WarnsOfKeysThatCollide)
     }
 }
 
+TEST(SettingsText, SaysWhatAnAddressLacks)
+{
+    for (const QString &good : {AppConfig().baseURL, u" http://127.0.0.1:8080/v1/ "_s, u"HTTPS://a"_s, u" "_s})
+        EXPECT_EQ(SettingsText::addressHint(good), QString()) << good.toStdString();
+    for (const QString &bad : {u"api.example.com"_s, u"https://"_s, u"localhost:8080"_s, u"https:/a/v1"_s,
+             u"http://a b"_s, u"ftp://a"_s})
+        EXPECT_TRUE(SettingsText::addressHint(bad).endsWith(u"例如 "_s + AppConfig().baseURL))
+            << bad.toStdString();
+}
+
 TEST(SettingsText, NamesWhatIsTrueOfThisMachine)
 {
     EXPECT_EQ(SettingsText::keyNote(u"/home/li/.local/share/Nimbrelle/config.json"_s, u"/home/li"_s),

@@ -96,7 +96,8 @@ TEST(SyncLink, OfTheSettingsNeedsAllThree)
     config.syncServer = u"https://home.example"_s;
     config.syncToken = u"short"_s;
     config.syncPin = u"anything"_s;
-    EXPECT_TRUE(SyncLink::fromConfig(config));
+    config.syncPin = QString(64, u'A');
+    EXPECT_EQ(SyncLink::fromConfig(config)->pin, QString(64, u'a')) << "as it is compared";
     for (const auto field : {&AppConfig::syncServer, &AppConfig::syncToken, &AppConfig::syncPin}) {
         AppConfig lacking = config;
         (lacking.*field).clear();

@@ -47,13 +47,17 @@ QVBoxLayout *bareColumn(QWidget *holder, int spacing)
 }
 
 /// A field that holds a setting. What is typed counts at once, without blanks at its ends, which a paste
-/// may bring along.
+/// may bring along. Leaving it empty puts the default back.
 QLineEdit *makeBoundField(const SettingsParts &parts, const QString &name, const QString &what,
     const QString &placeholder, QString AppConfig::*value)
 {
     QLineEdit *field = makeField(parts.theme, name, what, placeholder);
     QObject::connect(field, &QLineEdit::textEdited, field, [&parts, value](const QString &text) {
         parts.change([&](AppConfig &config) { config.*value = trimmedSpace(text); });
+    });
+    QObject::connect(field, &QLineEdit::editingFinished, field, [&parts, value] {
+        if ((parts.config.config().*value).isEmpty())
+            parts.change([&](AppConfig &config) { config.*value = AppConfig().*value; });
     });
     const auto show = [&parts, field, value] {
         const QString &stored = parts.config.config().*value;
@@ -227,6 +231,24 @@ QWidget *makeFieldLine(const Theme &theme, const QString &label, QLineEdit *fiel
 
 } // namespace
 
+namespace {
+
+/// What the address lacks, below its field, while it lacks something.
+ReadText *makeAddressHint(const SettingsParts &parts)
+{
+    ReadText *hint = makeNote(parts.theme, u"addressHint"_s, QString(), Tone::warn);
+    const auto show = [&parts, hint] {
+        const QString text = SettingsText::addressHint(parts.config.config().baseURL);
+        hint->setText(text);
+        hint->setVisible(!text.isEmpty());
+    };
+    QObject::connect(&parts.config, &ConfigStore::configChanged, hint, show);
+    show();
+    return hint;
+}
+
+} // namespace
+
 QWidget *makeKeySection(const SettingsParts &parts, bool &isAdvancedOpen)
 {
     const Theme &theme = parts.theme;
@@ -236,8 +258,11 @@ QWidget *makeKeySection(const SettingsParts &parts, bool &isAdvancedOpen)
     auto *column = bareColumn(body, theme.points(8));
     column->addWidget(makeFieldLine(theme, u"接口地址"_s,
         makeBoundField(parts, u"baseURL"_s, u"接口地址"_s, AppConfig().baseURL, &AppConfig::baseURL)));
+    column->addWidget(makeAddressHint(parts));
     column->addWidget(makeFieldLine(theme, u"模型"_s,
         makeBoundField(parts, u"model"_s, u"模型"_s, AppConfig().model, &AppConfig::model)));
+    column->addWidget(makeNote(theme, u"localModelNote"_s,
+        u"也可以用自己电脑上的模型：接口地址填它的，例如 http://127.0.0.1:8080/v1，API key 随便填几个字母。模型要认得 response_format（按 JSON 回答）。"_s));
     auto *fold = new Fold(theme, u"advanced"_s, u"高级"_s, body);
     fold->setOpen(isAdvancedOpen);
     QObject::connect(fold, &Fold::toggled, fold, [&isAdvancedOpen](bool open) { isAdvancedOpen = open; });

@@ -80,6 +80,21 @@ TEST_F(SettingsViewTest, TheKeyIsKeptAsItIsTypedAndTested)
     at<QLineEdit>("model").selectAll();
     QTest::keyClicks(&at("model"), u"other"_s);
     EXPECT_EQ(config().model, u"other"_s);
+
+    EXPECT_FALSE(shows("addressHint"));
+    view.activateWindow();
+    at("baseURL").setFocus();
+    at<QLineEdit>("baseURL").selectAll();
+    QTest::keyClicks(&at("baseURL"), u"api.example.com/v1"_s);
+    settle();
+    EXPECT_TRUE(shows("addressHint"));
+    at<QLineEdit>("baseURL").selectAll();
+    QTest::keyClick(&at("baseURL"), Qt::Key_Delete);
+    EXPECT_EQ(config().baseURL, QString()) << "it may be about to be typed anew";
+    at("model").setFocus();
+    settle();
+    EXPECT_EQ(config().baseURL, AppConfig().baseURL);
+    EXPECT_FALSE(shows("addressHint"));
 }
 
 TEST_F(SettingsViewTest, GrantsAreLookedAtAgainWhileItIsOpen)
