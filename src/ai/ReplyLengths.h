@@ -12,8 +12,8 @@
 #include <tuple>
 #include <type_traits>
 
-/// Cuts what came in a reply to lengths that a card can show. A sentence of a million letters would be laid out,
-/// searched and stored like any other.
+/// Cuts what came in a reply to lengths that a card can show. A sentence of a million letters would be laid
+/// out, searched and stored like any other.
 namespace nimbrelle {
 
 /// UTF-16 units of one text of a reply; the translation of the longest text that is sent has fewer.
@@ -66,8 +66,7 @@ struct ReplyShortener {
         if constexpr (!std::is_null_pointer_v<std::remove_const_t<decltype(flattenedOf<Value>)>>)
             (*this)(value.*flattenedOf<Value>);
         if constexpr (!std::is_null_pointer_v<std::remove_const_t<decltype(fieldsOf<Value>)>>)
-            std::apply(
-                [&](const auto &...field) { ((*this)(value.*field.member), ...); }, fieldsOf<Value>);
+            std::apply([&](const auto &...field) { ((*this)(value.*field.member), ...); }, fieldsOf<Value>);
     }
 };
 

@@ -77,7 +77,9 @@ QString textFromUtf8(const QByteArray &bytes)
 
 QString textFromCutUtf8(QByteArray bytes)
 {
-    const auto isInsideCharacter = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
+    const auto isInsideCharacter = [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+    };
     while (!bytes.isEmpty() && isInsideCharacter(bytes.back()))
         bytes.chop(1);
     bytes.chop(1);

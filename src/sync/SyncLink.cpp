@@ -87,8 +87,7 @@ std::optional<SyncLink> SyncLink::fromConfig(const AppConfig &config)
 {
     if (config.syncServer.isEmpty() || config.syncToken.isEmpty() || config.syncPin.isEmpty())
         return std::nullopt;
-    return SyncLink{
-        .server = config.syncServer, .token = config.syncToken, .pin = config.syncPin.toLower()};
+    return SyncLink{.server = config.syncServer, .token = config.syncToken, .pin = config.syncPin.toLower()};
 }
 
 std::optional<SyncLink> SyncLink::fromText(const QString &text)

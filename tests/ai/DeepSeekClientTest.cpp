@@ -256,7 +256,8 @@ TEST_F(DeepSeekClientTest, AReplyWithoutEndIsLeftAndCannotBeRead)
     EXPECT_EQ(failureOf([&] { streamed(Script::unbounded(200).repeat(event(blank))); }), badResponse);
     EXPECT_EQ(failureAfter(Script::unbounded(500).repeat(QByteArray("忙").repeated(5000))),
         u"DeepSeek 返回错误 500："_s + u"忙"_s.repeated(200));
-    EXPECT_EQ(failureAfter(Script::unbounded(200, {"X: " + QByteArray(70'000, 'x')}).send("x").hold()), badResponse);
+    EXPECT_EQ(failureAfter(Script::unbounded(200, {"X: " + QByteArray(70'000, 'x')}).send("x").hold()),
+        badResponse);
     EXPECT_TRUE(waitUntil([this] { return server.openConnections() == 0; }));
 }
 
@@ -264,8 +265,10 @@ TEST_F(DeepSeekClientTest, AServerThatTricklesIsNotWaitedForWithoutEnd)
 {
     limits.exchange = 200ms;
     limits.streamWithoutText = 200ms;
-    EXPECT_EQ(failureAfter(Script::unbounded(200).repeat(":\n", 10ms)), textOf(TransportError::Kind::timedOut));
-    EXPECT_EQ(failureAfter(Script().send("HTTP/1.1 200 OK\r\nX: ").repeat("x", 10ms)), textOf(TransportError::Kind::timedOut));
+    EXPECT_EQ(
+        failureAfter(Script::unbounded(200).repeat(":\n", 10ms)), textOf(TransportError::Kind::timedOut));
+    EXPECT_EQ(failureAfter(Script().send("HTTP/1.1 200 OK\r\nX: ").repeat("x", 10ms)),
+        textOf(TransportError::Kind::timedOut));
     EXPECT_TRUE(waitUntil([this] { return server.openConnections() == 0; }));
 }
 
@@ -286,8 +289,9 @@ TEST_F(DeepSeekClientTest, WhatACardCannotShowIsCutOff)
     const QString endless = u"𝄞"_s.repeated(50'000);
     const QString many = u"\"un-\","_s.repeated(1000) + u"\"x\""_s;
     server.answer(Script::response(200,
-        replyWith(uR"({"headword":"run","meaning_zh":"跑","sentence":"%1","affixes":[%2],"inflections":{"past":"%1"}})"_s
-                      .arg(endless, many))));
+        replyWith(
+            uR"({"headword":"run","meaning_zh":"跑","sentence":"%1","affixes":[%2],"inflections":{"past":"%1"}})"_s
+                .arg(endless, many))));
     const Explanation cut = explain();
     EXPECT_EQ(cut.sentence, u"𝄞"_s.repeated(2000));
     EXPECT_EQ(cut.affixes->size(), 64);
@@ -295,8 +299,8 @@ TEST_F(DeepSeekClientTest, WhatACardCannotShowIsCutOff)
 
     const QString longest = u"译"_s.repeated(8000);
     const QString terms = uR"({"text":"%1","meaning_zh":"%1"})"_s.arg(endless);
-    server.answer(Script::response(200,
-        replyWith(uR"({"translation_zh":"%1","key_terms":[%2]})"_s.arg(longest, terms))));
+    server.answer(Script::response(
+        200, replyWith(uR"({"translation_zh":"%1","key_terms":[%2]})"_s.arg(longest, terms))));
     const Translation translation = await(client().translate(u"A text."_s));
     EXPECT_EQ(translation.translationZh, longest);
     EXPECT_EQ(translation.keyTerms->first().text.size(), 4000);

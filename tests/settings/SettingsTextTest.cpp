@@ -71,7 +71,8 @@ TEST(SettingsText, WarnsOfKeysThatCollide)
 
 TEST(SettingsText, SaysWhatAnAddressLacks)
 {
-    for (const QString &good : {AppConfig().baseURL, u" http://127.0.0.1:8080/v1/ "_s, u"HTTPS://a"_s, u" "_s})
+    for (const QString &good :
+        {AppConfig().baseURL, u" http://127.0.0.1:8080/v1/ "_s, u"HTTPS://a"_s, u" "_s})
         EXPECT_EQ(SettingsText::addressHint(good), QString()) << good.toStdString();
     for (const QString &bad : {u"api.example.com"_s, u"https://"_s, u"localhost:8080"_s, u"https:/a/v1"_s,
              u"http://a b"_s, u"ftp://a"_s})

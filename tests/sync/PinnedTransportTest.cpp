@@ -183,8 +183,9 @@ TEST(PinnedTransport, WaitsNoLongerThanItsLimits)
 {
     TlsServer server(validCertificate, validKey);
     server.answer = {};
-    for (const PinnedTransport::Limits &limits : {PinnedTransport::Limits{.silence = std::chrono::milliseconds{300}},
-             PinnedTransport::Limits{.exchange = std::chrono::milliseconds{300}}}) {
+    for (const PinnedTransport::Limits &limits :
+        {PinnedTransport::Limits{.silence = std::chrono::milliseconds{300}},
+            PinnedTransport::Limits{.exchange = std::chrono::milliseconds{300}}}) {
         PinnedTransport transport(linkTo(server), limits);
         EXPECT_EQ(QCoro::waitFor(outcomeOf(&transport, ping(), {})).failure, connectionSentence);
     }
