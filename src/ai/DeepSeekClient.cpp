@@ -3,12 +3,12 @@
 #include "ai/ChatAddress.h"
 #include "ai/HttpExchange.h"
 #include "ai/Prompts.h"
+#include "ai/ProviderConnections.h"
 #include "ai/StreamReader.h"
 #include "frame/Text.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QNetworkAccessManager>
 
 #include <algorithm>
 
@@ -66,8 +66,8 @@ QByteArray contentIn(const QByteArray &reply)
 
 } // namespace
 
-DeepSeekClient::DeepSeekClient(AppConfig config, QNetworkAccessManager &network, Limits limits)
-    : m_config(std::move(config)), m_network(&network), m_limits(limits)
+DeepSeekClient::DeepSeekClient(AppConfig config, ProviderConnections &connections, Limits limits)
+    : m_config(std::move(config)), m_connections(&connections), m_limits(limits)
 {
 }
 
@@ -87,6 +87,15 @@ DeepSeekClient::Request DeepSeekClient::makeRequest(
     head.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     head.setTransferTimeout(static_cast<int>(m_limits.silence.count()));
     return {.head = head, .body = bodyOf(m_config.model, messages, extra)};
+}
+
+void DeepSeekClient::prepare() const
+{
+    try {
+        keyOf(m_config);
+        m_connections->prepare(addressOf(m_config));
+    } catch (const AIError &) { // the exchange will tell
+    }
 }
 
 QCoro::Task<Explanation> DeepSeekClient::explain(
@@ -136,8 +145,8 @@ QCoro::Task<QByteArray> DeepSeekClient::contentOf(
     if (stop.stop_requested())
         throw Cancelled();
 
-    HttpExchange exchange(
-        *client.m_network, request.head, request.body, client.m_limits.exchange, std::move(stop));
+    HttpExchange exchange(client.m_connections->take(request.head.url()), request.head, request.body,
+        client.m_limits.exchange, std::move(stop));
     co_await exchange.answered();
     const bool isAnswer = exchange.status() == statusOk;
     QByteArray reply;
@@ -163,8 +172,8 @@ QCoro::AsyncGenerator<QString> DeepSeekClient::piecesOf(
     if (stop.stop_requested())
         throw Cancelled();
 
-    HttpExchange exchange(
-        *client.m_network, request.head, request.body, client.m_limits.streamWithoutText, stop);
+    HttpExchange exchange(client.m_connections->take(request.head.url()), request.head, request.body,
+        client.m_limits.streamWithoutText, stop);
     co_await exchange.answered();
     for (ErrorBodyReader body; exchange.status() != statusOk;) {
         const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isFailure);

@@ -10,12 +10,12 @@
 
 #include <chrono>
 
-class QNetworkAccessManager;
-
 namespace nimbrelle {
 
+class ProviderConnections;
+
 /// Speaks the chat-completions protocol at "{baseURL}/chat/completions". A value: copies are cheap, and later
-/// changes of the settings never reach it. The manager must outlive every flow.
+/// changes of the settings never reach it. The connections must outlive every flow.
 class DeepSeekClient final : public AIClient {
 public:
     struct Request {
@@ -29,15 +29,18 @@ public:
         std::chrono::milliseconds streamWithoutText = std::chrono::seconds{60};
     };
 
-    DeepSeekClient(AppConfig config, QNetworkAccessManager &network, Limits limits);
-    DeepSeekClient(AppConfig config, QNetworkAccessManager &network)
-        : DeepSeekClient(std::move(config), network, Limits())
+    DeepSeekClient(AppConfig config, ProviderConnections &connections, Limits limits);
+    DeepSeekClient(AppConfig config, ProviderConnections &connections)
+        : DeepSeekClient(std::move(config), connections, Limits())
     {
     }
 
     /// `extra`: members of the body beside the model and the messages. Throws AIError when there is no key or
     /// the address is not valid.
     Request makeRequest(const QList<ChatMessage> &messages, const QJsonObject &extra) const;
+
+    /// An exchange is likely to come: what can be done for its connection beforehand is begun.
+    void prepare() const;
 
     /// One exchange whose reply is a JSON object in the form of `Reply`, read by the rules for AI replies.
     template <class Reply>
@@ -76,7 +79,7 @@ private:
         DeepSeekClient client, QList<ChatMessage> messages, double temperature, std::stop_token stop);
 
     AppConfig m_config;
-    QNetworkAccessManager *m_network;
+    ProviderConnections *m_connections;
     Limits m_limits;
 };
 

@@ -5,7 +5,6 @@
 #include "ai/TransportError.h"
 
 #include <QIODevice>
-#include <QNetworkAccessManager>
 #include <QNetworkRequest>
 
 #include <algorithm>
@@ -62,9 +61,12 @@ QNetworkReply *post(QNetworkAccessManager &network, const QNetworkRequest &reque
 
 } // namespace
 
-HttpExchange::HttpExchange(QNetworkAccessManager &network, const QNetworkRequest &request,
+HttpExchange::HttpExchange(ProviderConnection connection, const QNetworkRequest &request,
     const QByteArray &body, std::chrono::milliseconds limit, std::stop_token stop)
-    : m_stop(std::move(stop)), m_body(new OneTimeBody(body)), m_reply(post(network, request, m_body))
+    : m_connection(std::move(connection))
+    , m_stop(std::move(stop))
+    , m_body(new OneTimeBody(body))
+    , m_reply(post(*m_connection, request, m_body))
 {
     QObject::connect(m_reply, &QNetworkReply::readyRead, &m_context, [this] {
         collect();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ai/ProviderConnections.h"
+
 #include <QByteArray>
 #include <QNetworkReply>
 #include <QObject>
@@ -11,7 +13,6 @@
 #include <optional>
 #include <stop_token>
 
-class QNetworkAccessManager;
 class QNetworkRequest;
 
 namespace nimbrelle {
@@ -19,8 +20,7 @@ namespace nimbrelle {
 class OneTimeBody;
 
 /// One POST, sent once and never again, and its reply, awaited from a coroutine on the main thread. It lives
-/// in the frame of that coroutine; when it goes, or when `stop` is requested, the connection is closed. The
-/// manager must outlive it.
+/// in the frame of that coroutine; when it goes, or when `stop` is requested, the connection is closed.
 ///
 /// The body is taken off the network as it comes, however slowly it is read here. How much of it is wanted is
 /// the caller's to count.
@@ -31,7 +31,7 @@ public:
 
     /// `limit`: how long the whole may take, from now or from the last restartLimit(); after it every wait
     /// throws TransportError as timed out.
-    HttpExchange(QNetworkAccessManager &network, const QNetworkRequest &request, const QByteArray &body,
+    HttpExchange(ProviderConnection connection, const QNetworkRequest &request, const QByteArray &body,
         std::chrono::milliseconds limit, std::stop_token stop);
     ~HttpExchange();
     Q_DISABLE_COPY_MOVE(HttpExchange)
@@ -71,6 +71,7 @@ private:
     QByteArray takeBytes();
     void throwUnlessEnded() const;
 
+    const ProviderConnection m_connection;
     std::stop_token m_stop;
     std::coroutine_handle<> m_waiting;
     QByteArray m_unread;

@@ -15,14 +15,14 @@ void Services::end()
 {
     m_sync.reset();
     m_words.reset();
-    m_network.reset();
+    m_connections.reset();
 }
 
-QNetworkAccessManager &Services::network()
+ProviderConnections &Services::connections()
 {
-    if (!m_network)
-        m_network = std::make_unique<QNetworkAccessManager>();
-    return *m_network;
+    if (!m_connections)
+        m_connections = std::make_unique<ProviderConnections>(clock());
+    return *m_connections;
 }
 
 WordStore &Services::words()
@@ -49,8 +49,13 @@ std::unique_ptr<AIClient> Services::makeAI()
 
 AIClientFactory Services::newAI()
 {
-    return [&network = network()](
-               const AppConfig &config) { return std::make_unique<DeepSeekClient>(config, network); };
+    return [&connections = connections()](
+               const AppConfig &config) { return std::make_unique<DeepSeekClient>(config, connections); };
+}
+
+void Services::prepareAI()
+{
+    DeepSeekClient(config().config(), connections()).prepare();
 }
 
 } // namespace nimbrelle

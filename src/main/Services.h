@@ -1,14 +1,13 @@
 #pragma once
 
 #include "ai/AIClient.h"
+#include "ai/ProviderConnections.h"
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
 #include "notebook/LearningLog.h"
 #include "notebook/WordStore.h"
 #include "sync/SyncService.h"
-
-#include <QNetworkAccessManager>
 
 #include <memory>
 
@@ -28,18 +27,20 @@ public:
     Clock &clock() { return SystemClock::shared(); }
     ConfigStore &config() { return ConfigStore::shared(); }
     LearningLog &log() { return LearningLog::shared(); }
-    QNetworkAccessManager &network();
+    ProviderConnections &connections();
     WordStore &words();
     SyncService &sync();
     /// A client made from the settings of this moment.
     std::unique_ptr<AIClient> makeAI();
     /// For whoever asks the AI again and again.
     AIClientFactory newAI();
+    /// The AI is likely to be asked with the settings of this moment.
+    void prepareAI();
 
 private:
     Services() = default;
 
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<ProviderConnections> m_connections;
     std::unique_ptr<WordStore> m_words;
     std::unique_ptr<SyncService> m_sync;
 };

@@ -1,5 +1,6 @@
 #include "ai/AIError.h"
 #include "ai/DeepSeekClient.h"
+#include "ai/ProviderConnections.h"
 #include "card/AskSession.h"
 #include "coach/CoachQuestion.h"
 #include "coach/CoachSession.h"
@@ -8,8 +9,6 @@
 #include "support/Await.h"
 #include "support/Printers.h"
 #include "support/Words.h"
-
-#include <QNetworkAccessManager>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,10 +46,10 @@ protected:
 
     const practice::Lexicon lexicon;
     const practice::Server server{lexicon, {.delay = 0ms}};
-    QNetworkAccessManager network;
-    const DeepSeekClient client{configFor(server), network};
-    const AIClientFactory newClient = [this](auto) { return std::make_unique<DeepSeekClient>(client); };
     SampleLearner learner;
+    ProviderConnections connections{learner.clock};
+    const DeepSeekClient client{configFor(server), connections};
+    const AIClientFactory newClient = [this](auto) { return std::make_unique<DeepSeekClient>(client); };
 };
 
 TEST_F(Contracts, Explain)

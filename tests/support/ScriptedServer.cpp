@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
 
@@ -113,6 +114,23 @@ void ScriptedServer::release()
     step(**held);
 }
 
+void ScriptedServer::endConnections(Goodbye goodbye)
+{
+    for (const auto &connection : m_connections) {
+        if (connection->socket->state() != QTcpSocket::ConnectedState)
+            continue;
+        connection->closing = true;
+        if (goodbye == Goodbye::close) {
+            connection->socket->disconnectFromHost();
+            continue;
+        }
+        const linger atOnce{.l_onoff = 1, .l_linger = 0};
+        const auto descriptor = static_cast<int>(connection->socket->socketDescriptor());
+        ::setsockopt(descriptor, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+        connection->socket->abort();
+    }
+}
+
 bool ScriptedServer::isHolding() const
 {
     return std::any_of(m_connections.begin(), m_connections.end(),
@@ -140,7 +158,9 @@ void ScriptedServer::accept()
 
 void ScriptedServer::receive(Connection &connection)
 {
-    connection.received.append(connection.socket->readAll());
+    const QByteArray bytes = connection.socket->readAll();
+    m_bytesReceived += bytes.size();
+    connection.received.append(bytes);
     while (connection.steps.isEmpty() && !connection.holding && takeRequest(connection))
         step(connection);
 }

@@ -73,8 +73,14 @@ public:
     const QList<Request> &requests() const { return m_requests; }
     /// How many connections were ended by the other side.
     int closedByClient() const { return m_closedByClient; }
-    /// How many connections are open now.
+    /// How many connections there were so far, and how many are open now.
+    int connections() const { return static_cast<int>(m_connections.size()); }
     int openConnections() const { return m_openConnections; }
+    /// How many bytes came on all of them.
+    qint64 bytesReceived() const { return m_bytesReceived; }
+    /// Ends all connections, in order or, as a server that forgot them does, with a reset.
+    enum class Goodbye { close, reset };
+    void endConnections(Goodbye goodbye);
     /// Whether a script stands at hold() now.
     bool isHolding() const;
 
@@ -101,6 +107,7 @@ private:
     int m_released = 0;
     int m_closedByClient = 0;
     int m_openConnections = 0;
+    qint64 m_bytesReceived = 0;
 };
 
 } // namespace nimbrelle
