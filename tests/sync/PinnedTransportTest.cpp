@@ -1,8 +1,8 @@
 #include "sync/PinnedTransport.h"
 
 #include "support/Printers.h"
+#include "support/TestCertificates.h"
 #include "sync/SyncError.h"
-#include "sync/TestCertificates.h"
 #include "sync/TlsServer.h"
 
 #include <QCoro/QCoroTask>
