@@ -26,7 +26,8 @@ CardRoad::CardRoad(Services &services, const Platform &platform, const Theme &th
           .selection = m_selection,
           .ocr = m_ocr,
           .region = m_region,
-          .card = m_card})
+          .card = m_card,
+          .lookupIsLikely = [&services] { services.prepareAI(); }})
 {
     m_panel.setView(m_view);
 }

@@ -27,13 +27,15 @@ public:
     virtual void stop() = 0;
 
 signals:
-    void mousePressed(QPointF at); ///< left button
-    /// Left button, for each press that was told, wherever it ends. 1 for a single click, 2 for a double
-    /// click and so on, whatever the pointer did in between.
+    /// Left button. 1 for the press of a single click, 2 for the second of a double click and so on.
+    void mousePressed(QPointF at, int clickCount);
+    /// Left button, for each press that was told, wherever it ends; with the count of that press, whatever
+    /// the pointer did in between.
     void mouseReleased(QPointF at, int clickCount);
     /// The four modifiers that are held now, after a change. Locks are not in it.
     void modifiersChanged(ModifierFlags held);
     void mouseMoved(QPointF at); ///< with no button held
+    void mouseDragged(QPointF at); ///< between a press and its release that are told
     void keyPressed(Key key); ///< never for a modifier or a lock; auto-repeat included
     void scrolled();
 };

@@ -37,6 +37,7 @@ std::chrono::milliseconds dwellWait(double seconds)
 DwellGesture::DwellGesture(const GestureParts &parts, const HoverGesture &hover)
     : m_parts(parts)
     , m_hover(hover)
+    , m_halfTask(parts.clock, [this](const std::stop_token &) { expectLookup(); })
     , m_dwellTask(parts.clock, [this](std::stop_token stop) { performDwell(stop); })
 {
 }
@@ -44,13 +45,13 @@ DwellGesture::DwellGesture(const GestureParts &parts, const HoverGesture &hover)
 void DwellGesture::mouseDown()
 {
     m_parts.state.dwellCard = false;
-    m_dwellTask.cancel();
+    cancelDwell();
 }
 
 void DwellGesture::keyDown()
 {
     m_lastKeyDownAt = m_parts.clock.now();
-    m_dwellTask.cancel();
+    cancelDwell();
 }
 
 void DwellGesture::mouseMoved(QPointF at)
@@ -74,10 +75,25 @@ void DwellGesture::followDwellCard(QPointF at)
 void DwellGesture::scheduleDwell()
 {
     const AppConfig &config = m_parts.config.config();
-    if (config.dwellLookup)
-        m_dwellTask.schedule(dwellWait(config.dwellSeconds));
-    else
-        m_dwellTask.cancel();
+    if (!config.dwellLookup) {
+        cancelDwell();
+        return;
+    }
+    const auto wait = dwellWait(config.dwellSeconds);
+    m_halfTask.schedule(wait / 2);
+    m_dwellTask.schedule(wait);
+}
+
+void DwellGesture::cancelDwell()
+{
+    m_halfTask.cancel();
+    m_dwellTask.cancel();
+}
+
+void DwellGesture::expectLookup() const
+{
+    if (mayDwell(m_parts.pointer.location()))
+        m_parts.lookupIsLikely();
 }
 
 void DwellGesture::performDwell(std::stop_token stop)

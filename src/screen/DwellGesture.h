@@ -24,6 +24,8 @@ public:
 private:
     void followDwellCard(QPointF at);
     void scheduleDwell();
+    void cancelDwell();
+    void expectLookup() const;
     void performDwell(std::stop_token stop);
     QCoro::Task<> lookUpWord(QPointF at, std::stop_token stop);
     bool mayDwell(QPointF at) const;
@@ -34,6 +36,7 @@ private:
     const HoverGesture &m_hover;
     bool m_dwellCardTouched = false; // the pointer has been on the card that dwelling opened
     std::optional<Timestamp> m_lastKeyDownAt;
+    DebouncedTask m_halfTask; // half of the wait is over
     DebouncedTask m_dwellTask;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QRectF>
 
+#include <functional>
 #include <optional>
 
 namespace nimbrelle {
@@ -33,6 +34,8 @@ struct GestureParts {
     Card &card;
     const GestureGuards &guards;
     GestureState &state;
+    /// To be called while a gesture is under way that can end in a look-up, and that may act as things are.
+    const std::function<void()> &lookupIsLikely;
 };
 
 } // namespace nimbrelle

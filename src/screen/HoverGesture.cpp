@@ -36,6 +36,7 @@ void HoverGesture::flagsChanged(ModifierFlags mods)
         m_hoverKeyHeld = true;
         m_parts.state.lastHoverRect.reset();
         m_hoverTask.schedule(pressDelay);
+        expectLookup();
     }
 }
 
@@ -55,12 +56,22 @@ void HoverGesture::endHold()
     m_hoverTask.cancel();
 }
 
+bool HoverGesture::mayAct() const
+{
+    return m_parts.config.config().optionHoverOCR && m_parts.guards.mayAct();
+}
+
+void HoverGesture::expectLookup() const
+{
+    if (mayAct() && m_parts.ocr.isAllowed() && !m_parts.guards.isOnCard(m_parts.pointer.location()))
+        m_parts.lookupIsLikely();
+}
+
 void HoverGesture::performHover(std::stop_token stop)
 {
-    const AppConfig &config = m_parts.config.config();
-    if (!config.optionHoverOCR || !m_parts.guards.mayAct())
+    if (!mayAct())
         return;
-    if (m_parts.pointer.modifiers() != flagOf(config.hoverKey)) {
+    if (m_parts.pointer.modifiers() != flagOf(m_parts.config.config().hoverKey)) {
         endHold(); // the key was released over a window of ours, whose input the monitor leaves out
         return;
     }

@@ -23,6 +23,8 @@ public:
 
 private:
     void endHold();
+    bool mayAct() const;
+    void expectLookup() const;
     void performHover(std::stop_token stop);
     QCoro::Task<> lookUpWord(QPointF at, std::stop_token stop);
 

@@ -38,10 +38,12 @@ void RegionGesture::startRegionSelection()
         return;
     m_parts.state.dwellCard = false;
     m_parts.card.hide();
-    if (m_parts.ocr.isAllowed())
-        m_region.begin([this](QRectF rect) { translateRegion(rect, m_regionTask.renew()); });
-    else
+    if (!m_parts.ocr.isAllowed()) {
         m_parts.card.showError({.message = noCapture, .needsSettings = true}, m_parts.pointer.location());
+        return;
+    }
+    m_region.begin([this](QRectF rect) { translateRegion(rect, m_regionTask.renew()); });
+    m_parts.lookupIsLikely();
 }
 
 QCoro::Task<> RegionGesture::translateRegion(QRectF rect, std::stop_token stop)

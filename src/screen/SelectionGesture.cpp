@@ -21,22 +21,48 @@ constexpr auto selectionDelay = 80ms;
 
 } // namespace
 
-void SelectionGesture::mouseDown(QPointF at)
+void SelectionGesture::mouseDown(QPointF at, int clickCount)
 {
     m_mouseDownPoint = at;
+    m_isDragging = false;
     m_selection.noteMouseDown();
+    if (clickCount == 2)
+        expectSelection();
+}
+
+void SelectionGesture::mouseDragged(QPointF at)
+{
+    if (!m_isDragging && isDragTo(at)) {
+        m_isDragging = true;
+        expectSelection();
+    }
 }
 
 void SelectionGesture::mouseUp(QPointF at, int clickCount)
 {
-    const bool wasDrag = m_mouseDownPoint && QLineF(*m_mouseDownPoint, at).length() > dragDistance;
-    if (wasDrag || clickCount >= 2)
+    if (isDragTo(at) || clickCount >= 2)
         textMarked(at);
+}
+
+bool SelectionGesture::isDragTo(QPointF at) const
+{
+    return m_mouseDownPoint && QLineF(*m_mouseDownPoint, at).length() > dragDistance;
+}
+
+bool SelectionGesture::mayAct() const
+{
+    return m_parts.config.config().autoPopupOnSelect && m_parts.guards.mayAct();
+}
+
+void SelectionGesture::expectSelection() const
+{
+    if (mayAct())
+        m_parts.lookupIsLikely();
 }
 
 void SelectionGesture::textMarked(QPointF at)
 {
-    if (m_parts.config.config().autoPopupOnSelect && m_parts.guards.mayAct())
+    if (mayAct())
         handleSelection(at, m_selectionTask.renew());
 }
 

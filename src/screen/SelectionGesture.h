@@ -22,7 +22,8 @@ public:
     {
     }
 
-    void mouseDown(QPointF at);
+    void mouseDown(QPointF at, int clickCount);
+    void mouseDragged(QPointF at);
     void mouseUp(QPointF at, int clickCount);
 
     /// The user has marked text and the pointer is at `at`. The program in front first gets a moment to
@@ -30,6 +31,9 @@ public:
     void textMarked(QPointF at);
 
 private:
+    bool isDragTo(QPointF at) const;
+    bool mayAct() const;
+    void expectSelection() const;
     QCoro::Task<> handleSelection(QPointF at, std::stop_token stop);
     QCoro::Task<> lookup(QString word, std::optional<QString> context, QPointF at, std::stop_token stop);
     QCoro::Task<std::optional<QString>> contextAround(QPointF at, std::stop_token stop);
@@ -37,6 +41,7 @@ private:
     const GestureParts m_parts;
     SelectionReader &m_selection;
     std::optional<QPointF> m_mouseDownPoint;
+    bool m_isDragging = false; // since that press
     TaskSlot m_selectionTask;
 };
 

@@ -7,6 +7,7 @@ namespace nimbrelle {
 TriggerController::TriggerController(const Parts &parts, QObject *parent)
     : QObject(parent)
     , m_input(parts.input)
+    , m_lookupIsLikely(parts.lookupIsLikely)
     , m_guards({.config = parts.config,
           .front = parts.front,
           .screens = parts.screens,
@@ -19,7 +20,8 @@ TriggerController::TriggerController(const Parts &parts, QObject *parent)
           .ocr = parts.ocr,
           .card = parts.card,
           .guards = m_guards,
-          .state = m_state})
+          .state = m_state,
+          .lookupIsLikely = m_lookupIsLikely})
     , m_selection(m_parts, parts.selection)
     , m_hover(m_parts)
     , m_dwell(m_parts, m_hover)
@@ -31,6 +33,8 @@ void TriggerController::start()
 {
     stop();
     connect(&m_input, &InputMonitor::mousePressed, this, &TriggerController::mouseDown);
+    connect(
+        &m_input, &InputMonitor::mouseDragged, this, [this](QPointF at) { m_selection.mouseDragged(at); });
     connect(&m_input, &InputMonitor::mouseReleased, this, &TriggerController::mouseUp);
     connect(&m_input, &InputMonitor::modifiersChanged, this, &TriggerController::flagsChanged);
     connect(&m_input, &InputMonitor::mouseMoved, this, &TriggerController::mouseMoved);
@@ -45,9 +49,9 @@ void TriggerController::stop()
     m_input.disconnect(this);
 }
 
-void TriggerController::mouseDown(QPointF at)
+void TriggerController::mouseDown(QPointF at, int clickCount)
 {
-    m_selection.mouseDown(at);
+    m_selection.mouseDown(at, clickCount);
     m_region.breakDoubleTap();
     m_dwell.mouseDown();
     m_parts.card.hide();

@@ -31,6 +31,8 @@ public:
         ScreenOCR &ocr;
         RegionSelector &region;
         Card &card;
+        /// A gesture is under way that can end in a look-up: what can be done for it beforehand may begin.
+        std::function<void()> lookupIsLikely;
     };
 
     explicit TriggerController(const Parts &parts, QObject *parent = nullptr);
@@ -41,7 +43,7 @@ public:
     void stop();
 
 private:
-    void mouseDown(QPointF at);
+    void mouseDown(QPointF at, int clickCount);
     void mouseUp(QPointF at, int clickCount);
     void flagsChanged(ModifierFlags mods);
     void mouseMoved(QPointF at);
@@ -49,6 +51,7 @@ private:
     void scrolled();
 
     InputMonitor &m_input;
+    const std::function<void()> m_lookupIsLikely;
     GestureState m_state;
     const GestureGuards m_guards;
     const GestureParts m_parts;

@@ -44,6 +44,28 @@ TEST_F(DwellGestureTest, WaitsNoLessThanAThirdOfASecondAndNoMoreThanThree)
     }
 }
 
+TEST_F(DwellGestureTest, ALookupIsLikelyWhenHalfOfTheWaitIsOverAndNothingForbidsIt)
+{
+    for (int move = 0; move < 20; ++move)
+        rest(middle + QPointF(0, move), 499ms);
+    EXPECT_EQ(likely, 0);
+    advance(1ms);
+    EXPECT_EQ(likely, 1);
+    advance(10s);
+    card.hide();
+    rest(middle + QPointF(1, 19), 10s); // on the word that was just read
+    input.move(middle + QPointF(200, 0));
+    input.type();
+    advance(10s);
+    input.move(middle + QPointF(201, 0));
+    input.click(middle + QPointF(201, 0));
+    advance(10s);
+    capture.allowed = false;
+    rest(middle + QPointF(202, 0), 10s);
+    EXPECT_EQ(likely, 1);
+    EXPECT_EQ(clock.pending(), 0) << "nothing wakes the program while the pointer is still";
+}
+
 TEST(DwellGuards, EachKeepsTheCardAway)
 {
     const std::pair<const char *, void (*)(GestureStage &)> guards[]{

@@ -31,6 +31,23 @@ TEST_F(HoverGestureTest, ReadsTheWordAQuarterOfASecondAfterThePressAndItsCardSta
     EXPECT_EQ(accessibility.gestures, 1);
 }
 
+TEST_F(HoverGestureTest, ALookupIsLikelyFromThePressOnWhereItCanCome)
+{
+    hover(modifier::option | modifier::shift);
+    capture.allowed = false;
+    hover();
+    capture.allowed = true;
+    card.place = {600, 350, 100, 100};
+    card.offerTranslation(u"x"_s, middle);
+    hover();
+    EXPECT_EQ(likely, 0);
+    card.hide();
+    input.hold(modifier::option);
+    EXPECT_EQ(likely, 1);
+    input.move(middle + QPointF(200, 0));
+    EXPECT_EQ(likely, 1);
+}
+
 TEST_F(HoverGestureTest, FollowsThePointerWhereItPauses)
 {
     input.hold(modifier::option);

@@ -40,6 +40,25 @@ TEST_F(SelectionGestureTest, OnlyADragOrAMultipleClickSelects)
     EXPECT_EQ(accessibility.gestures, 2);
 }
 
+TEST_F(SelectionGestureTest, ALookupIsLikelyFromASecondPressAndFromADragPastItsThreshold)
+{
+    input.press({100, 100});
+    input.move({104, 100});
+    EXPECT_EQ(likely, 0);
+    input.move({104, 101});
+    EXPECT_EQ(likely, 1);
+    input.move({100, 100});
+    input.move({200, 100});
+    input.release({200, 100});
+    EXPECT_EQ(likely, 1) << "once a press";
+    input.click({100, 100});
+    input.press({100, 100}, 2);
+    EXPECT_EQ(likely, 2);
+    input.release({100, 100}, 2);
+    input.click({100, 100}, 3);
+    EXPECT_EQ(likely, 2);
+}
+
 TEST_F(SelectionGestureTest, OffersATranslationOfAPassageAndIgnoresTheRest)
 {
     mark(u"one two three four five six\n"_s);

@@ -43,8 +43,11 @@ TEST_F(TriggerControllerTest, NoGestureActsWhereItIsNotWanted)
         const auto acts = [&] {
             card.hide();
             const auto before = card.calls.size() + overlay.opened;
+            const int likelyBefore = likely;
             gesture.perform();
-            return card.calls.size() + overlay.opened > before;
+            const bool acted = card.calls.size() + overlay.opened > before;
+            EXPECT_EQ(likely > likelyBefore, acted);
+            return acted;
         };
         SCOPED_TRACE(&gesture - gestures);
         configure([&](AppConfig &config) { config.*gesture.setting = false; });

@@ -27,11 +27,11 @@ public:
     void start() override { started = true; }
     void stop() override { started = false; }
 
-    void press(QPointF at)
+    void press(QPointF at, int clickCount = 1)
     {
         m_pointer.at = at;
         m_pointer.buttons |= 1;
-        emit mousePressed(at);
+        emit mousePressed(at, clickCount);
     }
     void release(QPointF at, int clickCount = 1)
     {
@@ -42,17 +42,21 @@ public:
     void drag(QPointF from, QPointF to)
     {
         press(from);
+        move(to);
         release(to);
     }
     void click(QPointF at, int clickCount = 1)
     {
-        press(at);
+        press(at, clickCount);
         release(at, clickCount);
     }
     void move(QPointF to)
     {
         m_pointer.at = to;
-        emit mouseMoved(to);
+        if (m_pointer.buttons & 1U)
+            emit mouseDragged(to);
+        else
+            emit mouseMoved(to);
     }
     void hold(ModifierFlags flags)
     {

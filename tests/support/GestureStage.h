@@ -43,6 +43,7 @@ struct GestureStage {
     FakeOverlay overlay;
     RecordingCard card;
 
+    int likely = 0; ///< how often a look-up was said to be likely
     SelectionReader selection{clock, accessibility, primary, clipboard, keys, pointer, front};
     ScreenOCR ocr{screens, capture, recognizer};
     RegionSelector region{screens, pointer, front, overlay};
@@ -56,7 +57,8 @@ struct GestureStage {
         .selection = selection,
         .ocr = ocr,
         .region = region,
-        .card = card}};
+        .card = card,
+        .lookupIsLikely = [this] { ++likely; }}};
 
     void advance(std::chrono::milliseconds time) { clock.advance(time); }
     template <class Edit> void configure(Edit edit) { notebook.configure(edit); }

@@ -244,7 +244,7 @@ void XInputMonitor::handlePress(const xcb_input_raw_button_press_event_t &event)
     }
     const QPoint at = m_pointer.pixel();
     m_pressCount = m_clicks.press(at, event.time);
-    emit mousePressed(m_screens.layout().pointOf(at));
+    emit mousePressed(m_screens.layout().pointOf(at), m_pressCount);
 }
 
 void XInputMonitor::handleRelease()
@@ -277,7 +277,11 @@ void XInputMonitor::handleModifiers(const xcb_xkb_state_notify_event_t &event)
 
 void XInputMonitor::emitMove()
 {
-    if (std::exchange(m_moved, false) && m_started && !m_pointer.isAnyButtonDown())
+    if (!std::exchange(m_moved, false) || !m_started)
+        return;
+    if (m_pressCount > 0)
+        emit mouseDragged(m_pointer.location());
+    else if (!m_pointer.isAnyButtonDown())
         emit mouseMoved(m_pointer.location());
 }
 

@@ -22,10 +22,10 @@ TEST_F(Input, TellsClicksWithTheirCount)
 {
     otherClient.moveTo({400, 300});
     otherClient.click(2);
-    EXPECT_EQ(recorder.take(), u"press, release 1, press, release 2"_s);
+    EXPECT_EQ(recorder.take(), u"press 1, release 1, press 2, release 2"_s);
     QTest::qWait(450);
     otherClient.click();
-    EXPECT_EQ(recorder.take(), u"press, release 1"_s);
+    EXPECT_EQ(recorder.take(), u"press 1, release 1"_s);
     otherClient.button(3, true);
     otherClient.button(3, false);
     EXPECT_EQ(recorder.take(), QString());
@@ -55,6 +55,8 @@ TEST_F(Input, AMoveWithAButtonHeldIsADrag)
     otherClient.button(1, true);
     recorder.take();
     otherClient.moveTo({360, 300});
+    EXPECT_GT(recorder.takeMoves(u"drag"_s), 0);
+    otherClient.moveTo({380, 300});
     EXPECT_EQ(recorder.takeMoves(), 0);
     EXPECT_EQ(platform.desktop.pointer.pressedButtons(), 1U);
     otherClient.button(1, false);
@@ -77,6 +79,8 @@ TEST_F(Input, OwnWindowsAreLeftOut)
     otherClient.moveTo({260, 250});
     EXPECT_GT(recorder.takeMoves(), 0); // resting on the card keeps it
     otherClient.drag({250, 250}, {600, 600}); // begun on the card, so ours to its end
+    EXPECT_EQ(recorder.takeMoves(u"drag"_s), 0);
+    otherClient.drag({250, 250}, {600, 600});
     EXPECT_EQ(recorder.take(), QString());
 
     QRasterWindow window;

@@ -17,29 +17,33 @@ class InputRecorder : public QObject {
 public:
     explicit InputRecorder(const InputMonitor &monitor)
     {
-        connect(&monitor, &InputMonitor::mousePressed, this, [this] { note(QStringLiteral("press")); });
+        connect(&monitor, &InputMonitor::mousePressed, this,
+            [this](QPointF, int count) { note(QStringLiteral("press %1").arg(count)); });
         connect(&monitor, &InputMonitor::mouseReleased, this,
             [this](QPointF, int count) { note(QStringLiteral("release %1").arg(count)); });
         connect(&monitor, &InputMonitor::modifiersChanged, this,
             [this](ModifierFlags held) { note(QStringLiteral("held %1").arg(held, 0, 16)); });
         connect(&monitor, &InputMonitor::mouseMoved, this, [this] { note(QStringLiteral("move")); });
+        connect(&monitor, &InputMonitor::mouseDragged, this, [this] { note(QStringLiteral("drag")); });
         connect(&monitor, &InputMonitor::keyPressed, this,
             [this](Key key) { note(key == Key::escape ? QStringLiteral("escape") : QStringLiteral("key")); });
         connect(&monitor, &InputMonitor::scrolled, this, [this] { note(QStringLiteral("scroll")); });
     }
 
-    /// The words so far, moves left out; and forgets them.
+    /// The words so far, moves and drags left out; and forgets them.
     QString take()
     {
         QTest::qWait(60);
         QStringList words = std::exchange(m_words, {});
-        words.removeAll(QStringLiteral("move"));
+        words.removeIf([](const QString &word) {
+            return word == QStringLiteral("move") || word == QStringLiteral("drag");
+        });
         return words.join(QStringLiteral(", "));
     }
-    qsizetype takeMoves()
+    qsizetype takeMoves(const QString &kind = QStringLiteral("move"))
     {
         QTest::qWait(60);
-        return std::exchange(m_words, {}).count(QStringLiteral("move"));
+        return std::exchange(m_words, {}).count(kind);
     }
 
 private:
