@@ -68,7 +68,7 @@ protected:
         trusting.addCaCertificate(QSslCertificate(QByteArray(TestCertificates::validCertificate)));
         QSslConfiguration::setDefaultConfiguration(trusting);
     }
-    ~ProviderConnectionsTest() override { QSslConfiguration::setDefaultConfiguration(before); }
+    void TearDown() override { QSslConfiguration::setDefaultConfiguration(before); }
 
     DeepSeekClient client() { return DeepSeekClient(config, connections); }
     void prepare() { client().prepare(); }
