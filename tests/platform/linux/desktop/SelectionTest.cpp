@@ -1,4 +1,5 @@
 #include "platform/linux/desktop/Stage.h"
+#include "platform/linux/x11/XSelectionRead.h"
 #include "support/Printers.h"
 
 #include <QDBusConnectionInterface>
@@ -9,6 +10,7 @@
 
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -253,6 +255,37 @@ TEST_F(Clipboards, AnEmptyClipboardStaysEmpty)
     EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), ClipboardSnapshot());
     EXPECT_EQ(finished(otherClient.clipboard.snapshot()), ClipboardSnapshot());
     EXPECT_EQ(finished(platform.desktop.clipboard.string()), std::nullopt);
+}
+
+TEST_F(Clipboards, WhatIsTooMuchIsLeftAlone)
+{
+    const auto formats = [](int count) {
+        ClipboardItem item;
+        for (int i = 0; i < count; ++i)
+            item.insert(u"application/x-%1"_s.arg(i), "x");
+        return ClipboardSnapshot{item};
+    };
+    const auto own = [this](const ClipboardSnapshot &content) {
+        otherClient.clipboard.restore(content);
+        otherClient.sync();
+    };
+    own(formats(50));
+    EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), formats(50));
+    own(formats(70));
+    EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), std::nullopt);
+    own({{{u"UTF8_STRING"_s, QByteArray(2'000'000, 'x')}}});
+    EXPECT_EQ(finished(platform.desktop.clipboard.string()), std::nullopt);
+    for (const int size : {5000, 400'000}) { // at once, and in pieces
+        own({{{u"UTF8_STRING"_s, QByteArray(size, 'x')}, {u"STRING"_s, "x"}}});
+        XConnection &x = platform.desktop.x;
+        XSelectionRead enough(x, x.atom("CLIPBOARD"), {.time = 20s, .bytes = size + 100});
+        const auto whole = finished(enough.convert(x.atom("UTF8_STRING")));
+        EXPECT_EQ(whole.value_or(SelectionValue()).bytes.size(), size);
+        XSelectionRead read(x, x.atom("CLIPBOARD"), {.time = 20s, .bytes = size - 1000});
+        EXPECT_FALSE(finished(read.convert(x.atom("UTF8_STRING"))));
+        EXPECT_TRUE(read.isGivenUp());
+        EXPECT_FALSE(finished(read.convert(x.atom("STRING"))));
+    }
 }
 
 TEST_F(Clipboards, AnOwnerThatNeverAnswersIsGivenUp)
