@@ -17,12 +17,12 @@ function(nimbrelle_test)
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Asia/Shanghai;LC_ALL=C.UTF-8;${NIMBRELLE_RUN_ENVIRONMENT}")
 endfunction()
 
-# nimbrelle_view_test(NAME ... SOURCES ... [LIBRARIES ...])
+# nimbrelle_view_test(NAME ... SOURCES ... [LIBRARIES ...] [LABELS ...])
 # The same with the views, on a screen that is not there.
 function(nimbrelle_view_test)
-    cmake_parse_arguments(arg "" "NAME" "SOURCES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(arg "" "NAME" "SOURCES;LIBRARIES;LABELS" ${ARGN})
     nimbrelle_test(NAME ${arg_NAME} SOURCES ${arg_SOURCES} "${CMAKE_SOURCE_DIR}/tests/support/ViewMain.cpp"
-        LIBRARIES nimbrelle_desktop ${arg_LIBRARIES})
+        LIBRARIES nimbrelle_desktop ${arg_LIBRARIES} LABELS ${arg_LABELS})
     set_property(TEST ${arg_NAME} APPEND PROPERTY ENVIRONMENT
         "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leak-suppressions.txt:print_suppressions=0")
 endfunction()

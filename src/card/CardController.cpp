@@ -37,8 +37,8 @@ CardError errorOf(const std::exception &failure)
 } // namespace
 
 CardController::CardController(Clock &clock, const ConfigStore &config, WordStore &words,
-    AIClientFactory newClient, const Screens &screens, CardPanel &panel,
-    std::function<PageSource()> currentSource, QObject *parent)
+    AIClientFactory newClient, const Screens &screens, CardPanel &panel, CurrentSource currentSource,
+    QObject *parent)
     : QObject(parent)
     , m_clock(clock)
     , m_config(config)
@@ -52,7 +52,8 @@ CardController::CardController(Clock &clock, const ConfigStore &config, WordStor
 
 CardController::~CardController()
 {
-    m_task.cancel(); // first, so that no flow shows what the next line stops
+    m_task.cancel(); // first, so that no flow shows what the last line stops
+    m_sourceTask.cancel();
     m_exchanges.request_stop();
 }
 
@@ -77,12 +78,12 @@ void CardController::open(CardState state, QPointF at)
 void CardController::lookup(const QString &selection, const std::optional<QString> &context, QPointF at)
 {
     open(CardLoading{.selection = selection}, at);
-    const PageSource source = m_currentSource();
-    explain(selection, context, source, m_task.renew());
+    const std::stop_token stop = m_task.renew();
+    explain(selection, context, m_currentSource(stop), stop);
 }
 
 QCoro::Task<> CardController::explain(
-    QString selection, std::optional<QString> context, PageSource source, std::stop_token stop)
+    QString selection, std::optional<QString> context, QCoro::Task<PageSource> source, std::stop_token stop)
 {
     const QString key = cacheKey(selection, context);
     try {
@@ -91,8 +92,9 @@ QCoro::Task<> CardController::explain(
             const Explanation answer = co_await client->explain(selection, context, m_exchanges.get_token());
             m_cache.insert(key, answer); // also when nobody waits for it any more
         }
+        const PageSource place = co_await source; // asked meanwhile
         if (!stop.stop_requested())
-            showWord(selection, m_cache.value(key), source);
+            showWord(selection, m_cache.value(key), place);
     } catch (const std::exception &failure) {
         if (!stop.stop_requested())
             update(errorOf(failure));
@@ -122,8 +124,16 @@ RecallState CardController::recallFor(const WordEntry &entry) const
 void CardController::offerTranslation(const QString &text, QPointF at)
 {
     open(TranslateOffer{.text = text}, at);
-    m_translationSource = m_currentSource();
+    noteTranslationSource(m_sourceTask.renew());
     hideOfferLater(m_offerHideTask.renew());
+}
+
+QCoro::Task<> CardController::noteTranslationSource(std::stop_token stop)
+{
+    m_translationSource = {};
+    const PageSource source = co_await m_currentSource(stop);
+    if (!stop.stop_requested())
+        m_translationSource = source;
 }
 
 QCoro::Task<> CardController::hideOfferLater(std::stop_token stop)
@@ -143,7 +153,7 @@ void CardController::translate(const QString &text)
 void CardController::showTranslation(const QString &text, QPointF at)
 {
     open(Translating{.text = text}, at);
-    m_translationSource = m_currentSource();
+    noteTranslationSource(m_sourceTask.renew());
     translate(text);
 }
 

@@ -22,11 +22,13 @@ class CardController : public QObject, public Card {
     Q_OBJECT
 
 public:
-    /// `currentSource` tells where the user is reading. It may block for a moment and is asked only once the
-    /// card is on the screen.
+    /// Tells where the user is reading, as it is when it is called; the answer may take a moment. What it
+    /// asks outlives us until the token is stopped.
+    using CurrentSource = std::function<QCoro::Task<PageSource>(std::stop_token)>;
+
+    /// `currentSource` is called only once the card is on the screen.
     CardController(Clock &clock, const ConfigStore &config, WordStore &words, AIClientFactory newClient,
-        const Screens &screens, CardPanel &panel, std::function<PageSource()> currentSource,
-        QObject *parent = nullptr);
+        const Screens &screens, CardPanel &panel, CurrentSource currentSource, QObject *parent = nullptr);
     ~CardController() override;
 
     CardModel &model() { return m_model; }
@@ -69,10 +71,11 @@ private:
     void relayout();
     template <class Payload> const Payload *payload() const { return std::get_if<Payload>(&state()); }
 
-    QCoro::Task<> explain(
-        QString selection, std::optional<QString> context, PageSource source, std::stop_token stop);
+    QCoro::Task<> explain(QString selection, std::optional<QString> context, QCoro::Task<PageSource> source,
+        std::stop_token stop);
     void showWord(const QString &selection, const Explanation &explanation, const PageSource &source);
     RecallState recallFor(const WordEntry &entry) const;
+    QCoro::Task<> noteTranslationSource(std::stop_token stop);
     QCoro::Task<> fetchTranslation(QString text, std::stop_token stop);
     QCoro::Task<> hideOfferLater(std::stop_token stop);
 
@@ -82,13 +85,14 @@ private:
     const AIClientFactory m_newClient;
     const Screens &m_screens;
     CardPanel &m_panel;
-    const std::function<PageSource()> m_currentSource;
+    const CurrentSource m_currentSource;
 
     CardModel m_model;
     QPointF m_anchor;
     QHash<QString, Explanation> m_cache; // answers of this run, by word and sentence
     PageSource m_translationSource;
     TaskSlot m_task;
+    TaskSlot m_sourceTask; // of a translation
     TaskSlot m_offerHideTask;
     // Of explanations, of which several run to their ends side by side; stopped only when we go.
     std::stop_source m_exchanges;

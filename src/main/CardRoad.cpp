@@ -14,7 +14,7 @@ CardRoad::CardRoad(Services &services, const Platform &platform, const Theme &th
     , m_region(platform.screens, platform.pointer, platform.frontApplication, m_overlay)
     , m_panel(theme, platform.windowSystem)
     , m_card(services.clock(), services.config(), services.words(), services.newAI(), platform.screens,
-          m_panel, [this] { return m_source.current(); })
+          m_panel, [this](std::stop_token stop) { return m_source.current(std::move(stop)); })
     , m_view({.theme = theme, .controller = m_card, .words = services.words(), .speaker = platform.speaker})
     , m_trigger({.clock = services.clock(),
           .config = services.config(),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoro/QCoroTask>
 #include <QString>
 
 #include <optional>
@@ -23,34 +24,39 @@ struct TextPiece {
     bool operator==(const TextPiece &) const = default;
 };
 
-/// Asks the program in front for what it tells screen readers. Every question blocks, but never longer than
-/// 0.3 seconds; after one that got no answer in time, the same program gets no further question until the
-/// next beginGesture(), and each answer is absent at once. Absent also means: no such thing, or no
-/// accessibility.
+/// What is marked in an element. U+FFFC stands for an embedded picture or element whose text is not in it.
+struct MarkedText {
+    QString text; ///< as the program gave it, untrimmed; empty when nothing is marked
+    /// The text with what is round it: at least as far to each side as was asked for, where there is so much;
+    /// it may be more. No half of a surrogate pair at its ends.
+    std::optional<TextPiece> piece;
+};
+
+/// Asks the program in front for what it tells screen readers. No question holds the main thread. All those
+/// of one gesture together are waited for no longer than 0.3 seconds; the pauses between them do not count.
+/// After that each answer is absent at once, and one that comes late reaches nobody. Absent also means: no
+/// such thing, or no accessibility. Main thread only. Questions that are open when the reader dies are never
+/// answered.
 class AccessibilityReader {
 public:
     virtual ~AccessibilityReader() = default;
 
-    /// Forgets who was too slow. Called once at the start of each gesture of the user.
+    /// Gives the questions from now on their 0.3 seconds. Called once at the start of each gesture of the
+    /// user. What an earlier gesture still waits for keeps the time that it had.
     virtual void beginGesture() = 0;
 
-    /// The element with the keyboard focus, or else with the newest selection, in the program in front.
-    virtual std::optional<AccessibleElement> focusedElement() = 0;
+    /// The element with the keyboard focus, or else with the newest selection, in the program that is in
+    /// front now.
+    virtual QCoro::Task<std::optional<AccessibleElement>> focusedElement() = 0;
 
-    /// As the program gave it, untrimmed; empty when nothing is selected. U+FFFC stands for an embedded
-    /// picture or element whose text is not in it.
-    virtual std::optional<QString> selectedText(const AccessibleElement &element) = 0;
-
-    /// The element's text round its selection: at least `reach` UTF-16 units to each side, as far as the
-    /// element has so many; it may be more. No half of a surrogate pair at its ends.
-    virtual std::optional<TextPiece> textRoundSelection(
-        const AccessibleElement &element, qsizetype reach) = 0;
+    /// `reach` is in UTF-16 units.
+    virtual QCoro::Task<std::optional<MarkedText>> markedText(AccessibleElement element, qsizetype reach) = 0;
 
     /// Whether the element is a web page's root, whose address is the page's.
-    virtual std::optional<bool> isWebArea(const AccessibleElement &element) = 0;
-    virtual std::optional<AccessibleElement> parent(const AccessibleElement &element) = 0;
+    virtual QCoro::Task<std::optional<bool>> isWebArea(AccessibleElement element) = 0;
+    virtual QCoro::Task<std::optional<AccessibleElement>> parent(AccessibleElement element) = 0;
     /// The address that the element itself tells, as it tells it.
-    virtual std::optional<QString> address(const AccessibleElement &element) = 0;
+    virtual QCoro::Task<std::optional<QString>> address(AccessibleElement element) = 0;
 };
 
 } // namespace nimbrelle

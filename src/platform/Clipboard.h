@@ -15,19 +15,20 @@ using ClipboardItem = QMap<QString, QByteArray>;
 using ClipboardSnapshot = QList<ClipboardItem>;
 
 /// The clipboard of the session. A read waits without blocking, and never longer than 0.3 seconds in all; the
-/// main thread's event loop must run meanwhile.
+/// main thread's event loop must run meanwhile. It takes no more than what a reader's clipboard ever holds.
 class Clipboard {
 public:
     virtual ~Clipboard() = default;
 
     /// Every representation of every item, byte for byte; empty when the clipboard is. Absent when its owner
-    /// did not give everything in time: then it could not be put back, and must be left alone.
+    /// did not give everything in time, or names more than 64 formats or holds more than 64 MB: then it could
+    /// not be put back whole, and must be left alone.
     virtual QCoro::Task<std::optional<ClipboardSnapshot>> snapshot() = 0;
 
     /// Grows with each write by anyone, ours included.
     virtual quint64 changeCount() const = 0;
 
-    /// The plain text. Absent when there is none, or not in time.
+    /// The plain text. Absent when there is none, not in time, or more than 1 MB.
     virtual QCoro::Task<std::optional<QString>> string() = 0;
 
     /// Clears the clipboard and puts the items back under their formats. At once.
@@ -44,7 +45,7 @@ public:
     /// hand only if this differs from what it was when the mouse went down: else it is an older one.
     virtual quint64 changeCount() const = 0;
 
-    /// Absent when there is none, or its owner did not answer within 0.3 seconds.
+    /// Absent when there is none, its owner did not answer within 0.3 seconds, or it is more than 1 MB.
     virtual QCoro::Task<std::optional<QString>> text() = 0;
 };
 

@@ -57,11 +57,14 @@ void SelectionReader::noteMouseDown()
 
 QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::stop_token stop)
 {
-    const std::optional<Result> accessible = readViaAccessibility();
+    const quint64 atMouseDown = m_primaryAtMouseDown; // the next press may come while we wait
+    const std::optional<Result> accessible = co_await readViaAccessibility(stop);
+    if (stop.stop_requested())
+        co_return std::nullopt;
     if (accessible && !accessible->text.contains(embeddedObject))
         co_return accessible;
     // Browsers put a placeholder where a link or a picture is; the clipboards hold its text too.
-    const std::optional<QString> text = co_await readViaClipboard(stop);
+    const std::optional<QString> text = co_await readViaClipboard(atMouseDown, stop);
     if (stop.stop_requested())
         co_return std::nullopt;
     std::optional<Result> result;
@@ -74,14 +77,19 @@ QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::s
     co_return result;
 }
 
-std::optional<SelectionReader::Result> SelectionReader::readViaAccessibility()
+QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::readViaAccessibility(
+    std::stop_token stop)
 {
-    const auto element = m_accessibility.focusedElement();
-    const auto text = element ? unlessBlank(m_accessibility.selectedText(*element)) : std::nullopt;
-    if (!text)
-        return std::nullopt;
-    const auto piece = m_accessibility.textRoundSelection(*element, contextReach);
-    return Result{.text = *text, .context = piece ? contextOf(*piece) : std::nullopt};
+    const std::optional<AccessibleElement> element = co_await m_accessibility.focusedElement();
+    if (stop.stop_requested() || !element)
+        co_return std::nullopt;
+    const std::optional<MarkedText> marked = co_await m_accessibility.markedText(*element, contextReach);
+    if (!marked || isBlankText(marked->text))
+        co_return std::nullopt;
+    Result result{.text = marked->text, .context = std::nullopt};
+    if (marked->piece)
+        result.context = contextOf(*marked->piece);
+    co_return result;
 }
 
 std::optional<QString> SelectionReader::contextOf(const TextPiece &piece)
@@ -100,18 +108,19 @@ std::optional<QString> SelectionReader::contextOf(const TextPiece &piece)
     return withoutEmbedded(piece.text.sliced(start, end - start));
 }
 
-QCoro::Task<std::optional<QString>> SelectionReader::readViaClipboard(std::stop_token stop)
+QCoro::Task<std::optional<QString>> SelectionReader::readViaClipboard(
+    quint64 atMouseDown, std::stop_token stop)
 {
-    std::optional<QString> text = co_await readPrimary();
+    std::optional<QString> text = co_await readPrimary(atMouseDown);
     if (text || stop.stop_requested())
         co_return text;
     text = co_await readByCopy(stop);
     co_return text;
 }
 
-QCoro::Task<std::optional<QString>> SelectionReader::readPrimary()
+QCoro::Task<std::optional<QString>> SelectionReader::readPrimary(quint64 atMouseDown)
 {
-    if (m_primary.changeCount() == m_primaryAtMouseDown)
+    if (m_primary.changeCount() == atMouseDown)
         co_return std::nullopt; // an older selection, maybe of another window
     std::optional<QString> text = co_await m_primary.text();
     co_return unlessBlank(std::move(text));

@@ -39,12 +39,11 @@ public:
     /// goes through, so that the clipboard is restored.
     QCoro::Task<std::optional<Result>> read(std::stop_token stop);
 
-    /// Blocks as long as the accessibility reader's questions do.
-    std::optional<Result> readViaAccessibility();
+    QCoro::Task<std::optional<Result>> readViaAccessibility(std::stop_token stop);
 
-    /// The primary selection if it was claimed since noteMouseDown(), else a simulated copy with the
-    /// clipboard restored afterwards. The copy is left out in a terminal and while a modifier is held.
-    QCoro::Task<std::optional<QString>> readViaClipboard(std::stop_token stop);
+    /// The primary selection if it was claimed since the count was `atMouseDown`, else a simulated copy with
+    /// the clipboard restored afterwards. The copy is left out in a terminal and while a modifier is held.
+    QCoro::Task<std::optional<QString>> readViaClipboard(quint64 atMouseDown, std::stop_token stop);
 
     /// 300 UTF-16 units to each side of the selection, without halves of surrogate pairs at the ends. Absent
     /// when that holds nothing.
@@ -54,7 +53,7 @@ signals:
     void copyEnded();
 
 private:
-    QCoro::Task<std::optional<QString>> readPrimary();
+    QCoro::Task<std::optional<QString>> readPrimary(quint64 atMouseDown);
     QCoro::Task<std::optional<QString>> readByCopy(std::stop_token stop);
     QCoro::Task<std::optional<QString>> copyOver(ClipboardSnapshot before);
     QCoro::Task<bool> clipboardChangesFrom(quint64 count);

@@ -27,34 +27,48 @@ std::optional<QString> shownName(const std::optional<QString> &name)
 
 } // namespace
 
-PageSource SourceInfo::current() const
+QCoro::Task<PageSource> SourceInfo::current(std::stop_token stop) const
 {
     const auto application = m_front.current();
     if (!application || application->bundleID == m_front.ownBundleID())
-        return {};
-    std::optional<QString> address = application->document;
-    if (!address) {
-        if (const auto focused = m_accessibility.focusedElement())
-            address = webAreaURL(*focused);
-    }
+        co_return {};
     PageSource source{.app = shownName(application->name),
         .url = std::nullopt,
         .title = shownName(application->windowTitle)};
+    std::optional<QString> address = application->document;
+    if (!address)
+        address = co_await focusedPage(stop);
     if (address && isPageAddress(*address))
         source.url = address;
-    return source;
+    co_return source;
 }
 
-std::optional<QString> SourceInfo::webAreaURL(AccessibleElement element) const
+QCoro::Task<std::optional<QString>> SourceInfo::focusedPage(std::stop_token stop) const
 {
-    for (int looked = 1;; ++looked) {
-        if (m_accessibility.isWebArea(element) == true)
-            return m_accessibility.address(element);
-        const auto parent = looked < maxElements ? m_accessibility.parent(element) : std::nullopt;
+    const std::optional<AccessibleElement> focused = co_await m_accessibility.focusedElement();
+    std::optional<QString> address;
+    if (focused && !stop.stop_requested())
+        address = co_await webAreaURL(*focused, stop);
+    co_return address;
+}
+
+QCoro::Task<std::optional<QString>> SourceInfo::webAreaURL(
+    AccessibleElement element, std::stop_token stop) const
+{
+    std::optional<QString> address;
+    for (int looked = 0; looked < maxElements && !stop.stop_requested(); ++looked) {
+        auto askedParent = m_accessibility.parent(element); // side by side with the next
+        const std::optional<bool> isWebArea = co_await m_accessibility.isWebArea(element);
+        if (isWebArea == true && !stop.stop_requested()) {
+            address = co_await m_accessibility.address(element);
+            break;
+        }
+        const std::optional<AccessibleElement> parent = co_await askedParent;
         if (!parent)
-            return std::nullopt;
+            break;
         element = *parent;
     }
+    co_return address;
 }
 
 } // namespace nimbrelle

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QPixmapCache>
 #include <QStringList>
 
 #include <cmath>
@@ -99,9 +100,7 @@ void paintLayer(QPainter &painter, const QString &layer, const QColor &colour, c
     painter.drawPath(LayerReader(words).path());
 }
 
-} // namespace
-
-QPixmap iconPixmap(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QColor &cut)
+QPixmap drawn(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QColor &cut)
 {
     const int pixels = static_cast<int>(std::ceil(size * devicePixelRatio));
     QPixmap pixmap(pixels, pixels);
@@ -114,6 +113,44 @@ QPixmap iconPixmap(Icon icon, double size, double devicePixelRatio, const QColor
     for (const QString &layer : drawing.split(u';'))
         paintLayer(painter, layer, colour, cut);
     return pixmap;
+}
+
+// The toolkit keeps a copy of each picture that it paints, for as long as the cache has room: a card that
+// drew its icons anew would leave them there.
+template <class Draw> QPixmap kept(const QString &key, Draw draw)
+{
+    QPixmap pixmap;
+    if (!QPixmapCache::find(key, &pixmap)) {
+        pixmap = draw();
+        QPixmapCache::insert(key, pixmap);
+    }
+    return pixmap;
+}
+
+QString keyOf(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QColor &cut)
+{
+    return u"icon %1 %2 %3 %4 %5"_s.arg(static_cast<int>(icon))
+        .arg(size)
+        .arg(devicePixelRatio)
+        .arg(colour.rgba(), 0, 16)
+        .arg(cut.isValid() ? cut.rgba() : 0, 0, 16);
+}
+
+QPixmap paddedIcon(
+    Icon icon, double size, double devicePixelRatio, const QColor &colour, const QMargins &padding)
+{
+    const QString room =
+        u" %1 %2 %3 %4"_s.arg(padding.left()).arg(padding.top()).arg(padding.right()).arg(padding.bottom());
+    return kept(keyOf(icon, size, devicePixelRatio, colour, {}) + room,
+        [&] { return padded(iconPixmap(icon, size, devicePixelRatio, colour), padding); });
+}
+
+} // namespace
+
+QPixmap iconPixmap(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QColor &cut)
+{
+    return kept(keyOf(icon, size, devicePixelRatio, colour, cut),
+        [&] { return drawn(icon, size, devicePixelRatio, colour, cut); });
 }
 
 QPixmap padded(const QPixmap &picture, const QMargins &padding)
@@ -131,10 +168,10 @@ QPixmap padded(const QPixmap &picture, const QMargins &padding)
 
 QIcon iconOf(Icon icon, double size, double devicePixelRatio, const QColor &colour, const QMargins &padding)
 {
-    QIcon made(padded(iconPixmap(icon, size, devicePixelRatio, colour), padding));
+    QIcon made(paddedIcon(icon, size, devicePixelRatio, colour, padding));
     QColor faint = colour;
     faint.setAlphaF(static_cast<float>(disabledOpacity));
-    made.addPixmap(padded(iconPixmap(icon, size, devicePixelRatio, faint), padding), QIcon::Disabled);
+    made.addPixmap(paddedIcon(icon, size, devicePixelRatio, faint, padding), QIcon::Disabled);
     return made;
 }
 

@@ -62,6 +62,15 @@ protected:
             throw std::runtime_error("the card shows something else");
         return std::get<Payload>(card.state());
     }
+    QCoro::Task<PageSource> tellSource()
+    {
+        EXPECT_TRUE(panel.visible);
+        stateAtSource.append(card.state());
+        const PageSource told = source;
+        if (sourceDelay.count() > 0)
+            co_await notebook.clock.sleep(sourceDelay, std::stop_token());
+        co_return told;
+    }
     QString headword() const { return shown<WordCardData>().explanation.headword; }
     RecallState::Kind recall() const { return shown<WordCardData>().recall.kind; }
 
@@ -73,12 +82,9 @@ protected:
     QList<std::pair<AskContext, std::optional<QuickQuestion>>> asked;
     int settingsRequests = 0;
     PageSource source = Notebook::page("https://example.org/a");
-    CardController card{
-        notebook.clock, notebook.config, notebook.store, ai.factory(), screens, panel, [this] {
-            EXPECT_TRUE(panel.visible);
-            stateAtSource.append(card.state());
-            return source;
-        }};
+    std::chrono::milliseconds sourceDelay{0};
+    CardController card{notebook.clock, notebook.config, notebook.store, ai.factory(), screens, panel,
+        [this](std::stop_token) { return tellSource(); }};
 };
 
 TEST_F(CardControllerTest, ShowsTheLoadingCardBeforeItAsksForTheSource)
@@ -94,6 +100,30 @@ TEST_F(CardControllerTest, ShowsTheLoadingCardBeforeItAsksForTheSource)
         .source = Notebook::page("https://example.org/a")};
     EXPECT_EQ(shown<WordCardData>(), expected);
     EXPECT_TRUE(notebook.store.entries().isEmpty()); // saved only at the user's request
+}
+
+TEST_F(CardControllerTest, AsksTheProviderWhileTheSourceIsStillBeingAnswered)
+{
+    sourceDelay = 300ms;
+    notebook.save("run");
+    lookup("ran");
+    ai.reply(Notebook::explained("run"));
+    EXPECT_EQ(shown<CardLoading>().selection, u"ran"_s);
+    lookup("next");
+    ai.reply(Notebook::explained("next"));
+    notebook.clock.advance(300ms);
+    EXPECT_EQ(shown<WordCardData>().source, source);
+    EXPECT_EQ(headword(), u"next"_s);
+    EXPECT_EQ(notebook.word("run").lookupCount, 1) << "a meeting that nobody saw";
+
+    card.showTranslation(u"older"_s, {});
+    sourceDelay = 100ms;
+    source = Notebook::page("https://example.org/newer");
+    card.showTranslation(u"newer"_s, {});
+    ai.reply(Translation{.translationZh = u"新"_s});
+    notebook.clock.advance(300ms);
+    card.ask(std::nullopt);
+    EXPECT_EQ(asked.last().first.source, source);
 }
 
 TEST_F(CardControllerTest, TheSameWordInTheSameSentenceCostsOneExchange)
@@ -131,8 +161,9 @@ TEST_F(CardControllerTest, ALateAnswerGoesToTheCacheAndNowhereElse)
 
 TEST_F(CardControllerTest, WhatIsUnderWayEndsWithTheController)
 {
-    auto brief = std::make_unique<CardController>(notebook.clock, notebook.config, notebook.store,
-        ai.factory(), screens, panel, [] { return PageSource(); });
+    auto brief =
+        std::make_unique<CardController>(notebook.clock, notebook.config, notebook.store, ai.factory(),
+            screens, panel, [](std::stop_token) -> QCoro::Task<PageSource> { co_return PageSource(); });
     brief->lookup(u"a"_s, std::nullopt, {});
     brief->lookup(u"c"_s, std::nullopt, {});
     brief->offerTranslation(u"b"_s, {});

@@ -106,4 +106,16 @@ TEST_F(SelectionGestureTest, ANewerReleaseReplacesTheOlder)
     EXPECT_EQ(card.calls, QStringList{u"lookup double | -"_s});
 }
 
+TEST_F(SelectionGestureTest, ANewerReleaseReplacesOneWhoseProgramStillAnswers)
+{
+    accessibility.delay = 100ms;
+    mark(u"older"_s, u"older one"_s);
+    drag();
+    mark(u"newer"_s, u"newer one"_s);
+    drag();
+    EXPECT_TRUE(card.calls.isEmpty());
+    advance(1s);
+    EXPECT_EQ(card.calls, QStringList{u"lookup newer | newer one"_s});
+}
+
 } // namespace nimbrelle

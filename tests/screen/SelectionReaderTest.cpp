@@ -79,6 +79,23 @@ TEST_F(SelectionReaderTest, PlaceholdersGiveWayToThePrimarySelectionButTheirCont
     EXPECT_EQ(read(), text(u"see   for"_s, u"Please see   for more"_s)); // better than nothing
 }
 
+TEST_F(SelectionReaderTest, APressWhileTheProgramAnswersDoesNotAgeTheSelection)
+{
+    accessibility.chain = {{}};
+    accessibility.delay = 100ms;
+    primary.claim(u"marked"_s);
+    auto running = begin();
+    selection.noteMouseDown();
+    advance(200ms);
+    EXPECT_EQ(running.result(), text(u"marked"_s));
+    running = begin();
+    stop.request_stop();
+    primary.claim(u"newer"_s);
+    advance(200ms);
+    EXPECT_EQ(running.result(), std::nullopt);
+    EXPECT_EQ(primary.reads, 1) << "a stopped read asks nobody else";
+}
+
 TEST_F(SelectionReaderTest, TheCopyRestoresTheClipboardByteForByte)
 {
     EXPECT_EQ(read(), text(u"copied"_s));

@@ -27,6 +27,7 @@ public:
 
     /// All calls so far, oldest first.
     const QList<Call> &calls() const { return m_calls; }
+    void forgetCalls() { m_calls.clear(); }
     /// How many calls wait for an answer, or for the next piece.
     qsizetype waiting() const { return static_cast<qsizetype>(m_waiting.size()); }
 

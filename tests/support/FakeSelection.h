@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/Clock.h"
 #include "platform/AccessibilityReader.h"
 #include "platform/Clipboard.h"
 
@@ -8,7 +9,7 @@
 namespace nimbrelle {
 
 /// One chain of elements, the focused one first, each the child of the next. The selection is the focused
-/// one's.
+/// one's. Each answer takes `delay` of the test's clock and tells what was there when it was asked for.
 class FakeAccessibilityReader final : public AccessibilityReader {
 public:
     struct Element {
@@ -16,26 +17,31 @@ public:
         std::optional<QString> address;
     };
 
+    explicit FakeAccessibilityReader(Clock &clock) : m_clock(clock) { }
+
     void beginGesture() override { ++gestures; }
-    std::optional<AccessibleElement> focusedElement() override { return elementAt(0); }
-    std::optional<QString> selectedText(const AccessibleElement &) override { return selection; }
-    std::optional<TextPiece> textRoundSelection(const AccessibleElement &, qsizetype) override
+    QCoro::Task<std::optional<AccessibleElement>> focusedElement() override { return answer(elementAt(0)); }
+    QCoro::Task<std::optional<MarkedText>> markedText(AccessibleElement, qsizetype) override
     {
-        return piece;
+        std::optional<MarkedText> marked;
+        if (selection)
+            marked = MarkedText{.text = *selection, .piece = piece};
+        return answer(marked);
     }
-    std::optional<bool> isWebArea(const AccessibleElement &element) override
+    QCoro::Task<std::optional<bool>> isWebArea(AccessibleElement element) override
     {
-        return chain.at(indexOf(element)).isWebArea;
+        return answer(std::optional(chain.at(indexOf(element)).isWebArea));
     }
-    std::optional<AccessibleElement> parent(const AccessibleElement &element) override
+    QCoro::Task<std::optional<AccessibleElement>> parent(AccessibleElement element) override
     {
-        return elementAt(indexOf(element) + 1);
+        return answer(elementAt(indexOf(element) + 1));
     }
-    std::optional<QString> address(const AccessibleElement &element) override
+    QCoro::Task<std::optional<QString>> address(AccessibleElement element) override
     {
-        return chain.at(indexOf(element)).address;
+        return answer(chain.at(indexOf(element)).address);
     }
 
+    std::chrono::milliseconds delay{0};
     std::vector<Element> chain;
     std::optional<QString> selection;
     std::optional<TextPiece> piece;
@@ -49,6 +55,14 @@ private:
         return AccessibleElement{.program = {}, .object = QString::number(index)};
     }
     static std::size_t indexOf(const AccessibleElement &element) { return element.object.toULong(); }
+    template <class T> QCoro::Task<std::optional<T>> answer(std::optional<T> told)
+    {
+        if (delay.count() > 0)
+            co_await m_clock.sleep(delay, std::stop_token());
+        co_return told;
+    }
+
+    Clock &m_clock;
 };
 
 class FakeClipboard final : public Clipboard {

@@ -36,7 +36,7 @@ struct GestureStage {
     FakeScreens screens;
     FakeScreenCapture capture;
     FakeTextRecognizer recognizer{clock};
-    FakeAccessibilityReader accessibility;
+    FakeAccessibilityReader accessibility{clock};
     FakePrimarySelection primary;
     FakeClipboard clipboard;
     FakeKeySender keys;

@@ -35,7 +35,7 @@ struct CardStage : ViewStage {
     PageSource source = Notebook::page("https://www.example.org/a");
     CardPanelWindow panel{theme, windowSystem};
     CardController controller{notebook.clock, notebook.config, notebook.store, ai.factory(), screens, panel,
-        [this] { return source; }};
+        [this](std::stop_token) -> QCoro::Task<PageSource> { co_return source; }};
     CardView view{{.theme = theme, .controller = controller, .words = notebook.store, .speaker = speaker}};
 };
 

@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxPlatform.h"
 
+#include "support/Await.h"
 #include "support/Printers.h"
 
 #include <gtest/gtest.h>
@@ -47,7 +48,7 @@ TEST(LinuxPlatform, WithoutADisplayEachServiceSaysSoAndNothingFails)
     EXPECT_EQ(platform.desktop.pointer.location(), QPointF());
     EXPECT_EQ(platform.desktop.pointer.modifiers(), 0U);
     EXPECT_EQ(platform.desktop.frontApplication.current(), std::nullopt);
-    EXPECT_EQ(platform.accessibility.focusedElement(), std::nullopt);
+    EXPECT_EQ(await(platform.accessibility.focusedElement()), std::nullopt);
     EXPECT_FALSE(platform.desktop.keySender.sendCopy());
     EXPECT_EQ(QCoro::waitFor(platform.desktop.clipboard.snapshot()), std::nullopt);
     EXPECT_EQ(QCoro::waitFor(platform.desktop.primarySelection.text()), std::nullopt);

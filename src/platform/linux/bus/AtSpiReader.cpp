@@ -3,11 +3,8 @@
 #include "platform/FrontApplication.h"
 
 #include <QDBusArgument>
-#include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
+#include <QDBusPendingCall>
 #include <QDeadlineTimer>
 
 #include <algorithm>
@@ -17,16 +14,15 @@ using namespace Qt::StringLiterals;
 namespace nimbrelle {
 namespace {
 
-constexpr int answerLimitMs = 300;
 constexpr quint32 documentWebRole = 95;
 constexpr quint32 activeState = 1;
 constexpr quint32 focusedState = 12;
 constexpr quint32 showingState = 25;
 constexpr std::chrono::milliseconds searchLimit{100};
+constexpr qsizetype widestLevel = 500; ///< of a tree, when it is searched
 /// Longer texts than anybody looks up are not fetched whole.
 constexpr int longestSelection = 20000;
 
-const QString busName = u"nimbrelle-accessibility"_s;
 const QString registryService = u"org.a11y.atspi.Registry"_s;
 const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
 const QString nullPath = u"/org/a11y/atspi/null"_s;
@@ -34,7 +30,6 @@ const QString accessibleInterface = u"org.a11y.atspi.Accessible"_s;
 const QString textInterface = u"org.a11y.atspi.Text"_s;
 const QString documentInterface = u"org.a11y.atspi.Document"_s;
 const QString collectionInterface = u"org.a11y.atspi.Collection"_s;
-const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
 const QString objectEvents = u"org.a11y.atspi.Event.Object"_s;
 
 /// D-Bus structs (so) name an element.
@@ -72,10 +67,25 @@ QList<AccessibleElement> elementsOf(const std::optional<QVariantList> &answer)
     return elementsOf(answer->value(0).value<QDBusArgument>());
 }
 
-bool hasState(const QVariant &states, quint32 state)
+bool hasState(const std::optional<QVariantList> &states, quint32 state)
 {
-    const auto words = qdbus_cast<QList<quint32>>(states);
+    if (!states)
+        return false;
+    const auto words = qdbus_cast<QList<quint32>>(states->value(0));
     return words.value(state / 32) & (1U << (state % 32));
+}
+
+/// A match rule (aiia{ss}iaiiasib): all of these states, anything else, in tree order.
+QVariant focusedRule()
+{
+    QDBusArgument rule;
+    rule.beginStructure();
+    rule << QList<qint32>{1 << focusedState, 0} << qint32{1};
+    rule.beginMap(QMetaType(QMetaType::QString), QMetaType(QMetaType::QString));
+    rule.endMap();
+    rule << qint32{1} << QList<qint32>{0, 0, 0, 0} << qint32{1} << QStringList() << qint32{1} << false;
+    rule.endStructure();
+    return QVariant::fromValue(rule);
 }
 
 /// A surrogate pair that was cut in two comes over the bus as a replacement character.
@@ -91,64 +101,22 @@ QString withoutHalfAtEnd(const QString &text)
 
 } // namespace
 
-AtSpiReader::AtSpiReader(const FrontApplication &front) : m_front(front), m_bus(QString())
+AtSpiReader::AtSpiReader(const FrontApplication &front) : m_front(front)
 {
+    connect(&m_bus, &AtSpiBus::opened, this, &AtSpiReader::listen);
+    connect(
+        &m_bus, &AtSpiBus::programLeft, this, [this](const QString &program) { m_places.remove(program); });
     connectToBus();
 }
 
-AtSpiReader::~AtSpiReader()
+void AtSpiReader::listen()
 {
-    QDBusConnection::disconnectFromBus(busName);
-}
-
-AtSpiReader::Bus AtSpiReader::bus() const
-{
-    if (m_bus.isConnected())
-        return Bus::connected;
-    return m_attempt == Bus::connected ? Bus::closed : m_attempt;
-}
-
-void AtSpiReader::connectToBus()
-{
-    if (m_bus.isConnected())
-        return;
-    m_attempt = Bus::connecting;
-    const QDBusConnection session = QDBusConnection::sessionBus();
-    const QString launcher = u"org.a11y.Bus"_s;
-    const QString path = u"/org/a11y/bus"_s;
-    // Some toolkits offer nothing until somebody says that it is wanted.
-    QDBusMessage enable = QDBusMessage::createMethodCall(launcher, path, propertiesInterface, u"Set"_s);
-    enable << u"org.a11y.Status"_s << u"IsEnabled"_s << QVariant::fromValue(QDBusVariant(true));
-    session.asyncCall(enable);
-    auto *answer = new QDBusPendingCallWatcher(
-        session.asyncCall(QDBusMessage::createMethodCall(launcher, path, launcher, u"GetAddress"_s)), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        const QDBusPendingReply<QString> busAddress = *answer;
-        if (busAddress.isValid())
-            useBus(busAddress.value());
-        else
-            m_attempt =
-                busAddress.error().type() == QDBusError::ServiceUnknown ? Bus::notInstalled : Bus::closed;
-        answer->deleteLater();
-    });
-}
-
-void AtSpiReader::useBus(const QString &busAddress)
-{
-    if (m_bus.isConnected())
-        return;
-    QDBusConnection::disconnectFromBus(busName); // a name goes on to stand for a bus that has gone
     m_places.clear();
-    m_processes.clear();
-    m_bus = QDBusConnection::connectToBus(busAddress, busName);
-    m_attempt = m_bus.isConnected() ? Bus::connected : Bus::closed;
-    if (!m_bus.isConnected())
-        return;
-    m_bus.connect(
+    QDBusConnection bus = m_bus.connection();
+    bus.connect(
         QString(), QString(), objectEvents, u"StateChanged"_s, this, SLOT(handleStateChanged(QDBusMessage)));
-    m_bus.connect(QString(), QString(), objectEvents, u"TextSelectionChanged"_s, this,
+    bus.connect(QString(), QString(), objectEvents, u"TextSelectionChanged"_s, this,
         SLOT(handleSelectionChanged(QDBusMessage)));
-    connect(m_bus.interface(), &QDBusConnectionInterface::serviceUnregistered, this, &AtSpiReader::forget);
     registerEvent(u"object:state-changed:focused"_s);
     registerEvent(u"object:text-selection-changed"_s);
 }
@@ -158,7 +126,7 @@ void AtSpiReader::registerEvent(const QString &event)
     QDBusMessage request = QDBusMessage::createMethodCall(
         registryService, u"/org/a11y/atspi/registry"_s, registryService, u"RegisterEvent"_s);
     request << event;
-    m_bus.asyncCall(request);
+    m_bus.connection().asyncCall(request);
 }
 
 void AtSpiReader::handleStateChanged(const QDBusMessage &event)
@@ -175,206 +143,235 @@ void AtSpiReader::handleSelectionChanged(const QDBusMessage &event)
 
 void AtSpiReader::remember(const QDBusMessage &event)
 {
-    if (event.service() != m_bus.baseService())
-        m_places.insert(event.service(), {event.path(), ++m_order});
+    if (event.service() != m_bus.connection().baseService())
+        m_places.insert(event.service(), {.object = event.path(), .order = ++m_order});
 }
 
-void AtSpiReader::forget(const QString &program)
+QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::focusedElement()
 {
-    m_places.remove(program);
-    m_processes.remove(program);
-}
-
-std::optional<AccessibleElement> AtSpiReader::focusedElement()
-{
-    if (!m_bus.isConnected())
-        return std::nullopt;
     const std::optional<Application> front = m_front.current();
     if (!front)
-        return std::nullopt;
-    std::optional<AccessibleElement> newest;
-    quint64 order = 0;
-    for (auto place = m_places.cbegin(); place != m_places.cend(); ++place) {
-        if (place->order <= order || (front->process != 0 && processOf(place.key()) != front->process))
-            continue;
-        newest = AccessibleElement{place.key(), place->object};
-        order = place->order;
-    }
-    return newest || front->process == 0 ? newest : searchFocus(front->process);
+        co_return std::nullopt;
+    if (front->process == 0)
+        co_return newestPlace();
+    std::optional<AccessibleElement> element = co_await newestPlaceOf(front->process);
+    if (!element)
+        element = co_await searchFocus(front->process);
+    co_return element;
 }
 
-/// The bus itself answers this, even for a program that hangs.
-qint64 AtSpiReader::processOf(const QString &program)
+std::optional<AccessibleElement> AtSpiReader::newestPlace() const
 {
-    const auto known = m_processes.constFind(program);
-    if (known != m_processes.constEnd())
-        return *known;
-    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
-        u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetConnectionUnixProcessID"_s);
-    question << program;
-    const QDBusMessage answer = m_bus.call(question, QDBus::Block, answerLimitMs);
-    const qint64 process = answer.arguments().value(0).toLongLong();
-    m_processes.insert(program, process);
-    return process;
+    const auto earlier = [](const Place &one, const Place &other) { return one.order < other.order; };
+    const auto newest = std::max_element(m_places.cbegin(), m_places.cend(), earlier);
+    if (newest == m_places.cend())
+        return std::nullopt;
+    return AccessibleElement{.program = newest.key(), .object = newest->object};
+}
+
+QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::newestPlaceOf(qint64 process)
+{
+    QStringList programs = m_places.keys();
+    std::ranges::sort(programs, std::ranges::greater(),
+        [this](const QString &program) { return m_places.constFind(program)->order; });
+    const std::optional<QString> program = co_await programOf(process, programs);
+    const auto place = program ? m_places.constFind(*program) : m_places.constEnd();
+    if (place == m_places.constEnd())
+        co_return std::nullopt;
+    co_return AccessibleElement{.program = *program, .object = place->object};
+}
+
+/// The first of them that is of the process.
+QCoro::Task<std::optional<QString>> AtSpiReader::programOf(qint64 process, QStringList among)
+{
+    std::vector<QCoro::Task<qint64>> processes;
+    for (const QString &program : among)
+        processes.push_back(m_bus.processOf(program));
+    std::optional<QString> found;
+    for (qsizetype i = 0; i < among.size(); ++i) {
+        const qint64 each = co_await processes[static_cast<std::size_t>(i)];
+        if (each == process && !found)
+            found = among[i];
+    }
+    co_return found;
 }
 
 /// For a program whose focus has not moved since we began to listen.
-std::optional<AccessibleElement> AtSpiReader::searchFocus(qint64 process)
+QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::searchFocus(qint64 process)
 {
-    const AccessibleElement registry{registryService, rootPath};
-    const auto programs = elementsOf(ask(registry, accessibleInterface, u"GetChildren"_s));
-    const auto program = std::ranges::find_if(
-        programs, [&](const AccessibleElement &each) { return processOf(each.program) == process; });
-    if (program == programs.end())
-        return std::nullopt;
-    const auto window = activeWindow(program->program);
+    const AccessibleElement registry{.program = registryService, .object = rootPath};
+    const Answer registered = co_await m_bus.ask(registry, accessibleInterface, u"GetChildren"_s);
+    QStringList programs;
+    for (const AccessibleElement &each : elementsOf(registered))
+        programs.append(each.program);
+    const std::optional<QString> program = co_await programOf(process, programs);
+    if (!program)
+        co_return std::nullopt;
+    const std::optional<AccessibleElement> window = co_await activeWindow(*program);
     if (!window)
-        return std::nullopt;
-    // A match rule (aiia{ss}iaiiasib): all of these states, anything else, in tree order.
-    QDBusArgument rule;
-    rule.beginStructure();
-    rule << QList<qint32>{1 << focusedState, 0} << qint32{1};
-    rule.beginMap(QMetaType(QMetaType::QString), QMetaType(QMetaType::QString));
-    rule.endMap();
-    rule << qint32{1} << QList<qint32>{0, 0, 0, 0} << qint32{1} << QStringList() << qint32{1} << false;
-    rule.endStructure();
-    const auto matches = ask(*window, collectionInterface, u"GetMatches"_s,
-        {QVariant::fromValue(rule), quint32{1}, qint32{1}, true});
-    const auto found = matches ? elementsOf(matches).value(0, AccessibleElement()) : descendToFocus(*window);
-    if (found.object.isEmpty())
-        return std::nullopt;
-    m_places.insert(found.program, {found.object, ++m_order});
-    return found;
+        co_return std::nullopt;
+    const std::optional<AccessibleElement> found = co_await focusIn(*window);
+    if (found)
+        m_places.insert(found->program, {.object = found->object, .order = ++m_order});
+    co_return found;
+}
+
+QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::activeWindow(QString program)
+{
+    const AccessibleElement root{.program = program, .object = rootPath};
+    const Answer children = co_await m_bus.ask(root, accessibleInterface, u"GetChildren"_s);
+    const Elements windows = elementsOf(children);
+    const QList<Answer> states = co_await askAll(windows, u"GetState"_s);
+    for (qsizetype i = 0; i < windows.size(); ++i)
+        if (hasState(states[i], activeState))
+            co_return windows[i];
+    co_return std::nullopt;
+}
+
+QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::focusIn(AccessibleElement window)
+{
+    const QVariantList arguments{focusedRule(), quint32{1}, qint32{1}, true};
+    const Answer matches = co_await m_bus.ask(window, collectionInterface, u"GetMatches"_s, arguments);
+    std::optional<AccessibleElement> found;
+    if (!matches)
+        found = co_await descendToFocus(window);
+    else if (const Elements elements = elementsOf(matches); !elements.isEmpty())
+        found = elements.first();
+    co_return found;
 }
 
 /// Not every toolkit can search by itself. Only what is on screen is looked at, and not for long.
-AccessibleElement AtSpiReader::descendToFocus(const AccessibleElement &window)
+QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::descendToFocus(AccessibleElement window)
 {
     const QDeadlineTimer deadline(searchLimit);
-    QList<AccessibleElement> open{window};
-    while (!open.isEmpty() && !deadline.hasExpired()) {
-        const AccessibleElement element = open.takeFirst();
-        const auto states = ask(element, accessibleInterface, u"GetState"_s);
-        if (!states || !hasState(states->value(0), showingState))
-            continue;
-        if (element != window && hasState(states->value(0), focusedState))
-            return element;
-        open += elementsOf(ask(element, accessibleInterface, u"GetChildren"_s));
+    Elements level{window};
+    while (!level.isEmpty() && !deadline.hasExpired()) {
+        const QList<Answer> states = co_await askAll(level, u"GetState"_s);
+        Elements showing;
+        for (qsizetype i = 0; i < level.size(); ++i) {
+            if (!hasState(states[i], showingState))
+                continue;
+            if (level[i] != window && hasState(states[i], focusedState))
+                co_return level[i];
+            showing.append(level[i]);
+        }
+        const QList<Answer> children = co_await askAll(showing, u"GetChildren"_s);
+        level.clear();
+        for (const Answer &each : children)
+            level += elementsOf(each);
+        level.resize(std::min(level.size(), widestLevel));
     }
-    return {};
+    co_return std::nullopt;
 }
 
-std::optional<AccessibleElement> AtSpiReader::activeWindow(const QString &program)
+QCoro::Task<QList<AtSpiReader::Answer>> AtSpiReader::askAll(Elements elements, QString method)
 {
-    const auto windows = elementsOf(ask({program, rootPath}, accessibleInterface, u"GetChildren"_s));
-    for (const AccessibleElement &window : windows) {
-        const auto states = ask(window, accessibleInterface, u"GetState"_s);
-        if (states && hasState(states->value(0), activeState))
-            return window;
+    std::vector<QCoro::Task<Answer>> asked;
+    for (const AccessibleElement &each : elements)
+        asked.push_back(m_bus.ask(each, accessibleInterface, method));
+    QList<Answer> answers;
+    for (QCoro::Task<Answer> &each : asked) {
+        Answer answer = co_await each;
+        answers.append(std::move(answer));
     }
-    return std::nullopt;
+    co_return answers;
 }
 
-std::optional<QString> AtSpiReader::selectedText(const AccessibleElement &element)
+QCoro::Task<std::optional<MarkedText>> AtSpiReader::markedText(AccessibleElement element, qsizetype reach)
 {
-    const auto range = selectedRange(element);
-    if (!range)
-        return std::nullopt;
-    return textBetween(element, range->start, std::min(range->end, range->start + longestSelection));
-}
-
-std::optional<TextPiece> AtSpiReader::textRoundSelection(const AccessibleElement &element, qsizetype reach)
-{
-    const auto range = selectedRange(element);
-    const auto count = range ? propertyOf(element, textInterface, u"CharacterCount"_s) : std::nullopt;
-    if (!count)
-        return std::nullopt;
+    const std::optional<Extent> extent = co_await extentOf(element);
+    if (!extent)
+        co_return std::nullopt;
+    const int start = extent->selected.start;
+    const int end = std::min(extent->selected.end, start + longestSelection);
+    const int characters = extent->characters.value_or(end);
     // As many characters are at least as many UTF-16 units.
-    const int before = std::max(range->start - static_cast<int>(reach), 0);
-    const int end = std::min(range->end, range->start + longestSelection);
-    const int after = std::min(end + static_cast<int>(reach), count->toInt());
+    const int before = std::max(start - static_cast<int>(reach), 0);
+    const int after = std::min(end + static_cast<int>(reach), characters);
     // In three pieces, for some toolkits count characters and some UTF-16 units, and the pieces' own lengths
     // are right for both.
-    const auto left = textBetween(element, before, range->start);
-    const auto selected = textBetween(element, range->start, end);
-    const auto right = textBetween(element, end, after);
-    if (!left || !selected || !right)
-        return std::nullopt;
+    auto askedLeft = textBetween(element, before, start);
+    auto askedSelected = textBetween(element, start, end);
+    auto askedRight = textBetween(element, end, after);
+    const std::optional<QString> selected = co_await askedSelected;
+    const std::optional<QString> left = co_await askedLeft;
+    const std::optional<QString> right = co_await askedRight;
+    if (!selected)
+        co_return std::nullopt;
+    MarkedText marked{.text = *selected, .piece = std::nullopt};
+    if (!left || !right || !extent->characters)
+        co_return marked;
     const QString head = before > 0 ? withoutHalfAtStart(*left) : *left;
-    const QString tail = after < count->toInt() ? withoutHalfAtEnd(*right) : *right;
-    return TextPiece{head + *selected + tail, head.size(), selected->size()};
+    const QString tail = after < characters ? withoutHalfAtEnd(*right) : *right;
+    marked.piece =
+        TextPiece{.text = head + *selected + tail, .location = head.size(), .length = selected->size()};
+    co_return marked;
 }
 
-std::optional<AtSpiReader::Range> AtSpiReader::selectedRange(const AccessibleElement &element)
+QCoro::Task<std::optional<AtSpiReader::Extent>> AtSpiReader::extentOf(AccessibleElement element)
 {
-    const auto count = ask(element, textInterface, u"GetNSelections"_s);
+    const QVariantList first{qint32{0}};
+    auto askedCount = m_bus.ask(element, textInterface, u"GetNSelections"_s);
+    auto askedEnds = m_bus.ask(element, textInterface, u"GetSelection"_s, first);
+    auto askedCharacters = m_bus.propertyOf(element, textInterface, u"CharacterCount"_s);
+    const Answer count = co_await askedCount;
+    const Answer ends = co_await askedEnds;
+    const std::optional<QVariant> characters = co_await askedCharacters;
     if (!count)
-        return std::nullopt;
+        co_return std::nullopt;
+    Extent extent{.selected = {.start = 0, .end = 0}, .characters = std::nullopt};
+    if (characters)
+        extent.characters = characters->toInt();
     if (count->value(0).toInt() < 1)
-        return Range{0, 0};
-    const auto ends = ask(element, textInterface, u"GetSelection"_s, {qint32{0}});
+        co_return extent;
     if (!ends || ends->size() < 2)
-        return std::nullopt;
+        co_return std::nullopt;
     const int one = ends->at(0).toInt();
     const int other = ends->at(1).toInt();
-    return Range{std::max(std::min(one, other), 0), std::max(one, other)};
+    extent.selected = {.start = std::max(std::min(one, other), 0), .end = std::max(one, other)};
+    co_return extent;
 }
 
-std::optional<QString> AtSpiReader::textBetween(const AccessibleElement &element, int start, int end)
+QCoro::Task<std::optional<QString>> AtSpiReader::textBetween(AccessibleElement element, int start, int end)
 {
     if (end <= start)
-        return QString();
-    const auto answer = ask(element, textInterface, u"GetText"_s, {start, end});
-    return answer ? std::optional{answer->value(0).toString()} : std::nullopt;
+        co_return QString();
+    const QVariantList ends{start, end};
+    const Answer answer = co_await m_bus.ask(element, textInterface, u"GetText"_s, ends);
+    if (!answer)
+        co_return std::nullopt;
+    co_return answer->value(0).toString();
 }
 
-std::optional<bool> AtSpiReader::isWebArea(const AccessibleElement &element)
+QCoro::Task<std::optional<bool>> AtSpiReader::isWebArea(AccessibleElement element)
 {
-    const auto role = ask(element, accessibleInterface, u"GetRole"_s);
-    return role ? std::optional{role->value(0).toUInt() == documentWebRole} : std::nullopt;
+    const Answer role = co_await m_bus.ask(element, accessibleInterface, u"GetRole"_s);
+    if (!role)
+        co_return std::nullopt;
+    co_return role->value(0).toUInt() == documentWebRole;
 }
 
-std::optional<AccessibleElement> AtSpiReader::parent(const AccessibleElement &element)
+QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::parent(AccessibleElement element)
 {
-    const auto told = propertyOf(element, accessibleInterface, u"Parent"_s);
+    const std::optional<QVariant> told = co_await m_bus.propertyOf(element, accessibleInterface, u"Parent"_s);
     if (!told || !told->canConvert<QDBusArgument>())
-        return std::nullopt;
-    return elementOf(told->value<QDBusArgument>());
+        co_return std::nullopt;
+    co_return elementOf(told->value<QDBusArgument>());
 }
 
-std::optional<QString> AtSpiReader::address(const AccessibleElement &element)
+QCoro::Task<std::optional<QString>> AtSpiReader::address(AccessibleElement element)
 {
     // One family of browsers says it this way, the other that.
-    for (const QString &name : {u"DocURL"_s, u"URI"_s}) {
-        const auto answer = ask(element, documentInterface, u"GetAttributeValue"_s, {name});
+    const QVariantList oneName{u"DocURL"_s};
+    const QVariantList otherName{u"URI"_s};
+    auto askedOne = m_bus.ask(element, documentInterface, u"GetAttributeValue"_s, oneName);
+    auto askedOther = m_bus.ask(element, documentInterface, u"GetAttributeValue"_s, otherName);
+    const Answer one = co_await askedOne;
+    const Answer other = co_await askedOther;
+    for (const Answer &answer : {one, other})
         if (answer && !answer->value(0).toString().isEmpty())
-            return answer->value(0).toString();
-    }
-    return std::nullopt;
-}
-
-std::optional<QVariantList> AtSpiReader::ask(const AccessibleElement &element, const QString &interface,
-    const QString &method, const QVariantList &arguments)
-{
-    if (!m_bus.isConnected() || m_slow.contains(element.program))
-        return std::nullopt;
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(element.program, element.object, interface, method);
-    question.setArguments(arguments);
-    const QDBusMessage answer = m_bus.call(question, QDBus::Block, answerLimitMs);
-    if (answer.type() == QDBusMessage::ReplyMessage)
-        return answer.arguments();
-    const auto error = QDBusError(answer).type();
-    if (error == QDBusError::NoReply || error == QDBusError::Timeout || error == QDBusError::TimedOut)
-        m_slow.insert(element.program);
-    return std::nullopt;
-}
-
-std::optional<QVariant> AtSpiReader::propertyOf(
-    const AccessibleElement &element, const QString &interface, const QString &name)
-{
-    const auto answer = ask(element, propertiesInterface, u"Get"_s, {interface, name});
-    return answer ? std::optional{answer->value(0).value<QDBusVariant>().variant()} : std::nullopt;
+            co_return answer->value(0).toString();
+    co_return std::nullopt;
 }
 
 } // namespace nimbrelle

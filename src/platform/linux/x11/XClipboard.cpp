@@ -6,7 +6,10 @@
 namespace nimbrelle {
 namespace {
 
-constexpr std::chrono::milliseconds readLimit{300};
+constexpr std::chrono::milliseconds timeLimit{300};
+constexpr ReadLimit snapshotLimit{.time = timeLimit, .bytes = 64 << 20};
+constexpr ReadLimit textLimit{.time = timeLimit, .bytes = 1 << 20}; ///< far more than anybody looks up
+constexpr qsizetype mostFormats = 64;
 
 /// Formats that carry no content, do something when asked for, or are made anew from the others.
 constexpr std::array notContent{"TARGETS", "TIMESTAMP", "MULTIPLE", "SAVE_TARGETS", "DELETE",
@@ -30,8 +33,9 @@ struct TextFormat {
     const char *name;
     bool isLatin1;
 };
-constexpr std::array textFormats{TextFormat{"UTF8_STRING", false},
-    TextFormat{"text/plain;charset=utf-8", false}, TextFormat{"STRING", true}};
+constexpr std::array textFormats{TextFormat{.name = "UTF8_STRING", .isLatin1 = false},
+    TextFormat{.name = "text/plain;charset=utf-8", .isLatin1 = false},
+    TextFormat{.name = "STRING", .isLatin1 = true}};
 
 QString decoded(QByteArray bytes, bool isLatin1)
 {
@@ -43,14 +47,14 @@ QString decoded(QByteArray bytes, bool isLatin1)
 
 QCoro::Task<std::optional<QString>> readText(XConnection &x, xcb_atom_t selection)
 {
-    XSelectionRead read(x, selection, readLimit);
+    XSelectionRead read(x, selection, textLimit);
     if (read.owner() == XCB_WINDOW_NONE)
         co_return std::nullopt;
     for (const TextFormat &format : textFormats) {
         const std::optional<SelectionValue> value = co_await read.convert(x.atom(format.name));
         if (value && value->unitBits == 8)
             co_return decoded(value->bytes, format.isLatin1);
-        if (read.isTimedOut())
+        if (read.isGivenUp())
             break;
     }
     co_return std::nullopt;
@@ -89,7 +93,7 @@ QCoro::Task<std::optional<ClipboardSnapshot>> XClipboard::snapshot()
     if (!m_x.isOpen())
         co_return std::nullopt;
     SelectionValues values;
-    XSelectionRead read(m_x, m_x.atom("CLIPBOARD"), readLimit);
+    XSelectionRead read(m_x, m_x.atom("CLIPBOARD"), snapshotLimit);
     const xcb_window_t owner = read.owner();
     if (owner == XCB_WINDOW_NONE)
         co_return ClipboardSnapshot();
@@ -100,6 +104,9 @@ QCoro::Task<std::optional<ClipboardSnapshot>> XClipboard::snapshot()
         if (!targets)
             co_return std::nullopt;
         const QList<xcb_atom_t> formats = atomsOf(*targets);
+        if (formats.size() > mostFormats)
+            co_return std::nullopt;
+        m_x.learnNames(formats);
         for (const xcb_atom_t format : formats) {
             if (values.contains(format) || !isContent(m_x.nameOf(format)))
                 continue;
@@ -107,7 +114,7 @@ QCoro::Task<std::optional<ClipboardSnapshot>> XClipboard::snapshot()
             if (value)
                 values.insert(format, *value);
         }
-        if (read.isTimedOut())
+        if (read.isGivenUp())
             co_return std::nullopt;
     }
     const ClipboardItem item = itemOf(values);
@@ -124,7 +131,7 @@ ClipboardItem XClipboard::itemOf(const SelectionValues &values)
     for (auto each = values.cbegin(); each != values.cend(); ++each) {
         const QString format = QString::fromUtf8(m_x.nameOf(each.key()));
         item.insert(format, each->bytes);
-        m_forms.insert(format, {each->type, each->unitBits});
+        m_forms.insert(format, {.type = each->type, .unitBits = each->unitBits});
     }
     return item;
 }
@@ -145,8 +152,8 @@ void XClipboard::restore(const ClipboardSnapshot &snapshot)
     for (const ClipboardItem &item : snapshot) {
         for (auto each = item.cbegin(); each != item.cend(); ++each) {
             const xcb_atom_t format = m_x.atom(each.key().toUtf8());
-            const Form form = m_forms.value(each.key(), {format, 8});
-            values.insert(format, {form.type, form.unitBits, each.value()});
+            const Form form = m_forms.value(each.key(), {.type = format, .unitBits = 8});
+            values.insert(format, {.type = form.type, .unitBits = form.unitBits, .bytes = each.value()});
         }
     }
     m_owner->own(std::move(values));

@@ -72,7 +72,22 @@ QByteArray XConnection::nameOf(xcb_atom_t atom)
     const auto known = m_names.constFind(atom);
     if (known != m_names.constEnd())
         return *known;
-    const auto answer = reply(xcb_get_atom_name_reply, xcb_get_atom_name(m_connection, atom));
+    return learnName(atom, xcb_get_atom_name(m_connection, atom));
+}
+
+void XConnection::learnNames(const QList<xcb_atom_t> &atoms)
+{
+    std::vector<std::pair<xcb_atom_t, xcb_get_atom_name_cookie_t>> asked;
+    for (const xcb_atom_t atom : atoms)
+        if (!m_names.contains(atom))
+            asked.emplace_back(atom, xcb_get_atom_name(m_connection, atom));
+    for (const auto &[atom, cookie] : asked)
+        learnName(atom, cookie);
+}
+
+QByteArray XConnection::learnName(xcb_atom_t atom, xcb_get_atom_name_cookie_t asked)
+{
+    const auto answer = reply(xcb_get_atom_name_reply, asked);
     if (!answer)
         return {};
     const QByteArray name(xcb_get_atom_name_name(answer.get()), xcb_get_atom_name_name_length(answer.get()));
@@ -134,7 +149,7 @@ void XConnection::subscribe(QObject *listener, std::function<void(const xcb_gene
 {
     m_listeners.push_back({listener, std::move(handler)});
     connect(listener, &QObject::destroyed, this, [this](QObject *gone) {
-        // Emptied, not erased: the owner may die while its own or another's ear is being called.
+        // Emptied, not erased: the owner may die while its own or another's handler runs.
         for (Listener &each : m_listeners)
             if (each.owner == gone)
                 each = {};
@@ -148,7 +163,7 @@ void XConnection::dispatch()
             m_notifier->setEnabled(false);
         return;
     }
-    // Somebody who hears an event may run an event loop of its own, and so come here again.
+    // Whoever handles an event may run an event loop of its own, and so come here again.
     ++m_depth;
     bool any = false;
     while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
@@ -164,7 +179,7 @@ void XConnection::dispatch()
 
 void XConnection::dispatchEvent(const xcb_generic_event_t &event)
 {
-    // By index: an ear may add another one.
+    // By index: a handler may add another one.
     for (std::size_t i = 0; i < m_listeners.size(); ++i) {
         const auto handler = m_listeners[i].handler;
         if (handler)

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QList>
 #include <QObject>
 
 #include <cstdlib>
@@ -41,6 +42,8 @@ public:
     xcb_window_t root() const { return m_screen->root; }
     xcb_atom_t atom(const QByteArray &name);
     QByteArray nameOf(xcb_atom_t atom);
+    /// Asks for all names in one round trip, so that nameOf() knows them.
+    void learnNames(const QList<xcb_atom_t> &atoms);
     /// The first event code of an extension; 0 where the server lacks it.
     quint8 firstEvent(xcb_extension_t *extension) const;
     bool has(xcb_extension_t *extension) const;
@@ -76,6 +79,7 @@ signals:
     void drained(); ///< after each batch of events
 
 private:
+    QByteArray learnName(xcb_atom_t atom, xcb_get_atom_name_cookie_t asked);
     void dispatchEvent(const xcb_generic_event_t &event);
 
     xcb_connection_t *m_connection = nullptr;

@@ -4,14 +4,12 @@
 #include <QTimer>
 
 namespace nimbrelle {
-namespace {
-
-constexpr quint32 wholeProperty = 0x1fffffff; // in 32-bit units
-
-} // namespace
-
-XSelectionRead::XSelectionRead(XConnection &x, xcb_atom_t selection, std::chrono::milliseconds limit)
-    : m_x(x), m_selection(selection), m_property(x.atom("NIMBRELLE_SELECTION")), m_deadline(limit)
+XSelectionRead::XSelectionRead(XConnection &x, xcb_atom_t selection, ReadLimit limit)
+    : m_x(x)
+    , m_selection(selection)
+    , m_property(x.atom("NIMBRELLE_SELECTION"))
+    , m_deadline(limit.time)
+    , m_bytesLeft(limit.bytes)
 {
     m_window = xcb_generate_id(m_x.get());
     const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
@@ -35,7 +33,7 @@ xcb_window_t XSelectionRead::owner() const
 
 QCoro::Task<std::optional<SelectionValue>> XSelectionRead::convert(xcb_atom_t target)
 {
-    if (m_isTimedOut || !m_x.isOpen())
+    if (m_isGivenUp || !m_x.isOpen())
         co_return std::nullopt;
     m_target = target;
     m_value.reset();
@@ -45,15 +43,18 @@ QCoro::Task<std::optional<SelectionValue>> XSelectionRead::convert(xcb_atom_t ta
     xcb_flush(m_x.get());
     QTimer limit;
     limit.setSingleShot(true);
-    connect(&limit, &QTimer::timeout, this, [this] {
-        m_isTimedOut = true;
-        m_value.reset();
-        settle();
-    });
+    connect(&limit, &QTimer::timeout, this, &XSelectionRead::giveUp);
     limit.start(static_cast<int>(m_deadline.remainingTime()));
     co_await qCoro(this, &XSelectionRead::settled);
     std::optional<SelectionValue> given = std::exchange(m_value, std::nullopt);
     co_return given;
+}
+
+void XSelectionRead::giveUp()
+{
+    m_isGivenUp = true;
+    m_value.reset();
+    settle();
 }
 
 void XSelectionRead::settle()
@@ -81,6 +82,8 @@ void XSelectionRead::handleEvent(const xcb_generic_event_t &event)
 void XSelectionRead::handleNotify(const xcb_selection_notify_event_t &answer)
 {
     m_value = answer.property == XCB_ATOM_NONE ? std::nullopt : takeProperty();
+    if (m_bytesLeft < 0)
+        return giveUp();
     if (!m_value || m_value->type != m_x.atom("INCR"))
         return settle();
     // The property is gone now, which asks the owner for the first piece.
@@ -91,6 +94,8 @@ void XSelectionRead::handleNotify(const xcb_selection_notify_event_t &answer)
 void XSelectionRead::handleIncrement()
 {
     const auto piece = takeProperty();
+    if (m_bytesLeft < 0)
+        return giveUp();
     if (!piece || piece->bytes.isEmpty())
         return settle();
     m_value->type = piece->type;
@@ -98,14 +103,17 @@ void XSelectionRead::handleIncrement()
     m_value->bytes += piece->bytes;
 }
 
-std::optional<SelectionValue> XSelectionRead::takeProperty() const
+std::optional<SelectionValue> XSelectionRead::takeProperty()
 {
+    const auto units = static_cast<quint32>(m_bytesLeft / 4 + 1);
     const auto reply = m_x.reply(xcb_get_property_reply,
-        xcb_get_property(m_x.get(), 1, m_window, m_property, XCB_GET_PROPERTY_TYPE_ANY, 0, wholeProperty));
+        xcb_get_property(m_x.get(), 1, m_window, m_property, XCB_GET_PROPERTY_TYPE_ANY, 0, units));
     if (!reply || reply->type == XCB_ATOM_NONE)
         return std::nullopt;
-    return SelectionValue{reply->type, reply->format,
-        QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
+    m_bytesLeft -= static_cast<qsizetype>(xcb_get_property_value_length(reply.get())) + reply->bytes_after;
+    return SelectionValue{.type = reply->type,
+        .unitBits = reply->format,
+        .bytes = QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
             xcb_get_property_value_length(reply.get()))};
 }
 

@@ -1,4 +1,5 @@
 #include "platform/linux/desktop/Stage.h"
+#include "platform/linux/x11/XSelectionRead.h"
 #include "support/Printers.h"
 
 #include <QDBusConnectionInterface>
@@ -9,6 +10,7 @@
 
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -64,6 +66,16 @@ protected:
         recorder.take();
     }
 
+    std::optional<AccessibleElement> focusedElement()
+    {
+        platform.accessibility.beginGesture();
+        return finished(platform.accessibility.focusedElement());
+    }
+    std::optional<MarkedText> markedText(const AccessibleElement &element)
+    {
+        platform.accessibility.beginGesture();
+        return finished(platform.accessibility.markedText(element, 300));
+    }
     QString primaryText()
     {
         return finished(platform.desktop.primarySelection.text()).value_or(QString()).trimmed();
@@ -84,15 +96,15 @@ TEST_P(Selection, TheProgramInFrontIsKnown)
 TEST_P(AccessibleSelection, AccessibilityGivesTheTextAndWhatIsRoundIt)
 {
     selectAll();
-    const auto element = platform.accessibility.focusedElement();
+    const auto element = focusedElement();
     ASSERT_TRUE(element);
-    EXPECT_EQ(platform.accessibility.selectedText(*element).value_or(QString()).trimmed(), passage);
-    const auto piece = platform.accessibility.textRoundSelection(*element, 300);
-    ASSERT_TRUE(piece);
-    EXPECT_EQ(piece->text.mid(piece->location, piece->length).trimmed(), passage);
-    EXPECT_EQ(platform.accessibility.isWebArea(*element), false);
+    const auto marked = markedText(*element);
+    ASSERT_TRUE(marked && marked->piece);
+    EXPECT_EQ(marked->text.trimmed(), passage);
+    EXPECT_EQ(marked->piece->text.mid(marked->piece->location, marked->piece->length).trimmed(), passage);
+    EXPECT_EQ(finished(platform.accessibility.isWebArea(*element)), false);
     int steps = 0;
-    for (auto each = element; each && steps < 40; each = platform.accessibility.parent(*each))
+    for (auto each = element; each && steps < 40; each = finished(platform.accessibility.parent(*each)))
         ++steps;
     EXPECT_GT(steps, 1);
     EXPECT_LT(steps, 40);
@@ -112,15 +124,18 @@ TEST_P(AccessibleSelection, ASelectionBehindAnEmojiIsPlacedInUtf16Units)
     for (int i = 0; i < 6; ++i)
         otherClient.tap(left);
     otherClient.key(shiftLeft, false);
-    const auto element = platform.accessibility.focusedElement();
+    const auto element = focusedElement();
     ASSERT_TRUE(element);
+    std::optional<MarkedText> marked;
     ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return platform.accessibility.selectedText(*element).value_or(QString()).size() == 6; }, 2000));
-    const QString selected = *platform.accessibility.selectedText(*element);
-    const auto piece = platform.accessibility.textRoundSelection(*element, 300);
-    ASSERT_TRUE(piece);
-    EXPECT_TRUE(piece->text.startsWith(passage));
-    EXPECT_EQ(piece->text.mid(piece->location, piece->length), selected);
+        [&] {
+            marked = markedText(*element);
+            return marked && marked->text.size() == 6;
+        },
+        2000));
+    ASSERT_TRUE(marked->piece);
+    EXPECT_TRUE(marked->piece->text.startsWith(passage));
+    EXPECT_EQ(marked->piece->text.mid(marked->piece->location, marked->piece->length), marked->text);
 }
 
 TEST_P(Selection, ThePrimarySelectionIsThatOfTheGesture)
@@ -156,41 +171,37 @@ TEST_P(Selection, ASimulatedCopyLeavesTheClipboardAsItWas)
 TEST_P(AccessibleSelection, AHungProgramDelaysNoLongerThanTold)
 {
     selectAll();
-    const auto element = platform.accessibility.focusedElement();
+    const auto element = focusedElement();
     ASSERT_TRUE(element);
     kill(static_cast<pid_t>(process.processId()), SIGSTOP);
     QElapsedTimer time;
     time.start();
-    platform.accessibility.beginGesture();
-    EXPECT_EQ(platform.accessibility.selectedText(*element), std::nullopt);
-    EXPECT_EQ(platform.accessibility.textRoundSelection(*element, 300), std::nullopt);
-    EXPECT_EQ(platform.accessibility.parent(*element), std::nullopt);
+    EXPECT_FALSE(markedText(*element));
+    EXPECT_EQ(finished(platform.accessibility.parent(*element)), std::nullopt);
     EXPECT_LT(time.elapsed(), 400);
     time.start();
     EXPECT_EQ(finished(platform.desktop.primarySelection.text()), std::nullopt);
     EXPECT_LT(time.elapsed(), 400);
     kill(static_cast<pid_t>(process.processId()), SIGCONT);
-    platform.accessibility.beginGesture();
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] {
-            platform.accessibility.beginGesture();
-            return platform.accessibility.selectedText(*element).has_value();
-        },
-        5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return markedText(*element).has_value(); }, 5000));
 }
 
 const Editor gtkEditor{"mousepad", {u"--disable-server"_s}, u"Mousepad"_s};
 const Editor qtEditor{"featherpad", {u"--standalone"_s}, u"FeatherPad"_s};
 const auto editorName = [](const auto &each) { return std::string(each.param.program); };
 
-TEST_F(Desktop, AnAccessibilityBusThatHasGoneIsToldAndOpenedAgainWhenAskedFor)
+TEST_F(Desktop, AnAccessibilityBusThatHasGoneIsToldAndOpenedAgainWhenAskedForOrWhenItIsBack)
 {
     EXPECT_EQ(platform.permissions.state(Grant::accessibility), (GrantState{true, {}}));
-    const auto launcher = QDBusConnection::sessionBus().interface()->servicePid(u"org.a11y.Bus"_s);
-    ASSERT_TRUE(launcher.isValid());
-    ASSERT_EQ(::kill(static_cast<pid_t>(launcher.value()), SIGTERM), 0);
+    const auto launcher = u"org.a11y.Bus"_s;
+    QDBusConnectionInterface &session = *QDBusConnection::sessionBus().interface();
     const auto isOffered = [&] { return platform.permissions.state(Grant::accessibility).canRequest; };
-    ASSERT_TRUE(QTest::qWaitFor(isOffered));
+    const auto endBus = [&] {
+        const auto process = session.servicePid(launcher);
+        return process.isValid() && ::kill(static_cast<pid_t>(process.value()), SIGTERM) == 0
+            && QTest::qWaitFor(isOffered);
+    };
+    ASSERT_TRUE(endBus());
     EXPECT_TRUE(platform.permissions.state(Grant::accessibility).granted) << "selections can still be read";
     platform.permissions.request(Grant::accessibility);
     EXPECT_FALSE(isOffered());
@@ -200,6 +211,10 @@ TEST_F(Desktop, AnAccessibilityBusThatHasGoneIsToldAndOpenedAgainWhenAskedFor)
         return platform.accessibility.bus() == AtSpiReader::Bus::connected;
     };
     EXPECT_TRUE(QTest::qWaitFor(isConnected, 10000));
+    ASSERT_TRUE(endBus());
+    session.startService(launcher); // as the next program that asks for it does
+    const auto isBack = [&] { return platform.accessibility.bus() == AtSpiReader::Bus::connected; };
+    EXPECT_TRUE(QTest::qWaitFor(isBack, 10000));
 }
 
 INSTANTIATE_TEST_SUITE_P(In, Selection, testing::Values(gtkEditor, qtEditor), editorName);
@@ -240,6 +255,37 @@ TEST_F(Clipboards, AnEmptyClipboardStaysEmpty)
     EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), ClipboardSnapshot());
     EXPECT_EQ(finished(otherClient.clipboard.snapshot()), ClipboardSnapshot());
     EXPECT_EQ(finished(platform.desktop.clipboard.string()), std::nullopt);
+}
+
+TEST_F(Clipboards, WhatIsTooMuchIsLeftAlone)
+{
+    const auto formats = [](int count) {
+        ClipboardItem item;
+        for (int i = 0; i < count; ++i)
+            item.insert(u"application/x-%1"_s.arg(i), "x");
+        return ClipboardSnapshot{item};
+    };
+    const auto own = [this](const ClipboardSnapshot &content) {
+        otherClient.clipboard.restore(content);
+        otherClient.sync();
+    };
+    own(formats(50));
+    EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), formats(50));
+    own(formats(70));
+    EXPECT_EQ(finished(platform.desktop.clipboard.snapshot()), std::nullopt);
+    own({{{u"UTF8_STRING"_s, QByteArray(2'000'000, 'x')}}});
+    EXPECT_EQ(finished(platform.desktop.clipboard.string()), std::nullopt);
+    for (const int size : {5000, 400'000}) { // at once, and in pieces
+        own({{{u"UTF8_STRING"_s, QByteArray(size, 'x')}, {u"STRING"_s, "x"}}});
+        XConnection &x = platform.desktop.x;
+        XSelectionRead enough(x, x.atom("CLIPBOARD"), {.time = 20s, .bytes = size + 100});
+        const auto whole = finished(enough.convert(x.atom("UTF8_STRING")));
+        EXPECT_EQ(whole.value_or(SelectionValue()).bytes.size(), size);
+        XSelectionRead read(x, x.atom("CLIPBOARD"), {.time = 20s, .bytes = size - 1000});
+        EXPECT_FALSE(finished(read.convert(x.atom("UTF8_STRING"))));
+        EXPECT_TRUE(read.isGivenUp());
+        EXPECT_FALSE(finished(read.convert(x.atom("STRING"))));
+    }
 }
 
 TEST_F(Clipboards, AnOwnerThatNeverAnswersIsGivenUp)
