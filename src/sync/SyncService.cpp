@@ -11,6 +11,7 @@
 #include "sync/SyncMerge.h"
 #include "sync/SyncProtocol.h"
 
+#include <QCoro/QCoroSignal>
 #include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
@@ -100,6 +101,13 @@ QCoro::Task<bool> SyncService::syncNow()
     }
     setBusy(false);
     co_return !m_lastError;
+}
+
+QCoro::Task<bool> SyncService::syncAfresh()
+{
+    while (m_busy)
+        co_await qCoro(this, &SyncService::changed);
+    co_return co_await syncNow();
 }
 
 QCoro::Task<std::optional<QString>> SyncService::test(SyncLink link, SyncTransport::Factory connect)

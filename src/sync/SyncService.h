@@ -37,6 +37,10 @@ public:
     /// One round. True also when there is nothing to do: not connected, or a round is under way.
     QCoro::Task<bool> syncNow();
 
+    /// A round that begins after the call: one under way, which may have read before the last change, is let
+    /// end first.
+    QCoro::Task<bool> syncAfresh();
+
     /// Absent when the server answers to the link; else what to tell the user. Touches no state.
     static QCoro::Task<std::optional<QString>> test(SyncLink link, SyncTransport::Factory connect);
 
