@@ -44,12 +44,13 @@ Document documentOf(const SyncBundle &bundle)
 } // namespace
 
 SyncService::SyncService(WordStore &store, ConfigStore &config, const AppPaths &paths, Clock &clock,
-    SyncTransport::Factory connect)
+    SyncTransport::Factory connect, DataWriter &writer)
     : m_store(store)
     , m_config(config)
     , m_paths(paths)
     , m_clock(clock)
     , m_connect(std::move(connect))
+    , m_writer(writer)
     , m_rounds(clock, roundPeriod)
 {
     if (const auto state = readRecordFile<SyncState>(m_paths.syncState))
@@ -224,11 +225,11 @@ SyncState SyncService::loadState(const QString &server) const
 void SyncService::saveState(SyncState state, qint64 version, const Settled &settled) const
 {
     if (settled.known)
-        writeRecordFile(m_paths.syncKnown, *settled.known);
+        writeRecordFile(m_paths.syncKnown, *settled.known, FileMode::ordinary, m_writer);
     state.version = version;
     state.hash = settled.localHash;
     state.lastSyncAt = m_clock.now();
-    writeRecordFile(m_paths.syncState, state);
+    writeRecordFile(m_paths.syncState, state, FileMode::ordinary, m_writer);
 }
 
 void SyncService::setBusy(bool busy)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/DataWriter.h"
 #include "frame/Recheck.h"
 #include "sync/SyncKnown.h"
 #include "sync/SyncLink.h"
@@ -24,7 +25,7 @@ class SyncService : public QObject {
 public:
     /// Reads when the last exchange was, and does nothing else before start() or a call.
     SyncService(WordStore &store, ConfigStore &config, const AppPaths &paths, Clock &clock,
-        SyncTransport::Factory connect);
+        SyncTransport::Factory connect, DataWriter &writer = DataWriter::shared());
     /// Stops the run under way; what it has applied stays.
     ~SyncService() override;
 
@@ -79,6 +80,7 @@ private:
     const AppPaths &m_paths;
     Clock &m_clock;
     const SyncTransport::Factory m_connect;
+    DataWriter &m_writer;
 
     bool m_busy = false;
     bool m_applying = false; ///< the store is taking over a merge, which must not start another round
