@@ -292,6 +292,28 @@ TEST_F(Windows, TwoNotebooksMeetThroughThePastedCode)
     EXPECT_TRUE(says(u"deprecate"_s));
 }
 
+// From where there is no desktop at all, as in a job at night. The program holds the same notebook in memory.
+TEST_F(Windows, CommandsBesideTheProgramAreDoneInIt)
+{
+    const Server server;
+    const auto command = [this](const QStringList &arguments) {
+        const Ended ended = nimbrelle::run(
+            QStringLiteral(NIMBRELLE_PROGRAM), arguments, {u"NIMBRELLE_DATA_DIR="_s + folder.path()});
+        EXPECT_EQ(ended.code, 0) << ended.errors.toStdString();
+        return ended.output.trimmed();
+    };
+    writeConfig(practiceConfig());
+    startProgram();
+    EXPECT_TRUE(
+        command({u"--add-spelling"_s, u"reluctant"_s}).startsWith(u"已加入常拼：reluctant → reluctant（"_s));
+    EXPECT_EQ(command({u"--sync-connect"_s, server.code()}), u"已连接 127.0.0.1"_s);
+    openSettings();
+    EXPECT_TRUE(says(u"已保存 1 个词"_s));
+    addWord(u"deploy"_s);
+    EXPECT_EQ(command({u"--sync-now"_s}), u"同步好了：2 个词"_s);
+    EXPECT_EQ(notebook().size(), 2);
+}
+
 TEST_F(Windows, ABarShowsTheWordAndItsMenuWorks)
 {
     StatusHost host;
