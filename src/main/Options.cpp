@@ -56,9 +56,15 @@ QCoro::Task<int> renderIcon(const OptionRun &run)
     return finished(0);
 }
 
+bool isOnATrialFolder()
+{
+    return !qEnvironmentVariableIsEmpty("NIMBRELLE_DATA_DIR");
+}
+
+// Elsewhere it only refuses, and so much as makes no folder.
 QCoro::Task<int> studyStamp(const OptionRun &run)
 {
-    if (qEnvironmentVariableIsEmpty("NIMBRELLE_DATA_DIR")) {
+    if (!isOnATrialFolder()) {
         run.out << u"要先设置 NIMBRELLE_DATA_DIR 指向一个临时文件夹（不碰真实设置）"_s << Qt::endl;
         return finished(1);
     }
@@ -153,7 +159,10 @@ std::vector<Option> makeTable()
         {.name = u"--selftest-lookup"_s, .form = Form::flag, .run = lookup},
         {.name = u"--add-spelling"_s, .form = Form::value, .run = addSpelling, .writes = true},
         {.name = u"--selftest-config"_s, .form = Form::flag, .run = printing(SelfTest::runConfig)},
-        {.name = u"--selftest-studystamp"_s, .form = Form::flag, .run = studyStamp, .writes = true},
+        {.name = u"--selftest-studystamp"_s,
+            .form = Form::flag,
+            .run = studyStamp,
+            .writes = isOnATrialFolder()},
         {.name = u"--selftest-merge"_s, .form = Form::flag, .run = merge},
         {.name = u"--sync-now"_s, .form = Form::flag, .run = syncOnce, .writes = true},
         {.name = u"--sync-connect"_s,

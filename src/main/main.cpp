@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 using namespace nimbrelle;
 
@@ -48,9 +49,10 @@ int runOption(const ChosenOption &chosen, int argc, char **argv)
     QTextStream out(stdout), in(stdin);
     const Option &option = *chosen.option;
     const QString value = option.meaning ? option.meaning(chosen.value, in) : chosen.value;
-    LinuxSingleInstance instance(Services::shared().paths().supportDir);
+    std::optional<LinuxSingleInstance> instance;
     if (option.writes) {
-        if (const auto code = instance.claimOrGive({.option = option.name, .value = value}, out))
+        instance.emplace(Services::shared().paths().supportDir);
+        if (const auto code = instance->claimOrGive({.option = option.name, .value = value}, out))
             return *code;
     }
     // From inside the loop, since an exit asked for before it starts is lost.
