@@ -7,8 +7,6 @@
 #include "sync/SyncKnown.h"
 #include "sync/SyncState.h"
 
-#include <QRegularExpression>
-
 #include <csignal>
 #include <gtest/gtest.h>
 #include <random>
@@ -26,26 +24,6 @@ namespace {
 struct Random {
     int below(int count) { return static_cast<int>(engine() % static_cast<unsigned>(count)); }
     std::mt19937 engine{1};
-};
-
-/// A sync server on a free port, and a code for it.
-struct Server {
-    Server()
-    {
-        const QStringList data{u"--data"_s, folder.filePath(u"server"_s)};
-        const Ended setup = run(QStringLiteral(NIMBRELLE_SERVER),
-            data + QStringList{u"init"_s, u"--url"_s, u"https://127.0.0.1:1"_s, u"--no-qr"_s}, {});
-        running.emplace(QStringLiteral(NIMBRELLE_SERVER),
-            data + QStringList{u"serve"_s, u"--bind"_s, u"127.0.0.1"_s, u"--port"_s, u"0"_s});
-        static const QRegularExpression sayingPort(u" port (\\d+)"_s);
-        const QString port = sayingPort.match(running->firstLine()).captured(1);
-        code = setup.output.mid(setup.output.indexOf(u"nimbrelle://sync?"_s)).section(u'\n', 0, 0);
-        code.replace(u"127.0.0.1:1&"_s, u"127.0.0.1:%1&"_s.arg(port));
-    }
-
-    QTemporaryDir folder;
-    std::optional<RunningServer> running;
-    QString code;
 };
 
 /// The notebook as another process left it, and as it is to be changed by this one.
@@ -87,7 +65,7 @@ protected:
     void SetUp() override
     {
         device.useProvider(practice.firstLine().section(u' ', -1), u"practice"_s);
-        const Ended connected = device({u"--sync-connect"_s, server.code});
+        const Ended connected = device({u"--sync-connect"_s, server.code()});
         ASSERT_EQ(connected.code, 0) << connected.output.toStdString();
     }
 
@@ -190,7 +168,7 @@ protected:
     }
 
     const RunningServer practice{QStringLiteral(NIMBRELLE_PRACTICE), {u"--delay-ms"_s, u"0"_s}};
-    const Server server;
+    const SyncServer server;
     const Device device;
     Random random;
     QMap<QString, qint64> told; ///< headwords that must be there, with the reviews that they must have
@@ -215,7 +193,7 @@ TEST_F(KillProof, WhatWasToldIsThereAfterEveryKill)
     ASSERT_EQ(last.code, 0) << last.output.toStdString();
     expectAllThatWasTold();
     const Device other;
-    EXPECT_EQ(other({u"--sync-connect"_s, server.code}).code, 0);
+    EXPECT_EQ(other({u"--sync-connect"_s, server.code()}).code, 0);
     EXPECT_EQ(other({u"--sync-now"_s}).code, 0);
     expectWords(readRecordFile<QList<WordEntry>>(other.path(u"words.json"_s)).value_or(QList<WordEntry>()));
     EXPECT_EQ(DamagedFiles::keptIn(device.path({})), QStringList());
