@@ -183,7 +183,12 @@ TEST_F(KillProof, WhatWasToldIsThereAfterEveryKill)
     const int kills = std::max(50, qEnvironmentVariableIntValue("NIMBRELLE_TEST_KILLS"));
     int runs = 0;
     for (; isKilled < kills && !HasFailure(); ++runs) {
-        runs % 4 == 0 ? add() : runs % 4 == 2 ? sync() : review();
+        if (runs % 4 == 0)
+            add();
+        else if (runs % 4 == 2)
+            sync();
+        else
+            review();
         expectAllThatWasTold();
     }
     EXPECT_FALSE(told.isEmpty());
