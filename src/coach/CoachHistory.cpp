@@ -13,9 +13,9 @@ constexpr qsizetype daysKept = 29;
 
 } // namespace
 
-CoachHistory::CoachHistory(const AppPaths &paths, const Clock &clock)
+CoachHistory::CoachHistory(const AppPaths &paths, const Clock &clock, DataWriter &writer)
     : m_path(paths.coach)
-    , m_damaged(clock)
+    , m_damaged(clock, writer)
     , m_days(readRecordFile<QList<CoachDay>>(m_path, m_damaged).value_or(QList<CoachDay>()))
 {
 }

@@ -49,7 +49,7 @@ public:
     };
 
     /// Reads the file; a missing or broken one is an empty history.
-    CoachHistory(const AppPaths &paths, const Clock &clock);
+    CoachHistory(const AppPaths &paths, const Clock &clock, DataWriter &writer = DataWriter::shared());
 
     const QList<CoachDay> &days() const { return m_days; }
     /// What the coach said first on the latest day but `today` on which it said anything; absent when that is

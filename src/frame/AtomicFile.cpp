@@ -23,6 +23,16 @@ int FileCalls::open(const char *path, int flags, mode_t mode)
     return ::open(path, flags, mode);
 }
 
+int FileCalls::lock(int file, int operation)
+{
+    return ::flock(file, operation);
+}
+
+int FileCalls::setMode(int file, mode_t mode)
+{
+    return ::fchmod(file, mode);
+}
+
 ssize_t FileCalls::write(int file, const char *bytes, std::size_t count)
 {
     return ::write(file, bytes, count);
@@ -48,10 +58,20 @@ int FileCalls::rename(const char *from, const char *to)
     return ::rename(from, to);
 }
 
+int FileCalls::remove(const char *path)
+{
+    return ::unlink(path);
+}
+
 FileCalls &FileCalls::system()
 {
     static FileCalls calls;
     return calls;
+}
+
+WriteResult WriteResult::ofErrno()
+{
+    return {.error = errno == 0 ? EIO : errno};
 }
 
 namespace {
@@ -87,6 +107,8 @@ bool writeAll(int file, QByteArrayView bytes, FileCalls &calls)
         const ssize_t written = calls.write(file, bytes.data(), static_cast<std::size_t>(bytes.size()));
         if (written < 0 && errno == EINTR)
             continue;
+        if (written == 0)
+            errno = ENOSPC;
         if (written <= 0)
             return false;
         bytes = bytes.sliced(written);
@@ -96,15 +118,13 @@ bool writeAll(int file, QByteArrayView bytes, FileCalls &calls)
 
 // The lock tells removeLeftovers of another process that this temporary is in use. Whoever swept it away
 // between its creation and the lock has unlinked it.
-bool claim(int file)
+bool claim(int file, FileCalls &calls)
 {
     struct stat status { };
-    return ::flock(file, LOCK_EX | LOCK_NB) == 0 && ::fstat(file, &status) == 0 && status.st_nlink == 1;
-}
-
-bool prepare(int file, FileMode mode)
-{
-    return claim(file) && (mode != FileMode::ownerOnly || ::fchmod(file, 0600) == 0);
+    if (calls.lock(file, LOCK_EX | LOCK_NB) != 0 || ::fstat(file, &status) != 0)
+        return false;
+    errno = EBUSY;
+    return status.st_nlink == 1;
 }
 
 // Some file systems can't flush a directory; the replacement itself has happened all the same.
@@ -125,35 +145,47 @@ FileReplacement::FileReplacement(const QString &path, FileMode mode, FileCalls &
     const QFileInfo target = writtenTarget(path);
     m_target = target.filePath();
     m_temporary = QFile::encodeName(temporaryFor(target));
-    m_file = m_calls.open(m_temporary.constData(), newFile, mode == FileMode::ownerOnly ? 0600 : 0666);
-    m_failed = m_file < 0 || !prepare(m_file, mode);
+    const bool isSecret = mode == FileMode::ownerOnly;
+    take([&] {
+        m_file = m_calls.open(m_temporary.constData(), newFile, isSecret ? 0600 : 0666);
+        return m_file >= 0;
+    });
+    take([&] { return claim(m_file, m_calls); });
+    take([&] { return !isSecret || m_calls.setMode(m_file, 0600) == 0; });
 }
 
 FileReplacement::~FileReplacement()
 {
     if (m_file < 0)
         return;
-    ::unlink(m_temporary.constData());
+    m_calls.remove(m_temporary.constData());
     m_calls.close(m_file);
+}
+
+template <class Step> void FileReplacement::take(const Step &step)
+{
+    if (m_result && !step())
+        m_result = WriteResult::ofErrno();
 }
 
 void FileReplacement::append(QByteArrayView bytes)
 {
-    m_failed = m_failed || !writeAll(m_file, bytes, m_calls);
+    take([&] { return writeAll(m_file, bytes, m_calls); });
 }
 
-bool FileReplacement::commit()
+WriteResult FileReplacement::commit()
 {
-    const bool isDone = !m_failed && m_calls.flush(m_file) == 0
-        && m_calls.rename(m_temporary.constData(), QFile::encodeName(m_target).constData()) == 0;
-    if (!isDone)
-        return false;
-    m_calls.close(std::exchange(m_file, -1));
-    flushDirectory(QFileInfo(m_target).path(), m_calls);
-    return true;
+    const QByteArray target = QFile::encodeName(m_target);
+    take([&] { return m_calls.flush(m_file) == 0; });
+    take([&] { return m_calls.rename(m_temporary.constData(), target.constData()) == 0; });
+    if (m_result) {
+        m_calls.close(std::exchange(m_file, -1));
+        flushDirectory(QFileInfo(m_target).path(), m_calls);
+    }
+    return m_result;
 }
 
-bool replaceFile(const QString &path, QByteArrayView bytes, FileMode mode, FileCalls &calls)
+WriteResult replaceFile(const QString &path, QByteArrayView bytes, FileMode mode, FileCalls &calls)
 {
     FileReplacement replacement(path, mode, calls);
     replacement.append(bytes);

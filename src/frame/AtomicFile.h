@@ -15,13 +15,25 @@ public:
     virtual ~FileCalls() = default;
 
     virtual int open(const char *path, int flags, mode_t mode);
+    virtual int lock(int file, int operation);
+    virtual int setMode(int file, mode_t mode);
     virtual ssize_t write(int file, const char *bytes, std::size_t count);
     virtual int truncate(int file, off_t size);
     virtual int flush(int file);
     virtual int close(int file);
     virtual int rename(const char *from, const char *to);
+    virtual int remove(const char *path);
 
     static FileCalls &system();
+};
+
+/// How a write ended.
+struct WriteResult {
+    int error = 0; ///< 0, or what errno said of the step that failed
+
+    explicit operator bool() const { return error == 0; }
+    /// After a call that failed.
+    static WriteResult ofErrno();
 };
 
 enum class FileMode {
@@ -43,19 +55,22 @@ public:
     /// A failure shows at commit().
     void append(QByteArrayView bytes);
 
-    /// Puts what was appended in place. False when any step failed; the old file then stays as it was.
-    bool commit();
+    /// Puts what was appended in place. When any step failed, the old file stays as it was.
+    WriteResult commit();
 
 private:
+    /// One step, unless an earlier one failed.
+    template <class Step> void take(const Step &step);
+
     FileCalls &m_calls;
     QString m_target;
     QByteArray m_temporary;
     int m_file = -1;
-    bool m_failed = false;
+    WriteResult m_result; ///< of the steps so far
 };
 
 /// The whole of a replacement in one call.
-bool replaceFile(const QString &path, QByteArrayView bytes, FileMode mode = FileMode::ordinary,
+WriteResult replaceFile(const QString &path, QByteArrayView bytes, FileMode mode = FileMode::ordinary,
     FileCalls &calls = FileCalls::system());
 
 /// Removes the temporaries that killed processes left in `directory`; those in use are left alone.

@@ -19,8 +19,11 @@ AppConfig readPrivately(const QString &path, DamagedFiles &damaged)
 
 } // namespace
 
-ConfigStore::ConfigStore(const AppPaths &paths, const Clock &clock)
-    : m_path(paths.config), m_clock(clock), m_damaged(clock), m_config(readPrivately(paths.config, m_damaged))
+ConfigStore::ConfigStore(const AppPaths &paths, const Clock &clock, DataWriter &writer)
+    : m_path(paths.config)
+    , m_clock(clock)
+    , m_damaged(clock, writer)
+    , m_config(readPrivately(paths.config, m_damaged))
 {
 }
 

@@ -17,7 +17,7 @@ class ConfigStore : public QObject {
 public:
     /// Reads the file, which is closed to others if it was not; a missing or broken one gives the defaults.
     /// Nothing is written before the first change.
-    ConfigStore(const AppPaths &paths, const Clock &clock);
+    ConfigStore(const AppPaths &paths, const Clock &clock, DataWriter &writer = DataWriter::shared());
     static ConfigStore &shared();
 
     const AppConfig &config() const { return m_config; }

@@ -28,11 +28,14 @@ QString dateIn(const QString &name)
 }
 
 // What can't be read, or finds no room a second time, is moved as it is.
-bool keepAs(const QString &kept, const QString &path, FileMode mode, FileCalls &calls)
+WriteResult keepAs(const QString &kept, const QString &path, FileMode mode, FileCalls &calls)
 {
     const auto bytes = readFile(path);
-    return (bytes && replaceFile(kept, *bytes, mode, calls))
-        || calls.rename(QFile::encodeName(path).constData(), QFile::encodeName(kept).constData()) == 0;
+    if (bytes && replaceFile(kept, *bytes, mode, calls))
+        return {};
+    const bool isMoved =
+        calls.rename(QFile::encodeName(path).constData(), QFile::encodeName(kept).constData()) == 0;
+    return isMoved ? WriteResult() : WriteResult::ofErrno();
 }
 
 } // namespace
@@ -43,14 +46,15 @@ void DamagedFiles::add(const QString &path)
         m_paths.insert(path);
 }
 
-bool DamagedFiles::keep(const QString &path, FileMode mode)
+WriteResult DamagedFiles::keep(const QString &path, FileMode mode)
 {
     if (!m_paths.contains(path))
-        return true;
-    const bool isSafe = !QFileInfo::exists(path) || keepAs(nameFor(path), path, mode, m_calls);
-    if (isSafe)
+        return {};
+    const WriteResult result =
+        QFileInfo::exists(path) ? keepAs(nameFor(path), path, mode, m_writer.calls()) : WriteResult();
+    if (result)
         m_paths.remove(path);
-    return isSafe;
+    return result;
 }
 
 // Never the name of a file that was kept before.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/AtomicFile.h"
+#include "frame/DataWriter.h"
 
 #include <QSet>
 #include <QStringList>
@@ -13,16 +13,19 @@ class Clock;
 /// it holds is kept beside it, under its name with the local time: words.damaged-20261123-142233.json.
 class DamagedFiles {
 public:
-    explicit DamagedFiles(const Clock &clock, FileCalls &calls = FileCalls::system())
-        : m_clock(clock), m_calls(calls)
+    explicit DamagedFiles(const Clock &clock, DataWriter &writer = DataWriter::shared())
+        : m_clock(clock), m_writer(writer)
     {
     }
+
+    /// What their owner writes with.
+    DataWriter &writer() const { return m_writer; }
 
     /// To be told of each file that gave no value; one that is missing is not damaged.
     void add(const QString &path);
 
-    /// Keeps what a damaged file holds, once. True unless that failed: then nothing may be written over it.
-    bool keep(const QString &path, FileMode mode);
+    /// Keeps what a damaged file holds, once. Where that failed, nothing may be written over it.
+    WriteResult keep(const QString &path, FileMode mode);
 
     /// The names of all that were ever kept in `directory` and are still there, the oldest first.
     static QStringList keptIn(const QString &directory);
@@ -31,7 +34,7 @@ private:
     QString nameFor(const QString &path) const;
 
     const Clock &m_clock;
-    FileCalls &m_calls;
+    DataWriter &m_writer;
     QSet<QString> m_paths;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,28 +31,31 @@ void takeBack(int file, off_t before, ssize_t written, FileCalls &calls)
         calls.truncate(file, before);
 }
 
-bool append(int file, QByteArrayView line, FileCalls &calls)
+WriteResult append(int file, QByteArrayView line, FileCalls &calls)
 {
     const off_t before = sizeOf(file);
     QByteArray text(endsInsideALine(file, before) ? "\n" : "");
     text.append(line).append('\n');
     const ssize_t written = calls.write(file, text.constData(), static_cast<std::size_t>(text.size()));
-    if (written > 0 && written < text.size())
+    if (written == text.size())
+        return {};
+    const WriteResult failure = written < 0 ? WriteResult::ofErrno() : WriteResult{.error = ENOSPC};
+    if (written > 0)
         takeBack(file, before, written, calls);
-    return written == text.size();
+    return failure;
 }
 
 } // namespace
 
-bool appendLine(const QString &path, QByteArrayView line, FileCalls &calls)
+WriteResult appendLine(const QString &path, QByteArrayView line, FileCalls &calls)
 {
     const int file =
         calls.open(QFile::encodeName(path).constData(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
     if (file < 0)
-        return false;
-    const bool isAppended = append(file, line, calls);
+        return WriteResult::ofErrno();
+    const WriteResult result = append(file, line, calls);
     calls.close(file);
-    return isAppended;
+    return result;
 }
 
 QList<QByteArrayView> linesOf(QByteArrayView bytes)

@@ -1,6 +1,12 @@
 #include "main/CommandLine.h"
 
+#include <QTextStream>
+
+#include <algorithm>
+
 namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -20,9 +26,19 @@ std::optional<ChosenOption> chooseOption(std::span<const Option> table, const QS
 {
     for (const Option &option : table) {
         if (const auto value = valueOf(option, arguments))
-            return ChosenOption{&option, *value};
+            return ChosenOption{.option = &option, .value = *value};
     }
     return std::nullopt;
+}
+
+QCoro::Task<int> runGiven(std::span<const Option> table, QString name, OptionRun run)
+{
+    const auto option = std::ranges::find(table, name, &Option::name);
+    if (option == table.end() || !option->writes) {
+        run.out << u"正在运行的 Nimbrelle 不认识这个命令："_s << name << Qt::endl;
+        co_return 1;
+    }
+    co_return co_await option->run(run);
 }
 
 } // namespace nimbrelle

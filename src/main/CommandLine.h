@@ -36,6 +36,10 @@ struct Option {
     Form form = Form::flag;
     Routine run;
     Needs needs = Needs::nothing;
+    /// Whether it writes the data files: it then runs where they are held in memory (SingleInstance).
+    bool writes = false;
+    /// What a value stands for, found in the process that was called; null where it is the value itself.
+    QString (*meaning)(const QString &value, QTextStream &in) = nullptr;
 };
 
 struct ChosenOption {
@@ -47,6 +51,9 @@ struct ChosenOption {
 /// arguments are the whole vector as the process got it: an option counts also where it stands as another
 /// one's value.
 std::optional<ChosenOption> chooseOption(std::span<const Option> table, const QStringList &arguments);
+
+/// Runs an option that another process gave (SingleInstance), unless it is none of those that write.
+QCoro::Task<int> runGiven(std::span<const Option> table, QString name, OptionRun run);
 
 /// All options in the order in which they are tried.
 std::span<const Option> optionTable();

@@ -56,9 +56,15 @@ QCoro::Task<int> renderIcon(const OptionRun &run)
     return finished(0);
 }
 
+bool isOnATrialFolder()
+{
+    return !qEnvironmentVariableIsEmpty("NIMBRELLE_DATA_DIR");
+}
+
+// Elsewhere it only refuses, and so much as makes no folder.
 QCoro::Task<int> studyStamp(const OptionRun &run)
 {
-    if (qEnvironmentVariableIsEmpty("NIMBRELLE_DATA_DIR")) {
+    if (!isOnATrialFolder()) {
         run.out << u"要先设置 NIMBRELLE_DATA_DIR 指向一个临时文件夹（不碰真实设置）"_s << Qt::endl;
         return finished(1);
     }
@@ -116,8 +122,7 @@ QCoro::Task<int> syncOnce(const OptionRun &run)
 
 QCoro::Task<int> connectToServer(const OptionRun &run)
 {
-    QTextStream in(stdin);
-    return connectSync(givenCode(run.value, in), &run.services.config(), &PinnedTransport::open, &run.out);
+    return connectSync(run.value, &run.services.config(), &PinnedTransport::open, &run.out);
 }
 
 QCoro::Task<int> coach(const OptionRun &run)
@@ -143,24 +148,33 @@ QCoro::Task<int> coachAI(OptionRun run)
 std::vector<Option> makeTable()
 {
     return {
-        {u"--render-icon"_s, Form::value, renderIcon, Option::Needs::drawing},
-        {u"--selftest-ocr"_s, Form::flag, ocr, Option::Needs::drawing},
-        {u"--selftest-review"_s, Form::flag, review},
-        {u"--selftest-spelling"_s, Form::flag, printing(SelfTest::runSpelling)},
-        {u"--selftest-menubar"_s, Form::flag, printing(SelfTest::runMenuBar)},
-        {u"--selftest-spellpractice"_s, Form::flag, printing(SelfTest::runSpellPractice)},
-        {u"--selftest-lookup"_s, Form::flag, lookup},
-        {u"--add-spelling"_s, Form::value, addSpelling},
-        {u"--selftest-config"_s, Form::flag, printing(SelfTest::runConfig)},
-        {u"--selftest-studystamp"_s, Form::flag, studyStamp},
-        {u"--selftest-merge"_s, Form::flag, merge},
-        {u"--sync-now"_s, Form::flag, syncOnce},
-        {u"--sync-connect"_s, Form::value, connectToServer},
-        {u"--selftest-fsrs"_s, Form::flag, printing(SelfTest::runFSRS)},
-        {u"--selftest-ask"_s, Form::flag, ask},
-        {u"--selftest-coach"_s, Form::flag, coach},
-        {u"--selftest-coach-ai"_s, Form::flag, coachAI},
-        {u"--selftest-explain"_s, Form::flag, explain},
+        {.name = u"--render-icon"_s, .form = Form::value, .run = renderIcon, .needs = Option::Needs::drawing},
+        {.name = u"--selftest-ocr"_s, .form = Form::flag, .run = ocr, .needs = Option::Needs::drawing},
+        {.name = u"--selftest-review"_s, .form = Form::flag, .run = review},
+        {.name = u"--selftest-spelling"_s, .form = Form::flag, .run = printing(SelfTest::runSpelling)},
+        {.name = u"--selftest-menubar"_s, .form = Form::flag, .run = printing(SelfTest::runMenuBar)},
+        {.name = u"--selftest-spellpractice"_s,
+            .form = Form::flag,
+            .run = printing(SelfTest::runSpellPractice)},
+        {.name = u"--selftest-lookup"_s, .form = Form::flag, .run = lookup},
+        {.name = u"--add-spelling"_s, .form = Form::value, .run = addSpelling, .writes = true},
+        {.name = u"--selftest-config"_s, .form = Form::flag, .run = printing(SelfTest::runConfig)},
+        {.name = u"--selftest-studystamp"_s,
+            .form = Form::flag,
+            .run = studyStamp,
+            .writes = isOnATrialFolder()},
+        {.name = u"--selftest-merge"_s, .form = Form::flag, .run = merge},
+        {.name = u"--sync-now"_s, .form = Form::flag, .run = syncOnce, .writes = true},
+        {.name = u"--sync-connect"_s,
+            .form = Form::value,
+            .run = connectToServer,
+            .writes = true,
+            .meaning = givenCode},
+        {.name = u"--selftest-fsrs"_s, .form = Form::flag, .run = printing(SelfTest::runFSRS)},
+        {.name = u"--selftest-ask"_s, .form = Form::flag, .run = ask},
+        {.name = u"--selftest-coach"_s, .form = Form::flag, .run = coach},
+        {.name = u"--selftest-coach-ai"_s, .form = Form::flag, .run = coachAI},
+        {.name = u"--selftest-explain"_s, .form = Form::flag, .run = explain},
     };
 }
 

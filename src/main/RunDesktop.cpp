@@ -1,5 +1,6 @@
 #include "main/RunDesktop.h"
 
+#include "main/CommandLine.h"
 #include "main/Desktop.h"
 #include "main/TerminationSignals.h"
 #include "platform/linux/LinuxPlatform.h"
@@ -52,6 +53,15 @@ void loadFontsSoon(QObject &owner)
     QTimer::singleShot(soon, &owner, [] { QFontInfo(QGuiApplication::font()).family(); });
 }
 
+/// What a command-line mode does beside this program, it does in here.
+CommandRunner givenCommands(Services &services)
+{
+    return [&services](const GivenCommand &command, QTextStream *out) {
+        return runGiven(
+            optionTable(), command.option, {.services = services, .out = *out, .value = command.value});
+    };
+}
+
 int runUntilToldToEnd(Services &services, SingleInstance &instance)
 {
     const TerminationSignals termination([] { QCoreApplication::quit(); });
@@ -75,8 +85,9 @@ int runDesktop(int argc, char **argv)
     QApplication application(argc, argv);
     Services &services = Services::shared();
     LinuxSingleInstance instance(services.paths().supportDir);
-    if (!instance.claim())
-        return 0;
+    const auto claim = instance.claim(givenCommands(services));
+    if (claim != SingleInstance::Claim::ours)
+        return claim == SingleInstance::Claim::told ? 0 : 1;
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(windowIcon());
     QGuiApplication::setDesktopFileName(u"nimbrelle"_s);

@@ -24,7 +24,7 @@ void set(ConfigStore &config, QString AppConfig::*field, const QString &value)
 
 QCoro::Task<int> syncNow(SyncService *service, const WordStore *store, QTextStream *out)
 {
-    if (co_await service->syncNow()) {
+    if (co_await service->syncAfresh()) {
         *out << u"同步好了：%1 个词"_s.arg(store->entries().size()) << Qt::endl;
         co_return 0;
     }

@@ -11,7 +11,7 @@ class ConfigStore;
 class SyncService;
 class WordStore;
 
-/// One round.
+/// One round, which begins after the call.
 QCoro::Task<int> syncNow(SyncService *service, const WordStore *store, QTextStream *out);
 
 /// The value of the option, or for "-" the first line of `in`: a code on the command line can be read by all

@@ -1,6 +1,7 @@
 #include "main/CommandLine.h"
 #include "main/RunDesktop.h"
 #include "main/Services.h"
+#include "platform/linux/LinuxSingleInstance.h"
 
 #include <QGuiApplication>
 #include <QTextStream>
@@ -8,6 +9,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 using namespace nimbrelle;
 
@@ -44,11 +46,18 @@ int runOption(const ChosenOption &chosen, int argc, char **argv)
 {
     qInstallMessageHandler(dropMessage);
     const auto application = makeApplication(chosen.option->needs, argc, argv);
-    QTextStream out(stdout);
+    QTextStream out(stdout), in(stdin);
+    const Option &option = *chosen.option;
+    const QString value = option.meaning ? option.meaning(chosen.value, in) : chosen.value;
+    std::optional<LinuxSingleInstance> instance;
+    if (option.writes) {
+        instance.emplace(Services::shared().paths().supportDir);
+        if (const auto code = instance->claimOrGive({.option = option.name, .value = value}, out))
+            return *code;
+    }
     // From inside the loop, since an exit asked for before it starts is lost.
-    QTimer::singleShot(0, application.get(), [&chosen, &out] {
-        runToExit(chosen.option->run, {Services::shared(), out, chosen.value});
-    });
+    QTimer::singleShot(0, application.get(),
+        [&] { runToExit(option.run, {.services = Services::shared(), .out = out, .value = value}); });
     const int code = QCoreApplication::exec();
     Services::shared().end();
     return code;

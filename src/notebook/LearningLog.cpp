@@ -20,8 +20,8 @@ bool isText(QByteArrayView line)
 
 } // namespace
 
-LearningLog::LearningLog(const AppPaths &paths, const Clock &clock, FileCalls &calls)
-    : m_path(paths.log), m_clock(clock), m_calls(calls)
+LearningLog::LearningLog(const AppPaths &paths, const Clock &clock, DataWriter &writer)
+    : m_path(paths.log), m_clock(clock), m_writer(writer)
 {
 }
 
@@ -35,7 +35,19 @@ void LearningLog::add(LogKind kind, const QString &word, const std::optional<QSt
 {
     const Event event{.time = m_clock.now(), .kind = caseText(kind), .word = word, .detail = detail};
     if (const auto line = encode(event, TextForm::line))
-        appendLine(m_path, *line, m_calls);
+        m_unwritten.append(*line);
+    m_writer.report(m_path, appendUnwritten());
+}
+
+WriteResult LearningLog::appendUnwritten()
+{
+    WriteResult result;
+    while (result && !m_unwritten.isEmpty()) {
+        result = appendLine(m_path, m_unwritten.first(), m_writer.calls());
+        if (result)
+            m_unwritten.removeFirst();
+    }
+    return result;
 }
 
 QStringList LearningLog::readLines() const
@@ -69,7 +81,8 @@ void LearningLog::replaceAll(const QStringList &lines)
         if (!isText(line))
             text.append(line).append('\n');
     }
-    replaceFile(m_path, text, FileMode::ordinary, m_calls);
+    const WriteResult replaced = replaceFile(m_path, text, FileMode::ordinary, m_writer.calls());
+    m_writer.report(m_path, replaced ? appendUnwritten() : replaced);
 }
 
 } // namespace nimbrelle

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/AtomicFile.h"
+#include "frame/DataWriter.h"
 #include "frame/Record.h"
 #include "frame/Timestamp.h"
 
@@ -34,8 +34,8 @@ template <>
 inline constexpr auto caseNames<LogKind> = cases("lookup", "save", "awaken", "join", "leave", "review",
     "graduate", "leech", "spell", "spell-add", "spell-remove", "rest", "glance", "recall");
 
-/// The append-only diary of what the learner did with words, one JSON object a line. Every failure is
-/// ignored: a lost event is preferred to any interruption of learning.
+/// The append-only diary of what the learner did with words, one JSON object a line. No failure interrupts
+/// the learning: an event that the disk did not take is tried again with the next one.
 class LearningLog {
 public:
     struct Event {
@@ -47,7 +47,7 @@ public:
         bool operator==(const Event &) const = default;
     };
 
-    LearningLog(const AppPaths &paths, const Clock &clock, FileCalls &calls = FileCalls::system());
+    LearningLog(const AppPaths &paths, const Clock &clock, DataWriter &writer = DataWriter::shared());
     static LearningLog &shared();
 
     /// Appends one event of this moment, on a line of its own and with a single write.
@@ -71,9 +71,12 @@ public:
     void replaceAll(const QStringList &lines);
 
 private:
+    WriteResult appendUnwritten();
+
     const QString m_path;
     const Clock &m_clock;
-    FileCalls &m_calls;
+    DataWriter &m_writer;
+    QList<QByteArray> m_unwritten; ///< events that the disk did not take, the oldest first
 };
 template <Is<LearningLog::Event> Record>
 inline constexpr auto fieldsOf<Record> = fields(field("time", &Record::time), field("kind", &Record::kind),

@@ -25,14 +25,14 @@ ReviewStats freshStats(Timestamp now)
 } // namespace
 
 WordStore::WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &config, LearningLog &log,
-    MnemonicRequest mnemonicRequest, IdSource makeId)
+    MnemonicRequest mnemonicRequest, IdSource makeId, DataWriter &writer)
     : m_paths(paths)
     , m_clock(clock)
     , m_config(config)
     , m_log(log)
     , m_mnemonicRequest(std::move(mnemonicRequest))
     , m_makeId(std::move(makeId))
-    , m_damaged(clock)
+    , m_damaged(clock, writer)
     , m_entries(readList<WordEntry>(paths.words, m_damaged))
     , m_sentenceNotes(readList<AINote>(paths.notes, m_damaged))
     , m_grammarEncounters(readList<GrammarEncounter>(paths.grammar, m_damaged))

@@ -27,10 +27,11 @@ struct SavedWord {
 };
 
 /// The one owner of all learning data; every change of it goes through here and is on disk when the call
-/// returns, as far as the disk allows. What the lists say and what an operation does to a record are pure
-/// functions beside it (WordQueries, WordChanges, Encounters, SlotPlan, Rounds); the store holds, saves, logs
-/// and notifies. An id or headword that isn't there is no error: the call does nothing. Lists hold the newest
-/// first. Ids are taken by value, since callers pass those of the very records that change. Main thread only.
+/// returns, or else the writer tells that the disk did not allow it. What the lists say and what an operation
+/// does to a record are pure functions beside it (WordQueries, WordChanges, Encounters, SlotPlan, Rounds);
+/// the store holds, saves, logs and notifies. An id or headword that isn't there is no error: the call does
+/// nothing. Lists hold the newest first. Ids are taken by value, since callers pass those of the very records
+/// that change. Main thread only.
 class WordStore : public QObject {
     Q_OBJECT
 
@@ -43,7 +44,8 @@ public:
 
     /// Reads the files and writes nothing.
     WordStore(const AppPaths &paths, const Clock &clock, ConfigStore &config, LearningLog &log,
-        MnemonicRequest mnemonicRequest = {}, IdSource makeId = &QUuid::createUuid);
+        MnemonicRequest mnemonicRequest = {}, IdSource makeId = &QUuid::createUuid,
+        DataWriter &writer = DataWriter::shared());
 
     const QList<WordEntry> &entries() const { return m_entries; }
     const QList<AINote> &sentenceNotes() const { return m_sentenceNotes; }

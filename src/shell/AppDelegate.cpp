@@ -8,8 +8,10 @@
 #include "platform/Speaker.h"
 #include "review/ReviewSession.h"
 #include "settings/PermissionModel.h"
+#include "settings/UnwrittenText.h"
 #include "shell/AppWindows.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QPointer>
 
@@ -206,6 +208,7 @@ QList<MenuEntry> AppDelegate::menuNeedsUpdate()
 QList<MenuEntry> AppDelegate::menuEntries() const
 {
     return StatusMenu::entries({
+        .unwritten = UnwrittenText::line(m_parts.writer.unwritten(), QDir::homePath()),
         .word = m_menuBarWord.entry(),
         .config = m_parts.config.config(),
         .dueCount = m_parts.words.sessionCount(m_parts.clock.now()),

@@ -12,6 +12,7 @@ namespace nimbrelle {
 class AppWindows;
 class AskSession;
 class CoachSession;
+class DataWriter;
 class FrontApplication;
 class PermissionModel;
 class Permissions;
@@ -31,6 +32,7 @@ public:
         ConfigStore &config;
         WordStore &words;
         LearningLog &log;
+        const DataWriter &writer;
         const Permissions &permissions;
         PermissionModel &permissionModel;
         const FrontApplication &front;

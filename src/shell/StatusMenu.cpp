@@ -127,6 +127,8 @@ QString boldened(const MenuBarText::SentenceTitle &sentence)
 QList<MenuEntry> entries(const State &state)
 {
     QList<MenuEntry> menu;
+    if (!state.unwritten.isEmpty())
+        menu += {item(Action::showSettings, state.unwritten, u"exclamationmark.triangle"_s), separator()};
     if (state.word)
         menu += wordBlock(*state.word);
     menu += learningBlock(state);

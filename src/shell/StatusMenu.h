@@ -31,6 +31,7 @@ enum class Action {
 
 /// All that the menu depends on, as it is at the moment of opening.
 struct State {
+    QString unwritten; ///< what is told of data files that could not be written; else empty
     std::optional<WordEntry> word; ///< the one on show in the bar
     AppConfig config;
     qint64 dueCount = 0; ///< questions of a round begun now

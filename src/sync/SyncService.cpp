@@ -11,6 +11,7 @@
 #include "sync/SyncMerge.h"
 #include "sync/SyncProtocol.h"
 
+#include <QCoro/QCoroSignal>
 #include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
@@ -43,12 +44,13 @@ Document documentOf(const SyncBundle &bundle)
 } // namespace
 
 SyncService::SyncService(WordStore &store, ConfigStore &config, const AppPaths &paths, Clock &clock,
-    SyncTransport::Factory connect)
+    SyncTransport::Factory connect, DataWriter &writer)
     : m_store(store)
     , m_config(config)
     , m_paths(paths)
     , m_clock(clock)
     , m_connect(std::move(connect))
+    , m_writer(writer)
     , m_rounds(clock, roundPeriod)
 {
     if (const auto state = readRecordFile<SyncState>(m_paths.syncState))
@@ -100,6 +102,13 @@ QCoro::Task<bool> SyncService::syncNow()
     }
     setBusy(false);
     co_return !m_lastError;
+}
+
+QCoro::Task<bool> SyncService::syncAfresh()
+{
+    while (m_busy)
+        co_await qCoro(this, &SyncService::changed);
+    co_return co_await syncNow();
 }
 
 QCoro::Task<std::optional<QString>> SyncService::test(SyncLink link, SyncTransport::Factory connect)
@@ -216,11 +225,11 @@ SyncState SyncService::loadState(const QString &server) const
 void SyncService::saveState(SyncState state, qint64 version, const Settled &settled) const
 {
     if (settled.known)
-        writeRecordFile(m_paths.syncKnown, *settled.known);
+        writeRecordFile(m_paths.syncKnown, *settled.known, FileMode::ordinary, m_writer);
     state.version = version;
     state.hash = settled.localHash;
     state.lastSyncAt = m_clock.now();
-    writeRecordFile(m_paths.syncState, state);
+    writeRecordFile(m_paths.syncState, state, FileMode::ordinary, m_writer);
 }
 
 void SyncService::setBusy(bool busy)

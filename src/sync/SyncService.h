@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/DataWriter.h"
 #include "frame/Recheck.h"
 #include "sync/SyncKnown.h"
 #include "sync/SyncLink.h"
@@ -24,7 +25,7 @@ class SyncService : public QObject {
 public:
     /// Reads when the last exchange was, and does nothing else before start() or a call.
     SyncService(WordStore &store, ConfigStore &config, const AppPaths &paths, Clock &clock,
-        SyncTransport::Factory connect);
+        SyncTransport::Factory connect, DataWriter &writer = DataWriter::shared());
     /// Stops the run under way; what it has applied stays.
     ~SyncService() override;
 
@@ -36,6 +37,10 @@ public:
 
     /// One round. True also when there is nothing to do: not connected, or a round is under way.
     QCoro::Task<bool> syncNow();
+
+    /// A round that begins after the call: one under way, which may have read before the last change, is let
+    /// end first.
+    QCoro::Task<bool> syncAfresh();
 
     /// Absent when the server answers to the link; else what to tell the user. Touches no state.
     static QCoro::Task<std::optional<QString>> test(SyncLink link, SyncTransport::Factory connect);
@@ -75,6 +80,7 @@ private:
     const AppPaths &m_paths;
     Clock &m_clock;
     const SyncTransport::Factory m_connect;
+    DataWriter &m_writer;
 
     bool m_busy = false;
     bool m_applying = false; ///< the store is taking over a merge, which must not start another round

@@ -2,6 +2,9 @@
 
 #include "frame/AppConfig.h"
 #include "frame/RecordFile.h"
+#include "sync/SyncLink.h"
+
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -45,6 +48,23 @@ RunningServer::~RunningServer()
     EXPECT_TRUE(m_process.waitForFinished(patienceMilliseconds));
     EXPECT_EQ(m_process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(m_process.exitCode(), 0);
+}
+
+SyncServer::SyncServer()
+{
+    const QString program = QStringLiteral(NIMBRELLE_SERVER);
+    const QStringList data{u"--data"_s, m_folder.filePath(u"server"_s)};
+    const Ended setup =
+        run(program, data + QStringList{u"init"_s, u"--url"_s, u"https://127.0.0.1:1"_s, u"--no-qr"_s}, {});
+    auto link = SyncLink::fromText(setup.output);
+    m_running = std::make_unique<RunningServer>(
+        program, data + QStringList{u"serve"_s, u"--bind"_s, u"127.0.0.1"_s, u"--port"_s, u"0"_s});
+    static const QRegularExpression sayingPort(u" port (\\d+)"_s);
+    const auto port = sayingPort.match(m_running->firstLine());
+    EXPECT_TRUE(link && port.hasMatch()) << m_running->firstLine().toStdString();
+    if (link)
+        link->server = u"https://127.0.0.1:"_s + port.captured(1);
+    m_code = link.value_or(SyncLink()).text();
 }
 
 Ended Device::operator()(const QStringList &arguments, const QStringList &environment) const

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <memory>
+
 namespace nimbrelle {
 
 /// What a program left when it ended.
@@ -30,6 +32,19 @@ public:
 private:
     QProcess m_process;
     QString m_firstLine;
+};
+
+/// A sync server on a port of its own, with an empty notebook.
+class SyncServer {
+public:
+    SyncServer();
+
+    const QString &code() const { return m_code; }
+
+private:
+    QTemporaryDir m_folder;
+    std::unique_ptr<RunningServer> m_running;
+    QString m_code;
 };
 
 /// A data directory of its own and the program that works in it.

@@ -1,5 +1,7 @@
 #include "frame/AtomicFile.h"
 
+#include "support/FaultyCalls.h"
+
 #include <QDir>
 #include <QTemporaryDir>
 
@@ -14,40 +16,6 @@ using namespace nimbrelle;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-enum class Step { open, write, shortWrite, flush, rename };
-
-/// Fails at one step, as a full disk or a read-only directory would.
-class FailingCalls : public FileCalls {
-public:
-    explicit FailingCalls(Step step) : m_step(step) { }
-
-    int open(const char *path, int flags, mode_t mode) override
-    {
-        return fails(Step::open) ? -1 : FileCalls::open(path, flags, mode);
-    }
-    ssize_t write(int file, const char *bytes, std::size_t count) override
-    {
-        if (fails(Step::write) || (m_writes++ == 1 && fails(Step::shortWrite)))
-            return -1;
-        return FileCalls::write(file, bytes, std::min<std::size_t>(count, 3));
-    }
-    int flush(int file) override { return fails(Step::flush) ? -1 : FileCalls::flush(file); }
-    int rename(const char *from, const char *to) override
-    {
-        return fails(Step::rename) ? -1 : FileCalls::rename(from, to);
-    }
-
-private:
-    bool fails(Step step) const
-    {
-        errno = ENOSPC;
-        return m_step == step;
-    }
-
-    Step m_step;
-    int m_writes = 0;
-};
 
 /// Interrupts the first write and then takes one byte at a time.
 class SlowCalls : public FileCalls {
@@ -89,13 +57,22 @@ protected:
 
 TEST_F(AtomicFile, LeavesTheOldFileWhenAnyStepFails)
 {
-    ASSERT_TRUE(replaceFile(path(), "the old content"));
-    for (const Step step : {Step::open, Step::write, Step::shortWrite, Step::flush, Step::rename}) {
-        FailingCalls calls(step);
-        EXPECT_FALSE(replaceFile(path(), "the new content", FileMode::ordinary, calls));
-        EXPECT_EQ(readFile(path()), "the old content");
-        EXPECT_EQ(files(), QStringList{u"words.json"_s}) << "a temporary was left";
+    int failed = 0;
+    for (const Fault fault : {Fault::fails, Fault::cutsShort}) {
+        for (int at = 0;; ++at) {
+            ASSERT_TRUE(replaceFile(path(), "the old content"));
+            FaultyCalls calls;
+            calls.arm(fault, at);
+            const WriteResult result = replaceFile(path(), "the new content", FileMode::ownerOnly, calls);
+            if (!calls.wasReached())
+                break;
+            EXPECT_EQ(readFile(path()), QByteArray(result ? "the new content" : "the old content")) << at;
+            EXPECT_EQ(result.error, result ? 0 : ENOSPC) << at;
+            EXPECT_EQ(files(), QStringList{u"words.json"_s}) << "a temporary was left";
+            failed += result ? 0 : 1;
+        }
     }
+    EXPECT_EQ(failed, 7) << "open, lock, mode, write, flush, rename, and a write cut short";
     SlowCalls slow;
     EXPECT_TRUE(replaceFile(path(), "the new content", FileMode::ordinary, slow));
     EXPECT_EQ(readFile(path()), "the new content");

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <cerrno>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -78,23 +79,37 @@ TEST_F(RecordFile, ADamagedFileIsKeptBesideBeforeItIsWrittenOver)
 TEST_F(RecordFile, ADamagedFileThatCannotBeKeptIsNotWrittenOver)
 {
     struct FullDisk : FileCalls {
-        ssize_t write(int, const char *, std::size_t) override { return -1; }
+        ssize_t write(int file, const char *bytes, std::size_t count) override
+        {
+            errno = ENOSPC;
+            return isFull ? -1 : FileCalls::write(file, bytes, count);
+        }
         int rename(const char *from, const char *to) override
         {
+            errno = EACCES;
             return mayMove ? FileCalls::rename(from, to) : -1;
         }
         bool mayMove = false;
+        bool isFull = true;
     } disk;
     const ManualClock clock;
-    DamagedFiles damaged(clock, disk);
+    DataWriter writer(disk);
+    DamagedFiles damaged(clock, writer);
     ASSERT_TRUE(replaceFile(m_path, "{"));
     ASSERT_EQ(readRecordFile<AppConfig>(m_path, damaged), std::nullopt);
     writeRecordFile(m_path, AppConfig(), damaged);
     EXPECT_EQ(readFile(m_path), "{");
     EXPECT_EQ(files(), QStringList{u"list.json"_s});
+    EXPECT_EQ(writer.unwritten(), QList({UnwrittenFile{.path = m_path, .error = EACCES}}));
     disk.mayMove = true;
     writeRecordFile(m_path, AppConfig(), damaged);
+    EXPECT_EQ(readRecordFile<AppConfig>(m_path), std::nullopt)
+        << "moved away, and nothing could take its place";
+    EXPECT_EQ(writer.unwritten(), QList({UnwrittenFile{.path = m_path, .error = ENOSPC}}));
+    disk.isFull = false;
+    writeRecordFile(m_path, AppConfig(), damaged);
     EXPECT_TRUE(readRecordFile<AppConfig>(m_path));
+    EXPECT_EQ(writer.unwritten(), QList<UnwrittenFile>());
     EXPECT_EQ(readFile(m_directory.filePath(DamagedFiles::keptIn(m_directory.path()).value(0))), "{");
 }
 

@@ -1,6 +1,9 @@
 #include "main/CommandLine.h"
 
+#include "main/Services.h"
 #include "support/Printers.h"
+
+#include <QTextStream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -41,6 +44,40 @@ TEST(CommandLine, LetsTheFirstOfTheTableWin)
     for (const auto &[arguments, expected] : cases)
         EXPECT_EQ(chosen(words(arguments)), QString::fromLatin1(expected)) << arguments;
     EXPECT_EQ(chosen({u"--add-spelling"_s, QString()}), u"--add-spelling="_s) << "an empty text is a value";
+}
+
+QString writingOptions()
+{
+    QStringList names;
+    for (const Option &option : optionTable()) {
+        if (option.writes)
+            names.append(option.name);
+    }
+    return names.join(u' ');
+}
+
+TEST(CommandLine, TheRunningProgramDoesWhatWritesAndNothingElse)
+{
+    EXPECT_EQ(writingOptions(), u"--add-spelling --sync-now --sync-connect"_s);
+    const auto routine = [](OptionRun run) -> QCoro::Task<int> {
+        run.out << run.value;
+        co_return 5;
+    };
+    const Option table[]{
+        {.name = u"--writes"_s, .run = routine, .writes = true}, {.name = u"--reads"_s, .run = routine}};
+    const auto given = [&table](const QString &name) {
+        QString printed;
+        QTextStream out(&printed);
+        int code = -1;
+        const auto flow = [&]() -> QCoro::Task<> {
+            code =
+                co_await runGiven(table, name, {.services = Services::shared(), .out = out, .value = u"v"_s});
+        };
+        const auto task = flow();
+        return QString::number(code) + u' ' + printed;
+    };
+    EXPECT_EQ(given(u"--writes"_s), u"5 v"_s);
+    EXPECT_EQ(given(u"--reads"_s), u"1 正在运行的 Nimbrelle 不认识这个命令：--reads\n"_s);
 }
 
 } // namespace

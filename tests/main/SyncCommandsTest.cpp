@@ -5,6 +5,7 @@
 #include "support/Printers.h"
 #include "sync/Device.h"
 
+#include <QCoreApplication>
 #include <QTextStream>
 
 #include <gtest/gtest.h>
@@ -96,6 +97,31 @@ TEST(SyncCommands, SyncNowTellsTheWordsOrBothTextsOfTheFailure)
         (Ended{.code = 0, .output = u"同步好了：1 个词\n"_s}));
     EXPECT_EQ(synced(device, {{.status = 503}}),
         (Ended{.code = 1, .output = u"同步失败：服务器出错了（503）\nhttp(503)\n"_s}));
+}
+
+// One that reads before a change must not count as the round that was asked for behind it.
+TEST(SyncCommands, SyncNowWaitsForARoundUnderWayAndMakesItsOwn)
+{
+    Device device;
+    MemoryServer server;
+    const auto earlier = device.startSync();
+    device.network.answer(server.answer(device.network.waiting()));
+    Explanation explanation;
+    explanation.headword = u"run"_s;
+    device.store().save(explanation, {});
+    Ended ended;
+    QTextStream out(&ended.output);
+    const auto flow = [&]() -> QCoro::Task<> {
+        ended.code = co_await syncNow(&device.sync(), &device.store(), &out);
+    };
+    const auto task = flow();
+    device.network.serve(server);
+    EXPECT_EQ(*earlier, true);
+    EXPECT_FALSE(server.document.contains("\"run\""));
+    QCoreApplication::processEvents();
+    device.network.serve(server);
+    EXPECT_EQ(ended, (Ended{.code = 0, .output = u"同步好了：1 个词\n"_s}));
+    EXPECT_TRUE(server.document.contains("\"run\""));
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <cerrno>
 #include <gtest/gtest.h>
 
 using namespace nimbrelle;
@@ -51,27 +52,34 @@ TEST_F(LearningLogTest, KeepsWhateverStandsInTheFile)
     EXPECT_EQ(m_log.readLines().size(), 1);
 }
 
-TEST_F(LearningLogTest, AnEventIsALineOfItsOwnOrNotThere)
+TEST_F(LearningLogTest, AnEventIsALineOfItsOwnAndWaitsForTheDisk)
 {
     struct FullDisk : FileCalls {
         ssize_t write(int file, const char *bytes, std::size_t count) override
         {
-            const std::size_t taken = std::min(count, std::exchange(space, 0u));
+            const std::size_t taken = isFull ? std::min(count, std::exchange(space, 0u)) : count;
+            errno = ENOSPC;
             return taken == 0 ? -1 : FileCalls::write(file, bytes, taken);
         }
         std::size_t space = 0;
+        bool isFull = true;
     } disk;
-    LearningLog log(m_paths, m_clock, disk);
-    ASSERT_TRUE(replaceFile(m_paths.log, "{\"torn\":\"\xe4\xbd"));
+    DataWriter writer(disk);
+    LearningLog log(m_paths, m_clock, writer);
+    const QByteArray torn = "{\"torn\":\"\xe4\xbd";
+    ASSERT_TRUE(replaceFile(m_paths.log, torn));
     for (const std::size_t space : {0u, 1u, 20u, 60u}) {
         disk.space = space;
         log.add(LogKind::rest, u"休息"_s);
-        EXPECT_EQ(readFile(m_paths.log), "{\"torn\":\"\xe4\xbd");
+        EXPECT_EQ(readFile(m_paths.log), torn);
     }
-    m_log.add(LogKind::rest, u"run"_s);
-    m_log.add(LogKind::rest, u"walk"_s);
-    EXPECT_EQ(readFile(m_paths.log)->count('\n'), 3);
-    EXPECT_EQ(m_log.readLines().size(), 2);
+    EXPECT_EQ(writer.unwritten(), QList({UnwrittenFile{.path = m_paths.log, .error = ENOSPC}}));
+    disk.isFull = false;
+    log.add(LogKind::rest, u"run"_s);
+    EXPECT_EQ(readFile(m_paths.log)->count('\n'), 6);
+    EXPECT_EQ(m_log.readLines().size(), 5) << "four that waited, in their order, and the new one";
+    EXPECT_TRUE(m_log.readLines().last().contains(u"run"_s));
+    EXPECT_EQ(writer.unwritten(), QList<UnwrittenFile>());
 }
 
 TEST_F(LearningLogTest, NeverEmptiesAFileThatItCannotOpen)

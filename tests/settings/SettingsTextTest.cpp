@@ -1,6 +1,7 @@
 #include "settings/SettingsText.h"
 
 #include "settings/StudySteps.h"
+#include "settings/UnwrittenText.h"
 #include "settings/Version.h"
 #include "support/Printers.h"
 
@@ -97,6 +98,29 @@ TEST(SettingsText, NamesWhatIsTrueOfThisMachine)
         u"有数据文件读不出来，已经原样留在数据文件夹里，不再需要时可以删掉：b、c、d 等 4 个"_s);
     EXPECT_EQ(SettingsText::dwellLabel(0.5), u"0.5 秒"_s);
     EXPECT_EQ(SettingsText::dwellLabel(2), u"2.0 秒"_s);
+}
+
+TEST(UnwrittenText, TellsWhichFilesWhereAndWhy)
+{
+    const auto file = [](const char *name, int error) {
+        return UnwrittenFile{.path = u"/home/li/data/"_s + QString::fromLatin1(name), .error = error};
+    };
+    const QString home = u"/home/li"_s;
+    EXPECT_EQ(UnwrittenText::line({}, home), QString());
+    EXPECT_EQ(UnwrittenText::note({}, home), QString());
+    EXPECT_EQ(UnwrittenText::note({file("words.json", ENOSPC)}, home),
+        u"写不进生词本（~/data/words.json）：磁盘满了。写成之前，新的改动只在内存里。"_s);
+    EXPECT_EQ(UnwrittenText::line(
+                  {file("words.json", EROFS), file("coach.json", EACCES), file("learning-log.jsonl", EROFS)},
+                  u"/home/l"_s),
+        u"写不进生词本、学习日志（/home/li/data）：磁盘是只读的；写不进教练对话（/home/li/data/coach.json）：没有写入的权限"_s);
+    EXPECT_EQ(
+        UnwrittenText::line({file("words.json", EIO), file("notes.json", EIO), file("sync-state.json", EIO),
+                                file("sync-known.json", EIO), file("deleted.json", EIO)},
+            home),
+        u"写不进生词本、句子笔记、同步记录等 4 项（~/data）：磁盘读写出错"_s);
+    EXPECT_EQ(UnwrittenText::line({file("other.json", ELOOP)}, home),
+        u"写不进other.json（~/data/other.json）：系统说 Too many levels of symbolic links"_s);
 }
 
 } // namespace

@@ -54,6 +54,7 @@ protected:
     AskSession ask{clock, config, store, ai.factory()};
     std::unique_ptr<CoachSession> coach;
     QStringList started;
+    DataWriter writer;
     AppPaths programPaths{directory.filePath(u"data"_s)}; // so that what stands beside it is ours too
     AppDelegate delegate{{
         .clock = clock,
@@ -61,6 +62,7 @@ protected:
         .config = config,
         .words = store,
         .log = log,
+        .writer = writer,
         .permissions = permissions,
         .permissionModel = permissionModel,
         .front = front,
@@ -79,6 +81,17 @@ protected:
         .quitApplication = [this] { started.append(u"quit"_s); },
     }};
 };
+
+TEST_F(Shell, TheMenuBeginsWithWhatCannotBeWrittenWhileThatIsSo)
+{
+    launch();
+    writer.report(paths.words, {.error = ENOSPC});
+    const QString line = u"写不进生词本（%1）：磁盘满了"_s.arg(paths.words);
+    EXPECT_EQ(item.openMenu().first(), line);
+    EXPECT_EQ(StatusMenu::actionOf(item.shown.first()), StatusMenu::Action::showSettings);
+    writer.report(paths.words, {});
+    EXPECT_FALSE(item.openMenu().contains(line));
+}
 
 TEST_F(Shell, StartsItsPartsAndOpensNothingForASettledUser)
 {

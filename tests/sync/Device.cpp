@@ -37,18 +37,21 @@ QUuid Random::id()
     return QUuid::fromRfc4122(bytes);
 }
 
-Device::Running::Running(Device &device) : config(device.paths, device.clock), log(device.paths, device.clock)
+Device::Running::Running(Device &device)
+    : config(device.paths, device.clock, device.m_writer), log(device.paths, device.clock, device.m_writer)
 {
     const auto mnemonic = [&device](const WordEntry &word, const QStringList &, const QStringList &) {
         return mnemonicOf(word, device.m_ids.below(100));
     };
     store = std::make_unique<WordStore>(
-        device.paths, device.clock, config, log, mnemonic, [&device] { return device.m_ids.id(); });
-    sync =
-        std::make_unique<SyncService>(*store, config, device.paths, device.clock, device.network.connect());
+        device.paths, device.clock, config, log, mnemonic, [&device] { return device.m_ids.id(); },
+        device.m_writer);
+    sync = std::make_unique<SyncService>(
+        *store, config, device.paths, device.clock, device.network.connect(), device.m_writer);
 }
 
-Device::Device(quint32 seed) : directory(directoryPattern()), paths(directory.path()), m_ids(seed)
+Device::Device(quint32 seed, DataWriter &writer)
+    : directory(directoryPattern()), paths(directory.path()), m_writer(writer), m_ids(seed)
 {
     m_running = std::make_unique<Running>(*this);
     connectToServer();

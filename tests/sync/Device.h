@@ -35,7 +35,7 @@ private:
 /// A whole device in a directory of its own, up to the network: clock, settings, log, notebook and sync.
 class Device {
 public:
-    explicit Device(quint32 seed = 1);
+    explicit Device(quint32 seed = 1, DataWriter &writer = DataWriter::shared());
 
     WordStore &store() { return *m_running->store; }
     ConfigStore &config() { return m_running->config; }
@@ -67,6 +67,7 @@ private:
 
     void connectToServer();
 
+    DataWriter &m_writer;
     Random m_ids;
     std::unique_ptr<Running> m_running;
 };

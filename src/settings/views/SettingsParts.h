@@ -12,6 +12,7 @@ class QWidget;
 namespace nimbrelle {
 
 class Clock;
+class DataWriter;
 class ExcludedApplications;
 class KeyTest;
 class PermissionModel;
@@ -23,6 +24,7 @@ struct SettingsParts {
     const Theme &theme;
     ConfigStore &config;
     const WordStore &words;
+    const DataWriter &writer;
     PermissionModel &permissions;
     KeyTest &keyTest;
     ExcludedApplications &excluded;

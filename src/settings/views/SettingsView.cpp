@@ -2,11 +2,13 @@
 
 #include "notebook/WordStore.h"
 #include "settings/SettingsText.h"
+#include "settings/UnwrittenText.h"
 #include "settings/views/SettingsSections.h"
 #include "widgets/ReadText.h"
 #include "widgets/ScrollAnchor.h"
 #include "widgets/TabOrder.h"
 
+#include <QDir>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -20,6 +22,15 @@ namespace nimbrelle {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// A note without a text is not there.
+void showNote(ReadText &note, const QString &text)
+{
+    if (note.toPlainText() != text)
+        note.setPlain(text);
+    note.setAccessibleName(text);
+    note.setVisible(!text.isEmpty());
+}
 
 constexpr double sideMargin = 24;
 constexpr double topMargin = 20;
@@ -86,16 +97,13 @@ void SettingsView::look()
     m_permissions->refresh();
     m_start->refresh();
     m_offers->refresh();
-    showKeptFiles();
+    showFileNotes();
 }
 
-void SettingsView::showKeptFiles()
+void SettingsView::showFileNotes()
 {
-    const QString text = SettingsText::keptFilesNote(m_parts.keptFiles());
-    if (m_keptFiles->toPlainText() != text)
-        m_keptFiles->setPlain(text);
-    m_keptFiles->setAccessibleName(text);
-    m_keptFiles->setVisible(!text.isEmpty());
+    showNote(*m_keptFiles, SettingsText::keptFilesNote(m_parts.keptFiles()));
+    showNote(*m_unwritten, UnwrittenText::note(m_parts.writer.unwritten(), QDir::homePath()));
 }
 
 /// In new colours; the user stays at the same place.
@@ -159,8 +167,9 @@ QWidget *SettingsView::makeNotebookSection()
     // Queued, for the store is in the middle of a change.
     connect(&m_parts.words, &WordStore::changing, row, show, Qt::QueuedConnection);
     show();
+    m_unwritten = row->addNote(u"unwrittenFiles"_s, {}, Tone::bad);
     m_keptFiles = row->addNote(u"keptFiles"_s, {}, Tone::bad);
-    showKeptFiles();
+    showFileNotes();
     auto *group = new FormGroup(theme);
     group->add(row);
     return makeSection(theme, u"生词本"_s, group);

@@ -41,7 +41,7 @@ private:
     QWidget *makePage();
     QWidget *makeNotebookSection();
     void look();
-    void showKeptFiles();
+    void showFileNotes();
 
     const SettingsParts m_parts;
     QScrollArea *m_scroll;
@@ -51,6 +51,7 @@ private:
     QWidget *m_sync;
     OfferRow *m_offers = nullptr;
     ReadText *m_keptFiles = nullptr;
+    ReadText *m_unwritten = nullptr;
     QList<QWidget *> m_sections; ///< from the top
     bool m_isAdvancedOpen = false;
     Recheck m_recheck;

@@ -4,9 +4,6 @@
 #include "frame/Clock.h"
 #include "frame/RecordFile.h"
 #include "platform/linux/desktop/StatusHost.h"
-#include "sync/SyncLink.h"
-
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <csignal>
@@ -20,33 +17,6 @@ using testing::Contains;
 namespace {
 
 const QString settingsTitle = u"Nimbrelle 设置"_s;
-
-/// A sync server with an empty notebook.
-class Server {
-public:
-    Server()
-    {
-        const QStringList data{u"--data"_s, m_folder.filePath(u"server"_s)};
-        const Ended setup = nimbrelle::run(QStringLiteral(NIMBRELLE_SERVER),
-            data + QStringList{u"init"_s, u"--url"_s, u"https://127.0.0.1:1"_s, u"--no-qr"_s}, {});
-        auto link = SyncLink::fromText(setup.output);
-        m_running = std::make_unique<RunningServer>(QStringLiteral(NIMBRELLE_SERVER),
-            data + QStringList{u"serve"_s, u"--bind"_s, u"127.0.0.1"_s, u"--port"_s, u"0"_s});
-        static const QRegularExpression sayingPort(u" port (\\d+)"_s);
-        const auto port = sayingPort.match(m_running->firstLine());
-        EXPECT_TRUE(link && port.hasMatch()) << m_running->firstLine().toStdString();
-        if (link)
-            link->server = u"https://127.0.0.1:"_s + port.captured(1);
-        m_code = link.value_or(SyncLink()).text();
-    }
-
-    const QString &code() const { return m_code; }
-
-private:
-    QTemporaryDir m_folder;
-    std::unique_ptr<RunningServer> m_running;
-    QString m_code;
-};
 
 /// The program used through its windows. They are reached through the settings, for there is no bar.
 class Windows : public Scene {
@@ -235,7 +205,7 @@ TEST_F(Windows, AQuestionFromTheCardIsAnsweredInItsWindow)
 
 TEST_F(Windows, TwoNotebooksMeetThroughThePastedCode)
 {
-    const Server server;
+    const SyncServer server;
     const QTemporaryDir otherFolder;
     writeRecordFile(otherFolder.filePath(u"config.json"_s), practiceConfig(), FileMode::ownerOnly);
     const auto wordsOf = [](const QTemporaryDir &device) {
@@ -290,6 +260,28 @@ TEST_F(Windows, TwoNotebooksMeetThroughThePastedCode)
     ASSERT_TRUE(appears(u"现在同步"_s)); // the page moves no more
     press(u"打开生词本"_s);
     EXPECT_TRUE(says(u"deprecate"_s));
+}
+
+// From where there is no desktop at all, as in a job at night. The program holds the same notebook in memory.
+TEST_F(Windows, CommandsBesideTheProgramAreDoneInIt)
+{
+    const SyncServer server;
+    const auto command = [this](const QStringList &arguments) {
+        const Ended ended = nimbrelle::run(
+            QStringLiteral(NIMBRELLE_PROGRAM), arguments, {u"NIMBRELLE_DATA_DIR="_s + folder.path()});
+        EXPECT_EQ(ended.code, 0) << ended.errors.toStdString();
+        return ended.output.trimmed();
+    };
+    writeConfig(practiceConfig());
+    startProgram();
+    EXPECT_TRUE(
+        command({u"--add-spelling"_s, u"reluctant"_s}).startsWith(u"已加入常拼：reluctant → reluctant（"_s));
+    EXPECT_EQ(command({u"--sync-connect"_s, server.code()}), u"已连接 127.0.0.1"_s);
+    openSettings();
+    EXPECT_TRUE(says(u"已保存 1 个词"_s));
+    addWord(u"deploy"_s);
+    EXPECT_EQ(command({u"--sync-now"_s}), u"同步好了：2 个词"_s);
+    EXPECT_EQ(notebook().size(), 2);
 }
 
 TEST_F(Windows, ABarShowsTheWordAndItsMenuWorks)

@@ -76,10 +76,12 @@ struct SettingsStage : ViewStage {
             copySecret(text);
         }};
     QList<MenuEntry> offers;
+    DataWriter writer;
     SettingsView view{{
         .theme = theme,
         .config = notebook.config,
         .words = notebook.store,
+        .writer = writer,
         .permissions = permissionModel,
         .keyTest = keyTest,
         .excluded = excluded,

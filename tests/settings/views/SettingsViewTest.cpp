@@ -312,6 +312,18 @@ TEST_F(SettingsViewTest, ADamagedFileThatWasKeptIsNamedWhileItIsThere)
     EXPECT_FALSE(shows("keptFiles"));
 }
 
+TEST_F(SettingsViewTest, AFileThatCannotBeWrittenIsNamedUntilItIsWritten)
+{
+    EXPECT_FALSE(shows("unwrittenFiles"));
+    writer.report(notebook.paths.words, {.error = ENOSPC});
+    notebook.clock.advance(1500ms);
+    EXPECT_TRUE(shows("unwrittenFiles"));
+    EXPECT_TRUE(text("unwrittenFiles").startsWith(u"写不进生词本（"_s));
+    writer.report(notebook.paths.words, {});
+    notebook.clock.advance(1500ms);
+    EXPECT_FALSE(shows("unwrittenFiles"));
+}
+
 TEST_F(SettingsViewTest, WhatIsInViewStaysWhereItIsWhenThePageGrowsAboveIt)
 {
     auto *bar = view.findChild<QScrollArea *>()->verticalScrollBar();
