@@ -33,8 +33,11 @@ bool isApostrophe(UChar32 c)
 UChar32 next(std::string_view text, size_t &at)
 {
     UChar32 c = U_SENTINEL;
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion" // in the macro
     if (at < text.size())
         U8_NEXT(text.data(), at, text.size(), c);
+#pragma GCC diagnostic pop
     return c;
 }
 

@@ -109,7 +109,7 @@ TEST_F(ConfigStoreTest, ReadsOldAndHalfBrokenFiles)
     expected.optionHoverOCR = false;
     EXPECT_EQ(readAs(R"({"apiKey":"sk-1","optionHoverOCR":false,"learningSlots":null})"), expected);
     expected.regionKey = ModifierKey::control;
-    for (const QByteArray &odd : {"\"fn\"", "3", "[]", "null"})
+    for (const QByteArray odd : {"\"fn\"", "3", "[]", "null"})
         EXPECT_EQ(readAs(R"({"apiKey":"sk-1","optionHoverOCR":false,"regionKey":"control","hoverKey":)" + odd
                       + '}'),
             expected)

@@ -54,7 +54,7 @@ INSTANTIATE_TEST_SUITE_P(, GoldenOutput,
     testing::Values(Mode{"fsrs", SelfTest::runFSRS}, Mode{"spelling", SelfTest::runSpelling},
         Mode{"spellpractice", SelfTest::runSpellPractice}, Mode{"menubar", SelfTest::runMenuBar},
         Mode{"config", SelfTest::runConfig}, Mode{"merge", runMerge}, Mode{"review", runReview}),
-    [](const auto &info) { return std::string(info.param.name); });
+    [](const auto &mode) { return std::string(mode.param.name); });
 
 } // namespace
 
