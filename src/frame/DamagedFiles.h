@@ -18,6 +18,9 @@ public:
     {
     }
 
+    ~DamagedFiles() { m_writer.forget(this); }
+    Q_DISABLE_COPY_MOVE(DamagedFiles)
+
     /// What their owner writes with.
     DataWriter &writer() const { return m_writer; }
 

@@ -3,6 +3,9 @@
 #include "frame/AtomicFile.h"
 
 #include <QList>
+#include <QMap>
+
+#include <functional>
 
 namespace nimbrelle {
 
@@ -24,8 +27,18 @@ public:
 
     FileCalls &calls() const { return m_calls; }
 
-    /// To be told how each write of a file ended.
-    void report(const QString &path, WriteResult result);
+    /// How a file is written once more, with what its owner holds then.
+    struct Again {
+        const void *owner;
+        std::function<void()> write;
+    };
+
+    /// To be told how each write of a file ended. What failed before is tried again when one succeeds, and at
+    /// retry().
+    void report(const QString &path, WriteResult result, Again again = {.owner = nullptr, .write = {}});
+    void retry();
+    /// The owner ends, and can't be asked to write again.
+    void forget(const void *owner);
 
     /// In the order in which they began to fail; a write that succeeds takes its file out.
     const QList<UnwrittenFile> &unwritten() const { return m_unwritten; }
@@ -33,6 +46,8 @@ public:
 private:
     FileCalls &m_calls;
     QList<UnwrittenFile> m_unwritten;
+    QMap<QString, Again> m_again; ///< by path, of those unwritten that can be
+    bool m_isRetrying = false;
 };
 
 } // namespace nimbrelle

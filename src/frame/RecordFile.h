@@ -47,16 +47,19 @@ void writeRecordFile(const QString &path, const T &value, FileMode mode = FileMo
     writer.report(path, replaceRecordFile(path, value, mode, writer.calls()));
 }
 
-/// The same, but what a damaged file held is kept first; if that fails, the file stays as it is.
+/// The same, but what a damaged file held is kept first; if that fails, the file stays as it is. After a
+/// failure it is tried again later, so `value` must live as long as `damaged`.
 template <class T>
 void writeRecordFile(
     const QString &path, const T &value, DamagedFiles &damaged, FileMode mode = FileMode::ordinary)
 {
-    const WriteResult kept = damaged.keep(path, mode);
-    if (kept)
-        writeRecordFile(path, value, mode, damaged.writer());
-    else
-        damaged.writer().report(path, kept);
+    DataWriter &writer = damaged.writer();
+    WriteResult result = damaged.keep(path, mode);
+    if (result)
+        result = replaceRecordFile(path, value, mode, writer.calls());
+    writer.report(path, result, {.owner = &damaged, .write = [path, &value, &damaged, mode] {
+                                     writeRecordFile(path, value, damaged, mode);
+                                 }});
 }
 
 } // namespace nimbrelle

@@ -13,6 +13,7 @@ Services &Services::shared()
 
 void Services::end()
 {
+    DataWriter::shared().retry(); // the last chance
     m_sync.reset();
     m_words.reset();
     m_connections.reset();

@@ -201,6 +201,7 @@ void AppDelegate::updateStatusTitle()
 
 QList<MenuEntry> AppDelegate::menuNeedsUpdate()
 {
+    m_parts.writer.retry();
     m_menuBarWord.glance();
     return menuEntries();
 }

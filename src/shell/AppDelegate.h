@@ -32,7 +32,7 @@ public:
         ConfigStore &config;
         WordStore &words;
         LearningLog &log;
-        const DataWriter &writer;
+        DataWriter &writer;
         const Permissions &permissions;
         PermissionModel &permissionModel;
         const FrontApplication &front;

@@ -97,20 +97,38 @@ TEST_F(RecordFile, ADamagedFileThatCannotBeKeptIsNotWrittenOver)
     DamagedFiles damaged(clock, writer);
     ASSERT_TRUE(replaceFile(m_path, "{"));
     ASSERT_EQ(readRecordFile<AppConfig>(m_path, damaged), std::nullopt);
-    writeRecordFile(m_path, AppConfig(), damaged);
+    AppConfig config;
+    writeRecordFile(m_path, config, damaged);
     EXPECT_EQ(readFile(m_path), "{");
     EXPECT_EQ(files(), QStringList{u"list.json"_s});
     EXPECT_EQ(writer.unwritten(), QList({UnwrittenFile{.path = m_path, .error = EACCES}}));
     disk.mayMove = true;
-    writeRecordFile(m_path, AppConfig(), damaged);
+    writeRecordFile(m_path, config, damaged);
     EXPECT_EQ(readRecordFile<AppConfig>(m_path), std::nullopt)
         << "moved away, and nothing could take its place";
     EXPECT_EQ(writer.unwritten(), QList({UnwrittenFile{.path = m_path, .error = ENOSPC}}));
     disk.isFull = false;
-    writeRecordFile(m_path, AppConfig(), damaged);
-    EXPECT_TRUE(readRecordFile<AppConfig>(m_path));
+    config.model = u"changed since"_s;
+    writer.report(m_directory.filePath(u"another.json"_s), {});
+    EXPECT_EQ(readRecordFile<AppConfig>(m_path), config) << "where there is room for another file";
     EXPECT_EQ(writer.unwritten(), QList<UnwrittenFile>());
     EXPECT_EQ(readFile(m_directory.filePath(DamagedFiles::keptIn(m_directory.path()).value(0))), "{");
+}
+
+TEST_F(RecordFile, NothingIsTriedAgainForAnOwnerThatHasEnded)
+{
+    DataWriter writer;
+    const QString path = m_directory.filePath(u"gone/list.json"_s);
+    const ManualClock clock;
+    {
+        DamagedFiles owner(clock, writer);
+        const AppConfig config;
+        writeRecordFile(path, config, owner);
+    }
+    QDir(m_directory.path()).mkdir(u"gone"_s);
+    writer.retry();
+    EXPECT_EQ(readFile(path), std::nullopt);
+    EXPECT_EQ(writer.unwritten(), QList({UnwrittenFile{.path = path, .error = ENOENT}}));
 }
 
 } // namespace
