@@ -97,8 +97,12 @@ QFrame *FormGallery::makeCell(const Theme &theme, const FormSlot &slot)
     return cell;
 }
 
-WordDetail::WordDetail(const WordbookParts &parts, const WordFacts &facts)
-    : m_parts(parts), m_theme(parts.theme), m_facts(facts), m_rows(bareLayout<QVBoxLayout>(this, 0))
+WordDetail::WordDetail(const WordbookParts &parts, const WordFacts &facts, QWidget *parent)
+    : QWidget(parent)
+    , m_parts(parts)
+    , m_theme(parts.theme)
+    , m_facts(facts)
+    , m_rows(bareLayout<QVBoxLayout>(this, 0))
 {
     setObjectName(u"wordDetail"_s);
     addHead();
