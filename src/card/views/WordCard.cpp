@@ -9,7 +9,6 @@
 #include "widgets/ReadText.h"
 #include "wordparts/WordParts.h"
 
-#include <QFontMetrics>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -43,19 +42,6 @@ QWidget *makeMarkedLabel(const Theme &theme, const QString &name, Icon icon, con
     row->addWidget(makeIconLabel(theme, icon, 15, theme.colour(tone)));
     row->addWidget(makeLabel(theme, text, TextType::small, tone));
     return holder;
-}
-
-/// The largest in which no single word of the text has to break, else the smallest.
-TextType typeFitting(const Theme &theme, const QString &text, int available)
-{
-    const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
-    for (const TextType type : {TextType::headword, TextType::heading}) {
-        const QFontMetrics metrics(theme.font(type));
-        if (std::ranges::all_of(
-                words, [&](const QString &word) { return metrics.horizontalAdvance(word) < available; }))
-            return type;
-    }
-    return TextType::meaning;
 }
 
 bool canBeWanted(const WordEntry &entry)
