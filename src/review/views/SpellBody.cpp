@@ -189,13 +189,14 @@ void SpellBody::fillResult(QVBoxLayout &rows, const WordEntry &live) const
         add(rows, makeVerdict(theme, *revealed), 0);
     add(rows, makeHeadRow(live), 8);
     add(rows, makeMeaningRow(theme, live, {.type = TextType::meaning}, contentWidth()), 0);
+    QWidget *aid = makeMnemonic(theme, live);
     if (isMissed) // where it is needed, the copy leaves little room
-        add(rows, makeMnemonic(theme, live), 6);
-    add(rows, makeDefinition(theme, live, TextType::small), isMissed ? 6 : 2);
+        add(rows, aid, 6);
+    add(rows, makeDefinition(theme, live, TextType::small), isMissed && aid ? 6 : 2);
     add(rows, makeBaseRow(theme, question()), 2);
     add(rows, makeSentence(live), 10);
     if (!isMissed)
-        add(rows, makeMnemonic(theme, live), 10);
+        add(rows, aid, 10);
 }
 
 QWidget *SpellBody::makeHeadRow(const WordEntry &live) const
