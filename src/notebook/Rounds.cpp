@@ -73,12 +73,12 @@ QList<QUuid> review(const QList<WordEntry> &entries, qint64 size, Timestamp now)
         entries, [&entries](qsizetype i) { return entries[i].stage; }, size, now);
 }
 
-qint64 plannedReviewSize(
-    const QList<WordEntry> &entries, const AppConfig &config, qint64 newLearned, Timestamp now)
+Rehearsal rehearse(const QList<WordEntry> &entries, const AppConfig &config, qint64 newLearned, Timestamp now)
 {
     const auto stages = stagesAfter(planSlots(entries, config, newLearned, 0, now), entries);
     const auto stageOf = [&stages](qsizetype i) { return stages[i]; };
-    return composeReview(entries, stageOf, config.sessionSize, now).size();
+    return {.questions = composeReview(entries, stageOf, config.sessionSize, now).size(),
+        .learning = std::ranges::count(stages, std::optional(Stage::learning))};
 }
 
 QList<QUuid> spelling(const QList<WordEntry> &entries, qint64 size)

@@ -9,9 +9,14 @@ namespace nimbrelle::Rounds {
 /// never reviewed.
 QList<QUuid> review(const QList<WordEntry> &entries, qint64 size, Timestamp now);
 
-/// How many words review() would give after the slots were filled at `now`; `newLearned` words have joined on
-/// that day. A rehearsal that changes nothing.
-qint64 plannedReviewSize(
+struct Rehearsal {
+    qint64 questions = 0; ///< how many words review() would give
+    qint64 learning = 0; ///< the size of the learning set then
+};
+
+/// What a round would be after the slots were filled at `now`; `newLearned` words have joined on that day.
+/// Changes nothing.
+Rehearsal rehearse(
     const QList<WordEntry> &entries, const AppConfig &config, qint64 newLearned, Timestamp now);
 
 /// The words of the always-spell list that were spelled least recently.

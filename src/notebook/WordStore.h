@@ -2,6 +2,7 @@
 
 #include "frame/DamagedFiles.h"
 #include "notebook/LearningLog.h"
+#include "notebook/Rounds.h"
 #include "notebook/SyncBundle.h"
 #include "notebook/Unlock.h"
 #include "notebook/WordChanges.h"
@@ -119,8 +120,9 @@ public:
     /// @{
     /// Fills the slots first; at most sessionSize words, the most forgotten first, then new ones.
     QList<QUuid> buildSession(qint64 extraNew);
-    /// The size that buildSession(0) would give at `now`, changing nothing.
-    qint64 sessionCount(Timestamp now) const;
+    /// What buildSession(0) would lead to at `now`, changing nothing.
+    Rounds::Rehearsal rehearseSession(Timestamp now) const;
+    qint64 sessionCount(Timestamp now) const { return rehearseSession(now).questions; }
     /// The words of the always-spell list that were spelled least recently.
     QList<QUuid> buildSpellingSession(qint64 size) const;
     /// @}

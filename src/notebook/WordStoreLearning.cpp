@@ -181,10 +181,10 @@ QList<QUuid> WordStore::buildSession(qint64 extraNew)
     return Rounds::review(m_entries, m_config.config().sessionSize, m_clock.now());
 }
 
-qint64 WordStore::sessionCount(Timestamp now) const
+Rounds::Rehearsal WordStore::rehearseSession(Timestamp now) const
 {
     const qint64 newLearned = m_stats.day == DayKey::string(now) ? m_stats.newLearned : 0;
-    return Rounds::plannedReviewSize(m_entries, m_config.config(), newLearned, now);
+    return Rounds::rehearse(m_entries, m_config.config(), newLearned, now);
 }
 
 QList<QUuid> WordStore::buildSpellingSession(qint64 size) const

@@ -12,6 +12,7 @@ struct InstalledApplication {
     QString bundleID; ///< as FrontApplication gives it while a window of the program is active
     QString name; ///< in the session's language
     QString icon; ///< a name in the icon theme, or the path of a file; empty for none
+    QString program = {}; ///< the file name of what it starts; several entries may start the same
 
     bool operator==(const InstalledApplication &) const = default;
 };

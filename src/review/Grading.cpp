@@ -30,15 +30,22 @@ QString trimmedEdges(const QString &text)
     return letters.mid(first - letters.cbegin()).join(QString());
 }
 
+QString withPlainApostrophes(QString text)
+{
+    return text.replace(u'’', u'\'');
+}
+
 QString normalized(const QString &text)
 {
-    return Letters::folded(trimmedEdges(text)).replace(u'’', u'\'');
+    return withPlainApostrophes(Letters::folded(trimmedEdges(text)));
 }
 
 std::optional<QString> capitalsNote(const QString &input, const QString &answer)
 {
-    const QString typed = trimmedEdges(input).normalized(QString::NormalizationForm_C);
-    const QString wanted = answer.normalized(QString::NormalizationForm_C);
+    const auto comparable = [](const QString &text) {
+        return withPlainApostrophes(text.normalized(QString::NormalizationForm_C));
+    };
+    const QString typed = comparable(trimmedEdges(input)), wanted = comparable(answer);
     if (typed == wanted || wanted == wanted.toLower())
         return std::nullopt;
     return u"注意大写："_s + answer;

@@ -4,6 +4,31 @@
 
 namespace nimbrelle {
 
+namespace {
+
+/// Each program once: it may have several entries, such as "Editor" and "Editor (new window)", and the
+/// shortest is its name.
+QString nameOf(const QString &bundleID, const QList<InstalledApplication> &known)
+{
+    QStringList programs, names;
+    for (const InstalledApplication &application : known) {
+        if (application.bundleID != bundleID)
+            continue;
+        const QString program = application.program.isEmpty() ? application.name : application.program;
+        const qsizetype at = programs.indexOf(program);
+        if (at < 0) {
+            programs.append(program);
+            names.append(application.name);
+        } else if (application.name.size() < names[at].size()) {
+            names[at] = application.name;
+        }
+    }
+    names.removeDuplicates();
+    return names.isEmpty() ? bundleID : names.join(u'、');
+}
+
+} // namespace
+
 ExcludedApplications::ExcludedApplications(ConfigStore &config, const InstalledApplications &installed)
     : m_config(config), m_installed(installed)
 {
@@ -14,11 +39,7 @@ QList<ExcludedApplications::Row> ExcludedApplications::rows() const
     const auto known = m_known.value_or(QList<InstalledApplication>());
     QList<Row> rows;
     for (const QString &bundleID : m_config.config().excludedBundleIDs) {
-        QStringList names;
-        for (const InstalledApplication &application : known)
-            if (application.bundleID == bundleID && !names.contains(application.name))
-                names.append(application.name);
-        rows.append({.bundleID = bundleID, .name = names.isEmpty() ? bundleID : names.join(u'、')});
+        rows.append({.bundleID = bundleID, .name = nameOf(bundleID, known)});
     }
     return rows;
 }

@@ -13,7 +13,8 @@ public:
 
     struct Row {
         QString bundleID;
-        QString name; ///< of the installed programs that it stands for, where known; else the identifier
+        QString name; ///< of the installed programs that it stands for, each once, where known; else the
+                      ///< identifier
 
         bool operator==(const Row &) const = default;
     };

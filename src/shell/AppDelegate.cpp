@@ -208,12 +208,13 @@ QList<MenuEntry> AppDelegate::menuNeedsUpdate()
 
 QList<MenuEntry> AppDelegate::menuEntries() const
 {
+    const Rounds::Rehearsal round = m_parts.words.rehearseSession(m_parts.clock.now());
     return StatusMenu::entries({
         .unwritten = UnwrittenText::line(m_parts.writer.unwritten(), QDir::homePath()),
         .word = m_menuBarWord.entry(),
         .config = m_parts.config.config(),
-        .dueCount = m_parts.words.sessionCount(m_parts.clock.now()),
-        .learningCount = m_parts.words.learningCount(),
+        .dueCount = round.questions,
+        .learningCount = round.learning,
         .spellPracticeCount = m_parts.words.spellPracticeCount(),
         .wordCount = m_parts.words.entries().size(),
         .journeyInstalled = journeyInstalled(),

@@ -59,25 +59,32 @@ QString escaped(QString text) // an ampersand would become a key
 
 QPushButton *makeButton(const Theme &theme, const QString &name, const QString &text, const ButtonLook &look)
 {
+    auto *button = new QPushButton;
+    dressButton(*button, theme, name, text, look);
+    return button;
+}
+
+void dressButton(
+    QPushButton &button, const Theme &theme, const QString &name, const QString &text, const ButtonLook &look)
+{
     const KindOfButton &kind = kinds.at(static_cast<std::size_t>(look.kind));
-    auto *button = new QPushButton(escaped(text));
-    button->setObjectName(name);
-    button->setAccessibleName(text);
-    button->setProperty("kind", QString::fromLatin1(kind.name));
-    button->setFont(theme.font(look.type, look.type == TextType::tiny ? QFont::Normal : QFont::Medium));
-    button->setFixedHeight(theme.points(kind.height));
-    button->setCursor(Qt::PointingHandCursor);
+    button.setText(escaped(text));
+    button.setObjectName(name);
+    button.setAccessibleName(text);
+    button.setProperty("kind", QString::fromLatin1(kind.name));
+    button.setFont(theme.font(look.type, look.type == TextType::tiny ? QFont::Normal : QFont::Medium));
+    button.setFixedHeight(theme.points(kind.height));
+    button.setCursor(Qt::PointingHandCursor);
     if (look.icon) {
         const bool isBehind = look.iconPlace == IconPlace::behind;
         const int size = theme.points(iconBesideText);
         const int padding = text.isEmpty() ? 0 : iconPadding(theme);
-        button->setIcon(
+        button.setIcon(
             iconOf(*look.icon, size, devicePixelRatio(), theme.colour(look.iconTone.value_or(kind.text)),
                 isBehind ? QMargins(padding, 0, 0, 0) : QMargins(0, 0, padding, 0)));
-        button->setIconSize({size + padding, size});
-        button->setLayoutDirection(isBehind ? Qt::RightToLeft : Qt::LeftToRight);
+        button.setIconSize({size + padding, size});
+        button.setLayoutDirection(isBehind ? Qt::RightToLeft : Qt::LeftToRight);
     }
-    return button;
 }
 
 int iconPadding(const Theme &theme)

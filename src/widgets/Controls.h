@@ -28,6 +28,9 @@ struct ButtonLook {
 
 /// `name` is the object name. A button without a text needs setAccessibleName.
 QPushButton *makeButton(const Theme &theme, const QString &name, const QString &text, const ButtonLook &look);
+/// The same for a button that is there already.
+void dressButton(QPushButton &button, const Theme &theme, const QString &name, const QString &text,
+    const ButtonLook &look);
 /// What a button's icon needs on the side of the text beyond the gap that the style leaves; in
 /// device-independent pixels.
 int iconPadding(const Theme &theme);

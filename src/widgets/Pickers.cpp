@@ -3,6 +3,8 @@
 #include "widgets/Icons.h"
 #include "widgets/Theme.h"
 
+#include <QAbstractItemView>
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <QStyle>
@@ -22,12 +24,51 @@ constexpr double sliderHeight = 24;
 constexpr double grooveHeight = 4;
 constexpr double handleSize = 16;
 
+/// The toolkit's own tells the choice for a name, and leaves the label to a relation that few readers ask
+/// for.
+class PickerAccess : public QAccessibleWidget {
+public:
+    explicit PickerAccess(QComboBox *picker) : QAccessibleWidget(picker, QAccessible::ComboBox) { }
+
+    QString text(QAccessible::Text which) const override
+    {
+        return which == QAccessible::Value ? picker().currentText() : QAccessibleWidget::text(which);
+    }
+    int childCount() const override { return 1; }
+    QAccessibleInterface *child(int index) const override
+    {
+        return index == 0 ? QAccessible::queryAccessibleInterface(picker().view()) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        return child->object() == picker().view() ? 0 : -1;
+    }
+    QStringList actionNames() const override { return {showMenuAction(), pressAction()}; }
+    void doAction(const QString &) override
+    {
+        if (picker().view()->isVisible())
+            picker().hidePopup();
+        else
+            picker().showPopup();
+    }
+
+private:
+    QComboBox &picker() const { return *static_cast<QComboBox *>(widget()); }
+};
+
+QAccessibleInterface *accessOf(const QString &, QObject *object)
+{
+    auto *picker = qobject_cast<Picker *>(object);
+    return picker ? new PickerAccess(picker) : nullptr;
+}
+
 } // namespace
 
 Picker::Picker(
     const Theme &theme, const QString &name, const QString &what, const QStringList &choices, QWidget *parent)
     : QComboBox(parent), m_theme(theme)
 {
+    QAccessible::installFactory(accessOf); // once, however often it is said
     setObjectName(name);
     setAccessibleName(what);
     setFont(theme.font(TextType::small, QFont::Medium));

@@ -82,11 +82,14 @@ QTextCharFormat ReadText::formatOf(const TextStyle &style) const
 
 void ReadText::setRuns(const QList<StyledRun> &runs)
 {
-    clear();
     document()->setDefaultFont(baseFormat().font());
     QTextCursor cursor(document());
+    cursor.beginEditBlock(); // or the text would be laid out at each step
+    cursor.select(QTextCursor::Document);
+    cursor.removeSelectedText();
     write(cursor, runs);
     setPitches(document()->begin());
+    cursor.endEditBlock();
     m_runs = runs;
 }
 
@@ -134,8 +137,7 @@ void ReadText::write(QTextCursor &cursor, const QList<StyledRun> &runs)
 {
     for (const StyledRun &run : runs)
         cursor.insertText(run.text, formatOf(run.style));
-    m_measure.reset();
-    updateGeometry();
+    forgetMeasure();
 }
 
 void ReadText::setPitches(QTextBlock from)
@@ -158,7 +160,14 @@ void ReadText::mark(qsizetype from, qsizetype length)
     format.setFontWeight(QFont::Bold);
     format.setForeground(m_theme.colour(Tone::accent));
     cursor.mergeCharFormat(format);
+    forgetMeasure();
+}
+
+void ReadText::forgetMeasure()
+{
     m_measure.reset();
+    m_natural = {};
+    m_heights.clear();
     updateGeometry();
 }
 
@@ -172,27 +181,53 @@ QTextDocument &ReadText::measure() const
     return *m_measure;
 }
 
+/// A layout asks again and again, and each answer costs as much as to show the text.
+QSize ReadText::naturalSize() const
+{
+    if (m_natural.isEmpty()) {
+        measure().setTextWidth(-1);
+        m_natural = {
+            static_cast<int>(std::ceil(measure().idealWidth())) + 1, // the layout rounds, and would wrap
+            static_cast<int>(std::ceil(measure().size().height()))};
+    }
+    return m_natural;
+}
+
 int ReadText::naturalWidth() const
 {
-    measure().setTextWidth(-1);
-    return static_cast<int>(std::ceil(measure().idealWidth())) + 1; // the layout rounds, and would wrap
+    return naturalSize().width();
 }
 
 int ReadText::heightForWidth(int width) const
 {
+    if (width >= naturalWidth())
+        return m_natural.height();
+    const auto known = m_heights.constFind(width);
+    if (known != m_heights.constEnd())
+        return *known;
     measure().setTextWidth(width);
-    return static_cast<int>(std::ceil(measure().size().height()));
+    return *m_heights.insert(width, static_cast<int>(std::ceil(measure().size().height())));
 }
 
 QSize ReadText::sizeHint() const
 {
-    const int width = naturalWidth();
-    return {width, heightForWidth(width)};
+    return naturalSize();
 }
 
 QSize ReadText::minimumSizeHint() const
 {
     return {0, 0};
+}
+
+bool ReadText::event(QEvent *event)
+{
+    // For the toolkit both are about scroll bars, which we do not have, and cost as much as to make the text.
+    const bool isResized = event->type() == QEvent::Resize;
+    if (!isResized && event->type() != QEvent::StyleChange)
+        return QTextEdit::event(event);
+    if (isResized)
+        viewport()->setGeometry(rect().marginsRemoved(viewportMargins()));
+    return QFrame::event(event);
 }
 
 void ReadText::wheelEvent(QWheelEvent *event)

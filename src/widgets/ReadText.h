@@ -45,6 +45,7 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
@@ -57,11 +58,15 @@ private:
     void write(QTextCursor &cursor, const QList<StyledRun> &runs);
     void setPitches(QTextBlock from);
     QTextDocument &measure() const;
+    void forgetMeasure();
+    QSize naturalSize() const;
 
     const Theme &m_theme;
     const Look m_look;
     QList<StyledRun> m_runs;
     mutable std::unique_ptr<QTextDocument> m_measure; // asked for sizes, so that asking never relays us out
+    mutable QSize m_natural; // without wrapping; empty before it was asked for
+    mutable QHash<int, int> m_heights; // of narrower widths
 };
 
 /// With an object name; `what` tells a screen reader what it is.

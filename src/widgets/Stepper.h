@@ -2,10 +2,9 @@
 
 #include <QFrame>
 
-class QPushButton;
-
 namespace nimbrelle {
 
+class StepButton;
 class Theme;
 
 /// A minus and a plus side by side. What a step does is its owner's.
@@ -24,8 +23,8 @@ signals:
     void steppedUp();
 
 private:
-    QPushButton *m_less;
-    QPushButton *m_more;
+    StepButton *m_less;
+    StepButton *m_more;
 };
 
 } // namespace nimbrelle

@@ -66,6 +66,14 @@ ListRow unlockableRow(const RowKey &key, const QString &title, qsizetype count)
         .isMuted = count == 0};
 }
 
+ListRow noteRow(const AINote &note)
+{
+    const QString question = note.question.simplified(), original = note.original.simplified();
+    if (question.isEmpty())
+        return {.key = note.id, .title = original};
+    return {.key = note.id, .title = question, .detail = original};
+}
+
 bool holds(const QString &text, const QString &lowered)
 {
     return text.toLower().contains(lowered);
@@ -230,8 +238,7 @@ QList<ListRow> noteRows(const QList<AINote> &notes, const QString &search)
 {
     QList<ListRow> rows;
     for (const AINote &note : filteredNotes(notes, search))
-        rows.append(
-            {.key = note.id, .title = note.question.simplified(), .detail = note.original.simplified()});
+        rows.append(noteRow(note));
     return rows;
 }
 

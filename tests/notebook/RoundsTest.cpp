@@ -59,13 +59,14 @@ TEST(Rounds, ArePlannedAsIfTheSlotsWereFilled)
     const QList<WordEntry> words{fresh(u"new1"_s, {}), fresh(u"new2"_s, {}), rested,
         reviewed(u"leaving1"_s, Stage::learning, -1h), reviewed(u"leaving2"_s, Stage::learning, -1h),
         reviewed(u"kept"_s, Stage::learning, -1h, 9), reviewed(u"kept2"_s, Stage::mastered, -1h)};
-    const auto size = [&](qint64 slotCount, qint64 newLearned) {
-        return Rounds::plannedReviewSize(
+    const auto sizes = [&](qint64 slotCount, qint64 newLearned) {
+        const auto round = Rounds::rehearse(
             words, configWith({.learningSlots = slotCount, .dailyNewLimit = 2}), newLearned, now);
+        return QList<qint64>{round.questions, round.learning};
     };
-    EXPECT_EQ(size(2, 0), 3) << "one of three has to leave";
-    EXPECT_EQ(size(9, 0), 6);
-    EXPECT_EQ(size(9, 2), 4) << "the allowance is used up";
+    EXPECT_EQ(sizes(2, 0), QList<qint64>({3, 2})) << "one of three has to leave";
+    EXPECT_EQ(sizes(9, 0), QList<qint64>({6, 5}));
+    EXPECT_EQ(sizes(9, 2), QList<qint64>({4, 3})) << "the allowance is used up";
 }
 
 TEST(Rounds, OfSpellingTakeTheLeastRecentlySpelled)

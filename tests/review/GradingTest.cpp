@@ -51,6 +51,8 @@ TEST(Grading, TakesLettersAsAReaderDoes)
             {u"cae\u0301f"_s, Rating::hard, u"有两个字母顺序反了：cafe\u0301"_s}});
     expectGrades(ReviewQuestion::spelling(wordNamed(u"don’t"_s)),
         {{u"don't"_s, Rating::good, {}}, {u"don’t"_s, Rating::good, {}}});
+    expectGrades(ReviewQuestion::spelling(wordNamed(u"O'Brien"_s)),
+        {{u"O’Brien"_s, Rating::good, {}}, {u"o’brien"_s, Rating::good, u"注意大写：O'Brien"_s}});
 }
 
 TEST(Grading, CountsEditsInCharacters)

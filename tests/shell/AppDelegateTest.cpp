@@ -173,6 +173,14 @@ TEST_F(Shell, EachLineDoesWhatItSays)
     EXPECT_EQ(started.last(), u"quit"_s);
 }
 
+TEST_F(Shell, TheNumbersOfTheMenuAreThoseOfTheRoundToCome)
+{
+    save("reluctant");
+    launch();
+    EXPECT_THAT(item.openMenu(), testing::IsSupersetOf({u"开始复习（1 题）"_s, u"在学 1/30"_s}));
+    EXPECT_EQ(store.learningCount(), 0) << "nothing is changed by looking";
+}
+
 TEST_F(Shell, BeginsWhatAWindowShows)
 {
     launch();

@@ -34,10 +34,12 @@ class FakeWindowSystem final : public WindowSystem {
 public:
     explicit FakeWindowSystem(bool isComposited = false) : composited(isComposited) { }
     bool isComposited() const override { return composited; }
+    void setVisibleArea(quintptr, const QList<QRect> &area, const QMargins &) override { visible = area; }
     void flush() override { }
     QPoint toolkitPointOf(QPoint pixel) const override { return pixel; }
 
     bool composited;
+    QList<QRect> visible;
 };
 
 class FakePermissions final : public Permissions {

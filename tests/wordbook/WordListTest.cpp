@@ -95,6 +95,8 @@ TEST(WordList, NotesAreSearchedInOriginalAndAnswerButNotInTheQuestion)
     EXPECT_THAT(filteredNotes(notes, u"ship"_s), ElementsAre(notes[1]));
     EXPECT_THAT(filteredNotes(notes, u" "_s), ElementsAre(notes[0], notes[1]));
     EXPECT_EQ(noteRows(notes, u"ship"_s).first().detail, u"A ship sank."_s);
+    const ListRow unasked = noteRows({AINote{.original = u"A  ship."_s}}, {}).first();
+    EXPECT_EQ(unasked.title + u'|' + unasked.detail, u"A ship.|"_s);
 }
 
 TEST(WordList, TheCataloguesAreListedWholeWithWhatIsUnlocked)

@@ -6,10 +6,13 @@
 #include "widgets/Layouts.h"
 #include "widgets/ReadText.h"
 
+#include <QFontMetrics>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+
+#include <algorithm>
 
 namespace nimbrelle {
 
@@ -137,6 +140,18 @@ QWidget *makeAskButtons(const Theme &theme, QuickQuestion primary, QuickQuestion
     add(u"askOwn"_s, u"自己问…"_s, std::nullopt);
     layout->addWidget(chips, 1);
     return row;
+}
+
+TextType typeFitting(const Theme &theme, const QString &text, int available)
+{
+    const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
+    for (const TextType type : {TextType::headword, TextType::heading}) {
+        const QFontMetrics metrics(theme.font(type));
+        if (std::ranges::all_of(
+                words, [&](const QString &word) { return metrics.horizontalAdvance(word) < available; }))
+            return type;
+    }
+    return TextType::meaning;
 }
 
 } // namespace nimbrelle

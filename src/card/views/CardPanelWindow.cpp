@@ -113,7 +113,22 @@ void CardPanelWindow::arrange()
         clearMask();
     else
         setMask(roundMask(size(), m_view->cornerRadius()));
+    tellVisibleArea();
     update();
+}
+
+/// The margin belongs to what lies below it.
+void CardPanelWindow::tellVisibleArea()
+{
+    if (!m_isComposited || !m_view || !testAttribute(Qt::WA_WState_Created))
+        return;
+    const double ratio = devicePixelRatioF();
+    const QRectF card = QRectF(m_view->geometry());
+    const QTransform toPixels = QTransform::fromScale(ratio, ratio);
+    const QPolygonF outline = rounded(card, m_view->cornerRadius()).toFillPolygon(toPixels);
+    const int around = qRound(shadowMargin() * ratio);
+    const QRegion area(outline.toPolygon());
+    m_system.setVisibleArea(internalWinId(), {area.begin(), area.end()}, {around, around, around, around});
 }
 
 void CardPanelWindow::bringToFront()
@@ -128,6 +143,8 @@ void CardPanelWindow::bringToFront()
     }
     if (isNew)
         fadeIn();
+    create(); // which show() would do only after it has shown the margin
+    tellVisibleArea();
     show();
     raise();
     // The toolkit draws nothing before the window system has told it that the window is exposed, which it

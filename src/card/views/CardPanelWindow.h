@@ -37,6 +37,7 @@ protected:
 private:
     int shadowMargin() const;
     void arrange();
+    void tellVisibleArea();
     void fadeIn();
     void paintShadow(QPainter &painter, const QRectF &card) const;
 

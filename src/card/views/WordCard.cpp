@@ -9,13 +9,13 @@
 #include "widgets/ReadText.h"
 #include "wordparts/WordParts.h"
 
-#include <QFontMetrics>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 
 #include <algorithm>
+#include <memory>
 
 namespace nimbrelle {
 
@@ -42,19 +42,6 @@ QWidget *makeMarkedLabel(const Theme &theme, const QString &name, Icon icon, con
     row->addWidget(makeIconLabel(theme, icon, 15, theme.colour(tone)));
     row->addWidget(makeLabel(theme, text, TextType::small, tone));
     return holder;
-}
-
-/// The largest in which no single word of the text has to break, else the smallest.
-TextType typeFitting(const Theme &theme, const QString &text, int available)
-{
-    const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
-    for (const TextType type : {TextType::headword, TextType::heading}) {
-        const QFontMetrics metrics(theme.font(type));
-        if (std::ranges::all_of(
-                words, [&](const QString &word) { return metrics.horizontalAdvance(word) < available; }))
-            return type;
-    }
-    return TextType::meaning;
 }
 
 bool canBeWanted(const WordEntry &entry)
@@ -175,16 +162,34 @@ QWidget *WordCard::makeCorner()
 QWidget *WordCard::makeSaveControl()
 {
     if (m_data.justSaved)
-        return makeMarkedLabel(m_theme, u"justSaved"_s, Icon::checkCircleFill, u"已保存"_s, Tone::good);
+        return makeSavedLabel();
     if (m_data.savedLookupCount) {
         auto *count = makeMarkedLabel(m_theme, u"savedCount"_s, Icon::starFill,
             u"第 %1 次"_s.arg(*m_data.savedLookupCount), Tone::accent);
         count->setToolTip(u"已在生词本里，这是第 %1 次查到"_s.arg(*m_data.savedLookupCount));
         return count;
     }
-    auto *save = makeButton(m_theme, u"save"_s, u"保存"_s, {.kind = ButtonKind::primary, .icon = Icon::star});
+    auto *save = makeSaveButton();
     connect(save, &QPushButton::clicked, this, [this] { m_parts.controller.save(); });
     return save;
+}
+
+QPushButton *WordCard::makeSaveButton() const
+{
+    auto *save = makeButton(m_theme, u"save"_s, u"保存"_s, {.kind = ButtonKind::primary, .icon = Icon::star});
+    save->ensurePolished();
+    save->setMinimumWidth(save->sizeHint().width());
+    return save;
+}
+
+/// As wide as the button in whose place it comes, so that nothing moves.
+QWidget *WordCard::makeSavedLabel() const
+{
+    QWidget *label = makeMarkedLabel(m_theme, u"justSaved"_s, Icon::checkCircleFill, u"已保存"_s, Tone::good);
+    const std::unique_ptr<const QPushButton> before(makeSaveButton());
+    static_cast<QHBoxLayout *>(label->layout())->insertStretch(0);
+    label->setFixedWidth(std::max(label->sizeHint().width(), before->minimumWidth()));
+    return label;
 }
 
 void WordCard::addMeaning()

@@ -11,6 +11,7 @@
 #include <optional>
 
 class QHBoxLayout;
+class QPushButton;
 class QVBoxLayout;
 
 namespace nimbrelle {
@@ -36,6 +37,8 @@ private:
     QWidget *makeSound(std::optional<TextType> line);
     QWidget *makeCorner();
     QWidget *makeSaveControl();
+    QPushButton *makeSaveButton() const;
+    QWidget *makeSavedLabel() const;
     void addMeaning();
     QWidget *makeMeaningRow() const;
     QWidget *makeRecallPrompt();

@@ -5,6 +5,7 @@
 
 #include <QAbstractSlider>
 
+class QKeyEvent;
 class QScrollArea;
 class QVBoxLayout;
 
@@ -23,6 +24,10 @@ public:
     void scroll(QAbstractSlider::SliderAction action);
     /// After any change of the session.
     void refresh();
+    /// Gives the focus to the field of the question, where it has one.
+    virtual void focusInput() { }
+    /// A key that nobody wanted. True if it was meant for the field.
+    virtual bool handleKey(const QKeyEvent &) { return false; }
 
 protected:
     /// Put together anew whenever something that they show has changed.

@@ -232,6 +232,13 @@ bool ReviewView::scroll(int key)
     return true;
 }
 
+/// A click beside the field must not take the keyboard from it.
+void ReviewView::focusInEvent(QFocusEvent *event)
+{
+    if (m_body && event->reason() == Qt::MouseFocusReason)
+        m_body->focusInput();
+}
+
 void ReviewView::keyPressEvent(QKeyEvent *event)
 {
     ReviewSession &session = m_parts.session;
@@ -243,6 +250,8 @@ void ReviewView::keyPressEvent(QKeyEvent *event)
             spelling->speakAgain();
         return;
     }
+    if (m_body && m_body->handleKey(*event))
+        return;
     if (!foot || !isPlain)
         return QWidget::keyPressEvent(event);
     if (scroll(key))

@@ -12,10 +12,13 @@
 #include "widgets/ReadText.h"
 #include "wordparts/WordParts.h"
 
+#include <QCoreApplication>
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
+#include <QSet>
 
 #include <algorithm>
 
@@ -27,6 +30,15 @@ namespace {
 
 constexpr double aboveField = 10;
 constexpr double belowField = 8;
+
+/// What is typed, taken back or submitted, and no key of the window's or of the desktop's.
+bool isForField(const QKeyEvent &event)
+{
+    static const QSet<int> keys{Qt::Key_Return, Qt::Key_Enter, Qt::Key_Backspace};
+    const bool isCommand = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    return !isCommand
+        && (keys.contains(event.key()) || (!event.text().isEmpty() && event.text().front().isPrint()));
+}
 
 } // namespace
 
@@ -171,14 +183,20 @@ void SpellBody::speakAgain()
 void SpellBody::fillResult(QVBoxLayout &rows, const WordEntry &live) const
 {
     const Theme &theme = parts().theme;
-    if (const auto *revealed = std::get_if<ReviewSession::Revealed>(&parts().session.phase()))
+    const auto *revealed = std::get_if<ReviewSession::Revealed>(&parts().session.phase());
+    const bool isMissed = revealed && revealed->rating == Rating::again;
+    if (revealed)
         add(rows, makeVerdict(theme, *revealed), 0);
     add(rows, makeHeadRow(live), 8);
     add(rows, makeMeaningRow(theme, live, {.type = TextType::meaning}, contentWidth()), 0);
-    add(rows, makeDefinition(theme, live, TextType::small), 2);
+    QWidget *aid = makeMnemonic(theme, live);
+    if (isMissed) // where it is needed, the copy leaves little room
+        add(rows, aid, 6);
+    add(rows, makeDefinition(theme, live, TextType::small), isMissed && aid ? 6 : 2);
     add(rows, makeBaseRow(theme, question()), 2);
     add(rows, makeSentence(live), 10);
-    add(rows, makeMnemonic(theme, live), 10);
+    if (!isMissed)
+        add(rows, aid, 10);
 }
 
 QWidget *SpellBody::makeHeadRow(const WordEntry &live) const
@@ -341,6 +359,22 @@ void SpellBody::focusField()
                 field->setFocus(Qt::OtherFocusReason);
         },
         [field] { return !field || field->hasFocus(); }, m_focus.renew());
+}
+
+void SpellBody::focusInput()
+{
+    if (m_field)
+        m_field->setFocus(Qt::OtherFocusReason);
+}
+
+bool SpellBody::handleKey(const QKeyEvent &event)
+{
+    if (!m_field || window()->focusWidget() == m_field || !isForField(event))
+        return false;
+    focusInput();
+    QKeyEvent typed(QEvent::KeyPress, event.key(), event.modifiers(), event.text(), event.isAutoRepeat());
+    QCoreApplication::sendEvent(m_field, &typed);
+    return true;
 }
 
 void SpellBody::refreshInputs()

@@ -27,6 +27,8 @@ public:
 
     /// Says the answer, where that is what is asked; else does nothing.
     void speakAgain();
+    void focusInput() override;
+    bool handleKey(const QKeyEvent &event) override;
 
 protected:
     void fillContent(QVBoxLayout &rows, const WordEntry &live) override;

@@ -1,10 +1,12 @@
 #include "shell/views/DesktopWindows.h"
 
 #include "widgets/Controls.h"
+#include "widgets/ReadText.h"
 #include "widgets/Theme.h"
 
 #include <QDesktopServices>
-#include <QMessageBox>
+#include <QDialog>
+#include <QHBoxLayout>
 #include <QPushButton>
 #include <QShortcut>
 #include <QUrl>
@@ -14,6 +16,37 @@
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// In points.
+constexpr double alertWidth = 320;
+constexpr double alertMargin = 20;
+
+QDialog *makeAlert(const Theme &theme, const QString &title, const QString &text)
+{
+    auto *alert = new QDialog;
+    alert->setObjectName(u"alert"_s);
+    alert->setWindowTitle(u"Nimbrelle"_s);
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setFixedWidth(theme.points(alertWidth));
+    auto *column = new QVBoxLayout(alert);
+    const int margin = theme.points(alertMargin);
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->setSpacing(theme.points(6));
+    column->addWidget(makeReadText(theme, u"alertTitle"_s, title, title, {.type = TextType::heading}));
+    column->addWidget(
+        makeReadText(theme, u"alertText"_s, text, text, {.type = TextType::text, .tone = Tone::ink2}));
+    column->addSpacing(theme.points(8));
+    auto *close = makeButton(theme, u"alertClose"_s, u"好"_s, {.kind = ButtonKind::primary});
+    close->setFixedHeight(theme.points(34));
+    close->setDefault(true);
+    QObject::connect(close, &QPushButton::clicked, alert, &QDialog::accept);
+    column->addWidget(close, 0, Qt::AlignRight);
+    return alert;
+}
+
+} // namespace
 
 DesktopWindows::DesktopWindows(
     const Theme &theme, const std::vector<WindowRow> &rows, std::function<void(WId)> focus)
@@ -64,11 +97,7 @@ void DesktopWindows::show(WindowKind kind)
 
 void DesktopWindows::showAlert(const QString &title, const QString &text)
 {
-    auto *alert = new QMessageBox(QMessageBox::Information, u"Nimbrelle"_s, title, QMessageBox::Ok);
-    alert->setObjectName(u"alert"_s);
-    alert->setInformativeText(text);
-    alert->button(QMessageBox::Ok)->setText(u"好"_s);
-    alert->setAttribute(Qt::WA_DeleteOnClose);
+    QDialog *alert = makeAlert(m_theme, title, text);
     alert->open();
     m_focus(alert->winId());
 }

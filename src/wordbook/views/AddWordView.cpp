@@ -26,6 +26,7 @@ namespace {
 constexpr double margin = 20;
 constexpr double scrollBar = 8;
 constexpr double openingWidth = 460;
+constexpr double fieldPadding = 26;
 constexpr double narrowest = 360;
 constexpr double lowest = 220;
 constexpr double highest = 560;
@@ -34,6 +35,17 @@ const QKeySequence &saveKey()
 {
     static const QKeySequence key(Qt::CTRL | Qt::Key_S);
     return key;
+}
+
+/// The largest in which the window shows the whole text as it opens, else the smallest; families differ in
+/// width.
+TextType typeFitting(const Theme &theme, const QString &text)
+{
+    const int room = theme.points(openingWidth - 2 * margin - fieldPadding);
+    for (const TextType type : {TextType::reading, TextType::text})
+        if (QFontMetrics(theme.font(type)).horizontalAdvance(text) <= room)
+            return type;
+    return TextType::small;
 }
 
 int heightFor(const QWidget *widget, int width)
@@ -86,7 +98,7 @@ void AddWordView::addFields()
     m_word = makeField(
         m_theme, u"word"_s, u"查词"_s, u"输入英文或中文，比如 reluctant、放弃、Bohemian Rhapsody"_s);
     m_word->setProperty("shape", u"large"_s);
-    m_word->setFont(m_theme.font(TextType::reading));
+    m_word->setFont(m_theme.font(typeFitting(m_theme, m_word->placeholderText())));
     m_word->setFixedHeight(m_theme.points(40));
     m_sentence =
         makeField(m_theme, u"sentence"_s, u"例句"_s, u"在哪句话里遇到的？AI 会按这句话里的意思解释"_s);

@@ -4,7 +4,6 @@
 #include "widgets/Controls.h"
 #include "widgets/FlowLayout.h"
 #include "widgets/Layouts.h"
-#include "widgets/ReadText.h"
 #include "wordbook/views/PaneParts.h"
 
 #include <QHBoxLayout>
@@ -95,13 +94,14 @@ QWidget *StageBar::makeState(const WordFacts &facts) const
                 theme.colour(facts.stage == DisplayStage::learning ? Tone::accentLine : Tone::ink2)),
             16);
     const double pitch = Theme::pitch(TextType::small);
-    put(makeReadText(theme, u"stage"_s, u"阶段"_s, label(facts.stage),
-            {.type = TextType::small, .weight = QFont::Medium}),
-        pitch);
+    const auto putText = [&](const QString &name, const QString &text, Tone tone, QFont::Weight weight) {
+        QLabel *line = makeLabel(theme, text, TextType::small, tone, weight);
+        line->setObjectName(name);
+        put(line, pitch);
+    };
+    putText(u"stage"_s, label(facts.stage), Tone::ink, QFont::Medium);
     if (!facts.reviews.isEmpty())
-        put(makeReadText(
-                theme, u"reviews"_s, u"复习"_s, facts.reviews, {.type = TextType::small, .tone = Tone::ink2}),
-            pitch);
+        putText(u"reviews"_s, facts.reviews, Tone::ink2, QFont::Normal);
     if (facts.isLeech) {
         QLabel *leech = makeCapsule(theme, u"难啃"_s, Tint::orange);
         leech->setObjectName(u"leech"_s);

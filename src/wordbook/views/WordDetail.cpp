@@ -83,22 +83,29 @@ QFrame *FormGallery::makeCell(const Theme &theme, const FormSlot &slot)
     row->setContentsMargins(theme.points(10), theme.points(7), theme.points(10), theme.points(7));
     auto *texts = new QVBoxLayout;
     texts->setSpacing(theme.points(1));
-    texts->addWidget(makeReadText(
-        theme, u"formKind"_s, u"形式"_s, label(slot.kind), {.type = TextType::tiny, .tone = Tone::ink2}));
+    const auto addLabel = [&](const QString &name, const QString &text) {
+        QLabel *line = makeLabel(theme, text, TextType::tiny, Tone::ink2);
+        line->setObjectName(name);
+        texts->addWidget(line);
+    };
+    addLabel(u"formKind"_s, label(slot.kind));
     texts->addWidget(slot.record ? makeReadText(theme, u"formText"_s, u"写法"_s, slot.record->form,
                          {.type = TextType::text, .weight = QFont::Medium})
                                  : makeReadText(theme, u"formText"_s, u"写法"_s, u"???"_s,
                                      {.type = TextType::text, .tone = Tone::ink2, .weight = QFont::Medium}));
-    texts->addWidget(makeReadText(
-        theme, u"formCount"_s, u"次数"_s, meetingText(slot), {.type = TextType::tiny, .tone = Tone::ink2}));
+    addLabel(u"formCount"_s, meetingText(slot));
     row->addLayout(texts, 1);
     if (!slot.record)
         row->addWidget(makeIconLabel(theme, Icon::lock, 13, theme.colour(Tone::ink2)), 0, Qt::AlignVCenter);
     return cell;
 }
 
-WordDetail::WordDetail(const WordbookParts &parts, const WordFacts &facts)
-    : m_parts(parts), m_theme(parts.theme), m_facts(facts), m_rows(bareLayout<QVBoxLayout>(this, 0))
+WordDetail::WordDetail(const WordbookParts &parts, const WordFacts &facts, QWidget *parent)
+    : QWidget(parent)
+    , m_parts(parts)
+    , m_theme(parts.theme)
+    , m_facts(facts)
+    , m_rows(bareLayout<QVBoxLayout>(this, 0))
 {
     setObjectName(u"wordDetail"_s);
     addHead();
@@ -116,9 +123,9 @@ void WordDetail::addHead()
         .meaningZh = entry.meaningZh,
         .definitionEn = entry.definitionEn};
     addBelow(m_rows, 0, makeHeadLine(m_theme, m_parts.speaker, head, TextType::title));
-    addBelow(m_rows, m_theme.points(2),
-        makeReadText(
-            m_theme, u"history"_s, u"记录"_s, m_facts.history, {.type = TextType::tiny, .tone = Tone::ink2}));
+    QLabel *history = makeLabel(m_theme, m_facts.history, TextType::tiny, Tone::ink2);
+    history->setObjectName(u"history"_s);
+    addBelow(m_rows, m_theme.points(2), history);
     addBelow(m_rows, m_theme.points(10), new StageBar(m_parts, m_facts));
     addBelow(m_rows, m_theme.points(8), new StageActions(m_parts, m_facts));
     addBelow(m_rows, m_theme.points(14), makeMeaningLines(m_theme, head));

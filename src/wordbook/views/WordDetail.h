@@ -37,7 +37,7 @@ class WordDetail : public QWidget {
     Q_OBJECT
 
 public:
-    WordDetail(const WordbookParts &parts, const WordFacts &facts);
+    WordDetail(const WordbookParts &parts, const WordFacts &facts, QWidget *parent);
 
 signals:
     void wordChosen(const QUuid &id);

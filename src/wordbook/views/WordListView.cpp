@@ -103,7 +103,7 @@ void WordListView::build()
     row->addWidget(line);
     row->addWidget(makeDetailArea(), 1);
     setMinimumSize(boundedByScreen(*this, {m_theme.points(leastWidth), m_theme.points(360)}));
-    m_shown = {};
+    m_shown.reset();
     refresh();
     list().reveal(m_state.chosen());
     focus.restore(*m_content, list());
@@ -286,19 +286,23 @@ void WordListView::refreshDetail()
 {
     m_detailSoon.stop();
     DetailFacts facts = m_state.detail();
-    if (facts == m_shown && m_shownTab == m_state.tab() && m_detail->widget())
+    if (m_shown == facts && m_shownTab == m_state.tab())
         return;
-    const bool isSame = facts.index() == m_shown.index() && m_shownTab == m_state.tab();
+    const bool isSame = m_shown && m_shown->index() == facts.index() && m_shownTab == m_state.tab();
     m_shownTab = m_state.tab();
     m_shown = std::move(facts);
-    if (std::holds_alternative<std::monostate>(m_shown))
+    if (std::holds_alternative<std::monostate>(*m_shown))
         m_detail->showEmpty(
-            makeEmptyText(m_theme, u"nothingChosen"_s, nothingChosenText(m_shownTab)), list());
+            [this](QWidget *) {
+                return makeEmptyText(m_theme, u"nothingChosen"_s, nothingChosenText(m_shownTab));
+            },
+            list());
     else
-        m_detail->showDetail(makeDetail(m_shown), isSame ? m_detail->scrollOffset() : 0, list());
+        m_detail->showDetail([this](QWidget *parent) { return makeDetail(*m_shown, parent); },
+            isSame ? m_detail->scrollOffset() : 0, list());
 }
 
-QWidget *WordListView::makeDetail(const DetailFacts &facts)
+QWidget *WordListView::makeDetail(const DetailFacts &facts, QWidget *parent)
 {
     if (const auto *grammar = std::get_if<GrammarFacts>(&facts))
         return new GrammarDetail(m_parts, *grammar);
@@ -306,7 +310,7 @@ QWidget *WordListView::makeDetail(const DetailFacts &facts)
         return new AffixDetail(m_parts, *affix);
     if (const auto *note = std::get_if<AINote>(&facts))
         return new NoteView(m_parts, *note, true, [this, id = note->id] { remove(id); });
-    auto *word = new WordDetail(m_parts, std::get<WordFacts>(facts));
+    auto *word = new WordDetail(m_parts, std::get<WordFacts>(facts), parent);
     connect(word, &WordDetail::wordChosen, this, &WordListView::goToWord);
     return word;
 }
@@ -319,7 +323,7 @@ void WordListView::choose(const RowKey &key)
 
 void WordListView::showAnotherDetail()
 {
-    m_shown = {}; // another one begins at its top
+    m_shown.reset(); // another one begins at its top
     m_detailSoon.start();
 }
 

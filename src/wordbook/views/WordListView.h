@@ -53,7 +53,7 @@ private:
     void refresh();
     void refreshList();
     void refreshDetail();
-    QWidget *makeDetail(const DetailFacts &facts);
+    QWidget *makeDetail(const DetailFacts &facts, QWidget *parent);
 
     void choose(const RowKey &key);
     void showAnotherDetail();
@@ -78,8 +78,8 @@ private:
     std::array<NotebookList *, 4> m_listOf{};
     QLabel *m_emptyText = nullptr;
     DetailPane *m_detail = nullptr;
-    DetailFacts m_shown; // what the detail pane was made from, and
-    Tab m_shownTab = Tab::words; // for which tab
+    std::optional<DetailFacts> m_shown; // what the detail pane was made from; null to make it anew
+    Tab m_shownTab = Tab::words;
     bool m_isRefreshDue = false;
     QTimer m_detailSoon; // when no more input waits, so that a key that is held runs freely
 };

@@ -103,6 +103,37 @@ TEST_F(CardViewTest, SavingTurnsTheButtonIntoItsResult)
     EXPECT_FALSE(notebook.word("reluctant").isWanted());
 }
 
+TEST_F(CardViewTest, OnlyWhatIsSeenOfItsWindowTakesTheMouse)
+{
+    const auto taken = [this] {
+        QRect all;
+        for (const QRect &piece : std::as_const(windowSystem.visible))
+            all |= piece;
+        return all;
+    };
+    lookup(reluctant());
+    EXPECT_EQ(taken(), QRect(QPoint(18, 18), panel.frame().size().toSize()));
+    EXPECT_FALSE(windowSystem.visible.first().contains(18, 18)) << "its corners are round";
+    controller.offerTranslation(u"A long passage."_s, {640, 600});
+    settle();
+    EXPECT_EQ(taken(), QRect(18, 18, 30, 30));
+}
+
+TEST_F(CardViewTest, NothingMovesWhenSaveBecomesSaved)
+{
+    for (const auto &word : {u"reluctant"_s, u"reluctantly so"_s, u"reluctantly so far"_s,
+             u"a very reluctant one"_s, u"not a very reluctant one"_s}) {
+        Explanation answer = reluctant();
+        answer.headword = word;
+        answer.phonetic = u"/rɪˈlʌktənt/"_s;
+        lookup(answer);
+        const QList<QRect> before{place("headword"), place("phonetic"), place("meaning"), place("register")};
+        press("save");
+        EXPECT_EQ(QList<QRect>({place("headword"), place("phonetic"), place("meaning"), place("register")}),
+            before);
+    }
+}
+
 TEST_F(CardViewTest, CoversTheMeaningUntilTheUserHasTriedToRemember)
 {
     notebook.save("reluctant");

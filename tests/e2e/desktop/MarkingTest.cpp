@@ -1,5 +1,7 @@
 #include "Scene.h"
 #include "platform/linux/x11/XClipboard.h"
+#include "platform/linux/x11/XScreens.h"
+#include "platform/linux/x11/XWindowSystem.h"
 
 #include <QClipboard>
 #include <QElapsedTimer>
@@ -7,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QStandardPaths>
 
 #include <csignal>
 #include <gmock/gmock.h>
@@ -80,6 +83,28 @@ TEST_F(Marking, EscAndAClickElsewhereCloseTheCard)
     ASSERT_TRUE(appears(u"意思"_s));
     click({1200, 700});
     EXPECT_TRUE(disappears(u"意思"_s, 500));
+}
+
+TEST_F(Marking, AClickIntoItsShadowReachesTheProgramBelow)
+{
+    if (QStandardPaths::findExecutable(u"picom"_s).isEmpty())
+        GTEST_SKIP() << "there is no picom";
+    Running compositor;
+    compositor.start(u"picom"_s, {u"--config"_s, u"/dev/null"_s, u"--backend"_s, u"xrender"_s});
+    XScreens screens(user.x);
+    const XWindowSystem windows(user.x, screens);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return windows.isComposited(); }));
+    read();
+    const QPoint word = inEditor(u"reluctant"_s).center();
+    doubleClick(word);
+    ASSERT_TRUE(appears(u"意思"_s));
+    shoot(u"shadow"_s);
+    const QPoint card = word + QPoint(-24, 18);
+    click(card + QPoint(-9, 30));
+    EXPECT_TRUE(disappears(u"意思"_s));
+    type(u"x"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return editorText().contains(u'x'); }, 3000));
+    EXPECT_TRUE(editorText().startsWith(u"I was reluctant"_s)) << "the word is marked no more";
 }
 
 TEST_F(Marking, ADragOffersATranslationForFourSeconds)

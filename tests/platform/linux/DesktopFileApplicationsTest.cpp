@@ -54,9 +54,9 @@ TEST_F(DesktopFileApplicationsTest, AreWhatMenusShow)
     install(u"system/applications/org.gnome.Nautilus.desktop"_s, "Name=Files\nExec=nautilus\n");
     install(u"system/applications/broken.desktop"_s, "Icon=none\n");
     EXPECT_THAT(DesktopFileApplications([] { return QList<WindowClass>(); }).all(),
-        ElementsAre(InstalledApplication{u"com.apple.finder"_s, u"Files"_s, {}},
-            InstalledApplication{u"kde-player"_s, u"Player"_s, {}},
-            InstalledApplication{u"Reader"_s, u"reader"_s, u"book"_s}));
+        ElementsAre(InstalledApplication{u"com.apple.finder"_s, u"Files"_s, {}, u"nautilus"_s},
+            InstalledApplication{u"kde-player"_s, u"Player"_s, {}, u"player"_s},
+            InstalledApplication{u"Reader"_s, u"reader"_s, u"book"_s, u"reader"_s}));
 }
 
 TEST(BundleIDOf, IsTheClassThatTheWindowWillHave)

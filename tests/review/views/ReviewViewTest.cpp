@@ -148,6 +148,37 @@ TEST_F(ReviewViewTest, TabGivesALetterAndStaysInTheField)
     EXPECT_EQ(text("figures"), u"拼对 1 次"_s);
 }
 
+TEST_F(ReviewViewTest, WhatIsTypedBesideTheFieldReachesIt)
+{
+    openSpelling({practised("walk", SpellMode::fill), practised("run", SpellMode::fill)});
+    QTest::mouseClick(user().find("prompt"), Qt::LeftButton);
+    EXPECT_TRUE(user().hasFocus("answerField"));
+    user().find("giveUp")->setFocus(Qt::TabFocusReason);
+    user().type("w");
+    user().type("x");
+    EXPECT_EQ(text("answerField"), u"wx"_s);
+    user().find("giveUp")->setFocus(Qt::TabFocusReason);
+    user().key(Qt::Key_Return);
+    focus();
+    user().key(Qt::Key_Tab);
+    EXPECT_FALSE(user().hasFocus("copyField"));
+    user().key(Qt::Key_Return);
+    EXPECT_EQ(text("progressText"), u"2 / 3"_s);
+}
+
+TEST_F(ReviewViewTest, AMemoryAidIsInViewAfterAMiss)
+{
+    WordEntry missed = practised("deprecate", SpellMode::fill);
+    missed.definitionEn = u"to say that something should no longer be used, and will go away"_s;
+    missed.examples.first().sentence = QStringList(4, u"The method was deprecated in 3.2."_s).join(u' ');
+    missed.mnemonic = u"de- 是往下，prec 是价钱：价钱往下走，就不推荐了。"_s;
+    openSpelling({missed});
+    say("x");
+    const auto &seen = user().at<QScrollArea>("questionScroll");
+    const QWidget &aid = user().at("mnemonic");
+    EXPECT_LE(aid.mapTo(&seen, aid.rect().bottomLeft()).y(), seen.height());
+}
+
 TEST_F(ReviewViewTest, WhatAnInputMethodComposesIsNoAnswer)
 {
     openSpelling({practised("walk", SpellMode::fill)});

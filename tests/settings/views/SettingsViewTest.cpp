@@ -4,6 +4,7 @@
 #include "settings/views/SettingsStage.h"
 #include "support/Printers.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
@@ -153,6 +154,10 @@ TEST_F(SettingsViewTest, SwitchesAndPickersFollowTheSettingsBothWays)
     EXPECT_EQ(config().dwellSeconds, 2.5);
 
     EXPECT_EQ(at<QComboBox>("regionKey").currentText(), u"⌘ Command（Super）"_s);
+    const auto &access = *QAccessible::queryAccessibleInterface(&at("regionKey"));
+    EXPECT_EQ(access.text(QAccessible::Name), u"连按哪个键"_s);
+    EXPECT_EQ(access.text(QAccessible::Value), u"⌘ Command（Super）"_s);
+    EXPECT_EQ(access.childCount(), 1);
     EXPECT_FALSE(shows("warningTaken"));
     QTest::keyClick(&at("regionKey"), Qt::Key_Up);
     EXPECT_EQ(config().regionKey, ModifierKey::option);
@@ -168,13 +173,16 @@ TEST_F(SettingsViewTest, StepsStopAtTheirEnds)
     notebook.configure([](AppConfig &changed) { changed.graduateDays = 107; });
     press("graduateDaysMore");
     EXPECT_EQ(text("graduateDays"), u"记牢 114 天以上算掌握"_s);
-    EXPECT_FALSE(at("graduateDaysMore").isEnabled());
     EXPECT_FALSE(config().studySettingsAt.isEmpty());
     view.activateWindow();
     notebook.configure([](AppConfig &changed) { changed.graduateDays = 107; });
     at("graduateDaysMore").setFocus();
     QTest::keyClick(&at("graduateDaysMore"), Qt::Key_Space);
-    EXPECT_TRUE(at("graduateDaysLess").hasFocus()); // and not whatever comes next
+    QTest::keyClick(&at("graduateDaysMore"), Qt::Key_Space); // and does not turn round
+    EXPECT_EQ(text("graduateDays"), u"记牢 114 天以上算掌握"_s);
+    EXPECT_TRUE(at("graduateDaysMore").hasFocus());
+    at("graduateDaysLess").setFocus();
+    EXPECT_FALSE(at("graduateDaysMore").isEnabled());
 }
 
 TEST_F(SettingsViewTest, ThePageScrollsAndTheWheelChangesNothing)

@@ -8,6 +8,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStyleOptionFrame>
 
 #include <gmock/gmock.h>
 
@@ -68,6 +69,19 @@ TEST_F(AddWordViewTest, TheSentenceFieldComesWhenItIsAskedFor)
     hand.type("sentence", u"I was reluctant."_s);
     look(u"reluctant"_s);
     EXPECT_THAT(ai.calls().first().arguments, ElementsAre(u"reluctant"_s, u"I was reluctant."_s));
+}
+
+TEST_F(AddWordViewTest, AFieldShowsItsWholePlaceholder)
+{
+    hand.press("addSentence");
+    for (const char *name : {"word", "sentence"}) {
+        const auto &field = hand.at<QLineEdit>(name);
+        QStyleOptionFrame option;
+        option.initFrom(&field);
+        const int inside =
+            field.style()->subElementRect(QStyle::SE_LineEditContents, &option, &field).width();
+        EXPECT_LE(field.fontMetrics().horizontalAdvance(field.placeholderText()), inside - 4) << name;
+    }
 }
 
 TEST_F(AddWordViewTest, TheKeyOnTheButtonSavesAndTheFieldIsReadyForTheNext)

@@ -170,6 +170,22 @@ TEST_F(WordListViewTest, TabGoesThroughItInReadingOrder)
             u"adjust"_s, u"actionRest"_s, u"actionSpell"_s, u"relative"_s));
 }
 
+TEST_F(WordListViewTest, NothingIsLeftOfTheLastRowThatIsDeleted)
+{
+    hand.type("search", u"flaky"_s);
+    click("wordRows", u"flaky"_s);
+    hand.key(Qt::Key_Delete);
+    EXPECT_EQ(hand.text("emptyList"), u"没有找到"_s);
+    EXPECT_EQ(hand.text("nothingChosen"), u"选一个词查看详情"_s);
+    hand.type("search", {});
+    openTab("tab3");
+    while (!notebook.store.sentenceNotes().isEmpty()) {
+        click("noteRows", rows("noteRows").first());
+        hand.key(Qt::Key_Delete);
+    }
+    EXPECT_EQ(hand.text("nothingChosen"), u"选一条笔记查看"_s);
+}
+
 TEST_F(WordListViewTest, TheMenuOfARowDeletesThatRow)
 {
     click("wordRows", u"regression"_s);

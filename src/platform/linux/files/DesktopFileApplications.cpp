@@ -59,8 +59,10 @@ QList<InstalledApplication> DesktopFileApplications::all() const
                 continue;
             seen.insert(id);
             if (entry->isListed && !entry->isHidden && entry->program != u"nimbrelle")
-                applications.append(
-                    {.bundleID = bundleIDOf(*entry, id, windows), .name = entry->name, .icon = entry->icon});
+                applications.append({.bundleID = bundleIDOf(*entry, id, windows),
+                    .name = entry->name,
+                    .icon = entry->icon,
+                    .program = entry->program});
         }
     }
     sortByName(applications);

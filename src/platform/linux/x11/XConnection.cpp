@@ -24,14 +24,6 @@ bool isMadeBy(xcb_connection_t *connection, xcb_window_t window)
     return setup && (window & ~setup->resource_id_mask) == setup->resource_id_base;
 }
 
-xcb_connection_t *toolkitConnection()
-{
-    const auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
-    const auto *native =
-        application ? application->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return native ? native->connection() : nullptr;
-}
-
 } // namespace
 
 XConnection::XConnection()
@@ -126,16 +118,24 @@ std::vector<quint32> XConnection::values(xcb_window_t window, xcb_atom_t name) c
     return read;
 }
 
+xcb_connection_t *XConnection::toolkit()
+{
+    const auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    const auto *native =
+        application ? application->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return native ? native->connection() : nullptr;
+}
+
 void XConnection::flushToolkit()
 {
-    if (xcb_connection_t *toolkit = toolkitConnection())
-        xcb_flush(toolkit);
+    if (xcb_connection_t *connection = toolkit())
+        xcb_flush(connection);
 }
 
 bool XConnection::isOwn(xcb_window_t window) const
 {
-    xcb_connection_t *toolkit = toolkitConnection();
-    return isMadeBy(m_connection, window) || (toolkit && isMadeBy(toolkit, window));
+    xcb_connection_t *other = toolkit();
+    return isMadeBy(m_connection, window) || (other && isMadeBy(other, window));
 }
 
 void XConnection::selectOnRoot(quint32 eventMask)
@@ -149,7 +149,7 @@ void XConnection::subscribe(QObject *listener, std::function<void(const xcb_gene
 {
     m_listeners.push_back({listener, std::move(handler)});
     connect(listener, &QObject::destroyed, this, [this](QObject *gone) {
-        // Emptied, not erased: the owner may die while its own or another's handler runs.
+        // Emptied, not erased: the owner may die while its own or another's handler is being called.
         for (Listener &each : m_listeners)
             if (each.owner == gone)
                 each = {};

@@ -60,7 +60,9 @@ public:
     /// The same as 32-bit values.
     std::vector<quint32> values(xcb_window_t window, xcb_atom_t name) const;
 
-    /// Sends the requests that the toolkit has collected on its own connection.
+    /// The toolkit's own connection; null where it has none.
+    static xcb_connection_t *toolkit();
+    /// Sends the requests that the toolkit has collected on it.
     static void flushToolkit();
 
     /// Whether a window was made by this process, here or by the toolkit.
