@@ -88,6 +88,11 @@ QVariant focusedRule()
     return QVariant::fromValue(rule);
 }
 
+AccessibleElement senderOf(const QDBusMessage &event)
+{
+    return {.program = event.service(), .object = event.path()};
+}
+
 /// A surrogate pair that was cut in two comes over the bus as a replacement character.
 QString withoutHalfAtStart(const QString &text)
 {
@@ -133,18 +138,23 @@ void AtSpiReader::handleStateChanged(const QDBusMessage &event)
 {
     const QVariantList what = event.arguments();
     if (what.value(0).toString() == u"focused" && what.value(1).toInt() == 1)
-        remember(event);
+        remember(senderOf(event), Change::focus);
 }
 
 void AtSpiReader::handleSelectionChanged(const QDBusMessage &event)
 {
-    remember(event);
+    remember(senderOf(event), Change::selection);
 }
 
-void AtSpiReader::remember(const QDBusMessage &event)
+void AtSpiReader::remember(const AccessibleElement &element, Change change)
 {
-    if (event.service() != m_bus.connection().baseService())
-        m_places.insert(event.service(), {.object = event.path(), .order = ++m_order});
+    if (element.program == m_bus.connection().baseService())
+        return;
+    Place &place = m_places[element.program];
+    place.object = element.object;
+    place.order = ++m_order;
+    if (change == Change::selection)
+        place.selectionOrder = place.order;
 }
 
 QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::focusedElement()
@@ -212,7 +222,7 @@ QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::searchFocus(qint64 pr
         co_return std::nullopt;
     const std::optional<AccessibleElement> found = co_await focusIn(*window);
     if (found)
-        m_places.insert(found->program, {.object = found->object, .order = ++m_order});
+        remember(*found, Change::focus);
     co_return found;
 }
 
@@ -298,7 +308,8 @@ QCoro::Task<std::optional<MarkedText>> AtSpiReader::markedText(AccessibleElement
     const std::optional<QString> right = co_await askedRight;
     if (!selected)
         co_return std::nullopt;
-    MarkedText marked{.text = *selected, .piece = std::nullopt};
+    MarkedText marked{
+        .text = *selected, .piece = std::nullopt, .change = m_places.value(element.program).selectionOrder};
     if (!left || !right || !extent->characters)
         co_return marked;
     const QString head = before > 0 ? withoutHalfAtStart(*left) : *left;

@@ -20,6 +20,7 @@ public:
     void connectToBus() { m_bus.open(); }
 
     void beginGesture() override { m_bus.beginGesture(); }
+    quint64 changeCount() const override { return m_order; }
     QCoro::Task<std::optional<AccessibleElement>> focusedElement() override;
     QCoro::Task<std::optional<MarkedText>> markedText(AccessibleElement element, qsizetype reach) override;
     QCoro::Task<std::optional<bool>> isWebArea(AccessibleElement element) override;
@@ -41,14 +42,16 @@ private:
     };
     struct Place {
         QString object;
-        quint64 order; ///< the greater, the later
+        quint64 order = 0; ///< the greater, the later
+        quint64 selectionOrder = 0; ///< that of the program's newest selection; 0: it told of none
     };
+    enum class Change { focus, selection };
     using Elements = QList<AccessibleElement>;
     using Answer = std::optional<QVariantList>;
 
     void listen();
     void registerEvent(const QString &event);
-    void remember(const QDBusMessage &event);
+    void remember(const AccessibleElement &element, Change change);
     std::optional<AccessibleElement> newestPlace() const;
     QCoro::Task<std::optional<AccessibleElement>> newestPlaceOf(qint64 process);
     QCoro::Task<std::optional<AccessibleElement>> searchFocus(qint64 process);
