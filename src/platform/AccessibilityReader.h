@@ -30,6 +30,8 @@ struct MarkedText {
     /// The text with what is round it: at least as far to each side as was asked for, where there is so much;
     /// it may be more. No half of a surrogate pair at its ends.
     std::optional<TextPiece> piece;
+    /// The change count when the program last told of a change of its selection; 0 when it never did.
+    quint64 change = 0;
 };
 
 /// Asks the program in front for what it tells screen readers. No question holds the main thread. All those
@@ -44,6 +46,9 @@ public:
     /// Gives the questions from now on their 0.3 seconds. Called once at the start of each gesture of the
     /// user. What an earlier gesture still waits for keeps the time that it had.
     virtual void beginGesture() = 0;
+
+    /// Grows at least with each change of a selection that a program tells of. Some tell of none.
+    virtual quint64 changeCount() const = 0;
 
     /// The element with the keyboard focus, or else with the newest selection, in the program that is in
     /// front now.

@@ -25,7 +25,8 @@ void SelectionGesture::mouseDown(QPointF at, int clickCount)
 {
     m_mouseDownPoint = at;
     m_isDragging = false;
-    m_selection.noteMouseDown();
+    if (clickCount == 1)
+        m_selection.noteMouseDown();
     if (clickCount == 2)
         expectSelection();
 }

@@ -36,6 +36,26 @@ QString withoutEmbedded(QString text)
     return text.replace(embeddedObject, u' ');
 }
 
+/// Some programs put a placeholder where a link or a picture is, and some tell of one paragraph where several
+/// are marked; the primary selection holds the whole of it.
+bool isAllOfIt(const MarkedText &marked, const std::optional<QString> &primary)
+{
+    const bool isMore = primary && primary->size() > marked.text.size() && primary->contains(marked.text);
+    return !isMore && !marked.text.contains(embeddedObject);
+}
+
+/// The context only if it holds the text: placeholders may hide the very place.
+SelectionReader::Result resultOf(const QString &text, const std::optional<MarkedText> &marked)
+{
+    SelectionReader::Result result{.text = text, .context = std::nullopt};
+    std::optional<QString> context;
+    if (marked && marked->piece)
+        context = SelectionReader::contextOf(*marked->piece);
+    if (context && (text == marked->text || context->simplified().contains(text.simplified())))
+        result.context = context;
+    return result;
+}
+
 } // namespace
 
 SelectionReader::SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
@@ -52,44 +72,44 @@ SelectionReader::SelectionReader(Clock &clock, AccessibilityReader &accessibilit
 
 void SelectionReader::noteMouseDown()
 {
-    m_primaryAtMouseDown = m_primary.changeCount();
+    m_atMouseDown = {.accessibility = m_accessibility.changeCount(), .primary = m_primary.changeCount()};
 }
 
 QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::stop_token stop)
 {
-    const quint64 atMouseDown = m_primaryAtMouseDown; // the next press may come while we wait
-    const std::optional<Result> accessible = co_await readViaAccessibility(stop);
+    const Counts atMouseDown = m_atMouseDown; // the next press may come while we wait
+    const std::optional<MarkedText> marked = co_await readAccessible();
+    if (stop.stop_requested() || (marked && isOld(*marked, atMouseDown)))
+        co_return std::nullopt; // nor would a copy give anything newer
+    const std::optional<QString> primary = co_await readPrimary(atMouseDown);
     if (stop.stop_requested())
         co_return std::nullopt;
-    if (accessible && !accessible->text.contains(embeddedObject))
-        co_return accessible;
-    // Browsers put a placeholder where a link or a picture is; the clipboards hold its text too.
-    const std::optional<QString> text = co_await readViaClipboard(atMouseDown, stop);
-    if (stop.stop_requested())
+    if (marked && isAllOfIt(*marked, primary))
+        co_return resultOf(marked->text, marked);
+    std::optional<QString> text = primary;
+    if (!text)
+        text = co_await readByCopy(stop);
+    if (!text && marked)
+        text = unlessBlank(withoutEmbedded(marked->text));
+    if (stop.stop_requested() || !text)
         co_return std::nullopt;
-    std::optional<Result> result;
-    if (text)
-        result = Result{.text = *text, .context = std::nullopt};
-    else if (accessible && !isBlankText(withoutEmbedded(accessible->text)))
-        result = Result{.text = withoutEmbedded(accessible->text), .context = std::nullopt};
-    if (result && accessible && accessible->context && accessible->context->contains(result->text))
-        result->context = accessible->context; // without the text, placeholders hide the very place
-    co_return result;
+    co_return resultOf(*text, marked);
 }
 
-QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::readViaAccessibility(
-    std::stop_token stop)
+QCoro::Task<std::optional<MarkedText>> SelectionReader::readAccessible()
 {
     const std::optional<AccessibleElement> element = co_await m_accessibility.focusedElement();
-    if (stop.stop_requested() || !element)
+    if (!element)
         co_return std::nullopt;
-    const std::optional<MarkedText> marked = co_await m_accessibility.markedText(*element, contextReach);
+    std::optional<MarkedText> marked = co_await m_accessibility.markedText(*element, contextReach);
     if (!marked || isBlankText(marked->text))
         co_return std::nullopt;
-    Result result{.text = marked->text, .context = std::nullopt};
-    if (marked->piece)
-        result.context = contextOf(*marked->piece);
-    co_return result;
+    co_return marked;
+}
+
+bool SelectionReader::isOld(const MarkedText &marked, Counts atMouseDown) const
+{
+    return marked.change <= atMouseDown.accessibility && m_primary.changeCount() == atMouseDown.primary;
 }
 
 std::optional<QString> SelectionReader::contextOf(const TextPiece &piece)
@@ -108,20 +128,10 @@ std::optional<QString> SelectionReader::contextOf(const TextPiece &piece)
     return withoutEmbedded(piece.text.sliced(start, end - start));
 }
 
-QCoro::Task<std::optional<QString>> SelectionReader::readViaClipboard(
-    quint64 atMouseDown, std::stop_token stop)
+QCoro::Task<std::optional<QString>> SelectionReader::readPrimary(Counts atMouseDown)
 {
-    std::optional<QString> text = co_await readPrimary(atMouseDown);
-    if (text || stop.stop_requested())
-        co_return text;
-    text = co_await readByCopy(stop);
-    co_return text;
-}
-
-QCoro::Task<std::optional<QString>> SelectionReader::readPrimary(quint64 atMouseDown)
-{
-    if (m_primary.changeCount() == atMouseDown)
-        co_return std::nullopt; // an older selection, maybe of another window
+    if (m_primary.changeCount() == atMouseDown.primary)
+        co_return std::nullopt;
     std::optional<QString> text = co_await m_primary.text();
     co_return unlessBlank(std::move(text));
 }

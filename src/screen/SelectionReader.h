@@ -16,8 +16,9 @@ class KeySender;
 class Pointer;
 
 /// Fetches the text that the user has just marked in the program in front: through accessibility, which also
-/// gives the text round it, or else through the clipboards. Its failures are silent: what cannot be read is
-/// absent. Main thread only; it must outlive its reads.
+/// gives the text round it, or else through the clipboards. What was marked before the press is not what the
+/// gesture marked. Its failures are silent: what cannot be read is absent. Main thread only; it must outlive
+/// its reads.
 class SelectionReader : public QObject {
     Q_OBJECT
 
@@ -32,18 +33,13 @@ public:
     SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
         Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front);
 
-    /// The left button went down: a primary selection claimed from now on is that of this gesture.
+    /// The left button went down for the first time: what changes from now on is marked by this gesture, also
+    /// by its second and third click.
     void noteMouseDown();
 
     /// All ways, in their order. A stop takes effect until the clipboard is touched; from there on the read
     /// goes through, so that the clipboard is restored.
     QCoro::Task<std::optional<Result>> read(std::stop_token stop);
-
-    QCoro::Task<std::optional<Result>> readViaAccessibility(std::stop_token stop);
-
-    /// The primary selection if it was claimed since the count was `atMouseDown`, else a simulated copy with
-    /// the clipboard restored afterwards. The copy is left out in a terminal and while a modifier is held.
-    QCoro::Task<std::optional<QString>> readViaClipboard(quint64 atMouseDown, std::stop_token stop);
 
     /// 300 UTF-16 units to each side of the selection, without halves of surrogate pairs at the ends. Absent
     /// when that holds nothing.
@@ -53,7 +49,17 @@ signals:
     void copyEnded();
 
 private:
-    QCoro::Task<std::optional<QString>> readPrimary(quint64 atMouseDown);
+    /// How far the changes had been counted when the button went down.
+    struct Counts {
+        quint64 accessibility = 0;
+        quint64 primary = 0;
+    };
+
+    QCoro::Task<std::optional<MarkedText>> readAccessible();
+    /// Absent when it was not claimed since the press: then it may be another window's.
+    QCoro::Task<std::optional<QString>> readPrimary(Counts atMouseDown);
+    bool isOld(const MarkedText &marked, Counts atMouseDown) const;
+    /// Not in a terminal and not while a modifier is held. The clipboard is restored afterwards.
     QCoro::Task<std::optional<QString>> readByCopy(std::stop_token stop);
     QCoro::Task<std::optional<QString>> copyOver(ClipboardSnapshot before);
     QCoro::Task<bool> clipboardChangesFrom(quint64 count);
@@ -67,7 +73,7 @@ private:
     const Pointer &m_pointer;
     const FrontApplication &m_front;
 
-    quint64 m_primaryAtMouseDown = 0;
+    Counts m_atMouseDown;
     bool m_copying = false;
 };
 

@@ -59,6 +59,19 @@ TEST_F(SelectionGestureTest, ALookupIsLikelyFromASecondPressAndFromADragPastItsT
     EXPECT_EQ(likely, 2);
 }
 
+TEST_F(SelectionGestureTest, TheFirstPressOfADoubleClickDecidesWhatIsOld)
+{
+    input.click({100, 100}, 1);
+    primary.claim(u"word"_s); // by a program that is quicker than the news of the second press
+    input.click({100, 100}, 2);
+    advance(80ms);
+    EXPECT_EQ(card.calls, QStringList{u"lookup word | -"_s});
+    input.click({100, 100}, 1);
+    input.click({100, 100}, 2);
+    advance(1s);
+    EXPECT_EQ(card.calls.size(), 1);
+}
+
 TEST_F(SelectionGestureTest, OffersATranslationOfAPassageAndIgnoresTheRest)
 {
     mark(u"one two three four five six\n"_s);

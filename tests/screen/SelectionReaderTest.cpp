@@ -43,13 +43,35 @@ TEST_F(SelectionReaderTest, AccessibilityComesFirstThenThePrimarySelection)
     EXPECT_EQ(read(), text(u"was "_s, u"was here"_s));
     mark(u"was "_s);
     EXPECT_EQ(read(), text(u"was "_s)); // the text is not lost with its context
-    EXPECT_EQ(primary.reads, 0);
     mark(u" \n"_s);
     EXPECT_EQ(read(), text(u"other"_s));
     EXPECT_EQ(keys.copies, 0);
     selection.noteMouseDown(); // after which that one is an older selection
     EXPECT_EQ(read(), text(u"copied"_s));
-    EXPECT_EQ(primary.reads, 1);
+    EXPECT_EQ(primary.reads, 3);
+}
+
+TEST_F(SelectionReaderTest, AnOldMarkIsNotWhatTheGestureMarked)
+{
+    mark(u"old"_s, u"old mark"_s);
+    accessibility.isOldMark = true;
+    selection.noteMouseDown();
+    EXPECT_EQ(read(), std::nullopt);
+    EXPECT_EQ(keys.copies, 0) << "which would copy the old mark";
+    primary.claim(u"old"_s); // by a program that tells of no changes
+    EXPECT_EQ(read(), text(u"old"_s, u"old mark"_s));
+    selection.noteMouseDown();
+    accessibility.isOldMark = false;
+    EXPECT_EQ(read(), text(u"old"_s, u"old mark"_s));
+}
+
+TEST_F(SelectionReaderTest, OfSeveralMarkedParagraphsThePrimarySelectionHoldsAll)
+{
+    mark(u"the last"_s, u"the last of three"_s);
+    primary.claim(u"one.\nTwo.\nthe last"_s);
+    EXPECT_EQ(read(), text(u"one.\nTwo.\nthe last"_s));
+    primary.claim(u"something else"_s);
+    EXPECT_EQ(read(), text(u"the last"_s, u"the last of three"_s));
 }
 
 TEST_F(SelectionReaderTest, ContextReachesThreeHundredUnitsToEachSide)

@@ -20,12 +20,14 @@ public:
     explicit FakeAccessibilityReader(Clock &clock) : m_clock(clock) { }
 
     void beginGesture() override { ++gestures; }
+    quint64 changeCount() const override { return changes; }
     QCoro::Task<std::optional<AccessibleElement>> focusedElement() override { return answer(elementAt(0)); }
     QCoro::Task<std::optional<MarkedText>> markedText(AccessibleElement, qsizetype) override
     {
         std::optional<MarkedText> marked;
         if (selection)
-            marked = MarkedText{.text = *selection, .piece = piece};
+            marked =
+                MarkedText{.text = *selection, .piece = piece, .change = isOldMark ? changes : changes + 1};
         return answer(marked);
     }
     QCoro::Task<std::optional<bool>> isWebArea(AccessibleElement element) override
@@ -45,6 +47,8 @@ public:
     std::vector<Element> chain;
     std::optional<QString> selection;
     std::optional<TextPiece> piece;
+    quint64 changes = 0;
+    bool isOldMark = false; ///< from before the last press
     int gestures = 0;
 
 private:
@@ -108,7 +112,7 @@ public:
     QCoro::Task<std::optional<QString>> text() override
     {
         ++reads;
-        co_return m_text;
+        co_return std::as_const(m_text); // else it would be moved out
     }
 
     /// A program claims the selection; without a text it does not give it out.

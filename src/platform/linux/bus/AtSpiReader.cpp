@@ -3,7 +3,6 @@
 #include "platform/FrontApplication.h"
 
 #include <QDBusArgument>
-#include <QDBusObjectPath>
 #include <QDBusPendingCall>
 #include <QDeadlineTimer>
 
@@ -12,6 +11,9 @@
 using namespace Qt::StringLiterals;
 
 namespace nimbrelle {
+
+using namespace atspi;
+
 namespace {
 
 constexpr quint32 documentWebRole = 95;
@@ -20,52 +22,12 @@ constexpr quint32 focusedState = 12;
 constexpr quint32 showingState = 25;
 constexpr std::chrono::milliseconds searchLimit{100};
 constexpr qsizetype widestLevel = 500; ///< of a tree, when it is searched
-/// Longer texts than anybody looks up are not fetched whole.
-constexpr int longestSelection = 20000;
 
 const QString registryService = u"org.a11y.atspi.Registry"_s;
 const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
-const QString nullPath = u"/org/a11y/atspi/null"_s;
-const QString accessibleInterface = u"org.a11y.atspi.Accessible"_s;
-const QString textInterface = u"org.a11y.atspi.Text"_s;
 const QString documentInterface = u"org.a11y.atspi.Document"_s;
 const QString collectionInterface = u"org.a11y.atspi.Collection"_s;
 const QString objectEvents = u"org.a11y.atspi.Event.Object"_s;
-
-/// D-Bus structs (so) name an element.
-std::optional<AccessibleElement> elementOf(const QDBusArgument &argument)
-{
-    if (argument.currentType() != QDBusArgument::StructureType)
-        return std::nullopt;
-    QString program;
-    QDBusObjectPath object;
-    argument.beginStructure();
-    argument >> program >> object;
-    argument.endStructure();
-    if (program.isEmpty() || object.path() == nullPath)
-        return std::nullopt;
-    return AccessibleElement{program, object.path()};
-}
-
-QList<AccessibleElement> elementsOf(const QDBusArgument &argument)
-{
-    QList<AccessibleElement> elements;
-    if (argument.currentType() != QDBusArgument::ArrayType)
-        return elements;
-    argument.beginArray();
-    while (!argument.atEnd())
-        if (const auto element = elementOf(argument))
-            elements.append(*element);
-    argument.endArray();
-    return elements;
-}
-
-QList<AccessibleElement> elementsOf(const std::optional<QVariantList> &answer)
-{
-    if (!answer || !answer->value(0).canConvert<QDBusArgument>())
-        return {};
-    return elementsOf(answer->value(0).value<QDBusArgument>());
-}
 
 bool hasState(const std::optional<QVariantList> &states, quint32 state)
 {
@@ -88,15 +50,9 @@ QVariant focusedRule()
     return QVariant::fromValue(rule);
 }
 
-/// A surrogate pair that was cut in two comes over the bus as a replacement character.
-QString withoutHalfAtStart(const QString &text)
+AccessibleElement senderOf(const QDBusMessage &event)
 {
-    return text.startsWith(QChar::ReplacementCharacter) ? text.sliced(1) : text;
-}
-
-QString withoutHalfAtEnd(const QString &text)
-{
-    return text.endsWith(QChar::ReplacementCharacter) ? text.chopped(1) : text;
+    return {.program = event.service(), .object = event.path()};
 }
 
 } // namespace
@@ -133,18 +89,25 @@ void AtSpiReader::handleStateChanged(const QDBusMessage &event)
 {
     const QVariantList what = event.arguments();
     if (what.value(0).toString() == u"focused" && what.value(1).toInt() == 1)
-        remember(event);
+        remember(senderOf(event), Change::focus);
 }
 
 void AtSpiReader::handleSelectionChanged(const QDBusMessage &event)
 {
-    remember(event);
+    remember(senderOf(event), Change::selection);
 }
 
-void AtSpiReader::remember(const QDBusMessage &event)
+void AtSpiReader::remember(const AccessibleElement &element, Change change)
 {
-    if (event.service() != m_bus.connection().baseService())
-        m_places.insert(event.service(), {.object = event.path(), .order = ++m_order});
+    if (element.program == m_bus.connection().baseService())
+        return;
+    Place &place = m_places[element.program];
+    if (place.object != element.object)
+        m_text.prepare(element);
+    place.object = element.object;
+    place.order = ++m_order;
+    if (change == Change::selection)
+        place.selectionOrder = place.order;
 }
 
 QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::focusedElement()
@@ -212,7 +175,7 @@ QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::searchFocus(qint64 pr
         co_return std::nullopt;
     const std::optional<AccessibleElement> found = co_await focusIn(*window);
     if (found)
-        m_places.insert(found->program, {.object = found->object, .order = ++m_order});
+        remember(*found, Change::focus);
     co_return found;
 }
 
@@ -264,7 +227,7 @@ QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::descendToFocus(Access
     co_return std::nullopt;
 }
 
-QCoro::Task<QList<AtSpiReader::Answer>> AtSpiReader::askAll(Elements elements, QString method)
+QCoro::Task<QList<Answer>> AtSpiReader::askAll(Elements elements, QString method)
 {
     std::vector<QCoro::Task<Answer>> asked;
     for (const AccessibleElement &each : elements)
@@ -279,68 +242,10 @@ QCoro::Task<QList<AtSpiReader::Answer>> AtSpiReader::askAll(Elements elements, Q
 
 QCoro::Task<std::optional<MarkedText>> AtSpiReader::markedText(AccessibleElement element, qsizetype reach)
 {
-    const std::optional<Extent> extent = co_await extentOf(element);
-    if (!extent)
-        co_return std::nullopt;
-    const int start = extent->selected.start;
-    const int end = std::min(extent->selected.end, start + longestSelection);
-    const int characters = extent->characters.value_or(end);
-    // As many characters are at least as many UTF-16 units.
-    const int before = std::max(start - static_cast<int>(reach), 0);
-    const int after = std::min(end + static_cast<int>(reach), characters);
-    // In three pieces, for some toolkits count characters and some UTF-16 units, and the pieces' own lengths
-    // are right for both.
-    auto askedLeft = textBetween(element, before, start);
-    auto askedSelected = textBetween(element, start, end);
-    auto askedRight = textBetween(element, end, after);
-    const std::optional<QString> selected = co_await askedSelected;
-    const std::optional<QString> left = co_await askedLeft;
-    const std::optional<QString> right = co_await askedRight;
-    if (!selected)
-        co_return std::nullopt;
-    MarkedText marked{.text = *selected, .piece = std::nullopt};
-    if (!left || !right || !extent->characters)
-        co_return marked;
-    const QString head = before > 0 ? withoutHalfAtStart(*left) : *left;
-    const QString tail = after < characters ? withoutHalfAtEnd(*right) : *right;
-    marked.piece =
-        TextPiece{.text = head + *selected + tail, .location = head.size(), .length = selected->size()};
+    std::optional<MarkedText> marked = co_await m_text.marked(element, reach);
+    if (marked)
+        marked->change = m_places.value(element.program).selectionOrder; // also one told of by now
     co_return marked;
-}
-
-QCoro::Task<std::optional<AtSpiReader::Extent>> AtSpiReader::extentOf(AccessibleElement element)
-{
-    const QVariantList first{qint32{0}};
-    auto askedCount = m_bus.ask(element, textInterface, u"GetNSelections"_s);
-    auto askedEnds = m_bus.ask(element, textInterface, u"GetSelection"_s, first);
-    auto askedCharacters = m_bus.propertyOf(element, textInterface, u"CharacterCount"_s);
-    const Answer count = co_await askedCount;
-    const Answer ends = co_await askedEnds;
-    const std::optional<QVariant> characters = co_await askedCharacters;
-    if (!count)
-        co_return std::nullopt;
-    Extent extent{.selected = {.start = 0, .end = 0}, .characters = std::nullopt};
-    if (characters)
-        extent.characters = characters->toInt();
-    if (count->value(0).toInt() < 1)
-        co_return extent;
-    if (!ends || ends->size() < 2)
-        co_return std::nullopt;
-    const int one = ends->at(0).toInt();
-    const int other = ends->at(1).toInt();
-    extent.selected = {.start = std::max(std::min(one, other), 0), .end = std::max(one, other)};
-    co_return extent;
-}
-
-QCoro::Task<std::optional<QString>> AtSpiReader::textBetween(AccessibleElement element, int start, int end)
-{
-    if (end <= start)
-        co_return QString();
-    const QVariantList ends{start, end};
-    const Answer answer = co_await m_bus.ask(element, textInterface, u"GetText"_s, ends);
-    if (!answer)
-        co_return std::nullopt;
-    co_return answer->value(0).toString();
 }
 
 QCoro::Task<std::optional<bool>> AtSpiReader::isWebArea(AccessibleElement element)
@@ -354,9 +259,7 @@ QCoro::Task<std::optional<bool>> AtSpiReader::isWebArea(AccessibleElement elemen
 QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::parent(AccessibleElement element)
 {
     const std::optional<QVariant> told = co_await m_bus.propertyOf(element, accessibleInterface, u"Parent"_s);
-    if (!told || !told->canConvert<QDBusArgument>())
-        co_return std::nullopt;
-    co_return elementOf(told->value<QDBusArgument>());
+    co_return elementOf(told.value_or(QVariant()));
 }
 
 QCoro::Task<std::optional<QString>> AtSpiReader::address(AccessibleElement element)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/bus/AtSpiBus.h"
+#include "platform/linux/bus/AtSpiText.h"
 
 namespace nimbrelle {
 
@@ -20,6 +20,7 @@ public:
     void connectToBus() { m_bus.open(); }
 
     void beginGesture() override { m_bus.beginGesture(); }
+    quint64 changeCount() const override { return m_order; }
     QCoro::Task<std::optional<AccessibleElement>> focusedElement() override;
     QCoro::Task<std::optional<MarkedText>> markedText(AccessibleElement element, qsizetype reach) override;
     QCoro::Task<std::optional<bool>> isWebArea(AccessibleElement element) override;
@@ -31,24 +32,16 @@ private slots:
     void handleSelectionChanged(const QDBusMessage &event);
 
 private:
-    struct Range {
-        int start;
-        int end; ///< both as the program counts
-    };
-    struct Extent {
-        Range selected;
-        std::optional<int> characters; ///< of the whole text
-    };
     struct Place {
         QString object;
-        quint64 order; ///< the greater, the later
+        quint64 order = 0; ///< the greater, the later
+        quint64 selectionOrder = 0; ///< that of the program's newest selection; 0: it told of none
     };
-    using Elements = QList<AccessibleElement>;
-    using Answer = std::optional<QVariantList>;
+    enum class Change { focus, selection };
 
     void listen();
     void registerEvent(const QString &event);
-    void remember(const QDBusMessage &event);
+    void remember(const AccessibleElement &element, Change change);
     std::optional<AccessibleElement> newestPlace() const;
     QCoro::Task<std::optional<AccessibleElement>> newestPlaceOf(qint64 process);
     QCoro::Task<std::optional<AccessibleElement>> searchFocus(qint64 process);
@@ -56,14 +49,13 @@ private:
     QCoro::Task<std::optional<AccessibleElement>> activeWindow(QString program);
     QCoro::Task<std::optional<AccessibleElement>> focusIn(AccessibleElement window);
     QCoro::Task<std::optional<AccessibleElement>> descendToFocus(AccessibleElement window);
-    QCoro::Task<QList<Answer>> askAll(Elements elements, QString method);
-    QCoro::Task<std::optional<Extent>> extentOf(AccessibleElement element);
-    QCoro::Task<std::optional<QString>> textBetween(AccessibleElement element, int start, int end);
+    QCoro::Task<QList<atspi::Answer>> askAll(atspi::Elements elements, QString method);
 
     const FrontApplication &m_front;
     QHash<QString, Place> m_places; ///< by program
     quint64 m_order = 0;
     AtSpiBus m_bus;
+    AtSpiText m_text{m_bus};
 };
 
 } // namespace nimbrelle
