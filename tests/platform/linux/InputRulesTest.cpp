@@ -41,6 +41,25 @@ TEST(XKeys, ModifiersAndLocksAreNoKeys)
         EXPECT_EQ(keyOf(keysym), Key::other) << keysym;
 }
 
+TEST(XKeys, OnlyTheFirstTwoAxesMoveThePointer)
+{
+    struct {
+        xcb_input_raw_motion_event_t motion;
+        quint32 axes; // as the server lays it out
+    } event{};
+    EXPECT_FALSE(movesPointer(event.motion)) << "no axis at all";
+    event.motion.valuators_len = 1;
+    const struct {
+        quint32 axes;
+        bool moves;
+    } cases[]{
+        {0x1, true}, {0x2, true}, {0x7, true}, {0x4, false} /* a pen's pressure, a wheel */, {0x8, false}};
+    for (const auto &each : cases) {
+        event.axes = each.axes;
+        EXPECT_EQ(movesPointer(event.motion), each.moves) << each.axes;
+    }
+}
+
 TEST(XKeys, OnlyTheFourModifiersHaveFlags)
 {
     const struct {
