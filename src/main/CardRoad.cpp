@@ -20,6 +20,7 @@ CardRoad::CardRoad(Services &services, const Platform &platform, const Theme &th
           .config = services.config(),
           .input = platform.input,
           .pointer = platform.pointer,
+          .keys = platform.keySender,
           .front = platform.frontApplication,
           .screens = platform.screens,
           .accessibility = platform.accessibility,

@@ -11,6 +11,10 @@ public:
     /// where the session can't do it. Never call it for a terminal (Application::isTerminal): there it would
     /// end the running program.
     virtual bool sendCopy() = 0;
+
+    /// Taps a key that stands for nothing. A modifier that the user holds meanwhile was then not pressed
+    /// alone, so that its release opens no menu and no launcher.
+    virtual void tapNothing() = 0;
 };
 
 } // namespace nimbrelle

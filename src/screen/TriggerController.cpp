@@ -16,6 +16,7 @@ TriggerController::TriggerController(const Parts &parts, QObject *parent)
     , m_parts({.clock = parts.clock,
           .config = parts.config,
           .pointer = parts.pointer,
+          .keys = parts.keys,
           .accessibility = parts.accessibility,
           .ocr = parts.ocr,
           .card = parts.card,

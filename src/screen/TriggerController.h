@@ -10,6 +10,7 @@
 namespace nimbrelle {
 
 class FrontApplication;
+class KeySender;
 class Screens;
 
 /// Watches the mouse and the keyboard in all programs and hands each event to the gestures that may mean a
@@ -24,6 +25,7 @@ public:
         const ConfigStore &config;
         InputMonitor &input;
         const Pointer &pointer;
+        KeySender &keys;
         const FrontApplication &front;
         const Screens &screens;
         AccessibilityReader &accessibility;

@@ -49,6 +49,7 @@ TEST_F(RegionGestureTest, BeginsOnTheSecondPressOfAQuickDoubleTap)
     input.hold(0);
     input.hold(modifier::control); // a third press is no second
     EXPECT_EQ(overlay.opened, 2);
+    EXPECT_EQ(keys.taps, 2) << "and no launcher opens at a release";
 }
 
 TEST_F(RegionGestureTest, OtherInputBreaksTheDoubleTap)

@@ -51,6 +51,7 @@ struct GestureStage {
         .config = notebook.config,
         .input = input,
         .pointer = pointer,
+        .keys = keys,
         .front = front,
         .screens = screens,
         .accessibility = accessibility,

@@ -4,6 +4,7 @@
 #include "platform/linux/x11/XScreens.h"
 
 #include <QGuiApplication>
+#include <QList>
 #include <QStyleHints>
 
 #include <algorithm>
@@ -114,6 +115,17 @@ std::optional<xcb_keycode_t> XKeyboard::keyFor(quint32 keysym) const
     return static_cast<xcb_keycode_t>(m_first + static_cast<int>(found - m_keysyms.begin()) / m_width);
 }
 
+std::optional<xcb_keycode_t> XKeyboard::unmappedKey() const
+{
+    // From the end: what keyboards with more keys than the layout knows have comes first.
+    for (int key = m_first + static_cast<int>(m_keysyms.size()) / std::max(m_width, 1); key-- > m_first;) {
+        const auto first = m_keysyms.begin() + (key - m_first) * m_width;
+        if (std::all_of(first, first + m_width, [](quint32 keysym) { return keysym == 0; }))
+            return static_cast<xcb_keycode_t>(key);
+    }
+    return std::nullopt;
+}
+
 quint32 XKeyboard::logicalButton(quint32 physical) const
 {
     return physical >= 1 && physical <= m_buttons.size() ? m_buttons[physical - 1] : physical;
@@ -125,19 +137,30 @@ bool XKeySender::sendCopy()
     const auto letter = m_keyboard.keyFor(lowerC);
     if (!m_x.isOpen() || !m_x.has(&xcb_test_id) || !control || !letter || m_pointer.modifiers() != 0)
         return false;
-    m_firstRequest = post(XCB_KEY_PRESS, *control);
-    post(XCB_KEY_PRESS, *letter);
-    post(XCB_KEY_RELEASE, *letter);
-    m_lastRequest = post(XCB_KEY_RELEASE, *control);
-    // Whatever comes after this request is the user's again.
-    xcb_no_operation(m_x.get());
-    xcb_flush(m_x.get());
+    post({{XCB_KEY_PRESS, *control}, {XCB_KEY_PRESS, *letter}, {XCB_KEY_RELEASE, *letter},
+        {XCB_KEY_RELEASE, *control}});
     return true;
 }
 
-quint32 XKeySender::post(quint8 type, xcb_keycode_t key) const
+void XKeySender::tapNothing()
 {
-    return xcb_test_fake_input(m_x.get(), type, key, XCB_CURRENT_TIME, m_x.root(), 0, 0, 0).sequence;
+    const auto nothing = m_x.isOpen() && m_x.has(&xcb_test_id) ? m_keyboard.unmappedKey() : std::nullopt;
+    if (nothing)
+        post({{XCB_KEY_PRESS, *nothing}, {XCB_KEY_RELEASE, *nothing}});
+}
+
+void XKeySender::post(const QList<Stroke> &strokes)
+{
+    m_firstRequest.reset();
+    for (const Stroke &stroke : strokes) {
+        m_lastRequest =
+            xcb_test_fake_input(m_x.get(), stroke.type, stroke.key, XCB_CURRENT_TIME, m_x.root(), 0, 0, 0)
+                .sequence;
+        m_firstRequest = m_firstRequest.value_or(m_lastRequest);
+    }
+    // Whatever comes after the last of them is the user's again.
+    xcb_no_operation(m_x.get());
+    xcb_flush(m_x.get());
 }
 
 XInputMonitor::XInputMonitor(XConnection &x, const XScreens &screens, const XPointer &pointer,
@@ -214,7 +237,7 @@ void XInputMonitor::handleRawEvent(const xcb_ge_generic_event_t &event)
     // All raw events are laid out alike.
     const auto &raw = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
     if (event.event_type == XCB_INPUT_RAW_MOTION) {
-        m_moved = true;
+        m_moved |= movesPointer(raw);
         return;
     }
     emitMove();

@@ -42,6 +42,8 @@ public:
     quint32 keysym(xcb_keycode_t key) const;
     /// A key that gives `keysym`, with or without shift; absent where the layout has none.
     std::optional<xcb_keycode_t> keyFor(quint32 keysym) const;
+    /// A key that stands for nothing in this layout; absent where each means something.
+    std::optional<xcb_keycode_t> unmappedKey() const;
     /// What a mouse button counts as after the user's mapping (left-handed or not).
     quint32 logicalButton(quint32 physical) const;
 
@@ -55,7 +57,7 @@ private:
     std::vector<quint8> m_buttons;
 };
 
-/// The copy shortcut through the XTEST extension. It notes which requests were its own, so that the monitor
+/// The user's keys through the XTEST extension. It notes which requests were its own, so that the monitor
 /// on the same connection can tell the events that they caused from the user's.
 class XKeySender final : public KeySender {
 public:
@@ -65,6 +67,7 @@ public:
     }
 
     bool sendCopy() override;
+    void tapNothing() override;
 
     /// Whether the server sent an event while it carried out what we posted last.
     bool caused(quint32 sequence) const
@@ -73,7 +76,12 @@ public:
     }
 
 private:
-    quint32 post(quint8 type, xcb_keycode_t key) const;
+    struct Stroke {
+        quint8 type;
+        xcb_keycode_t key;
+    };
+
+    void post(const QList<Stroke> &strokes);
 
     XConnection &m_x;
     const XKeyboard &m_keyboard;

@@ -107,7 +107,10 @@ TEST_F(Input, OwnPostedKeysAreNotTold)
     otherClient.key(altLeft, true);
     recorder.take();
     EXPECT_FALSE(platform.desktop.keySender.sendCopy());
+    platform.desktop.keySender.tapNothing();
+    EXPECT_EQ(recorder.take(), QString()) << "a tap of ours ends no hold";
     otherClient.key(altLeft, false);
+    EXPECT_EQ(recorder.take(), u"held 0"_s);
 }
 
 TEST_F(Input, TheOneScreenIsThere)
