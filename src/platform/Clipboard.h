@@ -4,11 +4,14 @@
 #include <QCoro/QCoroTask>
 #include <QList>
 #include <QMap>
+#include <QObject>
 #include <QString>
 
 #include <optional>
 
 namespace nimbrelle {
+
+struct Application;
 
 /// One item in all its representations: the bytes by the name of the format.
 using ClipboardItem = QMap<QString, QByteArray>;
@@ -16,10 +19,10 @@ using ClipboardSnapshot = QList<ClipboardItem>;
 
 /// The clipboard of the session. A read waits without blocking, and never longer than 0.3 seconds in all; the
 /// main thread's event loop must run meanwhile. It takes no more than what a reader's clipboard ever holds.
-class Clipboard {
-public:
-    virtual ~Clipboard() = default;
+class Clipboard : public QObject {
+    Q_OBJECT
 
+public:
     /// Every representation of every item, byte for byte; empty when the clipboard is. Absent when its owner
     /// did not give everything in time, or names more than 64 formats or holds more than 64 MB: then it could
     /// not be put back whole, and must be left alone.
@@ -28,11 +31,24 @@ public:
     /// Grows with each write by anyone, ours included.
     virtual quint64 changeCount() const = 0;
 
+    /// Whether the last write was this program's.
+    virtual bool isWrittenBy(const Application &application) const = 0;
+
+    /// Whether what it holds was put there by restore().
+    virtual bool isOwn() const = 0;
+
+    /// When the user did what led to the last write, as its writer tells; in the desktop's own milliseconds,
+    /// which wrap. 0: not known.
+    virtual quint32 writtenAt() const = 0;
+
     /// The plain text. Absent when there is none, not in time, or more than 1 MB.
     virtual QCoro::Task<std::optional<QString>> string() = 0;
 
     /// Clears the clipboard and puts the items back under their formats. At once.
     virtual void restore(const ClipboardSnapshot &snapshot) = 0;
+
+signals:
+    void changed(); ///< with each write
 };
 
 /// What the session offers as the last marked text, without any copying. A session may have none: then the

@@ -40,8 +40,10 @@ void SelectionGesture::mouseDragged(QPointF at)
 
 void SelectionGesture::mouseUp(QPointF at, int clickCount)
 {
-    if (isDragTo(at) || clickCount >= 2)
-        textMarked(at);
+    if (!isDragTo(at) && clickCount < 2)
+        return;
+    m_selection.noteMouseUp();
+    textMarked(at);
 }
 
 bool SelectionGesture::isDragTo(QPointF at) const

@@ -5,6 +5,7 @@
 #include "platform/FrontApplication.h"
 #include "platform/InputMonitor.h"
 #include "platform/KeySender.h"
+#include "platform/WindowAtPointer.h"
 
 #include <QCoro/QCoroSignal>
 
@@ -39,7 +40,8 @@ QString withoutEmbedded(QString text)
 } // namespace
 
 SelectionReader::SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
-    Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front)
+    Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front,
+    const WindowAtPointer &window)
     : m_clock(clock)
     , m_accessibility(accessibility)
     , m_primary(primary)
@@ -47,24 +49,42 @@ SelectionReader::SelectionReader(Clock &clock, AccessibilityReader &accessibilit
     , m_keys(keys)
     , m_pointer(pointer)
     , m_front(front)
+    , m_window(window)
+    , m_lateCopy(clock, clipboard, keys)
 {
 }
 
 void SelectionReader::noteMouseDown()
 {
-    m_primaryAtMouseDown = m_primary.changeCount();
+    m_lateCopy.noteUserAct();
+    m_marking = {};
+    m_marking.primaryAtMouseDown = m_primary.changeCount();
+    m_marking.press = m_window.current();
+}
+
+void SelectionReader::noteMouseUp()
+{
+    m_marking.release = m_window.current();
+    m_marking.areaAtRelease = m_window.areaOf(m_marking.press.application);
+}
+
+void SelectionReader::noteKeyDown()
+{
+    if (m_pointer.modifiers() != 0) // a shortcut, which may copy
+        m_lateCopy.noteUserAct();
 }
 
 QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::stop_token stop)
 {
-    const quint64 atMouseDown = m_primaryAtMouseDown; // the next press may come while we wait
+    Marking marking = m_marking; // the next press may come while we wait
+    marking.askedAt = m_clock.now();
     const std::optional<Result> accessible = co_await readViaAccessibility(stop);
     if (stop.stop_requested())
         co_return std::nullopt;
     if (accessible && !accessible->text.contains(embeddedObject))
         co_return accessible;
     // Browsers put a placeholder where a link or a picture is; the clipboards hold its text too.
-    const std::optional<QString> text = co_await readViaClipboard(atMouseDown, stop);
+    const std::optional<QString> text = co_await readViaClipboard(marking, stop);
     if (stop.stop_requested())
         co_return std::nullopt;
     std::optional<Result> result;
@@ -108,13 +128,14 @@ std::optional<QString> SelectionReader::contextOf(const TextPiece &piece)
     return withoutEmbedded(piece.text.sliced(start, end - start));
 }
 
-QCoro::Task<std::optional<QString>> SelectionReader::readViaClipboard(
-    quint64 atMouseDown, std::stop_token stop)
+QCoro::Task<std::optional<QString>> SelectionReader::readViaClipboard(Marking marking, std::stop_token stop)
 {
-    std::optional<QString> text = co_await readPrimary(atMouseDown);
+    std::optional<QString> text = co_await readPrimary(marking.primaryAtMouseDown);
     if (text || stop.stop_requested())
         co_return text;
-    text = co_await readByCopy(stop);
+    const auto waited =
+        std::chrono::duration_cast<std::chrono::milliseconds>(m_clock.now() - marking.askedAt);
+    text = co_await readByCopy(marking, waited, stop);
     co_return text;
 }
 
@@ -126,39 +147,51 @@ QCoro::Task<std::optional<QString>> SelectionReader::readPrimary(quint64 atMouse
     co_return unlessBlank(std::move(text));
 }
 
-QCoro::Task<std::optional<QString>> SelectionReader::readByCopy(std::stop_token stop)
+QCoro::Task<std::optional<QString>> SelectionReader::readByCopy(
+    Marking marking, std::chrono::milliseconds waited, std::stop_token stop)
 {
     while (m_copying)
         co_await qCoro(this, &SelectionReader::copyEnded);
-    if (stop.stop_requested() || !mayCopy())
+    if (stop.stop_requested() || !mayCopyFrom(marking, waited))
         co_return std::nullopt;
     m_copying = true;
     const std::optional<ClipboardSnapshot> before = co_await m_clipboard.snapshot();
+    const std::optional<Application> program = mayCopyFrom(marking, waited);
     std::optional<QString> text;
-    if (before && mayCopy() && !stop.stop_requested())
-        text = co_await copyOver(*before);
+    if (before && program && !stop.stop_requested())
+        text = co_await copyOver(*program, *before);
     m_copying = false;
     emit copyEnded();
     co_return unlessBlank(std::move(text));
 }
 
-// In a terminal the shortcut would end the running program, and with a held modifier it is another one.
-bool SelectionReader::mayCopy() const
+std::optional<Application> SelectionReader::mayCopyFrom(
+    const Marking &marking, std::chrono::milliseconds waited) const
 {
-    const auto application = m_front.current();
-    return application && !application->isTerminal && m_pointer.modifiers() == 0;
+    const CopySituation situation{.front = m_front.current(),
+        .press = marking.press,
+        .release = marking.release,
+        .areaAtRelease = marking.areaAtRelease,
+        .held = m_pointer.modifiers(),
+        .waited = waited};
+    return mayCopy(situation) ? situation.front : std::nullopt;
 }
 
-QCoro::Task<std::optional<QString>> SelectionReader::copyOver(ClipboardSnapshot before)
+QCoro::Task<std::optional<QString>> SelectionReader::copyOver(Application program, ClipboardSnapshot before)
 {
+    const bool owesAnother = m_lateCopy.isExpecting();
+    m_lateCopy.forget();
     const quint64 count = m_clipboard.changeCount();
     if (!m_keys.sendCopy())
         co_return std::nullopt;
     const bool hasCopied = co_await clipboardChangesFrom(count);
-    if (!hasCopied)
-        co_return std::nullopt; // untouched, so there is nothing to restore
-    std::optional<QString> text = co_await m_clipboard.string();
-    m_clipboard.restore(before);
+    std::optional<QString> text;
+    if (hasCopied) {
+        text = co_await m_clipboard.string();
+        m_clipboard.restore(before);
+    }
+    if (!hasCopied || owesAnother)
+        m_lateCopy.expect(program, before);
     co_return text;
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "frame/Timestamp.h"
 #include "platform/AccessibilityReader.h"
 #include "platform/Clipboard.h"
+#include "screen/CopyRules.h"
+#include "screen/LateCopyUndo.h"
 
 #include <QCoro/QCoroTask>
 #include <QObject>
@@ -30,20 +33,20 @@ public:
     };
 
     SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
-        Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front);
+        Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front,
+        const WindowAtPointer &window);
 
     /// The left button went down: a primary selection claimed from now on is that of this gesture.
     void noteMouseDown();
+    /// It came up, and may have marked text.
+    void noteMouseUp();
+    void noteKeyDown();
 
     /// All ways, in their order. A stop takes effect until the clipboard is touched; from there on the read
     /// goes through, so that the clipboard is restored.
     QCoro::Task<std::optional<Result>> read(std::stop_token stop);
 
     QCoro::Task<std::optional<Result>> readViaAccessibility(std::stop_token stop);
-
-    /// The primary selection if it was claimed since the count was `atMouseDown`, else a simulated copy with
-    /// the clipboard restored afterwards. The copy is left out in a terminal and while a modifier is held.
-    QCoro::Task<std::optional<QString>> readViaClipboard(quint64 atMouseDown, std::stop_token stop);
 
     /// 300 UTF-16 units to each side of the selection, without halves of surrogate pairs at the ends. Absent
     /// when that holds nothing.
@@ -53,11 +56,25 @@ signals:
     void copyEnded();
 
 private:
+    /// What was noted of the gesture that a read is for.
+    struct Marking {
+        quint64 primaryAtMouseDown = 0;
+        PointedWindow press;
+        PointedWindow release;
+        QRect areaAtRelease; ///< of the window of the press
+        Timestamp askedAt; ///< when the read began
+    };
+
+    /// The primary selection if it was claimed since the mouse went down, else a simulated copy with the
+    /// clipboard restored afterwards.
+    QCoro::Task<std::optional<QString>> readViaClipboard(Marking marking, std::stop_token stop);
     QCoro::Task<std::optional<QString>> readPrimary(quint64 atMouseDown);
-    QCoro::Task<std::optional<QString>> readByCopy(std::stop_token stop);
-    QCoro::Task<std::optional<QString>> copyOver(ClipboardSnapshot before);
+    QCoro::Task<std::optional<QString>> readByCopy(
+        Marking marking, std::chrono::milliseconds waited, std::stop_token stop);
+    QCoro::Task<std::optional<QString>> copyOver(Application program, ClipboardSnapshot before);
     QCoro::Task<bool> clipboardChangesFrom(quint64 count);
-    bool mayCopy() const;
+    /// The program that would get the shortcut; absent where it must not be sent.
+    std::optional<Application> mayCopyFrom(const Marking &marking, std::chrono::milliseconds waited) const;
 
     Clock &m_clock;
     AccessibilityReader &m_accessibility;
@@ -66,8 +83,10 @@ private:
     KeySender &m_keys;
     const Pointer &m_pointer;
     const FrontApplication &m_front;
+    const WindowAtPointer &m_window;
 
-    quint64 m_primaryAtMouseDown = 0;
+    Marking m_marking;
+    LateCopyUndo m_lateCopy;
     bool m_copying = false;
 };
 

@@ -14,6 +14,13 @@ protected:
     {
         clipboard.content = before;
         keys.whenCopied = [this] { clipboard.writeText(u"copied"_s); };
+        gesture();
+    }
+
+    void gesture()
+    {
+        selection.noteMouseDown();
+        selection.noteMouseUp();
     }
 
     Running<std::optional<Result>> begin() { return Running(selection.read(stop.get_token())); }
@@ -47,7 +54,7 @@ TEST_F(SelectionReaderTest, AccessibilityComesFirstThenThePrimarySelection)
     mark(u" \n"_s);
     EXPECT_EQ(read(), text(u"other"_s));
     EXPECT_EQ(keys.copies, 0);
-    selection.noteMouseDown(); // after which that one is an older selection
+    gesture(); // after which that one is an older selection
     EXPECT_EQ(read(), text(u"copied"_s));
     EXPECT_EQ(primary.reads, 1);
 }
@@ -118,19 +125,72 @@ TEST_F(SelectionReaderTest, ACopyThatDoesNothingEndsAfterThreeHundredMillisecond
     EXPECT_EQ(clipboard.restores, 0);
 }
 
-TEST_F(SelectionReaderTest, CopiesNowhereWhereItCouldDoHarm)
+TEST_F(SelectionReaderTest, CopiesNowhereWhereTheRulesForbidIt)
 {
-    front.front->isTerminal = true;
-    EXPECT_EQ(read(), std::nullopt);
-    front.front = std::nullopt;
-    EXPECT_EQ(read(), std::nullopt);
-    front.front = Application{};
+    const auto copies = [this] {
+        read();
+        return std::exchange(keys.copies, 0);
+    };
     pointer.held = modifier::shift;
-    EXPECT_EQ(read(), std::nullopt);
+    EXPECT_EQ(copies(), 0);
     pointer.held = 0;
     clipboard.answers = false; // its owner gives it out too slowly for it to be restored
+    EXPECT_EQ(copies(), 0);
+    clipboard.answers = true;
+    front.front->copyShortcut = CopyShortcut::harmful;
+    EXPECT_EQ(copies(), 0);
+    front.front->copyShortcut = CopyShortcut::ordinary;
+    selection.noteMouseDown();
+    window.pointed.area.translate(5, 0); // the window was dragged
+    selection.noteMouseUp();
+    EXPECT_EQ(copies(), 0);
+    window.pointed.hasTextCursor = false;
+    gesture();
+    EXPECT_EQ(copies(), 0);
+    window.pointed.hasTextCursor = true;
+    gesture();
+    accessibility.delay = 150ms; // both answers together: the program hangs
+    accessibility.chain = {{}};
+    EXPECT_EQ(copies(), 0);
+    accessibility.delay = 0ms;
+    EXPECT_EQ(copies(), 1);
+}
+
+TEST_F(SelectionReaderTest, AProgramThatHangsDoesNotCostTheClipboard)
+{
+    keys.whenCopied = {};
+    keys.sentAt = 5000;
+    const auto late = [this](quint32 time) {
+        clipboard.claimTime = time;
+        clipboard.writeText(u"late"_s);
+        return clipboard.content == before;
+    };
     EXPECT_EQ(read(), std::nullopt);
-    EXPECT_EQ(keys.copies, 0);
+    advance(2s);
+    EXPECT_TRUE(late(0));
+    EXPECT_EQ(read(), std::nullopt); // once more, before it wakes
+    selection.noteMouseDown(); // an impatient click
+    EXPECT_TRUE(late(5002));
+    EXPECT_TRUE(late(5003)) << "each shortcut that it got";
+    EXPECT_FALSE(late(9000)) << "the user's own copy by the mouse";
+    EXPECT_FALSE(late(0)) << "and with that it is over";
+
+    clipboard.write(before, 2);
+    gesture();
+    EXPECT_EQ(read(), std::nullopt);
+    pointer.held = modifier::control;
+    input.type();
+    pointer.held = 0;
+    EXPECT_FALSE(late(0)) << "the user's own copy by the keys";
+    clipboard.write(before, 2);
+    EXPECT_EQ(read(), std::nullopt);
+    clipboard.write({{{u"text/plain"_s, "elsewhere"}}}, 2);
+    EXPECT_FALSE(late(5000)) << "the clipboard held something newer by then";
+    clipboard.write(before, 2);
+    EXPECT_EQ(read(), std::nullopt);
+    advance(10s);
+    EXPECT_FALSE(late(5000)) << "nobody waits for ever";
+    EXPECT_EQ(clock.pending(), 0);
 }
 
 TEST_F(SelectionReaderTest, AStartedCopyRestoresAlsoWhenStoppedAndTheNextWaitsForIt)
