@@ -17,6 +17,12 @@ struct Application;
 using ClipboardItem = QMap<QString, QByteArray>;
 using ClipboardSnapshot = QList<ClipboardItem>;
 
+/// In the desktop's own milliseconds, which wrap.
+struct WriteTimes {
+    quint32 causedAt = 0; ///< when the user did what led to it, as the writer tells; 0: not known
+    quint32 doneAt = 0; ///< long after that, its writer hung
+};
+
 /// The clipboard of the session. A read waits without blocking, and never longer than 0.3 seconds in all; the
 /// main thread's event loop must run meanwhile. It takes no more than what a reader's clipboard ever holds.
 class Clipboard : public QObject {
@@ -37,9 +43,8 @@ public:
     /// Whether what it holds was put there by restore().
     virtual bool isOwn() const = 0;
 
-    /// When the user did what led to the last write, as its writer tells; in the desktop's own milliseconds,
-    /// which wrap. 0: not known.
-    virtual quint32 writtenAt() const = 0;
+    /// Of the last write.
+    virtual WriteTimes writeTimes() const = 0;
 
     /// The plain text. Absent when there is none, not in time, or more than 1 MB.
     virtual QCoro::Task<std::optional<QString>> string() = 0;

@@ -10,6 +10,7 @@ namespace {
 
 constexpr auto patience = 250ms; // a question that is answered at all takes a few
 constexpr int oneStroke = 20; // milliseconds from the shortcut's first key to its last
+constexpr int longestWork = 200; // milliseconds from an event to the copy, in a program that is well
 
 bool isMarkedInside(const Application &front, const CopySituation &situation)
 {
@@ -36,10 +37,11 @@ bool mayCopy(const CopySituation &situation)
 
 bool isLateCopy(const LateWrite &write)
 {
-    const auto apart = static_cast<qint32>(write.writtenAt - write.copiedAt);
-    const bool answersTheShortcut =
-        write.writtenAt != 0 && write.copiedAt != 0 && std::abs(apart) <= oneStroke;
-    return write.isByProgram && (answersTheShortcut || !write.hasUserActed);
+    const auto [causedAt, doneAt] = write.times;
+    const auto apart = static_cast<qint32>(causedAt - write.copiedAt);
+    const bool isByOurKeys = causedAt != 0 && write.copiedAt != 0 && std::abs(apart) <= oneStroke;
+    const bool hasHung = causedAt != 0 && static_cast<qint32>(doneAt - causedAt) > longestWork;
+    return write.isByProgram && (isByOurKeys || hasHung || !write.hasUserActed);
 }
 
 } // namespace nimbrelle

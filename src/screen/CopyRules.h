@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Clipboard.h"
 #include "platform/Modifiers.h"
 #include "platform/WindowAtPointer.h"
 
@@ -28,12 +29,13 @@ bool mayCopy(const CopySituation &situation);
 struct LateWrite {
     bool isByProgram = false; ///< by the one that got the shortcut
     bool hasUserActed = false; ///< since then, so that he may have copied something himself
-    quint32 writtenAt = 0; ///< as Clipboard and KeySender tell it
-    quint32 copiedAt = 0;
+    WriteTimes times;
+    quint32 copiedAt = 0; ///< as KeySender tells it
 };
 
-/// Whether it is the answer to our shortcut and not the user's own copy. The times decide where they are
-/// close; a program that hung makes good for the shortcut first, whatever the user has done meanwhile.
+/// Whether it answers our shortcut and is not the user's own copy. It is ours if it was caused by the
+/// shortcut's very keys. Many programs tell the time of the newest event that they have read instead; but one
+/// that acts long after any event has hung, and a program answers in order, the shortcut first.
 bool isLateCopy(const LateWrite &write);
 
 } // namespace nimbrelle

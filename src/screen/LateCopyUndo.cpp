@@ -20,10 +20,17 @@ LateCopyUndo::LateCopyUndo(Clock &clock, Clipboard &clipboard, const KeySender &
     connect(&m_clipboard, &Clipboard::changed, this, &LateCopyUndo::handleChange);
 }
 
-void LateCopyUndo::expect(const Application &program, const ClipboardSnapshot &content)
+void LateCopyUndo::expect(const Application &program, const ClipboardSnapshot &content, int owed)
 {
-    m_expected = Expected{.program = program, .content = content};
+    m_expected = Expected{.program = program, .content = content, .owed = owed};
     giveUpLater(m_wait.renew());
+}
+
+int LateCopyUndo::take(const Application &program)
+{
+    const int owed = m_expected && m_expected->program.window == program.window ? m_expected->owed : 0;
+    forget();
+    return owed;
 }
 
 void LateCopyUndo::forget()
@@ -51,12 +58,14 @@ void LateCopyUndo::handleChange()
         return;
     const LateWrite write{.isByProgram = m_clipboard.isWrittenBy(m_expected->program),
         .hasUserActed = m_expected->hasUserActed,
-        .writtenAt = m_clipboard.writtenAt(),
+        .times = m_clipboard.writeTimes(),
         .copiedAt = m_keys.copiedAt()};
-    if (isLateCopy(write))
-        m_clipboard.restore(m_expected->content); // and it may have got the shortcut more than once
-    else
-        forget(); // that is what the clipboard holds now
+    const bool isLate = isLateCopy(write);
+    const ClipboardSnapshot before = m_expected->content;
+    if (!isLate || --m_expected->owed == 0)
+        forget();
+    if (isLate)
+        m_clipboard.restore(before);
 }
 
 } // namespace nimbrelle

@@ -20,10 +20,11 @@ class LateCopyUndo : public QObject {
 public:
     LateCopyUndo(Clock &clock, Clipboard &clipboard, const KeySender &keys);
 
-    /// For some seconds from now, `program` may still obey; `content` is what the clipboard held.
-    void expect(const Application &program, const ClipboardSnapshot &content);
-    bool isExpecting() const { return m_expected.has_value(); }
-    void forget();
+    /// For some seconds from now, `program` may still obey as many shortcuts as it owes; `content` is what
+    /// the clipboard held.
+    void expect(const Application &program, const ClipboardSnapshot &content, int owed);
+    /// How many it owes. Nothing is expected any more, for another shortcut is about to be sent.
+    int take(const Application &program);
     /// The user has clicked or pressed a shortcut: what is copied may be his.
     void noteUserAct();
 
@@ -31,10 +32,12 @@ private:
     struct Expected {
         Application program;
         ClipboardSnapshot content;
+        int owed;
         bool hasUserActed = false;
     };
 
     QCoro::Task<> giveUpLater(std::stop_token stop);
+    void forget();
     void handleChange();
 
     Clock &m_clock;

@@ -179,8 +179,7 @@ std::optional<Application> SelectionReader::mayCopyFrom(
 
 QCoro::Task<std::optional<QString>> SelectionReader::copyOver(Application program, ClipboardSnapshot before)
 {
-    const bool owesAnother = m_lateCopy.isExpecting();
-    m_lateCopy.forget();
+    const int owed = m_lateCopy.take(program);
     const quint64 count = m_clipboard.changeCount();
     if (!m_keys.sendCopy())
         co_return std::nullopt;
@@ -190,8 +189,9 @@ QCoro::Task<std::optional<QString>> SelectionReader::copyOver(Application progra
         text = co_await m_clipboard.string();
         m_clipboard.restore(before);
     }
-    if (!hasCopied || owesAnother)
-        m_lateCopy.expect(program, before);
+    const int stillOwed = hasCopied ? owed : owed + 1;
+    if (stillOwed > 0)
+        m_lateCopy.expect(program, before, stillOwed);
     co_return text;
 }
 

@@ -61,22 +61,26 @@ TEST(CopyRules, TheTextPointerAtOneEndWillDoAndAProgramThatNeedsTheCopyNeedsNone
     EXPECT_FALSE(mayCopy(now));
 }
 
-TEST(CopyRules, ALateWriteIsOursByItsTimeOrWhileTheUserHasDoneNothing)
+TEST(CopyRules, ALateWriteIsOursByItsTimesOrWhileTheUserHasDoneNothing)
 {
-    const LateWrite late{.isByProgram = true, .writtenAt = 5003, .copiedAt = 5000};
-    LateWrite write = late;
-    write.hasUserActed = true;
-    EXPECT_TRUE(isLateCopy(write)) << "it answers the shortcut, whatever came after that";
-    write.writtenAt = 6200;
-    EXPECT_FALSE(isLateCopy(write)) << "the user's own";
-    write.hasUserActed = false;
-    EXPECT_TRUE(isLateCopy(write)) << "a program that tells the time of its waking";
-    write = late;
-    write.isByProgram = false;
-    EXPECT_FALSE(isLateCopy(write));
-    EXPECT_TRUE(isLateCopy(
-        {.isByProgram = true, .hasUserActed = true, .writtenAt = 0x2, .copiedAt = 0xfffffff8})); // wrapped
-    EXPECT_FALSE(isLateCopy({.isByProgram = true, .hasUserActed = true})) << "nothing is known";
+    const auto isLate = [](quint32 causedAt, quint32 doneAt, bool hasUserActed) {
+        return isLateCopy({.isByProgram = true,
+            .hasUserActed = hasUserActed,
+            .times = {.causedAt = causedAt, .doneAt = doneAt},
+            .copiedAt = 5000});
+    };
+    EXPECT_TRUE(isLate(5003, 5004, true)) << "caused by the shortcut's keys, whatever came after them";
+    EXPECT_FALSE(isLate(6200, 6210, true)) << "the user's own, at once";
+    EXPECT_TRUE(isLate(6200, 6500, true)) << "the program hung, and answers in order";
+    EXPECT_TRUE(isLate(6200, 6210, false)) << "it tells the time of its waking";
+    EXPECT_FALSE(isLate(0, 7000, true)) << "nothing is known";
+    EXPECT_TRUE(isLateCopy({.isByProgram = true,
+        .hasUserActed = true,
+        .times = {.causedAt = 0x2, .doneAt = 0x3},
+        .copiedAt = 0xfffffff8}))
+        << "the desktop's time has wrapped";
+    EXPECT_FALSE(isLateCopy({.times = {.causedAt = 5000, .doneAt = 5000}, .copiedAt = 5000}))
+        << "another program's";
 }
 
 } // namespace nimbrelle

@@ -81,7 +81,7 @@ public:
     }
     bool isWrittenBy(const Application &application) const override { return m_writer == application.window; }
     bool isOwn() const override { return m_writer == 0; }
-    quint32 writtenAt() const override { return claimTime; }
+    WriteTimes writeTimes() const override { return times; }
     void restore(const ClipboardSnapshot &snapshot) override
     {
         ++restores;
@@ -101,7 +101,7 @@ public:
     ClipboardSnapshot content;
     bool answers = true;
     int restores = 0;
-    quint32 claimTime = 0;
+    WriteTimes times;
 
 private:
     const QString textFormat = QStringLiteral("text/plain;charset=utf-8");

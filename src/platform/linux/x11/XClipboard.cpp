@@ -81,7 +81,7 @@ XSelectionChanges::XSelectionChanges(XConnection &x, xcb_atom_t selection)
             return;
         ++m_count;
         m_owner = change.owner;
-        m_claimedAt = change.selection_timestamp;
+        m_times = {.causedAt = change.selection_timestamp, .doneAt = change.timestamp};
         emit changed();
     });
 }

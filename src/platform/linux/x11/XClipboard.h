@@ -16,7 +16,7 @@ public:
 
     quint64 count() const { return m_count; }
     xcb_window_t owner() const { return m_owner; }
-    quint32 claimedAt() const { return m_claimedAt; }
+    WriteTimes times() const { return m_times; }
 
 signals:
     void changed();
@@ -24,7 +24,7 @@ signals:
 private:
     quint64 m_count = 0;
     xcb_window_t m_owner = XCB_WINDOW_NONE;
-    quint32 m_claimedAt = 0;
+    WriteTimes m_times;
 };
 
 /// The CLIPBOARD selection. X11 has one item only; after a restore this process owns it.
@@ -38,7 +38,7 @@ public:
     quint64 changeCount() const override { return m_changes ? m_changes->count() : 0; }
     bool isWrittenBy(const Application &application) const override;
     bool isOwn() const override;
-    quint32 writtenAt() const override { return m_changes ? m_changes->claimedAt() : 0; }
+    WriteTimes writeTimes() const override { return m_changes ? m_changes->times() : WriteTimes(); }
     QCoro::Task<std::optional<QString>> string() override;
     void restore(const ClipboardSnapshot &snapshot) override;
 
