@@ -42,8 +42,8 @@ void SelectionGesture::mouseUp(QPointF at, int clickCount)
 {
     if (!isDragTo(at) && clickCount < 2)
         return;
-    m_selection.noteMouseUp();
     textMarked(at);
+    m_selection.noteMouseUp(); // while the program gets its moment
 }
 
 bool SelectionGesture::isDragTo(QPointF at) const

@@ -32,14 +32,13 @@ PointedWindow XWindowAtPointer::current() const
         return pointed;
     const Windows windows = windowsAtPointer();
     pointed.hasTextCursor = hasTextCursor();
-    if (isOwn(windows)) {
-        pointed.kind = PointedWindow::Kind::own;
-        return pointed;
-    }
     // A window manager marks the windows that it manages; what lies round them is its frame.
     const auto client = std::ranges::find_if(
         windows, [this](xcb_window_t each) { return !m_x.values(each, m_x.atom("WM_STATE")).empty(); });
-    if (client == windows.end()) {
+    const bool isManaged = client != windows.end();
+    if (isManaged ? m_x.isOwn(*client) : isOwn(windows)) {
+        pointed.kind = PointedWindow::Kind::own;
+    } else if (!isManaged) {
         if (!windows.empty() && isOfType(windows.front(), m_menuTypes))
             pointed.kind = PointedWindow::Kind::menu;
     } else if (!isOfType(*client, {m_x.atom("_NET_WM_WINDOW_TYPE_DESKTOP")})) {
