@@ -8,7 +8,7 @@ namespace nimbrelle {
 CardRoad::CardRoad(Services &services, const Platform &platform, const Theme &theme)
     : m_source(platform.frontApplication, platform.accessibility)
     , m_selection(services.clock(), platform.accessibility, platform.primarySelection, platform.clipboard,
-          platform.keySender, platform.pointer, platform.frontApplication)
+          platform.keySender, platform.pointer, platform.frontApplication, platform.windowAtPointer)
     , m_ocr(platform.screens, platform.capture, platform.recognizer)
     , m_overlay(theme, platform.windowSystem)
     , m_region(platform.screens, platform.pointer, platform.frontApplication, m_overlay)
@@ -20,7 +20,10 @@ CardRoad::CardRoad(Services &services, const Platform &platform, const Theme &th
           .config = services.config(),
           .input = platform.input,
           .pointer = platform.pointer,
+          .keys = platform.keySender,
           .front = platform.frontApplication,
+          .window = platform.windowAtPointer,
+          .lock = platform.lock,
           .screens = platform.screens,
           .accessibility = platform.accessibility,
           .selection = m_selection,

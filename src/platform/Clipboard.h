@@ -4,22 +4,31 @@
 #include <QCoro/QCoroTask>
 #include <QList>
 #include <QMap>
+#include <QObject>
 #include <QString>
 
 #include <optional>
 
 namespace nimbrelle {
 
+struct Application;
+
 /// One item in all its representations: the bytes by the name of the format.
 using ClipboardItem = QMap<QString, QByteArray>;
 using ClipboardSnapshot = QList<ClipboardItem>;
 
+/// In the desktop's own milliseconds, which wrap.
+struct WriteTimes {
+    quint32 causedAt = 0; ///< when the user did what led to it, as the writer tells; 0: not known
+    quint32 doneAt = 0; ///< long after that, its writer hung
+};
+
 /// The clipboard of the session. A read waits without blocking, and never longer than 0.3 seconds in all; the
 /// main thread's event loop must run meanwhile. It takes no more than what a reader's clipboard ever holds.
-class Clipboard {
-public:
-    virtual ~Clipboard() = default;
+class Clipboard : public QObject {
+    Q_OBJECT
 
+public:
     /// Every representation of every item, byte for byte; empty when the clipboard is. Absent when its owner
     /// did not give everything in time, or names more than 64 formats or holds more than 64 MB: then it could
     /// not be put back whole, and must be left alone.
@@ -28,11 +37,23 @@ public:
     /// Grows with each write by anyone, ours included.
     virtual quint64 changeCount() const = 0;
 
+    /// Whether the last write was this program's.
+    virtual bool isWrittenBy(const Application &application) const = 0;
+
+    /// Whether what it holds was put there by restore().
+    virtual bool isOwn() const = 0;
+
+    /// Of the last write.
+    virtual WriteTimes writeTimes() const = 0;
+
     /// The plain text. Absent when there is none, not in time, or more than 1 MB.
     virtual QCoro::Task<std::optional<QString>> string() = 0;
 
     /// Clears the clipboard and puts the items back under their formats. At once.
     virtual void restore(const ClipboardSnapshot &snapshot) = 0;
+
+signals:
+    void changed(); ///< with each write
 };
 
 /// What the session offers as the last marked text, without any copying. A session may have none: then the

@@ -6,6 +6,13 @@
 
 namespace nimbrelle {
 
+/// What the copy shortcut does in a program while nothing is marked there.
+enum class CopyShortcut {
+    ordinary, ///< nothing
+    harmful, ///< it ends or interrupts something, or copies what was not marked
+    needed, ///< nothing, and what is marked can be had in no other way, whatever shape the pointer has
+};
+
 /// The program whose window is active, as it was when asked.
 struct Application {
     /// What settings name it by: one of the identifiers of the default exclusion list for the known file
@@ -17,7 +24,7 @@ struct Application {
     std::optional<QString> document;
     qint64 process = 0; ///< 0: not known
     quint64 window = 0; ///< for activate() alone; 0: none
-    bool isTerminal = false; ///< copy shortcuts would end programs there
+    CopyShortcut copyShortcut = CopyShortcut::ordinary;
 
     bool operator==(const Application &) const = default;
 };

@@ -15,8 +15,10 @@ class Pointer;
 class PrimarySelection;
 class ScreenCapture;
 class Screens;
+class SessionLock;
 class Speaker;
 class TextRecognizer;
+class WindowAtPointer;
 class WindowSystem;
 
 /// Every service of the desktop that the program runs on. All of them outlive whoever is given this.
@@ -25,6 +27,8 @@ struct Platform {
     Pointer &pointer;
     KeySender &keySender;
     FrontApplication &frontApplication;
+    WindowAtPointer &windowAtPointer;
+    SessionLock &lock;
     AccessibilityReader &accessibility;
     Clipboard &clipboard;
     PrimarySelection &primarySelection;

@@ -3,8 +3,12 @@
 #include "card/Card.h"
 #include "frame/ConfigStore.h"
 #include "platform/FrontApplication.h"
+#include "platform/InputMonitor.h"
 #include "platform/Screens.h"
+#include "platform/SessionLock.h"
+#include "platform/WindowAtPointer.h"
 #include "screen/GestureParts.h"
+#include "screen/RegionSelector.h"
 
 #include <QMarginsF>
 
@@ -19,18 +23,39 @@ constexpr QMarginsF besideWord{2, 2, 2, 2};
 
 bool GestureGuards::mayAct() const
 {
-    return !isFrontmostExcluded();
+    return !m_parts.lock.isLocked() && !m_parts.region.isOpen() && !isFrontmostExcluded()
+        && !isPointerElsewhere();
 }
 
 // This program's own windows are excluded too.
 bool GestureGuards::isFrontmostExcluded() const
 {
     const auto application = m_parts.front.current();
-    if (!application)
+    return application && (application->bundleID == m_parts.front.ownBundleID() || isExcluded(*application));
+}
+
+bool GestureGuards::isExcluded(const Application &application) const
+{
+    return application.bundleID && m_parts.config.config().excludedBundleIDs.contains(*application.bundleID);
+}
+
+// Over a window that must not be read or covered, whichever is in front.
+bool GestureGuards::isPointerElsewhere() const
+{
+    if (m_parts.pointer.pressedButtons() == 0 && m_parts.window.isGrabbed())
+        return true;
+    const PointedWindow pointed = m_parts.window.current();
+    switch (pointed.kind) {
+    case PointedWindow::Kind::own:
+        return !isOnCard(m_parts.pointer.location());
+    case PointedWindow::Kind::menu:
+        return true;
+    case PointedWindow::Kind::content:
+        return isExcluded(pointed.application);
+    case PointedWindow::Kind::other:
         return false;
-    return application->bundleID == m_parts.front.ownBundleID()
-        || (application->bundleID
-            && m_parts.config.config().excludedBundleIDs.contains(*application->bundleID));
+    }
+    return false;
 }
 
 bool GestureGuards::isInContentArea(QPointF point) const

@@ -7,7 +7,12 @@ namespace nimbrelle {
 class Card;
 class ConfigStore;
 class FrontApplication;
+class Pointer;
+class RegionSelector;
 class Screens;
+class SessionLock;
+class WindowAtPointer;
+struct Application;
 struct GestureState;
 
 /// The reasons for a gesture not to act, as they are at the moment of the question. Points are global, origin
@@ -18,6 +23,10 @@ public:
     struct Parts {
         const ConfigStore &config;
         const FrontApplication &front;
+        const Pointer &pointer;
+        const WindowAtPointer &window;
+        const SessionLock &lock;
+        const RegionSelector &region;
         const Screens &screens;
         const Card &card;
         const GestureState &state;
@@ -39,7 +48,9 @@ public:
     bool isOnLastWord(QPointF point) const;
 
 private:
+    bool isExcluded(const Application &application) const;
     bool isFrontmostExcluded() const;
+    bool isPointerElsewhere() const;
 
     const Parts m_parts;
 };

@@ -12,6 +12,7 @@ class Card;
 class Clock;
 class ConfigStore;
 class GestureGuards;
+class KeySender;
 class Pointer;
 class ScreenOCR;
 
@@ -29,6 +30,7 @@ struct GestureParts {
     Clock &clock;
     const ConfigStore &config;
     const Pointer &pointer;
+    KeySender &keys;
     AccessibilityReader &accessibility;
     ScreenOCR &ocr;
     Card &card;

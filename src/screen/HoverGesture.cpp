@@ -4,9 +4,14 @@
 #include "frame/ConfigStore.h"
 #include "platform/AccessibilityReader.h"
 #include "platform/InputMonitor.h"
+#include "platform/KeySender.h"
 #include "screen/CaptureError.h"
 #include "screen/GestureGuards.h"
 #include "screen/ScreenOCR.h"
+
+#include <QLineF>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -18,12 +23,13 @@ namespace {
 
 constexpr auto pressDelay = 250ms;
 constexpr auto moveDelay = 200ms;
+constexpr double tremble = 6; // so far off, it is still the same place that is pointed at
 const QString noCapture = u"识别屏幕文字需要「屏幕录制」权限，请在设置里打开。"_s;
 
 } // namespace
 
 HoverGesture::HoverGesture(const GestureParts &parts)
-    : m_parts(parts), m_hoverTask(parts.clock, [this](std::stop_token stop) { performHover(stop); })
+    : m_parts(parts), m_hoverTask(parts.clock, [this](const std::stop_token &) { performHover(); })
 {
 }
 
@@ -34,6 +40,7 @@ void HoverGesture::flagsChanged(ModifierFlags mods)
         endHold();
     } else if (!m_hoverKeyHeld) {
         m_hoverKeyHeld = true;
+        m_releaseIsSilent = false;
         m_parts.state.lastHoverRect.reset();
         m_hoverTask.schedule(pressDelay);
         expectLookup();
@@ -53,7 +60,9 @@ void HoverGesture::keyDown()
 void HoverGesture::endHold()
 {
     m_hoverKeyHeld = false;
+    m_readingAt.reset();
     m_hoverTask.cancel();
+    m_lookupTask.cancel();
 }
 
 bool HoverGesture::mayAct() const
@@ -67,7 +76,7 @@ void HoverGesture::expectLookup() const
         m_parts.lookupIsLikely();
 }
 
-void HoverGesture::performHover(std::stop_token stop)
+void HoverGesture::performHover()
 {
     if (!mayAct())
         return;
@@ -76,16 +85,22 @@ void HoverGesture::performHover(std::stop_token stop)
         return;
     }
     const QPointF at = m_parts.pointer.location();
-    if (m_parts.guards.isOnCard(at) || m_parts.guards.isOnLastWord(at))
+    if (m_parts.guards.isOnCard(at) || m_parts.guards.isOnLastWord(at) || isReading(at))
         return;
     if (m_parts.ocr.isAllowed())
-        lookUpWord(at, stop);
+        lookUpWord(at, m_lookupTask.renew());
     else
         m_parts.card.showError({.message = noCapture, .needsSettings = true}, at);
 }
 
+bool HoverGesture::isReading(QPointF at) const
+{
+    return m_readingAt && QLineF(*m_readingAt, at).length() < tremble;
+}
+
 QCoro::Task<> HoverGesture::lookUpWord(QPointF at, std::stop_token stop)
 {
+    m_readingAt = at;
     std::optional<ScreenOCR::Result> seen;
     try {
         seen = co_await m_parts.ocr.recognize(at, ScreenOCR::Seek::word, stop);
@@ -93,11 +108,23 @@ QCoro::Task<> HoverGesture::lookUpWord(QPointF at, std::stop_token stop)
         if (!stop.stop_requested())
             m_parts.card.showError(captureError(failure), at);
     }
-    if (stop.stop_requested() || !seen || !seen->word)
+    if (stop.stop_requested())
+        co_return;
+    m_readingAt.reset();
+    if (!seen || !seen->word)
         co_return;
     m_parts.state = {.lastHoverRect = seen->wordRect, .dwellCard = false};
     m_parts.accessibility.beginGesture();
     m_parts.card.lookup(*seen->word, seen->context, at);
+    keepReleaseSilent();
+}
+
+// Else the program in front opens its menus at the release: the key was pressed and released alone.
+void HoverGesture::keepReleaseSilent()
+{
+    if (std::exchange(m_releaseIsSilent, true))
+        return;
+    m_parts.keys.tapNothing();
 }
 
 } // namespace nimbrelle

@@ -5,6 +5,7 @@
 #include "frame/ConfigStore.h"
 #include "platform/AccessibilityReader.h"
 #include "platform/InputMonitor.h"
+#include "platform/KeySender.h"
 #include "screen/CaptureError.h"
 #include "screen/GestureGuards.h"
 #include "screen/RegionSelector.h"
@@ -36,6 +37,7 @@ void RegionGesture::startRegionSelection()
 {
     if (!m_parts.config.config().optionRegionTranslate || !m_parts.guards.mayAct())
         return;
+    m_parts.keys.tapNothing(); // else the desktop opens its launcher when this second press ends
     m_parts.state.dwellCard = false;
     m_parts.card.hide();
     if (!m_parts.ocr.isAllowed()) {

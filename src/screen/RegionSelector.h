@@ -22,6 +22,8 @@ public:
     /// not called when the user gives up.
     void begin(std::function<void(QRectF)> onSelect);
 
+    bool isOpen() const { return static_cast<bool>(m_onSelect); }
+
     /// Ends the selection without a result and gives the keyboard focus back. Does nothing when there is
     /// none.
     void cancel();

@@ -41,8 +41,10 @@ void SelectionGesture::mouseDragged(QPointF at)
 
 void SelectionGesture::mouseUp(QPointF at, int clickCount)
 {
-    if (isDragTo(at) || clickCount >= 2)
-        textMarked(at);
+    if (!isDragTo(at) && clickCount < 2)
+        return;
+    textMarked(at);
+    m_selection.noteMouseUp(); // while the program gets its moment
 }
 
 bool SelectionGesture::isDragTo(QPointF at) const

@@ -5,6 +5,7 @@
 #include "platform/FrontApplication.h"
 #include "platform/InputMonitor.h"
 #include "platform/KeySender.h"
+#include "platform/WindowAtPointer.h"
 
 #include <QCoro/QCoroSignal>
 
@@ -59,7 +60,8 @@ SelectionReader::Result resultOf(const QString &text, const std::optional<Marked
 } // namespace
 
 SelectionReader::SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
-    Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front)
+    Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front,
+    const WindowAtPointer &window)
     : m_clock(clock)
     , m_accessibility(accessibility)
     , m_primary(primary)
@@ -67,28 +69,47 @@ SelectionReader::SelectionReader(Clock &clock, AccessibilityReader &accessibilit
     , m_keys(keys)
     , m_pointer(pointer)
     , m_front(front)
+    , m_window(window)
+    , m_lateCopy(clock, clipboard, keys)
 {
 }
 
 void SelectionReader::noteMouseDown()
 {
-    m_atMouseDown = {.accessibility = m_accessibility.changeCount(), .primary = m_primary.changeCount()};
+    m_lateCopy.noteUserAct();
+    m_marking = {};
+    m_marking.accessibilityAtMouseDown = m_accessibility.changeCount();
+    m_marking.primaryAtMouseDown = m_primary.changeCount();
+    m_marking.press = m_window.current();
+}
+
+void SelectionReader::noteMouseUp()
+{
+    m_marking.release = m_window.current();
+    m_marking.areaAtRelease = m_window.areaOf(m_marking.press.application);
+}
+
+void SelectionReader::noteKeyDown()
+{
+    if (m_pointer.modifiers() != 0) // a shortcut, which may copy
+        m_lateCopy.noteUserAct();
 }
 
 QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::stop_token stop)
 {
-    const Counts atMouseDown = m_atMouseDown; // the next press may come while we wait
+    Marking marking = m_marking; // the next press may come while we wait
+    marking.askedAt = m_clock.now();
     const std::optional<MarkedText> marked = co_await readAccessible();
-    if (stop.stop_requested() || (marked && isOld(*marked, atMouseDown)))
+    if (stop.stop_requested() || (marked && isOld(*marked, marking)))
         co_return std::nullopt; // nor would a copy give anything newer
-    const std::optional<QString> primary = co_await readPrimary(atMouseDown);
+    const std::optional<QString> primary = co_await readPrimary(marking.primaryAtMouseDown);
     if (stop.stop_requested())
         co_return std::nullopt;
     if (marked && isAllOfIt(*marked, primary))
         co_return resultOf(marked->text, marked);
     std::optional<QString> text = primary;
     if (!text)
-        text = co_await readByCopy(stop);
+        text = co_await readByCopy(marking, stop);
     if (!text && marked)
         text = unlessBlank(withoutEmbedded(marked->text));
     if (stop.stop_requested() || !text)
@@ -107,9 +128,10 @@ QCoro::Task<std::optional<MarkedText>> SelectionReader::readAccessible()
     co_return marked;
 }
 
-bool SelectionReader::isOld(const MarkedText &marked, Counts atMouseDown) const
+bool SelectionReader::isOld(const MarkedText &marked, const Marking &marking) const
 {
-    return marked.change <= atMouseDown.accessibility && m_primary.changeCount() == atMouseDown.primary;
+    return marked.change <= marking.accessibilityAtMouseDown
+        && m_primary.changeCount() == marking.primaryAtMouseDown;
 }
 
 std::optional<QString> SelectionReader::contextOf(const TextPiece &piece)
@@ -128,47 +150,60 @@ std::optional<QString> SelectionReader::contextOf(const TextPiece &piece)
     return withoutEmbedded(piece.text.sliced(start, end - start));
 }
 
-QCoro::Task<std::optional<QString>> SelectionReader::readPrimary(Counts atMouseDown)
+QCoro::Task<std::optional<QString>> SelectionReader::readPrimary(quint64 atMouseDown)
 {
-    if (m_primary.changeCount() == atMouseDown.primary)
+    if (m_primary.changeCount() == atMouseDown)
         co_return std::nullopt;
     std::optional<QString> text = co_await m_primary.text();
     co_return unlessBlank(std::move(text));
 }
 
-QCoro::Task<std::optional<QString>> SelectionReader::readByCopy(std::stop_token stop)
+QCoro::Task<std::optional<QString>> SelectionReader::readByCopy(Marking marking, std::stop_token stop)
 {
+    const auto waited =
+        std::chrono::duration_cast<std::chrono::milliseconds>(m_clock.now() - marking.askedAt);
     while (m_copying)
         co_await qCoro(this, &SelectionReader::copyEnded);
-    if (stop.stop_requested() || !mayCopy())
+    if (stop.stop_requested() || !mayCopyFrom(marking, waited))
         co_return std::nullopt;
     m_copying = true;
     const std::optional<ClipboardSnapshot> before = co_await m_clipboard.snapshot();
+    const std::optional<Application> program = mayCopyFrom(marking, waited);
     std::optional<QString> text;
-    if (before && mayCopy() && !stop.stop_requested())
-        text = co_await copyOver(*before);
+    if (before && program && !stop.stop_requested())
+        text = co_await copyOver(*program, *before);
     m_copying = false;
     emit copyEnded();
     co_return unlessBlank(std::move(text));
 }
 
-// In a terminal the shortcut would end the running program, and with a held modifier it is another one.
-bool SelectionReader::mayCopy() const
+std::optional<Application> SelectionReader::mayCopyFrom(
+    const Marking &marking, std::chrono::milliseconds waited) const
 {
-    const auto application = m_front.current();
-    return application && !application->isTerminal && m_pointer.modifiers() == 0;
+    const CopySituation situation{.front = m_front.current(),
+        .press = marking.press,
+        .release = marking.release,
+        .areaAtRelease = marking.areaAtRelease,
+        .held = m_pointer.modifiers(),
+        .waited = waited};
+    return mayCopy(situation) ? situation.front : std::nullopt;
 }
 
-QCoro::Task<std::optional<QString>> SelectionReader::copyOver(ClipboardSnapshot before)
+QCoro::Task<std::optional<QString>> SelectionReader::copyOver(Application program, ClipboardSnapshot before)
 {
+    const int owed = m_lateCopy.take(program);
     const quint64 count = m_clipboard.changeCount();
     if (!m_keys.sendCopy())
         co_return std::nullopt;
     const bool hasCopied = co_await clipboardChangesFrom(count);
-    if (!hasCopied)
-        co_return std::nullopt; // untouched, so there is nothing to restore
-    std::optional<QString> text = co_await m_clipboard.string();
-    m_clipboard.restore(before);
+    std::optional<QString> text;
+    if (hasCopied) {
+        text = co_await m_clipboard.string();
+        m_clipboard.restore(before);
+    }
+    const int stillOwed = hasCopied ? owed : owed + 1;
+    if (stillOwed > 0)
+        m_lateCopy.expect(program, before, stillOwed);
     co_return text;
 }
 

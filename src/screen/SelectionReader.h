@@ -1,7 +1,10 @@
 #pragma once
 
+#include "frame/Timestamp.h"
 #include "platform/AccessibilityReader.h"
 #include "platform/Clipboard.h"
+#include "screen/CopyRules.h"
+#include "screen/LateCopyUndo.h"
 
 #include <QCoro/QCoroTask>
 #include <QObject>
@@ -31,11 +34,15 @@ public:
     };
 
     SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
-        Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front);
+        Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front,
+        const WindowAtPointer &window);
 
     /// The left button went down for the first time: what changes from now on is marked by this gesture, also
     /// by its second and third click.
     void noteMouseDown();
+    /// It came up, and may have marked text.
+    void noteMouseUp();
+    void noteKeyDown();
 
     /// All ways, in their order. A stop takes effect until the clipboard is touched; from there on the read
     /// goes through, so that the clipboard is restored.
@@ -49,21 +56,26 @@ signals:
     void copyEnded();
 
 private:
-    /// How far the changes had been counted when the button went down.
-    struct Counts {
-        quint64 accessibility = 0;
-        quint64 primary = 0;
+    /// What was noted of the gesture that a read is for.
+    struct Marking {
+        quint64 accessibilityAtMouseDown = 0; ///< how far the changes had been counted
+        quint64 primaryAtMouseDown = 0;
+        PointedWindow press;
+        PointedWindow release;
+        QRect areaAtRelease; ///< of the window of the press
+        Timestamp askedAt; ///< when the read began
     };
 
     QCoro::Task<std::optional<MarkedText>> readAccessible();
     /// Absent when it was not claimed since the press: then it may be another window's.
-    QCoro::Task<std::optional<QString>> readPrimary(Counts atMouseDown);
-    bool isOld(const MarkedText &marked, Counts atMouseDown) const;
-    /// Not in a terminal and not while a modifier is held. The clipboard is restored afterwards.
-    QCoro::Task<std::optional<QString>> readByCopy(std::stop_token stop);
-    QCoro::Task<std::optional<QString>> copyOver(ClipboardSnapshot before);
+    QCoro::Task<std::optional<QString>> readPrimary(quint64 atMouseDown);
+    bool isOld(const MarkedText &marked, const Marking &marking) const;
+    /// The clipboard is restored afterwards.
+    QCoro::Task<std::optional<QString>> readByCopy(Marking marking, std::stop_token stop);
+    QCoro::Task<std::optional<QString>> copyOver(Application program, ClipboardSnapshot before);
     QCoro::Task<bool> clipboardChangesFrom(quint64 count);
-    bool mayCopy() const;
+    /// The program that would get the shortcut; absent where it must not be sent.
+    std::optional<Application> mayCopyFrom(const Marking &marking, std::chrono::milliseconds waited) const;
 
     Clock &m_clock;
     AccessibilityReader &m_accessibility;
@@ -72,8 +84,10 @@ private:
     KeySender &m_keys;
     const Pointer &m_pointer;
     const FrontApplication &m_front;
+    const WindowAtPointer &m_window;
 
-    Counts m_atMouseDown;
+    Marking m_marking;
+    LateCopyUndo m_lateCopy;
     bool m_copying = false;
 };
 

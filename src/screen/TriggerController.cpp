@@ -1,21 +1,32 @@
 #include "screen/TriggerController.h"
 
 #include "card/Card.h"
+#include "platform/SessionLock.h"
+#include "screen/RegionSelector.h"
+#include "screen/SelectionReader.h"
 
 namespace nimbrelle {
 
 TriggerController::TriggerController(const Parts &parts, QObject *parent)
     : QObject(parent)
     , m_input(parts.input)
+    , m_lock(parts.lock)
+    , m_reader(parts.selection)
+    , m_selector(parts.region)
     , m_lookupIsLikely(parts.lookupIsLikely)
     , m_guards({.config = parts.config,
           .front = parts.front,
+          .pointer = parts.pointer,
+          .window = parts.window,
+          .lock = parts.lock,
+          .region = parts.region,
           .screens = parts.screens,
           .card = parts.card,
           .state = m_state})
     , m_parts({.clock = parts.clock,
           .config = parts.config,
           .pointer = parts.pointer,
+          .keys = parts.keys,
           .accessibility = parts.accessibility,
           .ocr = parts.ocr,
           .card = parts.card,
@@ -40,6 +51,7 @@ void TriggerController::start()
     connect(&m_input, &InputMonitor::mouseMoved, this, &TriggerController::mouseMoved);
     connect(&m_input, &InputMonitor::keyPressed, this, &TriggerController::keyDown);
     connect(&m_input, &InputMonitor::scrolled, this, &TriggerController::scrolled);
+    connect(&m_lock, &SessionLock::changed, this, &TriggerController::lockChanged);
     m_input.start();
 }
 
@@ -47,6 +59,7 @@ void TriggerController::stop()
 {
     m_input.stop();
     m_input.disconnect(this);
+    m_lock.disconnect(this);
 }
 
 void TriggerController::mouseDown(QPointF at, int clickCount)
@@ -78,11 +91,21 @@ void TriggerController::mouseMoved(QPointF at)
 
 void TriggerController::keyDown(Key key)
 {
+    m_reader.noteKeyDown();
     m_dwell.keyDown();
     if (key == Key::escape)
         m_parts.card.hide();
     m_hover.keyDown();
     m_region.breakDoubleTap();
+}
+
+// What is on the screen would stand above the locked one.
+void TriggerController::lockChanged()
+{
+    if (!m_lock.isLocked())
+        return;
+    m_selector.cancel();
+    m_parts.card.hide();
 }
 
 void TriggerController::scrolled()

@@ -10,10 +10,13 @@
 namespace nimbrelle {
 
 class FrontApplication;
+class KeySender;
 class Screens;
+class SessionLock;
+class WindowAtPointer;
 
 /// Watches the mouse and the keyboard in all programs and hands each event to the gestures that may mean a
-/// look-up. A click elsewhere or Esc takes the card away. Main thread only.
+/// look-up. A click elsewhere or Esc takes the card away, and so does the session's lock. Main thread only.
 class TriggerController : public QObject {
     Q_OBJECT
 
@@ -24,7 +27,10 @@ public:
         const ConfigStore &config;
         InputMonitor &input;
         const Pointer &pointer;
+        KeySender &keys;
         const FrontApplication &front;
+        const WindowAtPointer &window;
+        const SessionLock &lock;
         const Screens &screens;
         AccessibilityReader &accessibility;
         SelectionReader &selection;
@@ -49,8 +55,12 @@ private:
     void mouseMoved(QPointF at);
     void keyDown(Key key);
     void scrolled();
+    void lockChanged();
 
     InputMonitor &m_input;
+    const SessionLock &m_lock;
+    SelectionReader &m_reader;
+    RegionSelector &m_selector;
     const std::function<void()> m_lookupIsLikely;
     GestureState m_state;
     const GestureGuards m_guards;

@@ -31,6 +31,24 @@ TEST_F(HoverGestureTest, ReadsTheWordAQuarterOfASecondAfterThePressAndItsCardSta
     EXPECT_EQ(accessibility.gestures, 1);
 }
 
+TEST_F(HoverGestureTest, TheKeysReleaseOpensNoMenuAfterALookupAndStaysTheUsersElse)
+{
+    input.hold(modifier::option);
+    advance(249ms);
+    EXPECT_EQ(keys.taps, 0);
+    advance(1ms);
+    rest(middle + QPointF(200, 0), 200ms);
+    EXPECT_EQ(card.calls.size(), 2);
+    EXPECT_EQ(keys.taps, 1) << "once a press";
+    input.hold(0);
+    recognizer.lines = {};
+    hover();
+    EXPECT_EQ(keys.taps, 1);
+    showWord(u"a"_s);
+    hover();
+    EXPECT_EQ(keys.taps, 2);
+}
+
 TEST_F(HoverGestureTest, ALookupIsLikelyFromThePressOnWhereItCanCome)
 {
     hover(modifier::option | modifier::shift);
@@ -92,6 +110,24 @@ TEST_F(HoverGestureTest, ReleaseOrTypingEndsItAlsoWhileThePictureIsRead)
     advance(1s);
     EXPECT_EQ(capture.requests.size(), 2u);
     EXPECT_TRUE(card.calls.isEmpty());
+}
+
+TEST_F(HoverGestureTest, ATremblingHandDoesNotEndTheRecognition)
+{
+    recognizer.delay = 500ms;
+    input.hold(modifier::option);
+    advance(250ms);
+    for (const double x : {1, 0, 2}) // one of them long enough for a new look-up
+        rest(middle + QPointF(x, 0), x == 0 ? 210ms : 100ms);
+    EXPECT_EQ(capture.requests.size(), 1u);
+    advance(90ms);
+    EXPECT_EQ(card.calls, QStringList{u"lookup a | a"_s});
+    rest(middle + QPointF(200, 0), 200ms);
+    rest(middle + QPointF(300, 0), 200ms); // a pause at another place replaces what is still read
+    advance(1s);
+    EXPECT_EQ(capture.requests.size(), 3u);
+    EXPECT_EQ(card.calls.size(), 2);
+    EXPECT_EQ(card.anchor, middle + QPointF(300, 0));
 }
 
 TEST_F(HoverGestureTest, AnswersADeliberateRequestThatFails)

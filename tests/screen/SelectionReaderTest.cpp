@@ -14,6 +14,13 @@ protected:
     {
         clipboard.content = before;
         keys.whenCopied = [this] { clipboard.writeText(u"copied"_s); };
+        gesture();
+    }
+
+    void gesture()
+    {
+        selection.noteMouseDown();
+        selection.noteMouseUp();
     }
 
     Running<std::optional<Result>> begin() { return Running(selection.read(stop.get_token())); }
@@ -46,7 +53,7 @@ TEST_F(SelectionReaderTest, AccessibilityComesFirstThenThePrimarySelection)
     mark(u" \n"_s);
     EXPECT_EQ(read(), text(u"other"_s));
     EXPECT_EQ(keys.copies, 0);
-    selection.noteMouseDown(); // after which that one is an older selection
+    gesture(); // after which that one is an older selection
     EXPECT_EQ(read(), text(u"copied"_s));
     EXPECT_EQ(primary.reads, 3);
 }
@@ -140,19 +147,74 @@ TEST_F(SelectionReaderTest, ACopyThatDoesNothingEndsAfterThreeHundredMillisecond
     EXPECT_EQ(clipboard.restores, 0);
 }
 
-TEST_F(SelectionReaderTest, CopiesNowhereWhereItCouldDoHarm)
+TEST_F(SelectionReaderTest, CopiesNowhereWhereTheRulesForbidIt)
 {
-    front.front->isTerminal = true;
-    EXPECT_EQ(read(), std::nullopt);
-    front.front = std::nullopt;
-    EXPECT_EQ(read(), std::nullopt);
-    front.front = Application{};
+    const auto copies = [this] {
+        read();
+        return std::exchange(keys.copies, 0);
+    };
     pointer.held = modifier::shift;
-    EXPECT_EQ(read(), std::nullopt);
+    EXPECT_EQ(copies(), 0);
     pointer.held = 0;
     clipboard.answers = false; // its owner gives it out too slowly for it to be restored
-    EXPECT_EQ(read(), std::nullopt);
-    EXPECT_EQ(keys.copies, 0);
+    EXPECT_EQ(copies(), 0);
+    clipboard.answers = true;
+    front.front->copyShortcut = CopyShortcut::harmful;
+    EXPECT_EQ(copies(), 0);
+    front.front->copyShortcut = CopyShortcut::ordinary;
+    selection.noteMouseDown();
+    window.pointed.area.translate(5, 0); // the window was dragged
+    selection.noteMouseUp();
+    EXPECT_EQ(copies(), 0);
+    window.pointed.hasTextCursor = false;
+    gesture();
+    EXPECT_EQ(copies(), 0);
+    window.pointed.hasTextCursor = true;
+    gesture();
+    accessibility.delay = 150ms; // both answers together: the program hangs
+    accessibility.chain = {{}};
+    EXPECT_EQ(copies(), 0);
+    accessibility.delay = 0ms;
+    EXPECT_EQ(copies(), 1);
+}
+
+TEST_F(SelectionReaderTest, AProgramThatHangsDoesNotCostTheClipboard)
+{
+    keys.whenCopied = {};
+    keys.sentAt = 5000;
+    const auto isUndone = [this](quint32 causedAt) {
+        clipboard.times = {.causedAt = causedAt, .doneAt = causedAt};
+        clipboard.writeText(u"late"_s);
+        return clipboard.content == before;
+    };
+    const auto giveUp = [this] {
+        clipboard.write(before, 2);
+        gesture();
+        EXPECT_EQ(read(), std::nullopt);
+    };
+    giveUp();
+    gesture();
+    EXPECT_EQ(read(), std::nullopt); // once more, before it wakes
+    advance(2s);
+    selection.noteMouseDown(); // an impatient click
+    EXPECT_TRUE(isUndone(5002));
+    EXPECT_TRUE(isUndone(5003));
+    EXPECT_FALSE(isUndone(5003)) << "it got no more shortcuts than these";
+    giveUp();
+    selection.noteMouseDown();
+    EXPECT_FALSE(isUndone(9000)) << "the user's own copy by the mouse";
+    giveUp();
+    pointer.held = modifier::control;
+    input.type();
+    pointer.held = 0;
+    EXPECT_FALSE(isUndone(9000)) << "the user's own copy by the keys";
+    giveUp();
+    clipboard.write({{{u"text/plain"_s, "elsewhere"}}}, 2);
+    EXPECT_FALSE(isUndone(5000)) << "the clipboard held something newer by then";
+    giveUp();
+    advance(10s);
+    EXPECT_FALSE(isUndone(5000)) << "nobody waits for ever";
+    EXPECT_EQ(clock.pending(), 0);
 }
 
 TEST_F(SelectionReaderTest, AStartedCopyRestoresAlsoWhenStoppedAndTheNextWaitsForIt)

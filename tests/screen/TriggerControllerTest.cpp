@@ -45,8 +45,10 @@ TEST_F(TriggerControllerTest, NoGestureActsWhereItIsNotWanted)
             const auto before = card.calls.size() + overlay.opened;
             const int likelyBefore = likely;
             gesture.perform();
+            overlay.finish(std::nullopt);
             const bool acted = card.calls.size() + overlay.opened > before;
-            EXPECT_EQ(likely > likelyBefore, acted);
+            // While a button is held, the pointer is grabbed anyway.
+            EXPECT_TRUE((likely > likelyBefore) == acted || window.grabbed);
             return acted;
         };
         SCOPED_TRACE(&gesture - gestures);
@@ -57,6 +59,21 @@ TEST_F(TriggerControllerTest, NoGestureActsWhereItIsNotWanted)
         EXPECT_FALSE(acts());
         front.front->bundleID = u"secret.vault"_s;
         EXPECT_FALSE(acts());
+        front.front = reader;
+        lock.lock(true);
+        EXPECT_FALSE(acts());
+        lock.lock(false);
+        const PointedWindow page = window.pointed;
+        window.pointed.application.bundleID = u"secret.vault"_s; // beside the reader's window
+        EXPECT_FALSE(acts());
+        for (const auto kind : {PointedWindow::Kind::own, PointedWindow::Kind::menu}) {
+            window.pointed = {.kind = kind};
+            EXPECT_FALSE(acts());
+        }
+        window.pointed = page;
+        window.grabbed = true;
+        EXPECT_FALSE(acts());
+        window.grabbed = false;
         front.front = std::nullopt; // no window is no excluded one
         EXPECT_TRUE(acts());
         front.front = reader;
@@ -78,6 +95,20 @@ TEST_F(TriggerControllerTest, AClickElsewhereOrEscTakesTheCardAwayAndScrollingAn
     markText();
     emit input.scrolled();
     EXPECT_FALSE(card.isVisible());
+}
+
+TEST_F(TriggerControllerTest, TheLockTakesCardAndFrameAway)
+{
+    markText();
+    lock.lock(true);
+    EXPECT_FALSE(card.isVisible());
+    lock.lock(false);
+    doubleTap();
+    EXPECT_TRUE(overlay.isOpen());
+    markText();
+    EXPECT_EQ(card.calls.size(), 1) << "no gesture while a frame is drawn";
+    lock.lock(true);
+    EXPECT_FALSE(overlay.isOpen());
 }
 
 TEST_F(TriggerControllerTest, WatchesFromStartToStop)

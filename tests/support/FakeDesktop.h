@@ -5,6 +5,8 @@
 #include "platform/LaunchAtLogin.h"
 #include "platform/Permissions.h"
 #include "platform/Screens.h"
+#include "platform/SessionLock.h"
+#include "platform/WindowAtPointer.h"
 #include "platform/WindowSystem.h"
 
 #include <map>
@@ -20,6 +22,30 @@ public:
     std::optional<Application> front;
     std::optional<QString> own = QStringLiteral("nimbrelle");
     QList<Application> activated;
+};
+
+/// The same window is everywhere, where it was when it was pointed at.
+class FakeWindowAtPointer final : public WindowAtPointer {
+public:
+    PointedWindow current() const override { return pointed; }
+    QRect areaOf(const Application &) const override { return pointed.area; }
+    bool isGrabbed() const override { return grabbed; }
+
+    PointedWindow pointed;
+    bool grabbed = false;
+};
+
+class FakeSessionLock final : public SessionLock {
+public:
+    bool isLocked() const override { return m_isLocked; }
+    void lock(bool isLocked)
+    {
+        m_isLocked = isLocked;
+        emit changed();
+    }
+
+private:
+    bool m_isLocked = false;
 };
 
 /// One screen of 1280 by 800 points with a panel of 30 points at its top, unless told otherwise.

@@ -81,7 +81,13 @@ public:
         return works;
     }
 
+    void tapNothing() override { ++taps; }
+
+    quint32 copiedAt() const override { return sentAt; }
+
+    quint32 sentAt = 0;
     int copies = 0;
+    int taps = 0; ///< of the key that stands for nothing
     bool works = true;
     std::function<void()> whenCopied; ///< what the program in front does about it
 };

@@ -21,7 +21,8 @@ public:
     void finish(std::optional<QRectF> frame)
     {
         const auto finished = m_finished;
-        finished(frame);
+        if (finished)
+            finished(frame);
     }
 
     int opened = 0; ///< how often

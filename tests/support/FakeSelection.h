@@ -3,6 +3,7 @@
 #include "frame/Clock.h"
 #include "platform/AccessibilityReader.h"
 #include "platform/Clipboard.h"
+#include "platform/FrontApplication.h"
 
 #include <vector>
 
@@ -82,28 +83,35 @@ public:
             co_return std::nullopt;
         co_return QString::fromUtf8(content.constFirst().value(textFormat));
     }
+    bool isWrittenBy(const Application &application) const override { return m_writer == application.window; }
+    bool isOwn() const override { return m_writer == 0; }
+    WriteTimes writeTimes() const override { return times; }
     void restore(const ClipboardSnapshot &snapshot) override
     {
         ++restores;
-        write(snapshot);
+        write(snapshot, 0);
     }
 
     /// A program copies.
-    void write(const ClipboardSnapshot &snapshot)
+    void write(const ClipboardSnapshot &snapshot, quint64 writer = 1)
     {
         content = snapshot;
+        m_writer = writer;
         ++m_changes;
+        emit changed();
     }
     void writeText(const QString &text) { write({{{textFormat, text.toUtf8()}}}); }
 
     ClipboardSnapshot content;
     bool answers = true;
     int restores = 0;
+    WriteTimes times;
 
 private:
     const QString textFormat = QStringLiteral("text/plain;charset=utf-8");
 
     quint64 m_changes = 0;
+    quint64 m_writer = 0;
 };
 
 class FakePrimarySelection final : public PrimarySelection {

@@ -21,7 +21,11 @@ namespace nimbrelle {
 struct GestureStage {
     GestureStage()
     {
-        front.front = Application{.bundleID = QStringLiteral("reader")};
+        front.front = Application{.bundleID = QStringLiteral("reader"), .window = 1};
+        window.pointed = {.kind = PointedWindow::Kind::content,
+            .application = *front.front,
+            .area = {0, 0, 1280, 800},
+            .hasTextCursor = true};
         trigger.start();
         pointer.at = middle;
     }
@@ -33,6 +37,8 @@ struct GestureStage {
     FakePointer pointer;
     FakeInputMonitor input{pointer};
     FakeFrontApplication front;
+    FakeWindowAtPointer window;
+    FakeSessionLock lock;
     FakeScreens screens;
     FakeScreenCapture capture;
     FakeTextRecognizer recognizer{clock};
@@ -44,14 +50,17 @@ struct GestureStage {
     RecordingCard card;
 
     int likely = 0; ///< how often a look-up was said to be likely
-    SelectionReader selection{clock, accessibility, primary, clipboard, keys, pointer, front};
+    SelectionReader selection{clock, accessibility, primary, clipboard, keys, pointer, front, window};
     ScreenOCR ocr{screens, capture, recognizer};
     RegionSelector region{screens, pointer, front, overlay};
     TriggerController trigger{{.clock = clock,
         .config = notebook.config,
         .input = input,
         .pointer = pointer,
+        .keys = keys,
         .front = front,
+        .window = window,
+        .lock = lock,
         .screens = screens,
         .accessibility = accessibility,
         .selection = selection,

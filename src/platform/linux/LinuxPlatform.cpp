@@ -9,6 +9,8 @@ Platform LinuxPlatform::platform()
         .pointer = desktop.pointer,
         .keySender = desktop.keySender,
         .frontApplication = desktop.frontApplication,
+        .windowAtPointer = desktop.windowAtPointer,
+        .lock = lock,
         .accessibility = accessibility,
         .clipboard = desktop.clipboard,
         .primarySelection = desktop.primarySelection,

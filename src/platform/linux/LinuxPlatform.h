@@ -3,6 +3,7 @@
 #include "platform/Platform.h"
 #include "platform/linux/LinuxPermissions.h"
 #include "platform/linux/bus/AtSpiReader.h"
+#include "platform/linux/bus/BusSessionLock.h"
 #include "platform/linux/bus/PortalAppearance.h"
 #include "platform/linux/files/AutostartFile.h"
 #include "platform/linux/files/DesktopFileApplications.h"
@@ -17,6 +18,7 @@ namespace nimbrelle {
 struct LinuxPlatform {
     X11Desktop desktop;
     AtSpiReader accessibility{desktop.frontApplication};
+    BusSessionLock lock{QDBusConnection::sessionBus(), QDBusConnection::systemBus()};
     TesseractRecognizer recognizer;
     SpeechProcess speaker;
     DesktopFileApplications installed{[this] { return desktop.frontApplication.openWindows(); }};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "platform/FrontApplication.h"
 
 namespace nimbrelle {
 
@@ -13,14 +13,15 @@ struct WindowClass {
 /// What settings and guards know a window class by.
 struct ProgramKind {
     QString bundleID;
-    bool isTerminal = false;
+    CopyShortcut copyShortcut = CopyShortcut::ordinary;
 
     bool operator==(const ProgramKind &) const = default;
 };
 
 /// Known file managers, terminals, code editors and password managers get the identifiers of the default
-/// exclusion list; any other program's identifier is its class as it stands. Either half of WM_CLASS may
-/// tell, whatever its case.
+/// exclusion list; any other program's identifier is its class as it stands. The copy shortcut does harm in
+/// all of these, and in players, virtual machines, remote desktops and whatever else has a use of its own for
+/// it. Either half of WM_CLASS may tell, whatever its case. A program that is missing goes into the table.
 ProgramKind programKind(const QString &instance, const QString &windowClass);
 
 } // namespace nimbrelle

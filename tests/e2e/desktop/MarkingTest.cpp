@@ -1,12 +1,10 @@
 #include "Scene.h"
+#include "Secretive.h"
 #include "platform/linux/x11/XClipboard.h"
 #include "platform/linux/x11/XScreens.h"
 #include "platform/linux/x11/XWindowSystem.h"
 
-#include <QClipboard>
 #include <QElapsedTimer>
-#include <QGuiApplication>
-#include <QKeyEvent>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QStandardPaths>
@@ -142,28 +140,12 @@ TEST_F(Marking, ASecondLookupKnowsTheWordAndAsksForIt)
     EXPECT_EQ(notebook().first().review.value_or(ReviewState()).reps, 1);
 }
 
-/// A program that offers its marked text to nobody, but copies it when told to.
-class Secretive : public QWidget {
-public:
-    int copies = 0;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        if (!event->matches(QKeySequence::Copy))
-            return;
-        ++copies;
-        QGuiApplication::clipboard()->setText(u"reluctant"_s);
-    }
-};
-
 TEST_F(Marking, ACopyOnTheUsersBehalfLeavesTheClipboardAsItWas)
 {
     const ClipboardSnapshot before{{{u"UTF8_STRING"_s, "早"}, {u"text/html"_s, "<b>early</b>"},
         {u"image/png"_s, QByteArray(300'000, 'p')}}};
     user.clipboard.restore(before);
     Secretive window;
-    window.setGeometry(300, 100, 400, 300);
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     doubleClick(window.geometry().center());

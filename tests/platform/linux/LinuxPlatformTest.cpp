@@ -50,6 +50,10 @@ TEST(LinuxPlatform, WithoutADisplayEachServiceSaysSoAndNothingFails)
     EXPECT_EQ(platform.desktop.frontApplication.current(), std::nullopt);
     EXPECT_EQ(await(platform.accessibility.focusedElement()), std::nullopt);
     EXPECT_FALSE(platform.desktop.keySender.sendCopy());
+    platform.desktop.keySender.tapNothing();
+    EXPECT_EQ(platform.desktop.windowAtPointer.current(), PointedWindow());
+    EXPECT_FALSE(platform.desktop.windowAtPointer.isGrabbed());
+    EXPECT_FALSE(platform.desktop.clipboard.isWrittenBy({.window = 1}));
     EXPECT_EQ(QCoro::waitFor(platform.desktop.clipboard.snapshot()), std::nullopt);
     EXPECT_EQ(QCoro::waitFor(platform.desktop.primarySelection.text()), std::nullopt);
     EXPECT_TRUE(fails<CaptureFailure>(platform.desktop.capture.capture(Screen{}, QRectF(0, 0, 10, 10))));

@@ -6,6 +6,7 @@
 #include "platform/linux/x11/XScreenCapture.h"
 #include "platform/linux/x11/XScreens.h"
 #include "platform/linux/x11/XSettings.h"
+#include "platform/linux/x11/XWindowAtPointer.h"
 #include "platform/linux/x11/XWindowSystem.h"
 
 namespace nimbrelle {
@@ -19,8 +20,9 @@ struct X11Desktop {
     XPointer pointer{x, screens};
     XKeyboard keyboard{x};
     XKeySender keySender{x, keyboard, pointer};
-    XInputMonitor input{x, screens, pointer, keyboard, keySender};
     XFrontApplication frontApplication{x};
+    XWindowAtPointer windowAtPointer{x, frontApplication};
+    XInputMonitor input{x, screens, pointer, keyboard, keySender, windowAtPointer};
     XClipboard clipboard{x};
     XPrimarySelection primarySelection{x};
     XScreenCapture capture{x, screens};

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/XClipboard.h"
 
+#include "platform/FrontApplication.h"
+
 #include <array>
 #include <cstring>
 
@@ -74,9 +76,13 @@ XSelectionChanges::XSelectionChanges(XConnection &x, xcb_atom_t selection)
     xcb_flush(x.get());
     const quint8 wanted = x.firstEvent(&xcb_xfixes_id);
     x.subscribe(this, [this, wanted, selection](const xcb_generic_event_t &event) {
-        if ((event.response_type & 0x7fU) == wanted
-            && reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event).selection == selection)
-            ++m_count;
+        const auto &change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
+        if ((event.response_type & 0x7fU) != wanted || change.selection != selection)
+            return;
+        ++m_count;
+        m_owner = change.owner;
+        m_times = {.causedAt = change.selection_timestamp, .doneAt = change.timestamp};
+        emit changed();
     });
 }
 
@@ -85,6 +91,7 @@ XClipboard::XClipboard(XConnection &x) : m_x(x)
     if (!m_x.isOpen())
         return;
     m_changes.emplace(m_x, m_x.atom("CLIPBOARD"));
+    connect(&*m_changes, &XSelectionChanges::changed, this, &Clipboard::changed);
     m_owner.emplace(m_x, m_x.atom("CLIPBOARD"));
 }
 
@@ -134,6 +141,17 @@ ClipboardItem XClipboard::itemOf(const SelectionValues &values)
         m_forms.insert(format, {.type = each->type, .unitBits = each->unitBits});
     }
     return item;
+}
+
+bool XClipboard::isWrittenBy(const Application &application) const
+{
+    return m_changes && m_x.areOfOneClient(m_changes->owner(), static_cast<xcb_window_t>(application.window));
+}
+
+bool XClipboard::isOwn() const
+{
+    // After restoring an empty one, nobody owns it.
+    return m_changes && (m_changes->owner() == m_owner->window() || m_changes->owner() == XCB_WINDOW_NONE);
 }
 
 QCoro::Task<std::optional<QString>> XClipboard::string()

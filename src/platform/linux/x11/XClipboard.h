@@ -15,18 +15,30 @@ public:
     XSelectionChanges(XConnection &x, xcb_atom_t selection);
 
     quint64 count() const { return m_count; }
+    xcb_window_t owner() const { return m_owner; }
+    WriteTimes times() const { return m_times; }
+
+signals:
+    void changed();
 
 private:
     quint64 m_count = 0;
+    xcb_window_t m_owner = XCB_WINDOW_NONE;
+    WriteTimes m_times;
 };
 
 /// The CLIPBOARD selection. X11 has one item only; after a restore this process owns it.
 class XClipboard final : public Clipboard {
+    Q_OBJECT
+
 public:
     explicit XClipboard(XConnection &x);
 
     QCoro::Task<std::optional<ClipboardSnapshot>> snapshot() override;
     quint64 changeCount() const override { return m_changes ? m_changes->count() : 0; }
+    bool isWrittenBy(const Application &application) const override;
+    bool isOwn() const override;
+    WriteTimes writeTimes() const override { return m_changes ? m_changes->times() : WriteTimes(); }
     QCoro::Task<std::optional<QString>> string() override;
     void restore(const ClipboardSnapshot &snapshot) override;
 

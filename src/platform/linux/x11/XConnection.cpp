@@ -138,6 +138,12 @@ bool XConnection::isOwn(xcb_window_t window) const
     return isMadeBy(m_connection, window) || (other && isMadeBy(other, window));
 }
 
+bool XConnection::areOfOneClient(xcb_window_t one, xcb_window_t other) const
+{
+    const quint32 base = ~xcb_get_setup(m_connection)->resource_id_mask;
+    return one != XCB_WINDOW_NONE && other != XCB_WINDOW_NONE && (one & base) == (other & base);
+}
+
 void XConnection::selectOnRoot(quint32 eventMask)
 {
     m_rootMask |= eventMask;

@@ -68,6 +68,9 @@ public:
     /// Whether a window was made by this process, here or by the toolkit.
     bool isOwn(xcb_window_t window) const;
 
+    /// Whether one connection of one program made both.
+    bool areOfOneClient(xcb_window_t one, xcb_window_t other) const;
+
     /// Adds to the events that we want from the root window.
     void selectOnRoot(quint32 eventMask);
 

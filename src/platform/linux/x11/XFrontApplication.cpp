@@ -29,10 +29,10 @@ std::optional<Application> XFrontApplication::current() const
     const std::vector<quint32> active = m_x.values(m_x.root(), m_x.atom("_NET_ACTIVE_WINDOW"));
     if (active.empty() || active.front() == XCB_WINDOW_NONE)
         return std::nullopt;
-    return read(active.front());
+    return applicationOf(active.front());
 }
 
-Application XFrontApplication::read(xcb_window_t window) const
+Application XFrontApplication::applicationOf(xcb_window_t window) const
 {
     const auto ask = [&](xcb_atom_t name) {
         return xcb_get_property(m_x.get(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, 4096);
@@ -62,7 +62,7 @@ Application XFrontApplication::read(xcb_window_t window) const
         return application;
     const ProgramKind kind = programKind(instance, windowClass);
     application.bundleID = kind.bundleID;
-    application.isTerminal = kind.isTerminal;
+    application.copyShortcut = kind.copyShortcut;
     const QString shown = windowClass.isEmpty() ? instance : windowClass;
     application.name = m_names.nameOf(windowClass).value_or(m_names.nameOf(instance).value_or(shown));
     return application;

@@ -16,12 +16,12 @@ public:
     std::optional<QString> ownBundleID() const override { return QStringLiteral("nimbrelle"); }
     void activate(const Application &application) override;
 
+    Application applicationOf(xcb_window_t window) const;
+
     /// The classes of all windows but our own.
     QList<WindowClass> openWindows() const;
 
 private:
-    Application read(xcb_window_t window) const;
-
     XConnection &m_x;
     mutable ProgramNames m_names;
 };

@@ -2,8 +2,10 @@
 
 #include "platform/linux/x11/XKeys.h"
 #include "platform/linux/x11/XScreens.h"
+#include "platform/linux/x11/XWindowAtPointer.h"
 
 #include <QGuiApplication>
+#include <QList>
 #include <QStyleHints>
 
 #include <algorithm>
@@ -114,6 +116,17 @@ std::optional<xcb_keycode_t> XKeyboard::keyFor(quint32 keysym) const
     return static_cast<xcb_keycode_t>(m_first + static_cast<int>(found - m_keysyms.begin()) / m_width);
 }
 
+std::optional<xcb_keycode_t> XKeyboard::unmappedKey() const
+{
+    // From the end: what keyboards with more keys than the layout knows have comes first.
+    for (int key = m_first + static_cast<int>(m_keysyms.size()) / std::max(m_width, 1); key-- > m_first;) {
+        const auto first = m_keysyms.begin() + (key - m_first) * m_width;
+        if (std::all_of(first, first + m_width, [](quint32 keysym) { return keysym == 0; }))
+            return static_cast<xcb_keycode_t>(key);
+    }
+    return std::nullopt;
+}
+
 quint32 XKeyboard::logicalButton(quint32 physical) const
 {
     return physical >= 1 && physical <= m_buttons.size() ? m_buttons[physical - 1] : physical;
@@ -125,28 +138,50 @@ bool XKeySender::sendCopy()
     const auto letter = m_keyboard.keyFor(lowerC);
     if (!m_x.isOpen() || !m_x.has(&xcb_test_id) || !control || !letter || m_pointer.modifiers() != 0)
         return false;
-    m_firstRequest = post(XCB_KEY_PRESS, *control);
-    post(XCB_KEY_PRESS, *letter);
-    post(XCB_KEY_RELEASE, *letter);
-    m_lastRequest = post(XCB_KEY_RELEASE, *control);
-    // Whatever comes after this request is the user's again.
-    xcb_no_operation(m_x.get());
-    xcb_flush(m_x.get());
+    m_isCopying = true;
+    m_copiedAt = 0;
+    post({{XCB_KEY_PRESS, *control}, {XCB_KEY_PRESS, *letter}, {XCB_KEY_RELEASE, *letter},
+        {XCB_KEY_RELEASE, *control}});
     return true;
 }
 
-quint32 XKeySender::post(quint8 type, xcb_keycode_t key) const
+void XKeySender::tapNothing()
 {
-    return xcb_test_fake_input(m_x.get(), type, key, XCB_CURRENT_TIME, m_x.root(), 0, 0, 0).sequence;
+    const auto nothing = m_x.isOpen() && m_x.has(&xcb_test_id) ? m_keyboard.unmappedKey() : std::nullopt;
+    if (!nothing)
+        return;
+    m_isCopying = false;
+    post({{XCB_KEY_PRESS, *nothing}, {XCB_KEY_RELEASE, *nothing}});
+}
+
+void XKeySender::noteTime(quint32 time)
+{
+    if (m_isCopying)
+        m_copiedAt = time;
+}
+
+void XKeySender::post(const QList<Stroke> &strokes)
+{
+    m_firstRequest.reset();
+    for (const Stroke &stroke : strokes) {
+        m_lastRequest =
+            xcb_test_fake_input(m_x.get(), stroke.type, stroke.key, XCB_CURRENT_TIME, m_x.root(), 0, 0, 0)
+                .sequence;
+        m_firstRequest = m_firstRequest.value_or(m_lastRequest);
+    }
+    // Whatever comes after the last of them is the user's again.
+    xcb_no_operation(m_x.get());
+    xcb_flush(m_x.get());
 }
 
 XInputMonitor::XInputMonitor(XConnection &x, const XScreens &screens, const XPointer &pointer,
-    const XKeyboard &keyboard, const XKeySender &sender)
+    const XKeyboard &keyboard, XKeySender &sender, const XWindowAtPointer &window)
     : m_x(x)
     , m_screens(screens)
     , m_pointer(pointer)
     , m_keyboard(keyboard)
     , m_sender(sender)
+    , m_window(window)
     , m_clicks(doubleClickInterval(), clickDistance)
 {
     if (!m_x.isOpen() || isWaylandSession() || !m_x.has(&xcb_input_id) || !m_x.has(&xcb_xkb_id))
@@ -196,14 +231,21 @@ void XInputMonitor::select(quint32 rawEvents) const
 
 void XInputMonitor::handleEvent(const xcb_generic_event_t &event)
 {
-    if (!m_started || m_sender.caused(event.full_sequence))
+    if (!m_started)
         return;
     const quint8 type = event.response_type & 0x7fU;
+    const bool isOurs = m_sender.caused(event.full_sequence);
     if (type == XCB_GE_GENERIC) {
-        const auto &raw = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
+        const auto &raw = reinterpret_cast<const xcb_input_raw_key_press_event_t &>(event);
         const auto *input = xcb_get_extension_data(m_x.get(), &xcb_input_id);
-        if (raw.extension == input->major_opcode)
-            handleRawEvent(raw);
+        if (raw.extension != input->major_opcode)
+            return;
+        if (isOurs)
+            m_sender.noteTime(raw.time);
+        else
+            handleRawEvent(reinterpret_cast<const xcb_ge_generic_event_t &>(event));
+    } else if (isOurs) {
+        return;
     } else if (type == m_x.firstEvent(&xcb_xkb_id) && event.pad0 == XCB_XKB_STATE_NOTIFY) {
         handleModifiers(reinterpret_cast<const xcb_xkb_state_notify_event_t &>(event));
     }
@@ -214,7 +256,7 @@ void XInputMonitor::handleRawEvent(const xcb_ge_generic_event_t &event)
     // All raw events are laid out alike.
     const auto &raw = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
     if (event.event_type == XCB_INPUT_RAW_MOTION) {
-        m_moved = true;
+        m_moved |= movesPointer(raw);
         return;
     }
     emitMove();
@@ -230,7 +272,7 @@ void XInputMonitor::handlePress(const xcb_input_raw_button_press_event_t &event)
 {
     const quint32 button = m_keyboard.logicalButton(event.detail);
     if (button >= firstWheelButton && button <= lastWheelButton) {
-        if (!isOverOwnWindow())
+        if (!m_window.isOwn())
             emit scrolled();
         return;
     }
@@ -238,7 +280,7 @@ void XInputMonitor::handlePress(const xcb_input_raw_button_press_event_t &event)
         m_clicks.reset();
         return;
     }
-    if (isOverOwnWindow()) {
+    if (m_window.isOwn()) {
         m_clicks.reset();
         return;
     }
@@ -283,34 +325,6 @@ void XInputMonitor::emitMove()
         emit mouseDragged(m_pointer.location());
     else if (!m_pointer.isAnyButtonDown())
         emit mouseMoved(m_pointer.location());
-}
-
-bool XInputMonitor::isOverOwnWindow() const
-{
-    xcb_window_t window = m_x.root();
-    xcb_window_t top = XCB_WINDOW_NONE;
-    for (int depth = 0; depth < 32; ++depth) {
-        const auto at = m_x.reply(xcb_query_pointer_reply, xcb_query_pointer(m_x.get(), window));
-        if (!at || at->child == XCB_WINDOW_NONE)
-            break;
-        window = at->child;
-        if (depth == 0)
-            top = window;
-        if (m_x.isOwn(window))
-            return true;
-    }
-    return top != XCB_WINDOW_NONE && holdsOwnWindow(top);
-}
-
-/// The window manager's frame round one of our windows belongs to us as well.
-bool XInputMonitor::holdsOwnWindow(xcb_window_t frame) const
-{
-    const auto tree = m_x.reply(xcb_query_tree_reply, xcb_query_tree(m_x.get(), frame));
-    if (!tree)
-        return false;
-    const xcb_window_t *first = xcb_query_tree_children(tree.get());
-    return std::any_of(first, first + xcb_query_tree_children_length(tree.get()),
-        [this](xcb_window_t child) { return m_x.isOwn(child); });
 }
 
 bool XInputMonitor::hasOwnFocus() const

@@ -11,6 +11,7 @@
 namespace nimbrelle {
 
 class XScreens;
+class XWindowAtPointer;
 
 /// Where the pointer is, in one round trip of 40 to 300 microseconds.
 class XPointer final : public Pointer {
@@ -42,6 +43,8 @@ public:
     quint32 keysym(xcb_keycode_t key) const;
     /// A key that gives `keysym`, with or without shift; absent where the layout has none.
     std::optional<xcb_keycode_t> keyFor(quint32 keysym) const;
+    /// A key that stands for nothing in this layout; absent where each means something.
+    std::optional<xcb_keycode_t> unmappedKey() const;
     /// What a mouse button counts as after the user's mapping (left-handed or not).
     quint32 logicalButton(quint32 physical) const;
 
@@ -55,7 +58,7 @@ private:
     std::vector<quint8> m_buttons;
 };
 
-/// The copy shortcut through the XTEST extension. It notes which requests were its own, so that the monitor
+/// The user's keys through the XTEST extension. It notes which requests were its own, so that the monitor
 /// on the same connection can tell the events that they caused from the user's.
 class XKeySender final : public KeySender {
 public:
@@ -65,6 +68,11 @@ public:
     }
 
     bool sendCopy() override;
+    quint32 copiedAt() const override { return m_copiedAt; }
+    void tapNothing() override;
+
+    /// The server's time of a key that caused() holds for.
+    void noteTime(quint32 time);
 
     /// Whether the server sent an event while it carried out what we posted last.
     bool caused(quint32 sequence) const
@@ -73,11 +81,18 @@ public:
     }
 
 private:
-    quint32 post(quint8 type, xcb_keycode_t key) const;
+    struct Stroke {
+        quint8 type;
+        xcb_keycode_t key;
+    };
+
+    void post(const QList<Stroke> &strokes);
 
     XConnection &m_x;
     const XKeyboard &m_keyboard;
     const Pointer &m_pointer;
+    bool m_isCopying = false; ///< what was posted last is the copy shortcut
+    quint32 m_copiedAt = 0;
     std::optional<quint32> m_firstRequest;
     quint32 m_lastRequest = 0;
 };
@@ -88,7 +103,7 @@ class XInputMonitor final : public InputMonitor {
 
 public:
     XInputMonitor(XConnection &x, const XScreens &screens, const XPointer &pointer, const XKeyboard &keyboard,
-        const XKeySender &sender);
+        XKeySender &sender, const XWindowAtPointer &window);
 
     bool canWatch() const override { return m_canWatch && m_x.isOpen(); }
     void start() override;
@@ -103,15 +118,14 @@ private:
     void handleKey(xcb_keycode_t key);
     void handleModifiers(const xcb_xkb_state_notify_event_t &event);
     void emitMove();
-    bool isOverOwnWindow() const;
-    bool holdsOwnWindow(xcb_window_t frame) const;
     bool hasOwnFocus() const;
 
     XConnection &m_x;
     const XScreens &m_screens;
     const XPointer &m_pointer;
     const XKeyboard &m_keyboard;
-    const XKeySender &m_sender;
+    XKeySender &m_sender;
+    const XWindowAtPointer &m_window;
     ClickCounter m_clicks;
     bool m_canWatch = false;
     bool m_started = false;

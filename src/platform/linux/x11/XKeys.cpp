@@ -19,6 +19,12 @@ std::optional<Key> keyOf(quint32 keysym)
     return keysym == escapeKeysym ? Key::escape : Key::other;
 }
 
+bool movesPointer(const xcb_input_raw_motion_event_t &motion)
+{
+    constexpr quint32 bothAxes = 0x3; // every pointing device has x and y as its first two
+    return motion.valuators_len > 0 && (*xcb_input_raw_button_press_valuator_mask(&motion) & bothAxes) != 0;
+}
+
 ModifierFlags flagsOf(quint32 modifierMask)
 {
     return ((modifierMask & 0x01U) ? modifier::shift : 0) | ((modifierMask & 0x04U) ? modifier::control : 0)

@@ -1,6 +1,7 @@
 #include "platform/linux/desktop/Stage.h"
 #include "support/Printers.h"
 
+#include <QDBusMessage>
 #include <QRasterWindow>
 
 #include <gtest/gtest.h>
@@ -107,7 +108,81 @@ TEST_F(Input, OwnPostedKeysAreNotTold)
     otherClient.key(altLeft, true);
     recorder.take();
     EXPECT_FALSE(platform.desktop.keySender.sendCopy());
+    platform.desktop.keySender.tapNothing();
+    EXPECT_EQ(recorder.take(), QString()) << "a tap of ours ends no hold";
     otherClient.key(altLeft, false);
+    EXPECT_EQ(recorder.take(), u"held 0"_s);
+}
+
+TEST_F(Input, WhatLiesUnderThePointerIsKnown)
+{
+    const XWindowAtPointer &window = platform.desktop.windowAtPointer;
+    ASSERT_TRUE(open(u"mousepad"_s, u"text"_s, {u"--disable-server"_s}));
+    const QRect editor = frontWindow();
+    otherClient.moveTo(editor.center());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.current().hasTextCursor; }, 5000));
+    const PointedWindow inside = window.current();
+    EXPECT_EQ(inside.kind, PointedWindow::Kind::content);
+    EXPECT_EQ(inside.application, platform.desktop.frontApplication.current());
+    EXPECT_EQ(inside.area, editor);
+    otherClient.moveTo(editor.topLeft() + QPoint(60, -8)); // its title bar
+    EXPECT_EQ(window.current().kind, PointedWindow::Kind::other);
+    otherClient.moveTo({5, 795});
+    EXPECT_EQ(window.current(), PointedWindow());
+
+    XConnection &x = otherClient.x;
+    const xcb_window_t menu = xcb_generate_id(x.get());
+    const quint32 unmanaged = 1;
+    xcb_create_window(x.get(), 0, menu, x.root(), 0, 700, 100, 100, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, 0,
+        XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
+    const xcb_atom_t type = x.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU");
+    xcb_change_property(
+        x.get(), XCB_PROP_MODE_REPLACE, menu, x.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
+    xcb_map_window(x.get(), menu);
+    otherClient.sync();
+    EXPECT_EQ(window.current().kind, PointedWindow::Kind::menu);
+
+    EXPECT_FALSE(window.isGrabbed());
+    const auto grab = x.reply(xcb_grab_pointer_reply,
+        xcb_grab_pointer(x.get(), 0, menu, 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, 0, 0, 0));
+    ASSERT_EQ(grab->status, XCB_GRAB_STATUS_SUCCESS);
+    EXPECT_TRUE(window.isGrabbed());
+    xcb_ungrab_pointer(x.get(), XCB_CURRENT_TIME);
+    otherClient.sync();
+    EXPECT_FALSE(window.isGrabbed());
+
+    QRasterWindow own;
+    own.setFlags(Qt::ToolTip | Qt::FramelessWindowHint);
+    own.setGeometry(200, 200, 200, 100);
+    own.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&own));
+    otherClient.moveTo({250, 250});
+    EXPECT_EQ(window.current().kind, PointedWindow::Kind::own);
+}
+
+TEST_F(Input, ALockIsKnownUntilItEndsOrItsLockerIsGone)
+{
+    const auto tell = [](const QDBusConnection &bus, bool isActive) {
+        QDBusMessage signal = QDBusMessage::createSignal(
+            u"/ScreenSaver"_s, u"org.freedesktop.ScreenSaver"_s, u"ActiveChanged"_s);
+        signal << isActive;
+        bus.send(signal);
+    };
+    const auto becomes = [this](bool isLocked) {
+        return QTest::qWaitFor([&] { return platform.lock.isLocked() == isLocked; }, 2000);
+    };
+    {
+        const auto locker = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"locker"_s);
+        tell(locker, true);
+        EXPECT_TRUE(becomes(true));
+        tell(locker, false);
+        EXPECT_TRUE(becomes(false));
+        tell(locker, true);
+        EXPECT_TRUE(becomes(true));
+        QTest::qWait(100); // it is watched
+    }
+    QDBusConnection::disconnectFromBus(u"locker"_s);
+    EXPECT_TRUE(becomes(false));
 }
 
 TEST_F(Input, TheOneScreenIsThere)

@@ -90,7 +90,7 @@ TEST_P(Selection, TheProgramInFrontIsKnown)
     ASSERT_TRUE(front);
     EXPECT_EQ(front->process, process.processId());
     EXPECT_EQ(front->name, GetParam().name);
-    EXPECT_FALSE(front->isTerminal);
+    EXPECT_EQ(front->copyShortcut, CopyShortcut::ordinary);
 }
 
 TEST_P(AccessibleSelection, AccessibilityGivesTheTextAndWhatIsRoundIt)
