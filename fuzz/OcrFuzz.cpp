@@ -83,5 +83,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const auto around = ScreenOCR::analyze(lines, cursor, ScreenOCR::Seek::contextOnly);
     require(around.has_value() == !lines.isEmpty());
     require(!around || !around->word);
+
+    const ScreenOCR::Marked marked{.text = QStringLiteral("marked"), .from = cursor, .to = cursor};
+    const QList<ScreenOCR::Line> mended = ScreenOCR::withMarked(lines, marked);
+    require(mended.size() == lines.size() || mended.size() == lines.size() + 1);
+    require(ScreenOCR::join(mended).contains(marked.text));
     return 0;
 }

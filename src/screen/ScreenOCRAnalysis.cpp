@@ -135,7 +135,8 @@ Line lineFrom(const RecognizedLine &recognized)
     for (const TextRange &range : ScreenOCR::wordRanges(line.text)) {
         const QRectF box = recognized.boxOf(range.start, range.length);
         if (!box.isNull())
-            line.words.append({.text = line.text.sliced(range.start, range.length), .box = box});
+            line.words.append(
+                {.text = line.text.sliced(range.start, range.length), .box = box, .start = range.start});
     }
     return line;
 }

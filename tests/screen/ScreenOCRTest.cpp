@@ -97,11 +97,80 @@ TEST(ScreenOCR, ContextKeepsToTheParagraphAndItsColumn)
     EXPECT_EQ(contextAt(flat, {0.3, 0.5}), u"left end anchor right end below"_s);
 }
 
+/// Marked by a double click, or by a drag to `to`, at the height of the line that `row()` makes.
+ScreenOCR::Marked marked(const QString &text, double from, double to = -1)
+{
+    return {.text = text, .from = {from, 0.55}, .to = {to < 0 ? from : to, 0.55}};
+}
+
+/// Each character is 0.01 wide.
+Line row(const QString &text, double x = 0)
+{
+    return line(text, {x, 0.5, 0.01 * static_cast<double>(text.size()), 0.1});
+}
+
+QString mendedContext(const QList<Line> &lines, const ScreenOCR::Marked &marked)
+{
+    return contextAt(ScreenOCR::withMarked(lines, marked), marked.middle());
+}
+
+TEST(MarkedContext, HoldsTheMarkedWordsWhateverTheirCaseAndPunctuation)
+{
+    const QList<Line> lines{row(u"Engineers don’t well-known, they ADMIT that"_s),
+        line(u"it is un-"_s, {0, 0.38, 0.4, 0.1}), line(u"fair in a factory"_s, {0, 0.26, 0.4, 0.1}),
+        line(u"far below"_s, {0, 0, 0.1, 0.02})};
+    for (const QString &held :
+        {u"admit"_s, u"don't"_s, u"well-known"_s, u"known they"_s, u"unfair"_s, u"“Admit”"_s})
+        EXPECT_TRUE(ScreenOCR::hasMarked(lines, marked(held, 0.5))) << held.toStdString();
+    EXPECT_TRUE(ScreenOCR::hasMarked(lines, marked(u"dmi"_s, 0.35))) << "a part of the word there";
+    for (const QString &missing : {u"act"_s, u"dmi"_s, u"below"_s, u"that it was"_s})
+        EXPECT_FALSE(ScreenOCR::hasMarked(lines, marked(missing, 0.5))) << missing.toStdString();
+    EXPECT_FALSE(ScreenOCR::hasMarked({}, marked(u"admit"_s, 0.5)));
+}
+
+TEST(MarkedContext, AHiddenWordIsPutIntoItsGap)
+{
+    // In one line, between two that the engine made of one, before the first and after the last.
+    EXPECT_EQ(mendedContext({row(u"Engineers were to,       that it"_s)}, marked(u"admit"_s, 0.20)),
+        u"Engineers were to, admit       that it"_s);
+    EXPECT_EQ(mendedContext({row(u"were to"_s), row(u"“that it"_s, 0.14)}, marked(u"admit"_s, 0.1)),
+        u"were to admit “that it"_s);
+    EXPECT_EQ(mendedContext({row(u"that it"_s, 0.1)}, marked(u"admit"_s, 0.06)), u"admit that it"_s);
+    EXPECT_EQ(mendedContext({row(u"were to"_s)}, marked(u"admit"_s, 0.1, 0.12)), u"were to admit"_s);
+    // A word of the wide gap's edge was hit, as a drag's end does.
+    EXPECT_EQ(mendedContext({row(u"were to       that"_s)}, marked(u"admit"_s, 0.141)),
+        u"were to       admit that"_s);
+}
+
+TEST(MarkedContext, AHiddenWordFarFromAnyOtherHasARowOfItsOwn)
+{
+    const QList<Line> lines{line(u"above it"_s, {0.3, 0.65, 0.4, 0.1}),
+        line(u"and below"_s, {0.3, 0.35, 0.4, 0.1}), row(u"menu"_s, 0)};
+    EXPECT_EQ(mendedContext(lines, marked(u"admit"_s, 0.4)), u"above it admit and below"_s);
+    EXPECT_EQ(mendedContext(lines.first(2), marked(u"admit"_s, 0.4)), u"above it admit and below"_s);
+}
+
+TEST(MarkedContext, WhatTheEngineMadeOfTheMarkedTextGivesWay)
+{
+    EXPECT_EQ(
+        mendedContext({row(u"were to adrnit, that"_s)}, marked(u"admit"_s, 0.1)), u"were to admit, that"_s);
+    EXPECT_EQ(mendedContext({row(u"were to Ea that"_s)}, marked(u"admit"_s, 0.09)),
+        u"were to admit that"_s); // no room for another word
+    EXPECT_EQ(mendedContext({row(u"were to give vp that"_s)}, marked(u"give up"_s, 0.085, 0.145)),
+        u"were to give up that"_s);
+}
+
 class ScreenRecognition : public testing::Test, protected GestureStage {
 protected:
     std::optional<ScreenOCR::Result> recognize(QPointF at, Seek seek = Seek::word)
     {
         return await(ocr.recognize(at, seek, stop.get_token()));
+    }
+    std::optional<QString> contextOf(const QString &marked)
+    {
+        const auto before = await(ocr.take(middle));
+        capture.shown = 'm';
+        return await(ocr.contextOf({.text = marked, .from = middle, .to = middle}, before, stop.get_token()));
     }
     std::optional<QString> textIn(const QRectF &rect)
     {
@@ -130,6 +199,26 @@ TEST_F(ScreenRecognition, TriesSubtitlesOnlyWhereNoWordWasFound)
     EXPECT_EQ(recognize(middle)->word, u"reluctant"_s);
     using enum RecognitionStyle;
     EXPECT_EQ(recognizer.styles, (std::vector{plain, plain, plain, subtitles}));
+}
+
+TEST_F(ScreenRecognition, TheTextRoundAMarkedWordIsReadAsItWasBeforeThenAsItIs)
+{
+    const auto shows = [](const QString &text) {
+        return QList{FakeTextRecognizer::line(text, {0.3, 0.45, 0.4, 0.1})};
+    };
+    recognizer.lines = shows(u"were to admit that"_s);
+    recognizer.linesOf['m'] = shows(u"were to       that"_s);
+    EXPECT_EQ(contextOf(u"admit"_s), u"were to admit that"_s);
+    EXPECT_EQ(recognizer.styles.size(), 1u);
+    capture.shown = 'b'; // hidden when the button went down already
+    recognizer.linesOf['b'] = recognizer.linesOf['m'];
+    EXPECT_EQ(contextOf(u"admit"_s), u"were to admit       that"_s);
+    capture.shown = 'b'; // as when the click raised a window over another
+    recognizer.linesOf['m'] = shows(u"now admit this"_s);
+    EXPECT_EQ(contextOf(u"admit"_s), u"now admit this"_s);
+    recognizer.linesOf['b'] = recognizer.linesOf['m'] = {};
+    capture.shown = 'b';
+    EXPECT_EQ(contextOf(u"admit"_s), std::nullopt);
 }
 
 TEST_F(ScreenRecognition, ReadsAFrameRowByRowOnTheScreenThatHoldsItsMiddle)
