@@ -38,12 +38,12 @@ QCoro::Task<std::optional<ScreenOCR::Result>> ScreenOCR::recognize(
     if (!seen)
         co_return std::nullopt;
     const QPointF cursor = seen->area.normalized(around);
-    const QList<Line> lines = co_await recognizeLines(seen->picture, RecognitionStyle::plain, stop);
-    std::optional<Result> result = analyze(lines, cursor, seek);
-    if (!result && seek == Seek::word) {
-        const QList<Line> subtitles =
-            co_await recognizeLines(seen->picture, RecognitionStyle::subtitles, stop);
-        result = analyze(subtitles, cursor, seek);
+    std::optional<Result> result;
+    for (const RecognitionStyle style : {RecognitionStyle::plain, RecognitionStyle::subtitles}) {
+        if (result || (seek == Seek::contextOnly && style == RecognitionStyle::subtitles))
+            break;
+        const QList<Line> lines = co_await recognizeLines(seen->picture, style, stop);
+        result = analyze(legible(lines, cursor), cursor, seek);
     }
     if (result && result->wordRect)
         result->wordRect = seen->area.toGlobal(*result->wordRect);
@@ -83,11 +83,12 @@ QCoro::Task<std::optional<QString>> ScreenOCR::contextOf(
 QCoro::Task<std::optional<QString>> ScreenOCR::contextIn(
     Snapshot seen, Marked marked, Gap gap, std::stop_token stop)
 {
-    QList<Line> lines = co_await recognizeLines(seen.picture, RecognitionStyle::plain, stop);
-    if (lines.isEmpty())
-        co_return std::nullopt;
+    const QList<Line> all = co_await recognizeLines(seen.picture, RecognitionStyle::plain, stop);
     marked.from = seen.area.normalized(marked.from);
     marked.to = seen.area.normalized(marked.to);
+    QList<Line> lines = legible(all, marked.middle());
+    if (lines.isEmpty())
+        co_return std::nullopt;
     if (!hasMarked(lines, marked)) {
         if (gap == Gap::isLeft)
             co_return std::nullopt;
@@ -110,9 +111,9 @@ QCoro::Task<std::optional<QString>> ScreenOCR::recognizeText(QRectF in, std::sto
         throw Cancelled();
     if (!picture.isValid())
         co_return std::nullopt;
-    QList<Line> lines = co_await recognizeLines(picture, RecognitionStyle::plain, stop);
+    QList<Line> lines = inEnglish(co_await recognizeLines(picture, RecognitionStyle::plain, stop));
     if (lines.isEmpty())
-        lines = co_await recognizeLines(picture, RecognitionStyle::subtitles, stop);
+        lines = inEnglish(co_await recognizeLines(picture, RecognitionStyle::subtitles, stop));
     co_return join(inReadingOrder(lines));
 }
 

@@ -20,6 +20,7 @@ public:
         QString text;
         QRectF box;
         qsizetype start = 0; ///< where it begins in its line's text
+        double confidence = 100; ///< how sure the engine is of it, from 0
 
         bool operator==(const Word &) const = default;
     };
@@ -29,6 +30,8 @@ public:
         QRectF box;
         QList<Word> words; ///< in reading order
 
+        /// The mean of its letters; 0 without words.
+        double confidence() const;
         bool operator==(const Line &) const = default;
     };
 
@@ -40,7 +43,11 @@ public:
         bool operator==(const Result &) const = default;
     };
 
-    enum class Seek { contextOnly, word };
+    enum class Seek {
+        contextOnly,
+        word, ///< what somebody points at on purpose
+        sureWord, ///< only what is certainly English: nobody asked
+    };
 
     /// What the screen showed round a point at one moment.
     struct Snapshot {
@@ -95,7 +102,15 @@ public:
     /// Top to bottom, and left to right within a row.
     static QList<Line> inReadingOrder(const QList<Line> &lines);
 
-    /// Absent when there is no line, or the point is on no word that could be English (Seek::word).
+    /// What belongs to the text round the cursor, as a reader would tell it: without lines of another script
+    /// or of no words, which come out as words that the engine doesn't believe in, without what the picture's
+    /// edges cut, and without what stands apart. Of a doubtful line at the cursor the sure words stay.
+    static QList<Line> legible(const QList<Line> &lines, QPointF cursor);
+
+    /// Without the lines of another script, wherever they are.
+    static QList<Line> inEnglish(QList<Line> lines);
+
+    /// Absent when there is no line, or the point is on no word that could be English, if one is sought.
     static std::optional<Result> analyze(const QList<Line> &lines, QPointF cursor, Seek seek);
 
     /// Whether the text round the middle of `marked` has its words. Case and punctuation don't count.

@@ -9,9 +9,9 @@ using Line = ScreenOCR::Line;
 
 namespace {
 
-Line line(const QString &text, const QRectF &box)
+Line line(const QString &text, const QRectF &box, double confidence = 100)
 {
-    return ScreenOCR::linesFrom({FakeTextRecognizer::line(text, box)}).first();
+    return ScreenOCR::linesFrom({FakeTextRecognizer::line(text, box, confidence)}).first();
 }
 
 QString wordsOf(const QString &text)
@@ -95,6 +95,66 @@ TEST(ScreenOCR, ContextKeepsToTheParagraphAndItsColumn)
         line(u"beyond"_s, {0.0, 0.5, 0.19, 0.0}), line(u"below"_s, {0.25, 0.431, 0.1, 0.0}),
         line(u"too low"_s, {0.25, 0.429, 0.1, 0.0})};
     EXPECT_EQ(contextAt(flat, {0.3, 0.5}), u"left end anchor right end below"_s);
+}
+
+std::optional<QString> wordAt(const QList<Line> &lines, QPointF cursor, Seek seek)
+{
+    const auto result = ScreenOCR::analyze(lines, cursor, seek);
+    return result ? result->word : std::nullopt;
+}
+
+TEST(ScreenOCR, OpensWithoutBeingAskedOnlyWhatIsCertainlyAWord)
+{
+    struct Case {
+        QString word;
+        double confidence;
+        bool isSure;
+        bool isPossible;
+    };
+    for (const Case &each : {Case{u"reluctant"_s, 70, true, true}, Case{u"BaTARBAAE"_s, 69, false, true},
+             Case{u"BaTARBAAE"_s, 50, false, true}, Case{u"BaTARBAAE"_s, 49, false, false},
+             Case{u"the"_s, 80, true, true}, Case{u"Bek"_s, 79, false, true}}) {
+        const QList<Line> lines{line(each.word, {0, 0.5, 0.3, 0.1}, each.confidence)};
+        EXPECT_EQ(wordAt(lines, {0.1, 0.55}, Seek::sureWord).has_value(), each.isSure) << each.confidence;
+        EXPECT_EQ(wordAt(lines, {0.1, 0.55}, Seek::word).has_value(), each.isPossible) << each.confidence;
+    }
+}
+
+TEST(ScreenOCR, OfALineInAnotherScriptTheEnglishWordsStay)
+{
+    RecognizedLine mixed =
+        FakeTextRecognizer::line(u"BRERZ Python (TEREPHT) lambda"_s, {0, 0.5, 0.9, 0.1}, 40);
+    for (qsizetype unit = 6; unit < 12; ++unit)
+        mixed.unitConfidences[unit] = 90;
+    for (qsizetype unit = 23; unit < 29; ++unit)
+        mixed.unitConfidences[unit] = 84; // now and then something in another script scores as much
+    const QList<Line> lines = ScreenOCR::linesFrom({mixed});
+    const QPointF onPython(0.28, 0.55);
+    const auto result = ScreenOCR::analyze(ScreenOCR::legible(lines, onPython), onPython, Seek::sureWord);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->word, u"Python"_s);
+    EXPECT_EQ(result->context, u"Python"_s);
+    EXPECT_FALSE(wordAt(ScreenOCR::legible(lines, {0.8, 0.55}), {0.8, 0.55}, Seek::sureWord));
+}
+
+TEST(ScreenOCR, AContextHasNothingThatAReaderWouldNotJoin)
+{
+    const QPointF cursor(0.4, 0.55);
+    const auto context = [cursor](const QList<Line> &lines) {
+        return contextAt(ScreenOCR::legible(lines, cursor), cursor);
+    };
+    const Line anchor = line(u"was reluctant to"_s, {0.3, 0.5, 0.4, 0.1});
+    EXPECT_EQ(context({line(u"Ri RATES THES"_s, {0.3, 0.62, 0.4, 0.1}, 68), anchor,
+                  line(u"post this"_s, {0.3, 0.38, 0.4, 0.1}, 70)}),
+        u"was reluctant to post this"_s);
+    EXPECT_EQ(context({anchor, line(u"Q"_s, {0.26, 0.5, 0.03, 0.1})}), u"was reluctant to"_s); // an icon
+    EXPECT_EQ(context({line(u"the bar"_s, {0.3, 0.751, 0.4, 0.1}), anchor}), u"was reluctant to"_s);
+    EXPECT_EQ(
+        context({line(u"I"_s, {0.3, 0.749, 0.4, 0.1}), line(u"so I"_s, {0.3, 0.749, 0.4, 0.1}), anchor}),
+        u"so I was reluctant to"_s); // blank lines are narrower
+    EXPECT_EQ(context({line(u"cut in half"_s, {0.3, 0.9, 0.4, 0.1}),
+                  line(u"ineers | was here, bu"_s, {0, 0.7, 1, 0.1}), anchor}),
+        u"was here, was reluctant to"_s);
 }
 
 /// Marked by a double click, or by a drag to `to`, at the height of the line that `row()` makes.
@@ -219,6 +279,14 @@ TEST_F(ScreenRecognition, TheTextRoundAMarkedWordIsReadAsItWasBeforeThenAsItIs)
     recognizer.linesOf['b'] = recognizer.linesOf['m'] = {};
     capture.shown = 'b';
     EXPECT_EQ(contextOf(u"admit"_s), std::nullopt);
+}
+
+TEST_F(ScreenRecognition, AFrameRoundAnotherScriptHoldsNoEnglish)
+{
+    recognizer.lines = {FakeTextRecognizer::line(u"ERESICMNREY, TERE"_s, {0.1, 0.5, 0.4, 0.1}, 59)};
+    EXPECT_EQ(textIn({100, 300, 400, 100}).value_or(QString()), QString());
+    recognizer.lines.append(FakeTextRecognizer::line(u"some words"_s, {0.1, 0.3, 0.4, 0.1}, 60));
+    EXPECT_EQ(textIn({100, 300, 400, 100}), u"some words"_s);
 }
 
 TEST_F(ScreenRecognition, ReadsAFrameRowByRowOnTheScreenThatHoldsItsMiddle)

@@ -56,14 +56,15 @@ public:
     }
 
     /// A line whose characters share its box evenly.
-    static RecognizedLine line(const QString &text, const QRectF &box)
+    static RecognizedLine line(const QString &text, const QRectF &box, double confidence = 100)
     {
-        RecognizedLine made{.text = text, .box = box, .unitBoxes = {}};
+        RecognizedLine made{.text = text, .box = box, .unitBoxes = {}, .unitConfidences = {}};
         const double step = box.width() / static_cast<double>(std::max(text.size(), qsizetype{1}));
         for (qsizetype unit = 0; unit < text.size(); ++unit)
             made.unitBoxes.append(text.at(unit).isSpace()
                     ? QRectF()
                     : QRectF(box.x() + step * static_cast<double>(unit), box.y(), step, box.height()));
+        made.unitConfidences.fill(confidence, text.size());
         return made;
     }
 
