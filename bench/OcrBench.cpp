@@ -1,7 +1,9 @@
 #include "OcrCorpus.h"
+#include "PointCorpus.h"
 #include "platform/linux/ocr/EngineText.h"
 #include "platform/linux/ocr/GreyPicture.h"
 #include "platform/linux/ocr/TesseractEngine.h"
+#include "screen/ScreenOCR.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -41,7 +43,7 @@ QList<RecognizedLine> linesOfTable(const QByteArray &table, QSize size)
         if (cells.size() < 12 || cells.at(0) != "5")
             continue;
         const QRect box(cells.at(6).toInt(), cells.at(7).toInt(), cells.at(8).toInt(), cells.at(9).toInt());
-        EngineWord word{QString::fromUtf8(cells.at(11)), box, {}};
+        EngineWord word{.text = QString::fromUtf8(cells.at(11)), .box = box, .unitBoxes = {}};
         word.unitBoxes.assign(static_cast<std::size_t>(word.text.size()), box);
         lines.append(recognizedLine({word}, size));
     }
@@ -102,6 +104,64 @@ void print(const char *name, const Sum &sum, double goal)
         median(sum.times), median(sum.timesTheirs), ratio);
 }
 
+/// What opens where a pointer rests, and what context it gets.
+struct Rest {
+    int points = 0;
+    int right = 0; ///< the drawn word, or nothing where there is none
+    int wrong = 0; ///< a card for something that isn't there
+    int strange = 0; ///< contexts with words that don't stand in the English text
+};
+
+bool isStrange(const QString &context, const Scenery &scenery)
+{
+    return std::ranges::any_of(context.split(u' ', Qt::SkipEmptyParts),
+        [&](const QString &word) { return !scenery.english.contains(word); });
+}
+
+QList<ScreenOCR::Line> linesIn(TesseractEngine &engine, const Picture &picture, RecognitionStyle style)
+{
+    return ScreenOCR::linesFrom(engine.read(picture, style, {}, {}).lines);
+}
+
+Rest rest(TesseractEngine &engine, Subject subject, ScreenOCR::Seek seek)
+{
+    Rest sum;
+    for (const Scenery &scenery : sceneries(subject)) {
+        const auto plain = linesIn(engine, scenery.picture, RecognitionStyle::plain);
+        const auto subtitles = linesIn(engine, scenery.picture, RecognitionStyle::subtitles);
+        for (const RestingPoint &point : scenery.points) {
+            auto seen = ScreenOCR::analyze(ScreenOCR::legible(plain, point.at), point.at, seek);
+            if (!seen)
+                seen = ScreenOCR::analyze(ScreenOCR::legible(subtitles, point.at), point.at, seek);
+            QString word = seen ? seen->word.value_or(QString()) : QString();
+            if (seek == ScreenOCR::Seek::sureWord && word.size() < 2)
+                word.clear(); // opens nothing
+            const bool isRight =
+                word.isEmpty() ? point.word.isEmpty() : !point.word.isEmpty() && point.word.contains(word);
+            ++sum.points;
+            sum.right += isRight ? 1 : 0;
+            sum.wrong += !isRight && !word.isEmpty() ? 1 : 0;
+            sum.strange += seen && isStrange(seen->context, scenery) ? 1 : 0;
+        }
+    }
+    return sum;
+}
+
+void printRests(TesseractEngine &engine)
+{
+    const std::pair<const char *, Subject> subjects[]{{"english", Subject::english},
+        {"highlighted", Subject::highlighted}, {"chinese", Subject::chinese}, {"mixed", Subject::mixed},
+        {"icons", Subject::icons}};
+    const std::pair<const char *, ScreenOCR::Seek> gestures[]{
+        {"resting", ScreenOCR::Seek::sureWord}, {"held", ScreenOCR::Seek::word}};
+    for (const auto &[name, subject] : subjects)
+        for (const auto &[gesture, seek] : gestures) {
+            const Rest seen = rest(engine, subject, seek);
+            std::printf("%-11s %-7s %3d points  right %3d  wrong word %3d  strange context %3d\n", name,
+                gesture, seen.points, seen.right, seen.wrong, seen.strange);
+        }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -132,5 +192,6 @@ int main(int argc, char **argv)
     std::printf("\n");
     print("plain", plain, 98);
     print("subtitles", subtitles, 80);
+    printRests(engine);
     return 0;
 }

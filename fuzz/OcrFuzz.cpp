@@ -48,7 +48,8 @@ private:
 
 RecognizedLine lineFrom(Input &input)
 {
-    RecognizedLine line{.text = input.text(), .box = input.box(), .unitBoxes = {}};
+    RecognizedLine line{
+        .text = input.text(), .box = input.box(), .unitBoxes = {}, .unitConfidences = {}};
     const qsizetype boxes = input.byte() % 4 == 0 ? line.text.size() / 2 : line.text.size();
     for (qsizetype i = 0; i < boxes; ++i)
         line.unitBoxes.append(line.text[i].isSpace() ? QRectF() : input.box());
@@ -83,5 +84,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const auto around = ScreenOCR::analyze(lines, cursor, ScreenOCR::Seek::contextOnly);
     require(around.has_value() == !lines.isEmpty());
     require(!around || !around->word);
+
+    const ScreenOCR::Marked marked{.text = QStringLiteral("marked"), .from = cursor, .to = cursor};
+    const QList<ScreenOCR::Line> mended = ScreenOCR::withMarked(lines, marked);
+    require(mended.size() == lines.size() || mended.size() == lines.size() + 1);
+    require(ScreenOCR::join(mended).contains(marked.text));
     return 0;
 }

@@ -18,9 +18,12 @@ struct RecognizedLine {
     QString text;
     QRectF box;
     QList<QRectF> unitBoxes; ///< one for each UTF-16 unit of `text`; a null one for a blank between words
+    QList<double> unitConfidences; ///< how sure the engine is of the unit's word, 0 to 100; empty: certain
 
     /// The box round these units; null when none of them has one.
     QRectF boxOf(qsizetype from, qsizetype length) const;
+    /// The least confidence among these units.
+    double confidenceOf(qsizetype from, qsizetype length) const;
 
     bool operator==(const RecognizedLine &) const = default;
 };

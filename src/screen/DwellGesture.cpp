@@ -127,7 +127,7 @@ QCoro::Task<> DwellGesture::lookUpWord(QPointF at, std::stop_token stop)
 {
     std::optional<ScreenOCR::Result> seen;
     try {
-        seen = co_await m_parts.ocr.recognize(at, ScreenOCR::Seek::word, stop);
+        seen = co_await m_parts.ocr.recognize(at, ScreenOCR::Seek::sureWord, stop);
     } catch (const std::exception &) {
         co_return;
     }

@@ -2,7 +2,15 @@
 
 #include "platform/ScreenCapture.h"
 
+#include <cmath>
+
 namespace nimbrelle {
+
+namespace {
+
+constexpr double oneRow = 12; // points; what was marked over more than this has no middle on its text
+
+} // namespace
 
 ScreenOCR::ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecognizer &recognizer)
     : m_screens(screens), m_capture(capture), m_recognizer(recognizer)
@@ -12,14 +20,6 @@ ScreenOCR::ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecogni
 bool ScreenOCR::isAllowed() const
 {
     return m_capture.isAllowed();
-}
-
-QCoro::Task<Picture> ScreenOCR::pictureOf(CaptureArea area, std::stop_token stop)
-{
-    Picture picture = co_await m_capture.capture(area.screen, area.rect);
-    if (stop.stop_requested())
-        throw Cancelled();
-    co_return picture;
 }
 
 QCoro::Task<QList<ScreenOCR::Line>> ScreenOCR::recognizeLines(
@@ -32,23 +32,72 @@ QCoro::Task<QList<ScreenOCR::Line>> ScreenOCR::recognizeLines(
 QCoro::Task<std::optional<ScreenOCR::Result>> ScreenOCR::recognize(
     QPointF around, Seek seek, std::stop_token stop)
 {
+    const std::optional<Snapshot> seen = co_await take(around);
+    if (stop.stop_requested())
+        throw Cancelled();
+    if (!seen)
+        co_return std::nullopt;
+    const QPointF cursor = seen->area.normalized(around);
+    std::optional<Result> result;
+    for (const RecognitionStyle style : {RecognitionStyle::plain, RecognitionStyle::subtitles}) {
+        if (result || (seek == Seek::contextOnly && style == RecognitionStyle::subtitles))
+            break;
+        const QList<Line> lines = co_await recognizeLines(seen->picture, style, stop);
+        result = analyze(legible(lines, cursor), cursor, seek);
+    }
+    if (result && result->wordRect)
+        result->wordRect = seen->area.toGlobal(*result->wordRect);
+    co_return result;
+}
+
+QCoro::Task<std::optional<ScreenOCR::Snapshot>> ScreenOCR::take(QPointF around)
+{
     const auto screen = screenHolding(m_screens.all(), around);
     const auto area = screen ? CaptureArea::around(around, *screen) : std::nullopt;
     if (!area)
         co_return std::nullopt;
-    const Picture picture = co_await pictureOf(*area, stop);
+    const Picture picture = co_await m_capture.capture(area->screen, area->rect);
     if (!picture.isValid())
         co_return std::nullopt;
-    const QPointF cursor = area->normalized(around);
-    const QList<Line> lines = co_await recognizeLines(picture, RecognitionStyle::plain, stop);
-    std::optional<Result> result = analyze(lines, cursor, seek);
-    if (!result && seek == Seek::word) {
-        const QList<Line> subtitles = co_await recognizeLines(picture, RecognitionStyle::subtitles, stop);
-        result = analyze(subtitles, cursor, seek);
+    co_return Snapshot{.area = *area, .picture = picture};
+}
+
+QCoro::Task<std::optional<QString>> ScreenOCR::contextOf(
+    Marked marked, std::optional<Snapshot> before, std::stop_token stop)
+{
+    if (std::abs(marked.from.y() - marked.to.y()) > oneRow)
+        marked.from = marked.to;
+    std::optional<QString> context;
+    if (before)
+        context = co_await contextIn(std::move(*before), marked, Gap::isLeft, stop);
+    if (context)
+        co_return context;
+    std::optional<Snapshot> now = co_await take(marked.middle());
+    if (stop.stop_requested())
+        throw Cancelled();
+    if (now)
+        context = co_await contextIn(std::move(*now), marked, Gap::isFilled, stop);
+    co_return context;
+}
+
+QCoro::Task<std::optional<QString>> ScreenOCR::contextIn(
+    Snapshot seen, Marked marked, Gap gap, std::stop_token stop)
+{
+    const QList<Line> all = co_await recognizeLines(seen.picture, RecognitionStyle::plain, stop);
+    marked.from = seen.area.normalized(marked.from);
+    marked.to = seen.area.normalized(marked.to);
+    QList<Line> lines = legible(all, marked.middle());
+    if (lines.isEmpty())
+        co_return std::nullopt;
+    if (!hasMarked(lines, marked)) {
+        if (gap == Gap::isLeft)
+            co_return std::nullopt;
+        lines = withMarked(lines, marked);
     }
-    if (result && result->wordRect)
-        result->wordRect = area->toGlobal(*result->wordRect);
-    co_return result;
+    const auto result = analyze(lines, marked.middle(), Seek::contextOnly);
+    if (!result || result->context.isEmpty())
+        co_return std::nullopt;
+    co_return result->context;
 }
 
 QCoro::Task<std::optional<QString>> ScreenOCR::recognizeText(QRectF in, std::stop_token stop)
@@ -57,12 +106,14 @@ QCoro::Task<std::optional<QString>> ScreenOCR::recognizeText(QRectF in, std::sto
     const auto area = screen ? CaptureArea::of(in, *screen) : std::nullopt;
     if (!area)
         co_return std::nullopt;
-    const Picture picture = co_await pictureOf(*area, stop);
+    const Picture picture = co_await m_capture.capture(area->screen, area->rect);
+    if (stop.stop_requested())
+        throw Cancelled();
     if (!picture.isValid())
         co_return std::nullopt;
-    QList<Line> lines = co_await recognizeLines(picture, RecognitionStyle::plain, stop);
+    QList<Line> lines = inEnglish(co_await recognizeLines(picture, RecognitionStyle::plain, stop));
     if (lines.isEmpty())
-        lines = co_await recognizeLines(picture, RecognitionStyle::subtitles, stop);
+        lines = inEnglish(co_await recognizeLines(picture, RecognitionStyle::subtitles, stop));
     co_return join(inReadingOrder(lines));
 }
 

@@ -8,7 +8,8 @@ namespace nimbrelle {
 
 class ScreenCapture;
 
-/// Reads text that exists only as pixels. Keeps nothing: no picture outlives the call that took it.
+/// Reads text that exists only as pixels. Keeps nothing: no picture outlives the call that took it, but for
+/// the one that take() hands out, which goes with the gesture that asked for it.
 ///
 /// The static functions are pure. Their boxes and points are normalized to the picture: 0...1, origin at the
 /// bottom left, y upward. Points and rectangles on the screen are global, origin at the bottom left of the
@@ -18,6 +19,8 @@ public:
     struct Word {
         QString text;
         QRectF box;
+        qsizetype start = 0; ///< where it begins in its line's text
+        double confidence = 100; ///< how sure the engine is of it, from 0
 
         bool operator==(const Word &) const = default;
     };
@@ -27,6 +30,8 @@ public:
         QRectF box;
         QList<Word> words; ///< in reading order
 
+        /// The mean of its letters; 0 without words.
+        double confidence() const;
         bool operator==(const Line &) const = default;
     };
 
@@ -38,7 +43,26 @@ public:
         bool operator==(const Result &) const = default;
     };
 
-    enum class Seek { contextOnly, word };
+    enum class Seek {
+        contextOnly,
+        word, ///< what somebody points at on purpose
+        sureWord, ///< only what is certainly English: nobody asked
+    };
+
+    /// What the screen showed round a point at one moment.
+    struct Snapshot {
+        CaptureArea area;
+        Picture picture;
+    };
+
+    /// Text that the user has marked on the screen.
+    struct Marked {
+        QString text;
+        QPointF from; ///< where the button went down
+        QPointF to; ///< and where it was released
+
+        QPointF middle() const { return (from + to) / 2; }
+    };
 
     ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecognizer &recognizer);
 
@@ -48,6 +72,16 @@ public:
     /// The text at and round a point. Absent when the point is on no screen, or on no word when one is
     /// sought, or there is no text. Throws CaptureFailure, RecognitionFailure, or Cancelled after a stop.
     QCoro::Task<std::optional<Result>> recognize(QPointF around, Seek seek, std::stop_token stop);
+
+    /// The picture that recognize() would read, taken before this returns. Absent when the point is on no
+    /// screen. Throws CaptureFailure.
+    QCoro::Task<std::optional<Snapshot>> take(QPointF around);
+
+    /// The text round what is marked, which stands in it too. A highlight may hide it from the engine, so a
+    /// picture from `before` it was marked is read first, then what the screen shows now; where neither has
+    /// the marked text, it is put into its gap. Absent when there is no text. Fails as recognize() does.
+    QCoro::Task<std::optional<QString>> contextOf(
+        Marked marked, std::optional<Snapshot> before, std::stop_token stop);
 
     /// All text in a rectangle, absent or empty when there is none. Fails as recognize() does.
     QCoro::Task<std::optional<QString>> recognizeText(QRectF in, std::stop_token stop);
@@ -68,12 +102,30 @@ public:
     /// Top to bottom, and left to right within a row.
     static QList<Line> inReadingOrder(const QList<Line> &lines);
 
-    /// Absent when there is no line, or the point is on no word that could be English (Seek::word).
+    /// What belongs to the text round the cursor, as a reader would tell it: without lines of another script
+    /// or of no words, which come out as words that the engine doesn't believe in, without what the picture's
+    /// edges cut, and without what stands apart. Of a doubtful line at the cursor the sure words stay.
+    static QList<Line> legible(const QList<Line> &lines, QPointF cursor);
+
+    /// Without the lines of another script, wherever they are.
+    static QList<Line> inEnglish(QList<Line> lines);
+
+    /// Absent when there is no line, or the point is on no word that could be English, if one is sought.
     static std::optional<Result> analyze(const QList<Line> &lines, QPointF cursor, Seek seek);
 
+    /// Whether the text round the middle of `marked` has its words. Case and punctuation don't count.
+    static bool hasMarked(const QList<Line> &lines, const Marked &marked);
+
+    /// The lines with the marked text where it stands: in the gap at its place, or instead of what the engine
+    /// made of it.
+    static QList<Line> withMarked(QList<Line> lines, const Marked &marked);
+
 private:
+    enum class Gap { isLeft, isFilled };
+
+    QCoro::Task<std::optional<QString>> contextIn(
+        Snapshot seen, Marked marked, Gap gap, std::stop_token stop);
     QCoro::Task<QList<Line>> recognizeLines(Picture picture, RecognitionStyle style, std::stop_token stop);
-    QCoro::Task<Picture> pictureOf(CaptureArea area, std::stop_token stop);
 
     const Screens &m_screens;
     ScreenCapture &m_capture;

@@ -22,6 +22,19 @@ constexpr double minRowHeight = 0.005;
 constexpr double contextHeights = 3.5;
 constexpr double columnMargin = 0.05;
 
+// Text on a screen scores 84 and more. Of another script the lines score 68 at most, and so do their words
+// but for one in thirty. Icons come out as one to three letters, now and then with up to 80.
+constexpr double sureLine = 70;
+constexpr double legibleLine = 60;
+constexpr double sureWord = 70;
+constexpr double sureShortWord = 80;
+constexpr double sureAlone = 85; // in a line of another script
+constexpr double possibleWord = 50;
+constexpr qsizetype shortWord = 3;
+constexpr qsizetype leastLetters = 2; // in a line that belongs to a text
+constexpr double pictureEdge = 0.002;
+constexpr double widestGap = 1.5; // between two lines of one text, in heights
+
 double minX(const QRectF &box)
 {
     return box.x();
@@ -105,6 +118,17 @@ const Line *lineNearest(const QList<Line> &lines, QPointF cursor)
     return nearest == lines.end() ? nullptr : &*nearest;
 }
 
+bool isCertain(const Line &line, const Word &word)
+{
+    const double least = word.text.size() <= shortWord ? sureShortWord : sureWord;
+    return word.confidence >= (line.confidence() < sureLine ? sureAlone : least);
+}
+
+bool isBelieved(const Line &line, const Word &word, ScreenOCR::Seek seek)
+{
+    return seek == ScreenOCR::Seek::sureWord ? isCertain(line, word) : word.confidence >= possibleWord;
+}
+
 const Word *wordAt(const Line &line, double x)
 {
     const auto distanceTo = [x](const Word &word) { return distance(x, minX(word.box), maxX(word.box)); };
@@ -129,13 +153,94 @@ QString contextRound(const Line &anchor, const QList<Line> &lines)
         sorted(near, [height](const Line &a, const Line &b) { return readsBefore(a, b, height * 0.5); }));
 }
 
+qsizetype letterCount(const Line &line)
+{
+    qsizetype letters = 0;
+    for (const Word &word : line.words)
+        letters += word.text.size();
+    return letters;
+}
+
+/// Of a line of another script the words that are English all the same.
+Line sureWordsOf(const Line &line)
+{
+    Line kept{.text = {}, .box = line.box, .words = {}};
+    for (Word word : line.words) {
+        if (!isCertain(line, word))
+            continue;
+        if (!kept.text.isEmpty())
+            kept.text += u' ';
+        word.start = kept.text.size();
+        kept.text += word.text;
+        kept.words.append(word);
+    }
+    return kept;
+}
+
+/// Without the first and the last word where the picture's edge cuts them.
+Line withoutCutWords(Line line)
+{
+    while (!line.words.isEmpty() && maxX(line.words.last().box) >= 1 - pictureEdge) {
+        line.text.truncate(line.words.last().start);
+        line.words.removeLast();
+    }
+    while (!line.words.isEmpty() && minX(line.words.first().box) <= pictureEdge) {
+        const Word first = line.words.takeFirst();
+        const qsizetype rest = line.words.isEmpty() ? line.text.size() : line.words.first().start;
+        line.text.remove(0, rest);
+        for (Word &word : line.words)
+            word.start -= rest;
+    }
+    line.text = line.text.trimmed();
+    return line;
+}
+
+bool isCut(const Line &line)
+{
+    return minY(line.box) <= pictureEdge || maxY(line.box) >= 1 - pictureEdge;
+}
+
+bool belongsToText(const Line &line)
+{
+    return line.confidence() >= sureLine && letterCount(line) >= leastLetters && !isCut(line);
+}
+
+double gapBetween(const QRectF &a, const QRectF &b)
+{
+    return std::max({minY(a) - maxY(b), minY(b) - maxY(a), 0.0});
+}
+
+/// Those that the anchor reaches from line to line without a wide gap.
+QList<Line> joinedTo(const QRectF &anchor, QList<Line> lines)
+{
+    QList<QRectF> reached{anchor};
+    QList<bool> isReached(lines.size(), false);
+    for (qsizetype next = 0; next < reached.size(); ++next)
+        for (qsizetype i = 0; i < lines.size(); ++i) {
+            const QRectF &box = lines[i].box;
+            const double height = std::max({box.height(), reached[next].height(), minAnchorHeight});
+            if (isReached[i] || gapBetween(box, reached[next]) > widestGap * height)
+                continue;
+            isReached[i] = true;
+            reached.append(box);
+        }
+    QList<Line> joined;
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        if (isReached[i])
+            joined.append(lines[i]);
+    return joined;
+}
+
 Line lineFrom(const RecognizedLine &recognized)
 {
     Line line{.text = ScreenOCR::cleaned(recognized.text), .box = recognized.box, .words = {}};
     for (const TextRange &range : ScreenOCR::wordRanges(line.text)) {
         const QRectF box = recognized.boxOf(range.start, range.length);
         if (!box.isNull())
-            line.words.append({.text = line.text.sliced(range.start, range.length), .box = box});
+            line.words.append({.text = line.text.sliced(range.start, range.length),
+                .box = box,
+                .start = range.start,
+                .confidence = recognized.confidenceOf(range.start, range.length)});
     }
     return line;
 }
@@ -165,6 +270,39 @@ QList<Line> ScreenOCR::linesFrom(const QList<RecognizedLine> &recognized)
     return lines;
 }
 
+double ScreenOCR::Line::confidence() const
+{
+    double sum = 0;
+    qsizetype letters = 0;
+    for (const Word &word : words) {
+        sum += word.confidence * static_cast<double>(word.text.size());
+        letters += word.text.size();
+    }
+    return letters > 0 ? sum / static_cast<double>(letters) : 0;
+}
+
+QList<Line> ScreenOCR::legible(const QList<Line> &lines, QPointF cursor)
+{
+    const Line *anchor = lineUnder(lines, cursor);
+    QList<Line> kept;
+    for (const Line &line : lines) {
+        if (&line == anchor)
+            kept.append(withoutCutWords(line.confidence() < sureLine ? sureWordsOf(line) : line));
+        else if (belongsToText(line))
+            kept.append(withoutCutWords(line));
+    }
+    kept.removeIf([](const Line &line) { return line.words.isEmpty(); });
+    if (const Line *nearest = anchor ? anchor : lineNearest(kept, cursor))
+        return joinedTo(nearest->box, kept);
+    return kept;
+}
+
+QList<Line> ScreenOCR::inEnglish(QList<Line> lines)
+{
+    lines.removeIf([](const Line &line) { return line.confidence() < legibleLine; });
+    return lines;
+}
+
 QString ScreenOCR::join(const QList<Line> &lines)
 {
     QString text;
@@ -189,7 +327,7 @@ std::optional<ScreenOCR::Result> ScreenOCR::analyze(const QList<Line> &lines, QP
     }
     const Line *anchor = lineUnder(lines, cursor);
     const Word *word = anchor ? wordAt(*anchor, cursor.x()) : nullptr;
-    if (!word)
+    if (!word || !isBelieved(*anchor, *word, seek))
         return std::nullopt;
     return Result{.word = word->text, .context = contextRound(*anchor, lines), .wordRect = word->box};
 }

@@ -4,7 +4,6 @@
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
 #include "screen/GestureGuards.h"
-#include "screen/ScreenOCR.h"
 #include "screen/SelectionKind.h"
 #include "screen/SelectionReader.h"
 
@@ -18,17 +17,41 @@ namespace {
 
 constexpr double dragDistance = 4;
 constexpr auto selectionDelay = 80ms;
+constexpr auto nextPressWait = 1s; // longer than any double click's
 
 } // namespace
+
+SelectionGesture::SelectionGesture(const GestureParts &parts, SelectionReader &selection)
+    : m_parts(parts)
+    , m_selection(selection)
+    , m_forgetTask(parts.clock, [this](const std::stop_token &) { m_beforeMark.reset(); })
+{
+}
 
 void SelectionGesture::mouseDown(QPointF at, int clickCount)
 {
     m_mouseDownPoint = at;
     m_isDragging = false;
-    if (clickCount == 1)
+    m_forgetTask.cancel();
+    if (clickCount == 1) {
         m_selection.noteMouseDown();
-    if (clickCount == 2)
+        keepSnapshot(at);
+    } else if (clickCount == 2) {
         expectSelection();
+    }
+}
+
+// A highlight hides its text from the recognition, so the picture is taken before there is one. It goes soon
+// after the release; what reads it has its own until then.
+QCoro::Task<> SelectionGesture::keepSnapshot(QPointF at)
+{
+    m_beforeMark.reset();
+    if (!mayAct() || !m_parts.ocr.isAllowed())
+        co_return;
+    try {
+        m_beforeMark = co_await m_parts.ocr.take(at);
+    } catch (const std::exception &) { // there will be the one after the mark
+    }
 }
 
 void SelectionGesture::mouseDragged(QPointF at)
@@ -41,10 +64,11 @@ void SelectionGesture::mouseDragged(QPointF at)
 
 void SelectionGesture::mouseUp(QPointF at, int clickCount)
 {
-    if (!isDragTo(at) && clickCount < 2)
-        return;
-    textMarked(at);
-    m_selection.noteMouseUp(); // while the program gets its moment
+    if (isDragTo(at) || clickCount >= 2) {
+        textMarked(at);
+        m_selection.noteMouseUp(); // while the program gets its moment
+    }
+    m_forgetTask.schedule(nextPressWait);
 }
 
 bool SelectionGesture::isDragTo(QPointF at) const
@@ -66,11 +90,15 @@ void SelectionGesture::expectSelection() const
 void SelectionGesture::textMarked(QPointF at)
 {
     if (mayAct())
-        handleSelection(at, m_selectionTask.renew());
+        handleSelection(at, m_beforeMark, m_selectionTask.renew());
+    else
+        m_beforeMark.reset();
 }
 
-QCoro::Task<> SelectionGesture::handleSelection(QPointF at, std::stop_token stop)
+QCoro::Task<> SelectionGesture::handleSelection(
+    QPointF at, std::optional<ScreenOCR::Snapshot> before, std::stop_token stop)
 {
+    const QPointF from = m_mouseDownPoint.value_or(at); // the next press may come while we wait
     co_await m_parts.clock.sleep(selectionDelay, stop);
     if (stop.stop_requested())
         co_return;
@@ -83,30 +111,29 @@ QCoro::Task<> SelectionGesture::handleSelection(QPointF at, std::stop_token stop
     if (kind.kind == SelectionKind::Kind::passage)
         m_parts.card.offerTranslation(kind.text, at);
     else if (kind.kind == SelectionKind::Kind::word)
-        co_await lookup(kind.text, selection->context, at, stop);
+        co_await lookup({.text = kind.text, .from = from, .to = at}, selection->context, before, stop);
 }
 
-QCoro::Task<> SelectionGesture::lookup(
-    QString word, std::optional<QString> context, QPointF at, std::stop_token stop)
+QCoro::Task<> SelectionGesture::lookup(ScreenOCR::Marked marked, std::optional<QString> context,
+    std::optional<ScreenOCR::Snapshot> before, std::stop_token stop)
 {
     if (!context)
-        context = co_await contextAround(at, stop);
+        context = co_await contextOf(marked, std::move(before), stop);
     if (!stop.stop_requested())
-        m_parts.card.lookup(word, context, at);
+        m_parts.card.lookup(marked.text, context, marked.to);
 }
 
-QCoro::Task<std::optional<QString>> SelectionGesture::contextAround(QPointF at, std::stop_token stop)
+QCoro::Task<std::optional<QString>> SelectionGesture::contextOf(
+    ScreenOCR::Marked marked, std::optional<ScreenOCR::Snapshot> before, std::stop_token stop)
 {
     if (!m_parts.ocr.isAllowed())
         co_return std::nullopt;
+    std::optional<QString> context;
     try {
-        const std::optional<ScreenOCR::Result> seen =
-            co_await m_parts.ocr.recognize(at, ScreenOCR::Seek::contextOnly, stop);
-        if (seen && !seen->context.isEmpty())
-            co_return seen->context;
+        context = co_await m_parts.ocr.contextOf(std::move(marked), std::move(before), stop);
     } catch (const std::exception &) { // the word alone will do
     }
-    co_return std::nullopt;
+    co_return context;
 }
 
 } // namespace nimbrelle

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "frame/TaskSlot.h"
+#include "screen/DebouncedTask.h"
 #include "screen/GestureParts.h"
+#include "screen/ScreenOCR.h"
 
 #include <QCoro/QCoroTask>
 #include <QPointF>
@@ -17,10 +19,7 @@ class SelectionReader;
 /// failures are silent. Points are global, y upward.
 class SelectionGesture {
 public:
-    SelectionGesture(const GestureParts &parts, SelectionReader &selection)
-        : m_parts(parts), m_selection(selection)
-    {
-    }
+    SelectionGesture(const GestureParts &parts, SelectionReader &selection);
 
     void mouseDown(QPointF at, int clickCount);
     void mouseDragged(QPointF at);
@@ -34,14 +33,20 @@ private:
     bool isDragTo(QPointF at) const;
     bool mayAct() const;
     void expectSelection() const;
-    QCoro::Task<> handleSelection(QPointF at, std::stop_token stop);
-    QCoro::Task<> lookup(QString word, std::optional<QString> context, QPointF at, std::stop_token stop);
-    QCoro::Task<std::optional<QString>> contextAround(QPointF at, std::stop_token stop);
+    QCoro::Task<> keepSnapshot(QPointF at);
+    QCoro::Task<> handleSelection(
+        QPointF at, std::optional<ScreenOCR::Snapshot> before, std::stop_token stop);
+    QCoro::Task<> lookup(ScreenOCR::Marked marked, std::optional<QString> context,
+        std::optional<ScreenOCR::Snapshot> before, std::stop_token stop);
+    QCoro::Task<std::optional<QString>> contextOf(
+        ScreenOCR::Marked marked, std::optional<ScreenOCR::Snapshot> before, std::stop_token stop);
 
     const GestureParts m_parts;
     SelectionReader &m_selection;
     std::optional<QPointF> m_mouseDownPoint;
     bool m_isDragging = false; // since that press
+    std::optional<ScreenOCR::Snapshot> m_beforeMark; // of the first press, until the last click is over
+    DebouncedTask m_forgetTask;
     TaskSlot m_selectionTask;
 };
 

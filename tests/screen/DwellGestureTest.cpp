@@ -108,7 +108,7 @@ TEST_F(DwellGestureTest, AKeyOrAClickCancelsTheWait)
     input.move(middle);
     input.click(middle);
     advance(3s);
-    EXPECT_TRUE(capture.requests.empty());
+    EXPECT_TRUE(recognizer.styles.empty());
 }
 
 TEST_F(DwellGestureTest, WhatChangesWhileThePictureIsReadCounts)

@@ -9,9 +9,9 @@ using Line = ScreenOCR::Line;
 
 namespace {
 
-Line line(const QString &text, const QRectF &box)
+Line line(const QString &text, const QRectF &box, double confidence = 100)
 {
-    return ScreenOCR::linesFrom({FakeTextRecognizer::line(text, box)}).first();
+    return ScreenOCR::linesFrom({FakeTextRecognizer::line(text, box, confidence)}).first();
 }
 
 QString wordsOf(const QString &text)
@@ -97,11 +97,140 @@ TEST(ScreenOCR, ContextKeepsToTheParagraphAndItsColumn)
     EXPECT_EQ(contextAt(flat, {0.3, 0.5}), u"left end anchor right end below"_s);
 }
 
+std::optional<QString> wordAt(const QList<Line> &lines, QPointF cursor, Seek seek)
+{
+    const auto result = ScreenOCR::analyze(lines, cursor, seek);
+    return result ? result->word : std::nullopt;
+}
+
+TEST(ScreenOCR, OpensWithoutBeingAskedOnlyWhatIsCertainlyAWord)
+{
+    struct Case {
+        QString word;
+        double confidence;
+        bool isSure;
+        bool isPossible;
+    };
+    for (const Case &each : {Case{u"reluctant"_s, 70, true, true}, Case{u"BaTARBAAE"_s, 69, false, true},
+             Case{u"BaTARBAAE"_s, 50, false, true}, Case{u"BaTARBAAE"_s, 49, false, false},
+             Case{u"the"_s, 80, true, true}, Case{u"Bek"_s, 79, false, true}}) {
+        const QList<Line> lines{line(each.word, {0, 0.5, 0.3, 0.1}, each.confidence)};
+        EXPECT_EQ(wordAt(lines, {0.1, 0.55}, Seek::sureWord).has_value(), each.isSure) << each.confidence;
+        EXPECT_EQ(wordAt(lines, {0.1, 0.55}, Seek::word).has_value(), each.isPossible) << each.confidence;
+    }
+}
+
+TEST(ScreenOCR, OfALineInAnotherScriptTheEnglishWordsStay)
+{
+    RecognizedLine mixed =
+        FakeTextRecognizer::line(u"BRERZ Python (TEREPHT) lambda"_s, {0, 0.5, 0.9, 0.1}, 40);
+    for (qsizetype unit = 6; unit < 12; ++unit)
+        mixed.unitConfidences[unit] = 90;
+    for (qsizetype unit = 23; unit < 29; ++unit)
+        mixed.unitConfidences[unit] = 84; // now and then something in another script scores as much
+    const QList<Line> lines = ScreenOCR::linesFrom({mixed});
+    const QPointF onPython(0.28, 0.55);
+    const auto result = ScreenOCR::analyze(ScreenOCR::legible(lines, onPython), onPython, Seek::sureWord);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->word, u"Python"_s);
+    EXPECT_EQ(result->context, u"Python"_s);
+    EXPECT_FALSE(wordAt(ScreenOCR::legible(lines, {0.8, 0.55}), {0.8, 0.55}, Seek::sureWord));
+}
+
+TEST(ScreenOCR, AContextHasNothingThatAReaderWouldNotJoin)
+{
+    const QPointF cursor(0.4, 0.55);
+    const auto context = [cursor](const QList<Line> &lines) {
+        return contextAt(ScreenOCR::legible(lines, cursor), cursor);
+    };
+    const Line anchor = line(u"was reluctant to"_s, {0.3, 0.5, 0.4, 0.1});
+    EXPECT_EQ(context({line(u"Ri RATES THES"_s, {0.3, 0.62, 0.4, 0.1}, 68), anchor,
+                  line(u"post this"_s, {0.3, 0.38, 0.4, 0.1}, 70)}),
+        u"was reluctant to post this"_s);
+    EXPECT_EQ(context({anchor, line(u"Q"_s, {0.26, 0.5, 0.03, 0.1})}), u"was reluctant to"_s); // an icon
+    EXPECT_EQ(context({line(u"the bar"_s, {0.3, 0.751, 0.4, 0.1}), anchor}), u"was reluctant to"_s);
+    EXPECT_EQ(
+        context({line(u"I"_s, {0.3, 0.749, 0.4, 0.1}), line(u"so I"_s, {0.3, 0.749, 0.4, 0.1}), anchor}),
+        u"so I was reluctant to"_s); // blank lines are narrower
+    EXPECT_EQ(context({line(u"cut in half"_s, {0.3, 0.9, 0.4, 0.1}),
+                  line(u"ineers | was here, bu"_s, {0, 0.7, 1, 0.1}), anchor}),
+        u"was here, was reluctant to"_s);
+}
+
+/// Marked by a double click, or by a drag to `to`, at the height of the line that `row()` makes.
+ScreenOCR::Marked marked(const QString &text, double from, double to = -1)
+{
+    return {.text = text, .from = {from, 0.55}, .to = {to < 0 ? from : to, 0.55}};
+}
+
+/// Each character is 0.01 wide.
+Line row(const QString &text, double x = 0)
+{
+    return line(text, {x, 0.5, 0.01 * static_cast<double>(text.size()), 0.1});
+}
+
+QString mendedContext(const QList<Line> &lines, const ScreenOCR::Marked &marked)
+{
+    return contextAt(ScreenOCR::withMarked(lines, marked), marked.middle());
+}
+
+TEST(MarkedContext, HoldsTheMarkedWordsWhateverTheirCaseAndPunctuation)
+{
+    const QList<Line> lines{row(u"Engineers don’t well-known, they ADMIT that"_s),
+        line(u"it is un-"_s, {0, 0.38, 0.4, 0.1}), line(u"fair in a factory"_s, {0, 0.26, 0.4, 0.1}),
+        line(u"far below"_s, {0, 0, 0.1, 0.02})};
+    for (const QString &held :
+        {u"admit"_s, u"don't"_s, u"well-known"_s, u"known they"_s, u"unfair"_s, u"“Admit”"_s})
+        EXPECT_TRUE(ScreenOCR::hasMarked(lines, marked(held, 0.5))) << held.toStdString();
+    EXPECT_TRUE(ScreenOCR::hasMarked(lines, marked(u"dmi"_s, 0.35))) << "a part of the word there";
+    for (const QString &missing : {u"act"_s, u"dmi"_s, u"below"_s, u"that it was"_s})
+        EXPECT_FALSE(ScreenOCR::hasMarked(lines, marked(missing, 0.5))) << missing.toStdString();
+    EXPECT_FALSE(ScreenOCR::hasMarked({}, marked(u"admit"_s, 0.5)));
+}
+
+TEST(MarkedContext, AHiddenWordIsPutIntoItsGap)
+{
+    // In one line, between two that the engine made of one, before the first and after the last.
+    EXPECT_EQ(mendedContext({row(u"Engineers were to,       that it"_s)}, marked(u"admit"_s, 0.20)),
+        u"Engineers were to, admit       that it"_s);
+    EXPECT_EQ(mendedContext({row(u"were to"_s), row(u"“that it"_s, 0.14)}, marked(u"admit"_s, 0.1)),
+        u"were to admit “that it"_s);
+    EXPECT_EQ(mendedContext({row(u"that it"_s, 0.1)}, marked(u"admit"_s, 0.06)), u"admit that it"_s);
+    EXPECT_EQ(mendedContext({row(u"were to"_s)}, marked(u"admit"_s, 0.1, 0.12)), u"were to admit"_s);
+    // A word of the wide gap's edge was hit, as a drag's end does.
+    EXPECT_EQ(mendedContext({row(u"were to       that"_s)}, marked(u"admit"_s, 0.141)),
+        u"were to       admit that"_s);
+}
+
+TEST(MarkedContext, AHiddenWordFarFromAnyOtherHasARowOfItsOwn)
+{
+    const QList<Line> lines{line(u"above it"_s, {0.3, 0.65, 0.4, 0.1}),
+        line(u"and below"_s, {0.3, 0.35, 0.4, 0.1}), row(u"menu"_s, 0)};
+    EXPECT_EQ(mendedContext(lines, marked(u"admit"_s, 0.4)), u"above it admit and below"_s);
+    EXPECT_EQ(mendedContext(lines.first(2), marked(u"admit"_s, 0.4)), u"above it admit and below"_s);
+}
+
+TEST(MarkedContext, WhatTheEngineMadeOfTheMarkedTextGivesWay)
+{
+    EXPECT_EQ(
+        mendedContext({row(u"were to adrnit, that"_s)}, marked(u"admit"_s, 0.1)), u"were to admit, that"_s);
+    EXPECT_EQ(mendedContext({row(u"were to Ea that"_s)}, marked(u"admit"_s, 0.09)),
+        u"were to admit that"_s); // no room for another word
+    EXPECT_EQ(mendedContext({row(u"were to give vp that"_s)}, marked(u"give up"_s, 0.085, 0.145)),
+        u"were to give up that"_s);
+}
+
 class ScreenRecognition : public testing::Test, protected GestureStage {
 protected:
     std::optional<ScreenOCR::Result> recognize(QPointF at, Seek seek = Seek::word)
     {
         return await(ocr.recognize(at, seek, stop.get_token()));
+    }
+    std::optional<QString> contextOf(const QString &marked)
+    {
+        const auto before = await(ocr.take(middle));
+        capture.shown = 'm';
+        return await(ocr.contextOf({.text = marked, .from = middle, .to = middle}, before, stop.get_token()));
     }
     std::optional<QString> textIn(const QRectF &rect)
     {
@@ -130,6 +259,34 @@ TEST_F(ScreenRecognition, TriesSubtitlesOnlyWhereNoWordWasFound)
     EXPECT_EQ(recognize(middle)->word, u"reluctant"_s);
     using enum RecognitionStyle;
     EXPECT_EQ(recognizer.styles, (std::vector{plain, plain, plain, subtitles}));
+}
+
+TEST_F(ScreenRecognition, TheTextRoundAMarkedWordIsReadAsItWasBeforeThenAsItIs)
+{
+    const auto shows = [](const QString &text) {
+        return QList{FakeTextRecognizer::line(text, {0.3, 0.45, 0.4, 0.1})};
+    };
+    recognizer.lines = shows(u"were to admit that"_s);
+    recognizer.linesOf['m'] = shows(u"were to       that"_s);
+    EXPECT_EQ(contextOf(u"admit"_s), u"were to admit that"_s);
+    EXPECT_EQ(recognizer.styles.size(), 1u);
+    capture.shown = 'b'; // hidden when the button went down already
+    recognizer.linesOf['b'] = recognizer.linesOf['m'];
+    EXPECT_EQ(contextOf(u"admit"_s), u"were to admit       that"_s);
+    capture.shown = 'b'; // as when the click raised a window over another
+    recognizer.linesOf['m'] = shows(u"now admit this"_s);
+    EXPECT_EQ(contextOf(u"admit"_s), u"now admit this"_s);
+    recognizer.linesOf['b'] = recognizer.linesOf['m'] = {};
+    capture.shown = 'b';
+    EXPECT_EQ(contextOf(u"admit"_s), std::nullopt);
+}
+
+TEST_F(ScreenRecognition, AFrameRoundAnotherScriptHoldsNoEnglish)
+{
+    recognizer.lines = {FakeTextRecognizer::line(u"ERESICMNREY, TERE"_s, {0.1, 0.5, 0.4, 0.1}, 59)};
+    EXPECT_EQ(textIn({100, 300, 400, 100}).value_or(QString()), QString());
+    recognizer.lines.append(FakeTextRecognizer::line(u"some words"_s, {0.1, 0.3, 0.4, 0.1}, 60));
+    EXPECT_EQ(textIn({100, 300, 400, 100}), u"some words"_s);
 }
 
 TEST_F(ScreenRecognition, ReadsAFrameRowByRowOnTheScreenThatHoldsItsMiddle)

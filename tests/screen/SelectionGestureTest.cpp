@@ -22,7 +22,7 @@ TEST_F(SelectionGestureTest, LooksUpAMarkedWordEightyMillisecondsAfterTheRelease
     advance(1ms);
     EXPECT_EQ(card.calls, QStringList{u"lookup reluctant | reluctant to post"_s});
     EXPECT_EQ(card.anchor, QPointF(200, 110));
-    EXPECT_TRUE(capture.requests.empty()); // the context was there
+    EXPECT_TRUE(recognizer.styles.empty()); // the context was there
 }
 
 TEST_F(SelectionGestureTest, OnlyADragOrAMultipleClickSelects)
@@ -100,7 +100,64 @@ TEST_F(SelectionGestureTest, AWordWithoutContextGetsThatOfTheScreenIfThereIsAny)
     capture.allowed = false;
     drag();
     EXPECT_EQ(card.calls.mid(1), QStringList(3, u"lookup word | -"_s));
-    EXPECT_EQ(capture.requests.size(), 3u);
+}
+
+TEST_F(SelectionGestureTest, TheContextIsReadOffThePictureOfTheFirstPress)
+{
+    mark(u"admit"_s);
+    recognizer.linesOf['b'] = {FakeTextRecognizer::line(u"to admit that"_s, {0.4, 0.45, 0.2, 0.1})};
+    capture.shown = 'b';
+    input.click(middle);
+    capture.shown = 'm';
+    input.click(middle, 2);
+    advance(80ms);
+    EXPECT_EQ(card.calls, QStringList{u"lookup admit | to admit that"_s});
+    advance(400ms);
+    input.click(middle, 3);
+    advance(80ms);
+    EXPECT_EQ(card.calls.value(1), u"lookup admit | to admit that"_s);
+    EXPECT_EQ(capture.requests.size(), 1u);
+    // A flow that is still reading keeps its own when the next press comes.
+    recognizer.delay = 200ms;
+    capture.shown = 'b';
+    input.press(middle);
+    capture.shown = 'm';
+    input.release(middle + QPointF(20, 0));
+    advance(100ms);
+    input.press(middle);
+    advance(1s);
+    EXPECT_EQ(card.calls.value(2), u"lookup admit | to admit that"_s);
+}
+
+TEST_F(SelectionGestureTest, NoPictureIsTakenWhereNothingMayBeReadNorKeptAfterTheGesture)
+{
+    const auto pressed = [this] {
+        input.click({100, 100});
+        return std::exchange(capture.requests, {}).size();
+    };
+    EXPECT_EQ(pressed(), 1u);
+    capture.failure = u"没有画面"_s;
+    EXPECT_EQ(pressed(), 1u); // silently
+    capture.failure.reset();
+    capture.allowed = false;
+    EXPECT_EQ(pressed(), 0u);
+    capture.allowed = true;
+    configure([](AppConfig &config) { config.excludedBundleIDs = {u"reader"_s}; });
+    EXPECT_EQ(pressed(), 0u);
+    configure([](AppConfig &config) {
+        config.excludedBundleIDs.clear();
+        config.autoPopupOnSelect = false;
+    });
+    EXPECT_EQ(pressed(), 0u);
+    configure([](AppConfig &config) { config.autoPopupOnSelect = true; });
+    // A second later the press belongs to no gesture any more.
+    mark(u"admit"_s);
+    showWord(u"admit"_s);
+    input.click({100, 100});
+    advance(1s);
+    input.click({100, 100}, 2);
+    advance(80ms);
+    EXPECT_EQ(capture.requests.size(), 2u);
 }
 
 TEST_F(SelectionGestureTest, ANewerReleaseReplacesTheOlder)

@@ -1,7 +1,10 @@
 #include "platform/linux/ocr/EngineText.h"
 #include "platform/linux/ocr/GreyPicture.h"
+#include "platform/linux/ocr/Grounds.h"
 #include "platform/linux/x11/XScreenCapture.h"
 #include "support/Printers.h"
+
+#include <QImage>
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -57,7 +60,10 @@ TEST(EngineText, ABarIsThePronounOnlyInASentence)
 
 TEST(EngineText, BoxesAreNormalizedFromTheLowerLeft)
 {
-    const RecognizedLine made = recognizedLine(line({"of", "Oz"}, 20), {100, 40});
+    EngineLine words = line({"of", "Oz"}, 20);
+    words[0].confidence = 80;
+    words[1].confidence = 90;
+    const RecognizedLine made = recognizedLine(words, {100, 40});
     EXPECT_EQ(made.text, u"of Oz"_s);
     ASSERT_EQ(made.unitBoxes.size(), made.text.size());
     EXPECT_EQ(made.unitBoxes.at(0), QRectF(0, 0.5, 0.1, 0.35));
@@ -65,6 +71,9 @@ TEST(EngineText, BoxesAreNormalizedFromTheLowerLeft)
     EXPECT_EQ(made.boxOf(3, 2), QRectF(0.3, 0.5, 0.2, 0.5));
     EXPECT_EQ(made.box, QRectF(0, 0.5, 0.5, 0.5));
     EXPECT_TRUE(made.boxOf(2, 1).isNull());
+    EXPECT_EQ(made.unitConfidences, (QList<double>{80, 80, 100, 90, 90}));
+    EXPECT_EQ(made.confidenceOf(0, 5), 80);
+    EXPECT_EQ(made.confidenceOf(3, 9), 90);
     EXPECT_EQ(made.boxOf(3, 100), made.boxOf(3, 2));
 }
 
@@ -110,6 +119,51 @@ TEST(GreyPicture, OfSubtitlesOnlyTheBrightStrokesAreLeft)
     EXPECT_EQ(grey.pixels, (std::vector<std::uint8_t>{0, 255}));
 }
 
+/// A light page with a block of `size` in which every third column is a stroke, as letters would be, but for
+/// two rows above and below them.
+Picture markedPage(QSize size, QRgb ground, QRgb ink)
+{
+    QImage image(300, 200, QImage::Format_RGB32);
+    image.fill(QColor(250, 250, 250));
+    for (int y = 0; y < size.height(); ++y)
+        for (int x = 0; x < size.width(); ++x) {
+            const bool isStroke = x % 3 == 1 && y >= 2 && y < size.height() - 2;
+            image.setPixel(40 + x, 30 + y, isStroke ? ink : ground);
+        }
+    return {.width = 300,
+        .height = 200,
+        .scale = 2,
+        .pixels = QByteArray(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes())};
+}
+
+TEST(Grounds, MarkedTextBecomesBlackOnWhiteWhateverItsColours)
+{
+    for (const auto &[ground, ink] :
+        {std::pair(qRgb(53, 132, 228), qRgb(255, 255, 255)), std::pair(qRgb(174, 207, 252), qRgb(34, 34, 34)),
+            std::pair(qRgb(0, 120, 215), qRgb(34, 34, 34))}) {
+        const Picture picture = markedPage({90, 24}, ground, ink);
+        const std::vector<Ground> grounds = groundsIn(picture);
+        ASSERT_EQ(grounds.size(), 1U);
+        EXPECT_EQ(grounds.front().box, QRect(40, 30, 90, 24));
+        const GreyPicture grey = prepared(picture, RecognitionStyle::plain);
+        const auto row = grey.pixels.begin() + qsizetype{40} * 300;
+        EXPECT_EQ(row[40], 255);
+        EXPECT_EQ(row[41], 0);
+        EXPECT_EQ(row[20], 250);
+    }
+}
+
+TEST(Grounds, WhatHoldsNoLineOfTextIsLeftAlone)
+{
+    const QRgb blue = qRgb(53, 132, 228);
+    EXPECT_TRUE(groundsIn(markedPage({90, 12}, blue, qRgb(255, 255, 255))).empty()); // a bar
+    EXPECT_TRUE(groundsIn(markedPage({12, 24}, blue, qRgb(255, 255, 255))).empty());
+    EXPECT_TRUE(groundsIn(markedPage({90, 0}, blue, blue)).empty());
+    // Nothing in a plain block becomes letters.
+    const GreyPicture grey = prepared(markedPage({90, 24}, blue, blue + 3), RecognitionStyle::plain);
+    EXPECT_GT(grey.pixels[40 * 300 + 41], 230);
+}
+
 TEST(ScreenCapture, WindowsAreLaidOverEachOther)
 {
     QByteArray picture(4 * 4 * 2, '\x40'); // 4 by 2 pixels
@@ -124,6 +178,10 @@ TEST(ScreenCapture, WindowsAreLaidOverEachOther)
     const QByteArray clear(4, '\0');
     layOver(picture, 4, clear, QRect(3, 0, 1, 1), true);
     EXPECT_EQ(picture.at(4 * 3), '\x40');
+
+    blank(picture, 4, QRect(2, 0, 2, 2));
+    EXPECT_EQ(picture.count('\xff'), 4 * 4);
+    EXPECT_EQ(picture.at(4 * 7), '\xff');
 }
 
 } // namespace

@@ -86,11 +86,13 @@ RecognizedLine recognizedLine(const EngineLine &line, QSize size)
         if (!made.text.isEmpty()) {
             made.text += u' ';
             made.unitBoxes.append(QRectF());
+            made.unitConfidences.append(100);
         }
         made.text += word.text;
         made.box |= normalized(word.box);
         for (const QRect &unit : word.unitBoxes)
             made.unitBoxes.append(normalized(unit));
+        made.unitConfidences.append(QList<double>(word.text.size(), word.confidence));
     }
     return made;
 }

@@ -13,6 +13,7 @@ struct EngineWord {
     QString text;
     QRect box;
     std::vector<QRect> unitBoxes; ///< one for each UTF-16 unit of `text`
+    double confidence = 100; ///< from 0
 };
 using EngineLine = std::vector<EngineWord>;
 

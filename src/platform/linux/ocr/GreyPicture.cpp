@@ -1,5 +1,7 @@
 #include "platform/linux/ocr/GreyPicture.h"
 
+#include "platform/linux/ocr/Grounds.h"
+
 #include <algorithm>
 #include <array>
 
@@ -162,8 +164,11 @@ int enlargement(const Picture &picture)
 GreyPicture prepared(const Picture &picture, RecognitionStyle style)
 {
     GreyPicture grey = greyOf(picture);
-    if (style == RecognitionStyle::plain)
+    if (style == RecognitionStyle::plain) {
         invertDarkParts(grey);
+        for (const Ground &ground : groundsIn(picture))
+            levelGround(picture, ground, grey);
+    }
     if (enlargement(picture) == 2)
         grey = doubled(grey);
     if (style == RecognitionStyle::subtitles)

@@ -85,9 +85,11 @@ std::vector<EngineLine> linesOf(TessBaseAPI *api)
     do {
         if (library().isAtBeginningOf(library().places(results.get()), RIL_TEXTLINE) || lines.empty())
             lines.emplace_back();
-        EngineWord word{textAt(results.get(), RIL_WORD), boxAt(results.get(), RIL_WORD), {}};
-        if (word.text.isEmpty() || !word.box.isValid()
-            || library().confidence(results.get(), RIL_WORD) < leastConfidence)
+        EngineWord word{.text = textAt(results.get(), RIL_WORD),
+            .box = boxAt(results.get(), RIL_WORD),
+            .unitBoxes = {},
+            .confidence = library().confidence(results.get(), RIL_WORD)};
+        if (word.text.isEmpty() || !word.box.isValid() || word.confidence < leastConfidence)
             continue;
         word.unitBoxes = unitBoxesAt(results.get(), word);
         lines.back().push_back(std::move(word));

@@ -51,6 +51,13 @@ void layOver(QByteArray &picture, int width, const QByteArray &piece, const QRec
     }
 }
 
+void blank(QByteArray &picture, int width, const QRect &at)
+{
+    for (int y = at.top(); y <= at.bottom(); ++y)
+        std::memset(picture.data() + (qsizetype{y} * width + at.left()) * bytesPerPixel, '\xff',
+            static_cast<std::size_t>(at.width()) * bytesPerPixel);
+}
+
 XScreenCapture::XScreenCapture(XConnection &x, const XScreens &screens) : m_x(x), m_screens(screens)
 {
     if (!isAllowed())
@@ -85,15 +92,37 @@ QCoro::Task<Picture> XScreenCapture::capture(Screen screen, QRectF area)
     const QRect pixels = m_screens.layout().pixelsOf(screen.id, area);
     if (pixels.isNull())
         co_return picture;
-    const std::vector<Window> windows = m_canCompose ? windowsOver(pixels) : std::vector<Window>();
-    const bool isCovered = std::ranges::any_of(windows, &Window::isOurs);
     picture.width = pixels.width();
     picture.height = pixels.height();
     picture.scale = screen.scale;
-    picture.pixels = isCovered ? composed(windows, pixels) : pixelsOf(m_x.root(), pixels);
+    picture.pixels = pixelsWithoutOurs(pixels);
     if (!picture.isValid())
         throw CaptureFailure(u"屏幕没有给出图像"_s);
     co_return picture;
+}
+
+QByteArray XScreenCapture::pixelsWithoutOurs(const QRect &area)
+{
+    const std::vector<Window> windows = windowsOver(area);
+    const bool isCovered = std::ranges::any_of(windows, &Window::isOurs);
+    if (m_canCompose && (isCovered || hasCompositor())) {
+        QByteArray pixels = background(area);
+        if (compose(windows, area, pixels) || isCovered)
+            return pixels;
+    }
+    QByteArray pixels = pixelsOf(m_x.root(), area);
+    for (const Window &window : windows)
+        if (window.isOurs && pixels.size() == static_cast<qsizetype>(byteCount(area)))
+            blank(pixels, area.width(), (window.frame & area).translated(-area.topLeft()));
+    return pixels;
+}
+
+bool XScreenCapture::hasCompositor() const
+{
+    const auto owner = m_x.reply(xcb_get_selection_owner_reply,
+        xcb_get_selection_owner(
+            m_x.get(), m_x.atom("_NET_WM_CM_S" + QByteArray::number(m_x.screenNumber()))));
+    return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
 QByteArray XScreenCapture::pixelsOf(xcb_drawable_t drawable, const QRect &area)
@@ -196,13 +225,14 @@ bool XScreenCapture::isOurs(xcb_window_t window) const
         [this](xcb_window_t child) { return m_x.isOwn(child); });
 }
 
-QByteArray XScreenCapture::composed(const std::vector<Window> &windows, const QRect &area)
+/// False where a window did not give its pixels.
+bool XScreenCapture::compose(const std::vector<Window> &windows, const QRect &area, QByteArray &picture)
 {
-    QByteArray picture = background(area);
+    bool isWhole = true;
     for (const Window &window : windows)
         if (!window.isOurs)
-            paint(window, area, picture);
-    return picture;
+            isWhole = paint(window, area, picture) && isWhole;
+    return isWhole;
 }
 
 /// The wallpaper where somebody has told which pixmap it is, else black; it need not line up with the screen.
@@ -217,19 +247,23 @@ QByteArray XScreenCapture::background(const QRect &area)
     return {static_cast<qsizetype>(byteCount(area)), '\0'};
 }
 
-void XScreenCapture::paint(const Window &window, const QRect &area, QByteArray &picture)
+bool XScreenCapture::paint(const Window &window, const QRect &area, QByteArray &picture)
 {
     const xcb_pixmap_t pixmap = xcb_generate_id(m_x.get());
     xcb_composite_name_window_pixmap(m_x.get(), window.id, pixmap);
+    bool isWhole = true;
     for (const QRect &piece : shapeOf(window)) {
         const QRect wanted = piece & area;
         if (!wanted.isValid())
             continue;
         const QByteArray pixels = pixelsOf(pixmap, wanted.translated(-window.frame.topLeft()));
-        if (pixels.size() == static_cast<qsizetype>(byteCount(wanted)))
+        const bool isGiven = pixels.size() == static_cast<qsizetype>(byteCount(wanted));
+        isWhole = isWhole && isGiven;
+        if (isGiven)
             layOver(picture, area.width(), pixels, wanted.translated(-area.topLeft()), window.depth == 32);
     }
     xcb_free_pixmap(m_x.get(), pixmap);
+    return isWhole;
 }
 
 /// In pixels of the root window; the whole frame for a window without a shape of its own.

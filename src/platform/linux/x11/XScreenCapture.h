@@ -14,7 +14,8 @@ class XScreens;
 
 /// Reads the screen's pixels through shared memory where the server shares it. While one of our windows cuts
 /// the wanted piece, the picture is put together from the other windows' own pixels instead, so that the text
-/// under our card is whole.
+/// under our card is whole. With a compositor it always is, for the screen shows one of our windows for a
+/// while after it has gone. Where windows have no pixels of their own, ours are blank in the picture.
 class XScreenCapture final : public ScreenCapture {
 public:
     XScreenCapture(XConnection &x, const XScreens &screens);
@@ -43,9 +44,11 @@ private:
     void unshare();
     std::vector<Window> windowsOver(const QRect &area) const;
     bool isOurs(xcb_window_t window) const;
-    QByteArray composed(const std::vector<Window> &windows, const QRect &area);
+    QByteArray pixelsWithoutOurs(const QRect &area);
+    bool hasCompositor() const;
+    bool compose(const std::vector<Window> &windows, const QRect &area, QByteArray &picture);
     QByteArray background(const QRect &area);
-    void paint(const Window &window, const QRect &area, QByteArray &picture);
+    bool paint(const Window &window, const QRect &area, QByteArray &picture);
     std::vector<QRect> shapeOf(const Window &window) const;
 
     XConnection &m_x;
@@ -58,5 +61,8 @@ private:
 /// Lays `piece` over `picture` at `at`: rows of 4-byte pixels, `width` of them in a row of the picture. With
 /// `hasAlpha` the colours are already multiplied by the fourth byte, else that byte means nothing.
 void layOver(QByteArray &picture, int width, const QByteArray &piece, const QRect &at, bool hasAlpha);
+
+/// Makes the rows of `at` white.
+void blank(QByteArray &picture, int width, const QRect &at);
 
 } // namespace nimbrelle

@@ -6,6 +6,7 @@
 #include <QRasterWindow>
 
 #include <gtest/gtest.h>
+#include <xcb/composite.h>
 
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
@@ -53,6 +54,31 @@ TEST_F(Capture, OwnWindowsAreNotInThePictureAndTheTextUnderThemIs)
     const bool isRead = std::ranges::any_of(
         lines, [](const RecognizedLine &line) { return line.text.contains(u"reluctant"_s); });
     EXPECT_TRUE(isRead);
+}
+
+// The screen is the compositor's to paint, and it paints late: what has just gone is still on it.
+TEST_F(Capture, WithACompositorTheWindowsOwnPixelsAreTaken)
+{
+    XConnection &other = otherClient.x;
+    other.reply(xcb_composite_query_version_reply, xcb_composite_query_version(other.get(), 0, 4));
+    xcb_composite_redirect_subwindows(other.get(), other.root(), XCB_COMPOSITE_REDIRECT_MANUAL);
+    const xcb_window_t window = xcb_generate_id(other.get());
+    const quint32 values[]{0x123456, 1}; // its ground, past the window manager
+    xcb_create_window(other.get(), XCB_COPY_FROM_PARENT, window, other.root(), 100, 100, 60, 40, 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT,
+        values);
+    xcb_map_window(other.get(), window);
+    otherClient.sync();
+    const Screen screen = platform.desktop.screens.all().constFirst();
+    const auto firstPixel = [&] {
+        const QByteArray pixels =
+            finished(platform.desktop.capture.capture(screen, {110, 110, 40, 20})).pixels;
+        return pixels.first(3).toHex();
+    };
+    EXPECT_NE(firstPixel(), "563412") << "nobody has painted it";
+    xcb_set_selection_owner(other.get(), window, other.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
+    otherClient.sync();
+    EXPECT_EQ(firstPixel(), "563412");
 }
 
 TEST_F(Capture, AnAreaIsCutToTheScreen)
