@@ -39,6 +39,7 @@ QDialog *makeAlert(const Theme &theme, const QString &title, const QString &text
         makeReadText(theme, u"alertText"_s, text, text, {.type = TextType::text, .tone = Tone::ink2}));
     column->addSpacing(theme.points(8));
     auto *close = makeButton(theme, u"alertClose"_s, u"好"_s, {.kind = ButtonKind::primary});
+    close->setMinimumWidth(theme.points(64));
     close->setFixedHeight(theme.points(34));
     close->setDefault(true);
     QObject::connect(close, &QPushButton::clicked, alert, &QDialog::accept);

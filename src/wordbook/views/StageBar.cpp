@@ -51,7 +51,8 @@ std::optional<Icon> iconOfStage(DisplayStage stage)
 
 } // namespace
 
-StageActions::StageActions(const WordbookParts &parts, const WordFacts &facts)
+StageActions::StageActions(const WordbookParts &parts, const WordFacts &facts, QWidget *parent)
+    : QWidget(parent)
 {
     setObjectName(u"stageActions"_s);
     auto *flow = new FlowLayout(parts.theme.points(6), parts.theme.points(6), this);
@@ -64,7 +65,8 @@ StageActions::StageActions(const WordbookParts &parts, const WordFacts &facts)
     }
 }
 
-StageBar::StageBar(const WordbookParts &parts, const WordFacts &facts) : m_parts(parts)
+StageBar::StageBar(const WordbookParts &parts, const WordFacts &facts, QWidget *parent)
+    : QFrame(parent), m_parts(parts)
 {
     setObjectName(u"stageBar"_s);
     setProperty("kind", u"stageBar"_s);

@@ -14,7 +14,7 @@ class StageActions : public QWidget {
     Q_OBJECT
 
 public:
-    StageActions(const WordbookParts &parts, const WordFacts &facts);
+    StageActions(const WordbookParts &parts, const WordFacts &facts, QWidget *parent);
 };
 
 /// The word's stage, with the same actions in a menu.
@@ -22,7 +22,7 @@ class StageBar : public QFrame {
     Q_OBJECT
 
 public:
-    StageBar(const WordbookParts &parts, const WordFacts &facts);
+    StageBar(const WordbookParts &parts, const WordFacts &facts, QWidget *parent);
 
 private:
     QWidget *makeState(const WordFacts &facts) const;

@@ -29,13 +29,14 @@ constexpr double belowTitle = 6;
 
 } // namespace
 
-FamilySection::FamilySection(const WordbookParts &parts, const WordFacts &facts)
+FamilySection::FamilySection(const WordbookParts &parts, const WordFacts &facts, QWidget *parent)
+    : QWidget(parent)
 {
     setObjectName(u"family"_s);
     const Theme &theme = parts.theme;
     auto *column = bareLayout<QVBoxLayout>(this, theme.points(belowTitle));
     column->addWidget(makeSectionTitle(theme, u"词族"_s));
-    auto *words = new QWidget;
+    auto *words = new QWidget(this);
     auto *flow = new FlowLayout(theme.points(8), theme.points(6), words);
     if (const QString root = facts.entry.familyRoot.value_or(QString()); !root.isEmpty()) {
         QLabel *text = makeLabel(theme, u"词根 "_s + root, TextType::small, Tone::ink2);
@@ -57,7 +58,8 @@ FamilySection::FamilySection(const WordbookParts &parts, const WordFacts &facts)
             {.type = TextType::small, .tone = Tone::ink2}));
 }
 
-FormGallery::FormGallery(const WordbookParts &parts, const WordEntry &entry)
+FormGallery::FormGallery(const WordbookParts &parts, const WordEntry &entry, QWidget *parent)
+    : QWidget(parent)
 {
     setObjectName(u"forms"_s);
     const Theme &theme = parts.theme;
@@ -126,8 +128,8 @@ void WordDetail::addHead()
     QLabel *history = makeLabel(m_theme, m_facts.history, TextType::tiny, Tone::ink2);
     history->setObjectName(u"history"_s);
     addBelow(m_rows, m_theme.points(2), history);
-    addBelow(m_rows, m_theme.points(10), new StageBar(m_parts, m_facts));
-    addBelow(m_rows, m_theme.points(8), new StageActions(m_parts, m_facts));
+    addBelow(m_rows, m_theme.points(10), new StageBar(m_parts, m_facts, this));
+    addBelow(m_rows, m_theme.points(8), new StageActions(m_parts, m_facts, this));
     addBelow(m_rows, m_theme.points(14), makeMeaningLines(m_theme, head));
 }
 
@@ -135,11 +137,11 @@ void WordDetail::addSections()
 {
     const WordEntry &entry = m_facts.entry;
     const int gap = m_theme.points(betweenSections);
-    auto *family = new FamilySection(m_parts, m_facts);
+    auto *family = new FamilySection(m_parts, m_facts, this);
     connect(family, &FamilySection::wordChosen, this, &WordDetail::wordChosen);
     addBelow(m_rows, gap, family);
     if (!entry.formSlots().isEmpty())
-        addBelow(m_rows, gap, new FormGallery(m_parts, entry));
+        addBelow(m_rows, gap, new FormGallery(m_parts, entry, this));
     const auto addSection = [&](const QString &title, const QList<QWidget *> &records) {
         if (records.isEmpty())
             return;

@@ -15,7 +15,7 @@ class FamilySection : public QWidget {
     Q_OBJECT
 
 public:
-    FamilySection(const WordbookParts &parts, const WordFacts &facts);
+    FamilySection(const WordbookParts &parts, const WordFacts &facts, QWidget *parent);
 
 signals:
     void wordChosen(const QUuid &id);
@@ -26,7 +26,7 @@ class FormGallery : public QWidget {
     Q_OBJECT
 
 public:
-    FormGallery(const WordbookParts &parts, const WordEntry &entry);
+    FormGallery(const WordbookParts &parts, const WordEntry &entry, QWidget *parent);
 
 private:
     static QFrame *makeCell(const Theme &theme, const FormSlot &slot);
