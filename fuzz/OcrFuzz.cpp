@@ -48,8 +48,7 @@ private:
 
 RecognizedLine lineFrom(Input &input)
 {
-    RecognizedLine line{
-        .text = input.text(), .box = input.box(), .unitBoxes = {}, .unitConfidences = {}};
+    RecognizedLine line{.text = input.text(), .box = input.box(), .unitBoxes = {}, .unitConfidences = {}};
     const qsizetype boxes = input.byte() % 4 == 0 ? line.text.size() / 2 : line.text.size();
     for (qsizetype i = 0; i < boxes; ++i)
         line.unitBoxes.append(line.text[i].isSpace() ? QRectF() : input.box());

@@ -5,8 +5,8 @@
 
 namespace nimbrelle {
 
-/// Pixels on their way from a capture to the recognizer. Nothing keeps one longer than the gesture that it was
-/// taken for, and nothing writes one to the disk.
+/// Pixels on their way from a capture to the recognizer. Nothing keeps one longer than the gesture that it
+/// was taken for, and nothing writes one to the disk.
 struct Picture {
     int width = 0; ///< in pixels
     int height = 0;

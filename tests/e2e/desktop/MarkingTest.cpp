@@ -158,6 +158,24 @@ TEST_F(Marking, ACopyOnTheUsersBehalfLeavesTheClipboardAsItWas)
     EXPECT_EQ(program.process().exitCode(), 0);
 }
 
+TEST_F(Marking, AMarkedWordStandsInItsOwnSentenceWhereTheScreenIsRead)
+{
+    QPlainTextEdit window; // tells screen readers nothing
+    window.setFont(QFont(u"DejaVu Sans"_s, 12));
+    window.setPlainText(u"Engineers were forced to admit that the bridge had failed."_s);
+    window.setGeometry(300, 100, 700, 300);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const QTextCursor found = window.document()->find(u"admit"_s);
+    QTextCursor before = found;
+    before.setPosition(found.selectionStart());
+    const QRect word = window.cursorRect(before) | window.cursorRect(found);
+    doubleClick(window.viewport()->mapToGlobal(word.center()));
+    ASSERT_TRUE(appears(u"意思"_s, 8000));
+    EXPECT_EQ(textOf(u"单词"_s), u"admit"_s);
+    EXPECT_EQ(textOf(u"原句"_s), u"Engineers were forced to admit that the bridge had failed."_s);
+}
+
 TEST_F(Marking, AStoppedProgramHoldsNothingUp)
 {
     read();
