@@ -82,6 +82,20 @@ TEST_F(Marking, EscAndAClickElsewhereCloseTheCard)
     EXPECT_TRUE(disappears(u"意思"_s, 500));
 }
 
+TEST_F(Marking, MovingAWindowWithAnOldMarkOpensNothing)
+{
+    read();
+    doubleClick(inEditor(u"deprecated"_s).center());
+    ASSERT_TRUE(appears(u"意思"_s));
+    user.tap(keysym::escape);
+    ASSERT_TRUE(disappears(u"意思"_s));
+    const QRect before = inEditor(u"deprecated"_s);
+    const QPoint title = accessible.shownBy(editor.id()).first().area.topLeft() + QPoint(150, 8);
+    user.drag(title, title + QPoint(60, 40));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return inEditor(u"deprecated"_s) != before; }, 3000));
+    EXPECT_FALSE(appears(u"意思"_s, 1000));
+}
+
 TEST_F(Marking, ADragOffersATranslationForFourSeconds)
 {
     read();
