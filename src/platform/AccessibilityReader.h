@@ -54,7 +54,8 @@ public:
     /// front now.
     virtual QCoro::Task<std::optional<AccessibleElement>> focusedElement() = 0;
 
-    /// `reach` is in UTF-16 units.
+    /// `reach` is in UTF-16 units. Where nothing is marked in the element, that of the one where the program
+    /// last told of a selection.
     virtual QCoro::Task<std::optional<MarkedText>> markedText(AccessibleElement element, qsizetype reach) = 0;
 
     /// Whether the element is a web page's root, whose address is the page's.

@@ -105,7 +105,8 @@ QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::s
     const std::optional<QString> primary = co_await readPrimary(marking.primaryAtMouseDown);
     if (stop.stop_requested())
         co_return std::nullopt;
-    if (marked && isAllOfIt(*marked, primary))
+    const bool isStale = marked && marked->change > 0 && marked->change <= atMouseDown.accessibility;
+    if (marked && !isStale && isAllOfIt(*marked, primary))
         co_return resultOf(marked->text, marked);
     std::optional<QString> text = primary;
     if (!text)

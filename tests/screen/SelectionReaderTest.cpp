@@ -67,6 +67,10 @@ TEST_F(SelectionReaderTest, AnOldMarkIsNotWhatTheGestureMarked)
     EXPECT_EQ(keys.copies, 0) << "which would copy the old mark";
     primary.claim(u"old"_s); // by a program that tells of no changes
     EXPECT_EQ(read(), text(u"old"_s, u"old mark"_s));
+    accessibility.changes = 1; // it does tell, so this one is of another window
+    selection.noteMouseDown();
+    primary.claim(u"newer"_s);
+    EXPECT_EQ(read(), text(u"newer"_s));
     selection.noteMouseDown();
     accessibility.isOldMark = false;
     EXPECT_EQ(read(), text(u"old"_s, u"old mark"_s));

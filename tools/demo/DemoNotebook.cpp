@@ -120,7 +120,7 @@ DemoNotebook::DemoNotebook(const QString &directory, Timestamp now)
     , m_paths(directory)
     , m_config(m_paths, m_clock)
     , m_log(m_paths, m_clock)
-    , m_client(m_config.config(), m_network)
+    , m_client(m_config.config(), m_connections)
     , m_words(m_paths, m_clock, m_config, m_log,
           [this](const WordEntry &word, const QStringList &knownWords, const QStringList &interests) {
               return m_client.mnemonic(word, knownWords, interests);

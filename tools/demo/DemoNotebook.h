@@ -1,13 +1,12 @@
 #pragma once
 
 #include "ai/DeepSeekClient.h"
+#include "ai/ProviderConnections.h"
 #include "frame/AppPaths.h"
 #include "frame/ConfigStore.h"
 #include "notebook/LearningLog.h"
 #include "notebook/WordStore.h"
 #include "support/ManualClock.h"
-
-#include <QNetworkAccessManager>
 
 namespace nimbrelle {
 
@@ -36,7 +35,7 @@ private:
     AppPaths m_paths;
     ConfigStore m_config;
     LearningLog m_log;
-    QNetworkAccessManager m_network;
+    ProviderConnections m_connections{m_clock};
     DeepSeekClient m_client;
     WordStore m_words;
 };

@@ -21,7 +21,7 @@ public:
         connect(this, &QTcpServer::newConnection, this, [this] {
             QTcpSocket *visitor = nextPendingConnection();
             connect(visitor, &QTcpSocket::readyRead, visitor, [visitor] {
-                const QByteArray line = "<p>Reluctant readers wait.</p>";
+                const QByteArray line = "<p>Reluctant <a href='#'>readers</a> <em>wait</em>.</p>";
                 const QByteArray body = "<!doctype html><title>On waiting</title>"
                                         "<style>p{font:32px/48px sans-serif;margin:0 20px}</style>"
                     + line.repeated(30);

@@ -105,6 +105,20 @@ TEST_F(Marking, AClickIntoItsShadowReachesTheProgramBelow)
     EXPECT_TRUE(editorText().startsWith(u"I was reluctant"_s)) << "the word is marked no more";
 }
 
+TEST_F(Marking, MovingAWindowWithAnOldMarkOpensNothing)
+{
+    read();
+    doubleClick(inEditor(u"deprecated"_s).center());
+    ASSERT_TRUE(appears(u"意思"_s));
+    user.tap(keysym::escape);
+    ASSERT_TRUE(disappears(u"意思"_s));
+    const QRect before = inEditor(u"deprecated"_s);
+    const QPoint title = accessible.shownBy(editor.id()).first().area.topLeft() + QPoint(150, 8);
+    user.drag(title, title + QPoint(60, 40));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return inEditor(u"deprecated"_s) != before; }, 3000));
+    EXPECT_FALSE(appears(u"意思"_s, 1000));
+}
+
 TEST_F(Marking, ADragOffersATranslationForFourSeconds)
 {
     read();

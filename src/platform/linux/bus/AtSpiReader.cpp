@@ -106,8 +106,10 @@ void AtSpiReader::remember(const AccessibleElement &element, Change change)
         m_text.prepare(element);
     place.object = element.object;
     place.order = ++m_order;
-    if (change == Change::selection)
+    if (change == Change::selection) {
+        place.selectionObject = element.object;
         place.selectionOrder = place.order;
+    }
 }
 
 QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::focusedElement()
@@ -243,6 +245,12 @@ QCoro::Task<QList<Answer>> AtSpiReader::askAll(Elements elements, QString method
 QCoro::Task<std::optional<MarkedText>> AtSpiReader::markedText(AccessibleElement element, qsizetype reach)
 {
     std::optional<MarkedText> marked = co_await m_text.marked(element, reach);
+    const QString selectionObject = m_places.value(element.program).selectionObject;
+    const bool isElsewhere = !selectionObject.isEmpty() && selectionObject != element.object;
+    if (isElsewhere && (!marked || marked->text.isEmpty())) { // a window that is moved takes the focus itself
+        const AccessibleElement other{.program = element.program, .object = selectionObject};
+        marked = co_await m_text.marked(other, reach);
+    }
     if (marked)
         marked->change = m_places.value(element.program).selectionOrder; // also one told of by now
     co_return marked;

@@ -35,6 +35,7 @@ private:
     struct Place {
         QString object;
         quint64 order = 0; ///< the greater, the later
+        QString selectionObject;
         quint64 selectionOrder = 0; ///< that of the program's newest selection; 0: it told of none
     };
     enum class Change { focus, selection };

@@ -59,12 +59,12 @@ public:
     }
     ~FakeProgram() override { QDBusConnection::disconnectFromBus(u"fake"_s); }
 
-    void takeFocus() { tell(u"StateChanged"_s, u"focused"_s); }
+    void takeFocus(int number = 1) { tell(u"StateChanged"_s, u"focused"_s, number); }
     void changeSelection() { tell(u"TextSelectionChanged"_s, QString()); }
-    void tell(const QString &news, const QString &detail)
+    void tell(const QString &news, const QString &detail, int number = 1)
     {
-        QDBusMessage event =
-            QDBusMessage::createSignal(root + u"/1"_s, u"org.a11y.atspi.Event.Object"_s, news);
+        QDBusMessage event = QDBusMessage::createSignal(
+            root + u'/' + QString::number(number), u"org.a11y.atspi.Event.Object"_s, news);
         event << detail << 1 << 0 << QVariant::fromValue(QDBusVariant(0)) << QVariantMap();
         m_bus.send(event);
     }
@@ -312,9 +312,13 @@ TEST_F(AtSpiReaderTest, AChangeOfTheSelectionIsCountedAndAFocusIsNone)
     ASSERT_TRUE(waitUntil([&] { return reader->changeCount() > before; }));
     const quint64 change = reader->changeCount();
     EXPECT_EQ(marked()->change, change);
-    program->takeFocus();
+    program->takeFocus(2);
     ASSERT_TRUE(waitUntil([&] { return reader->changeCount() > change; }));
-    EXPECT_EQ(marked()->change, change);
+    program->nodes[2] = {.text = QString(), .role = 69};
+    const AccessibleElement window{.program = program->element().program, .object = root + u"/2"_s};
+    const auto told = QCoro::waitFor(reader->markedText(window, 300));
+    EXPECT_EQ(told->text, u"reluctant"_s) << "where it was last told of";
+    EXPECT_EQ(told->change, change);
 }
 
 } // namespace
