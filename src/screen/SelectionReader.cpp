@@ -105,7 +105,7 @@ QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::s
     const std::optional<QString> primary = co_await readPrimary(marking.primaryAtMouseDown);
     if (stop.stop_requested())
         co_return std::nullopt;
-    const bool isStale = marked && marked->change > 0 && marked->change <= atMouseDown.accessibility;
+    const bool isStale = marked && marked->change > 0 && marked->change <= marking.accessibilityAtMouseDown;
     if (marked && !isStale && isAllOfIt(*marked, primary))
         co_return resultOf(marked->text, marked);
     std::optional<QString> text = primary;
