@@ -14,7 +14,7 @@
 #include <malloc.h>
 
 #if __has_feature(address_sanitizer)
-#include <sanitizer/allocator_interface.h>
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // GCC brings no header for it
 #endif
 
 using namespace nimbrelle;
