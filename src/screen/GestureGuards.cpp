@@ -23,6 +23,16 @@ constexpr QMarginsF besideWord{2, 2, 2, 2};
 
 bool GestureGuards::mayAct() const
 {
+    return mayActOnClick() && !isPointerGrabbed();
+}
+
+bool GestureGuards::isPointerGrabbed() const
+{
+    return m_parts.pointer.pressedButtons() == 0 && m_parts.window.isGrabbed();
+}
+
+bool GestureGuards::mayActOnClick() const
+{
     return !m_parts.lock.isLocked() && !m_parts.region.isOpen() && !isFrontmostExcluded()
         && !isPointerElsewhere();
 }
@@ -42,8 +52,6 @@ bool GestureGuards::isExcluded(const Application &application) const
 // Over a window that must not be read or covered, whichever is in front.
 bool GestureGuards::isPointerElsewhere() const
 {
-    if (m_parts.pointer.pressedButtons() == 0 && m_parts.window.isGrabbed())
-        return true;
     const PointedWindow pointed = m_parts.window.current();
     switch (pointed.kind) {
     case PointedWindow::Kind::own:

@@ -37,6 +37,10 @@ public:
     /// Whether any gesture may act at all; each asks this once it has been recognized, before it reads
     /// anything.
     bool mayAct() const;
+    /// The same about a click, at its press or release: the program that gets it has the pointer to itself
+    /// because of it, and for a moment longer. That no other has it is to be asked once the moment is over.
+    bool mayActOnClick() const;
+    bool isPointerGrabbed() const;
 
     /// Whether the point is on a screen and not on a panel or dock.
     bool isInContentArea(QPointF point) const;

@@ -78,7 +78,7 @@ bool SelectionGesture::isDragTo(QPointF at) const
 
 bool SelectionGesture::mayAct() const
 {
-    return m_parts.config.config().autoPopupOnSelect && m_parts.guards.mayAct();
+    return m_parts.config.config().autoPopupOnSelect && m_parts.guards.mayActOnClick();
 }
 
 void SelectionGesture::expectSelection() const
@@ -100,7 +100,7 @@ QCoro::Task<> SelectionGesture::handleSelection(
 {
     const QPointF from = m_mouseDownPoint.value_or(at); // the next press may come while we wait
     co_await m_parts.clock.sleep(selectionDelay, stop);
-    if (stop.stop_requested())
+    if (stop.stop_requested() || m_parts.guards.isPointerGrabbed())
         co_return;
     m_parts.accessibility.beginGesture();
     const std::optional<SelectionReader::Result> selection = co_await m_selection.read(stop);

@@ -25,6 +25,16 @@ TEST_F(SelectionGestureTest, LooksUpAMarkedWordEightyMillisecondsAfterTheRelease
     EXPECT_TRUE(recognizer.styles.empty()); // the context was there
 }
 
+TEST_F(SelectionGestureTest, TheGrabOfTheClickItselfIsNobodyElses)
+{
+    mark(u"reluctant"_s);
+    window.grabbed = true; // until a moment after the release
+    drag(79ms);
+    window.grabbed = false;
+    advance(1ms);
+    EXPECT_EQ(card.calls.size(), 1);
+}
+
 TEST_F(SelectionGestureTest, OnlyADragOrAMultipleClickSelects)
 {
     mark(u"word"_s);
