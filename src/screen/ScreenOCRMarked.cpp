@@ -186,6 +186,15 @@ bool insertIntoGap(QList<Line> &lines, const std::vector<Place> &row, const Mark
     return true;
 }
 
+/// The bar of the text cursor stands right beside what was marked, and reads as a letter.
+bool hasCursorBeside(const QString &read, const QString &marked)
+{
+    const QStringView bars = u"li1";
+    return read.size() == marked.size() + 1
+        && ((read.startsWith(marked) && bars.contains(read.back()))
+            || (read.endsWith(marked) && bars.contains(read.front())));
+}
+
 } // namespace
 
 bool ScreenOCR::hasMarked(const QList<Line> &lines, const Marked &marked)
@@ -200,7 +209,8 @@ bool ScreenOCR::hasMarked(const QList<Line> &lines, const Marked &marked)
     if (there.contains(wanted.first()))
         return true;
     const auto under = analyze(lines, marked.middle(), Seek::word); // of which a part may be marked
-    return under && lettersOf(under->word.value_or(QString())).contains(wanted.first());
+    const QString read = under ? lettersOf(under->word.value_or(QString())) : QString();
+    return read.contains(wanted.first()) && !hasCursorBeside(read, wanted.first());
 }
 
 QList<Line> ScreenOCR::withMarked(QList<Line> lines, const Marked &marked)

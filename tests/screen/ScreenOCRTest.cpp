@@ -216,6 +216,9 @@ TEST(MarkedContext, WhatTheEngineMadeOfTheMarkedTextGivesWay)
         mendedContext({row(u"were to adrnit, that"_s)}, marked(u"admit"_s, 0.1)), u"were to admit, that"_s);
     EXPECT_EQ(mendedContext({row(u"were to Ea that"_s)}, marked(u"admit"_s, 0.09)),
         u"were to admit that"_s); // no room for another word
+    const QList<Line> withCursor{row(u"were to admitl that"_s)};
+    EXPECT_FALSE(ScreenOCR::hasMarked(withCursor, marked(u"admit"_s, 0.1)));
+    EXPECT_EQ(mendedContext(withCursor, marked(u"admit"_s, 0.1)), u"were to admit that"_s);
     EXPECT_EQ(mendedContext({row(u"were to give vp that"_s)}, marked(u"give up"_s, 0.085, 0.145)),
         u"were to give up that"_s);
 }
