@@ -140,22 +140,27 @@ void learn(Device &device, quint32 seed)
     WordStore &store = device.store();
     const auto word = someWord(store, random);
     const quint32 choice = random.below(20);
-    if (choice < 5)
-        store.save(explanationFor(random), sourceFor(random));
-    else if (choice < 9)
-        store.recordLookup(explanationFor(random), sourceFor(random));
-    else if (choice < 14 && word)
+    if (choice < 9) {
+        // One after the other: in which order a call works out its arguments is the compiler's affair.
+        const Explanation explanation = explanationFor(random);
+        const PageSource source = sourceFor(random);
+        if (choice < 5)
+            store.save(explanation, source);
+        else
+            store.recordLookup(explanation, source);
+    } else if (choice < 14 && word) {
         changeWord(store, *word, random);
-    else if (choice == 14 && word)
+    } else if (choice == 14 && word) {
         store.addNote(noteFor(random, device.clock.now()), word->headword);
-    else if (choice == 15)
+    } else if (choice == 15) {
         store.addSentenceNote(noteFor(random, device.clock.now()));
-    else if (choice == 16)
+    } else if (choice == 16) {
         store.fillSlots(random.below(3));
-    else if (choice == 17)
+    } else if (choice == 17) {
         changeSettings(device, random);
-    else
+    } else {
         deleteSomething(store, random);
+    }
 }
 
 } // namespace nimbrelle
