@@ -363,6 +363,8 @@ def main():
         for reader in readers_for(article.write(folder), folder):
             if options.only and reader.name not in options.only:
                 continue
+            session.stop()  # what was asked once is not asked again
+            session.start()
             reader.open()
             if reader.settle(folder, article):
                 counts = read_in(session, reader, article, options.words, log)
