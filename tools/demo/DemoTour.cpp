@@ -246,7 +246,7 @@ TEST_F(Tour, Notebook)
     ASSERT_TRUE(comes([&] { return areaOf(activeWindow()).width() == 860 * scale; }));
     ASSERT_TRUE(comes([&] { return rowOf(u"rewrite"_s).has_value(); }));
     click(rowOf(u"rewrite"_s)->area.center());
-    ASSERT_TRUE(appears(u"记录"_s));
+    ASSERT_TRUE(says(u"重写"_s));
     keepActive(u"notebook"_s);
 }
 
