@@ -111,7 +111,7 @@ QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::s
     std::optional<QString> text = primary;
     if (!text)
         text = co_await readByCopy(marking, stop);
-    if (!text && marked)
+    if (!text && marked && !isStale)
         text = unlessBlank(withoutEmbedded(marked->text));
     if (stop.stop_requested() || !text)
         co_return std::nullopt;

@@ -72,6 +72,9 @@ TEST_F(SelectionReaderTest, AnOldMarkIsNotWhatTheGestureMarked)
     primary.claim(u"newer"_s);
     EXPECT_EQ(read(), text(u"newer"_s));
     selection.noteMouseDown();
+    primary.claim(u" "_s); // which can't be read: there is nothing, and not the old mark
+    EXPECT_EQ(read(), std::nullopt);
+    selection.noteMouseDown();
     accessibility.isOldMark = false;
     EXPECT_EQ(read(), text(u"old"_s, u"old mark"_s));
 }
