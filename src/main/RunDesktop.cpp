@@ -1,5 +1,6 @@
 #include "main/RunDesktop.h"
 
+#include "frame/DataWriter.h"
 #include "main/CommandLine.h"
 #include "main/Desktop.h"
 #include "main/TerminationSignals.h"
@@ -71,7 +72,9 @@ int runUntilToldToEnd(Services &services, SingleInstance &instance)
         &AppDelegate::applicationShouldHandleReopen);
     QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
     loadFontsSoon(desktop.delegate());
-    return QCoreApplication::exec();
+    const int code = QCoreApplication::exec();
+    DataWriter::shared().retry(); // the last chance, while all owners are there
+    return code;
 }
 
 } // namespace

@@ -36,7 +36,12 @@ void LearningLog::add(LogKind kind, const QString &word, const std::optional<QSt
     const Event event{.time = m_clock.now(), .kind = caseText(kind), .word = word, .detail = detail};
     if (const auto line = encode(event, TextForm::line))
         m_unwritten.append(*line);
-    m_writer.report(m_path, appendUnwritten());
+    writeUnwritten();
+}
+
+void LearningLog::writeUnwritten()
+{
+    m_writer.report(m_path, appendUnwritten(), {.owner = this, .write = [this] { writeUnwritten(); }});
 }
 
 WriteResult LearningLog::appendUnwritten()

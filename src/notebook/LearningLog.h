@@ -35,7 +35,7 @@ inline constexpr auto caseNames<LogKind> = cases("lookup", "save", "awaken", "jo
     "graduate", "leech", "spell", "spell-add", "spell-remove", "rest", "glance", "recall");
 
 /// The append-only diary of what the learner did with words, one JSON object a line. No failure interrupts
-/// the learning: an event that the disk did not take is tried again with the next one.
+/// the learning: an event that the disk did not take is tried again with the next one, and by the writer.
 class LearningLog {
 public:
     struct Event {
@@ -48,6 +48,8 @@ public:
     };
 
     LearningLog(const AppPaths &paths, const Clock &clock, DataWriter &writer = DataWriter::shared());
+    ~LearningLog() { m_writer.forget(this); }
+    Q_DISABLE_COPY_MOVE(LearningLog)
     static LearningLog &shared();
 
     /// Appends one event of this moment, on a line of its own and with a single write.
@@ -72,6 +74,7 @@ public:
 
 private:
     WriteResult appendUnwritten();
+    void writeUnwritten();
 
     const QString m_path;
     const Clock &m_clock;
