@@ -138,6 +138,18 @@ bool XConnection::isOwn(xcb_window_t window) const
     return isMadeBy(m_connection, window) || (other && isMadeBy(other, window));
 }
 
+bool XConnection::isOwnOrItsFrame(xcb_window_t window) const
+{
+    if (isOwn(window))
+        return true;
+    const auto tree = reply(xcb_query_tree_reply, xcb_query_tree(m_connection, window));
+    if (!tree)
+        return false;
+    const xcb_window_t *first = xcb_query_tree_children(tree.get());
+    return std::any_of(first, first + xcb_query_tree_children_length(tree.get()),
+        [this](xcb_window_t child) { return isOwn(child); });
+}
+
 bool XConnection::areOfOneClient(xcb_window_t one, xcb_window_t other) const
 {
     const quint32 base = ~xcb_get_setup(m_connection)->resource_id_mask;

@@ -67,6 +67,8 @@ public:
 
     /// Whether a window was made by this process, here or by the toolkit.
     bool isOwn(xcb_window_t window) const;
+    /// The same, or a window manager's frame round one.
+    bool isOwnOrItsFrame(xcb_window_t window) const;
 
     /// Whether one connection of one program made both.
     bool areOfOneClient(xcb_window_t one, xcb_window_t other) const;

@@ -207,22 +207,9 @@ std::vector<XScreenCapture::Window> XScreenCapture::windowsOver(const QRect &are
         const int border = 2 * geometry->border_width;
         const QRect frame(geometry->x, geometry->y, geometry->width + border, geometry->height + border);
         if (frame.intersects(area))
-            windows.push_back({first[i], frame, geometry->depth, isOurs(first[i])});
+            windows.push_back({first[i], frame, geometry->depth, m_x.isOwnOrItsFrame(first[i])});
     }
     return windows;
-}
-
-/// Also a window manager's frame round one of ours.
-bool XScreenCapture::isOurs(xcb_window_t window) const
-{
-    if (m_x.isOwn(window))
-        return true;
-    const auto tree = m_x.reply(xcb_query_tree_reply, xcb_query_tree(m_x.get(), window));
-    if (!tree)
-        return false;
-    const xcb_window_t *first = xcb_query_tree_children(tree.get());
-    return std::any_of(first, first + xcb_query_tree_children_length(tree.get()),
-        [this](xcb_window_t child) { return m_x.isOwn(child); });
 }
 
 /// False where a window did not give its pixels.

@@ -43,7 +43,6 @@ private:
     bool share(quint32 size);
     void unshare();
     std::vector<Window> windowsOver(const QRect &area) const;
-    bool isOurs(xcb_window_t window) const;
     QByteArray pixelsWithoutOurs(const QRect &area);
     bool hasCompositor() const;
     bool compose(const std::vector<Window> &windows, const QRect &area, QByteArray &picture);

@@ -22,7 +22,8 @@ XWindowAtPointer::XWindowAtPointer(XConnection &x, const XFrontApplication &appl
     m_unmapped = xcb_generate_id(m_x.get());
     xcb_create_window(m_x.get(), 0, m_unmapped, m_x.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
         XCB_COPY_FROM_PARENT, 0, nullptr);
-    m_x.reply(xcb_xfixes_query_version_reply, xcb_xfixes_query_version(m_x.get(), 5, 0));
+    if (m_x.has(&xcb_xfixes_id)) // asked without it, the library closes the connection
+        m_x.reply(xcb_xfixes_query_version_reply, xcb_xfixes_query_version(m_x.get(), 5, 0));
 }
 
 PointedWindow XWindowAtPointer::current() const
@@ -89,18 +90,7 @@ XWindowAtPointer::Windows XWindowAtPointer::windowsAtPointer() const
 bool XWindowAtPointer::isOwn(const Windows &windows) const
 {
     return std::ranges::any_of(windows, [this](xcb_window_t each) { return m_x.isOwn(each); })
-        || (!windows.empty() && holdsOwnWindow(windows.front()));
-}
-
-/// The window manager's frame round one of our windows belongs to us as well.
-bool XWindowAtPointer::holdsOwnWindow(xcb_window_t frame) const
-{
-    const auto tree = m_x.reply(xcb_query_tree_reply, xcb_query_tree(m_x.get(), frame));
-    if (!tree)
-        return false;
-    const xcb_window_t *first = xcb_query_tree_children(tree.get());
-    return std::any_of(first, first + xcb_query_tree_children_length(tree.get()),
-        [this](xcb_window_t child) { return m_x.isOwn(child); });
+        || (!windows.empty() && m_x.isOwnOrItsFrame(windows.front()));
 }
 
 bool XWindowAtPointer::isOfType(xcb_window_t window, const std::vector<xcb_atom_t> &types) const

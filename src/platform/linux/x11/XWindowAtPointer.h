@@ -26,7 +26,6 @@ private:
 
     Windows windowsAtPointer() const;
     bool isOwn(const Windows &windows) const;
-    bool holdsOwnWindow(xcb_window_t frame) const;
     bool isOfType(xcb_window_t window, const std::vector<xcb_atom_t> &types) const;
     bool hasTextCursor() const;
 
