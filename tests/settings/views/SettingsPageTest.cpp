@@ -20,8 +20,6 @@ namespace {
 class SettingsPageTest : public testing::Test, protected SettingsStage {
 protected:
     SettingsPageTest() { show(); }
-
-    const AppConfig &config() const { return notebook.config.config(); }
 };
 
 } // namespace

@@ -44,6 +44,8 @@ struct SettingsStage : ViewStage {
         settle();
     }
 
+    const AppConfig &config() const { return notebook.config.config(); }
+
     static FakeInstalledApplications someApplications()
     {
         FakeInstalledApplications some;

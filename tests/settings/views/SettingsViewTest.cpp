@@ -30,7 +30,6 @@ class SettingsViewTest : public testing::Test, protected SettingsStage {
 protected:
     SettingsViewTest() { show(); }
 
-    const AppConfig &config() const { return notebook.config.config(); }
     QStringList texts(const char *name) const
     {
         QStringList result;
