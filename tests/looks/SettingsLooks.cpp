@@ -6,6 +6,8 @@
 #include <QLayout>
 #include <QScrollArea>
 
+#include <cerrno>
+
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
@@ -20,7 +22,9 @@ void showSettings(const Look &look, const Show &show)
     stage.notebook.configure([](AppConfig &config) {
         config.apiKey = u"sk-0123456789abcdef01234567"_s;
         config.regionKey = ModifierKey::option;
+        config.baseURL = u"api.example.com/v1"_s;
     });
+    stage.writer.report(stage.notebook.paths.words, {.error = ENOSPC});
     auto *scroll = stage.view.findChild<QScrollArea *>();
     const auto showWhole = [&](const char *state) {
         const QWidget &page = *scroll->widget();
