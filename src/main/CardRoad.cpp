@@ -9,7 +9,7 @@ CardRoad::CardRoad(Services &services, const Platform &platform, const Theme &th
     : m_source(platform.frontApplication, platform.accessibility)
     , m_selection(services.clock(), platform.accessibility, platform.primarySelection, platform.clipboard,
           platform.keySender, platform.pointer, platform.frontApplication, platform.windowAtPointer)
-    , m_ocr(platform.screens, platform.capture, platform.recognizer)
+    , m_ocr(platform.screens, platform.windowAtPointer, platform.capture, platform.recognizer)
     , m_overlay(theme, platform.windowSystem)
     , m_region(platform.screens, platform.pointer, platform.frontApplication, m_overlay)
     , m_panel(theme, platform.windowSystem)

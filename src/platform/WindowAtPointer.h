@@ -2,7 +2,7 @@
 
 #include "platform/FrontApplication.h"
 
-#include <QRect>
+#include <QRectF>
 
 namespace nimbrelle {
 
@@ -17,7 +17,7 @@ struct PointedWindow {
 
     Kind kind = Kind::other;
     Application application; ///< whose content it is
-    QRect area; ///< of that program's window without its frame, in pixels
+    QRectF area; ///< of that program's window without its frame; global points, y upward
     bool hasTextCursor = false; ///< the pointer has the shape that programs give it over text
 
     bool operator==(const PointedWindow &) const = default;
@@ -30,7 +30,7 @@ public:
     virtual PointedWindow current() const = 0;
 
     /// Where the window of a program is now, as in PointedWindow; null when it is gone.
-    virtual QRect areaOf(const Application &application) const = 0;
+    virtual QRectF areaOf(const Application &application) const = 0;
 
     /// Whether another program has the pointer to itself: a menu is open, the screen is locked, something is
     /// dragged. Also true while a button is held anywhere.

@@ -4,7 +4,6 @@ namespace nimbrelle {
 
 namespace {
 
-constexpr QSizeF sizeAroundPointer{760, 200};
 constexpr double minAroundPointer = 20;
 constexpr double minOfFrame = 8;
 
@@ -25,7 +24,7 @@ QPointF topLeftFromGlobal(const Screen &screen, QPointF point)
 
 std::optional<CaptureArea> CaptureArea::around(QPointF point, const Screen &screen)
 {
-    QRectF area(QPointF(0, 0), sizeAroundPointer);
+    QRectF area(0, 0, mostWidth, mostHeight);
     area.moveCenter(topLeftFromGlobal(screen, point));
     return clipped(screen, area, minAroundPointer);
 }
@@ -39,6 +38,11 @@ QPointF CaptureArea::normalized(QPointF global) const
 {
     const QPointF inside = topLeftFromGlobal(screen, global) - rect.topLeft();
     return {inside.x() / rect.width(), 1 - inside.y() / rect.height()};
+}
+
+QRectF CaptureArea::normalized(const QRectF &global) const
+{
+    return {normalized(global.topLeft()), normalized(global.bottomRight())};
 }
 
 QRectF CaptureArea::toGlobal(const QRectF &box) const

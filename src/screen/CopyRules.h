@@ -14,7 +14,7 @@ struct CopySituation {
     std::optional<Application> front; ///< it would get the shortcut
     PointedWindow press; ///< what the button went down on
     PointedWindow release; ///< what it came up over
-    QRect areaAtRelease; ///< of the window of the press
+    QRectF areaAtRelease; ///< of the window of the press
     ModifierFlags held = 0;
     std::chrono::milliseconds waited{0}; ///< for what the program was asked before
 };

@@ -1,6 +1,7 @@
 #include "screen/ScreenOCR.h"
 
 #include "platform/ScreenCapture.h"
+#include "platform/WindowAtPointer.h"
 
 #include <cmath>
 
@@ -10,10 +11,16 @@ namespace {
 
 constexpr double oneRow = 12; // points; what was marked over more than this has no middle on its text
 
+QString contextAt(const QList<ScreenOCR::Line> &lines, QPointF cursor)
+{
+    return ScreenOCR::join(ScreenOCR::paragraphAt(lines, cursor));
+}
+
 } // namespace
 
-ScreenOCR::ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecognizer &recognizer)
-    : m_screens(screens), m_capture(capture), m_recognizer(recognizer)
+ScreenOCR::ScreenOCR(
+    const Screens &screens, const WindowAtPointer &window, ScreenCapture &capture, TextRecognizer &recognizer)
+    : m_screens(screens), m_window(window), m_capture(capture), m_recognizer(recognizer)
 {
 }
 
@@ -42,8 +49,11 @@ QCoro::Task<std::optional<ScreenOCR::Result>> ScreenOCR::recognize(
     for (const RecognitionStyle style : {RecognitionStyle::plain, RecognitionStyle::subtitles}) {
         if (result || (seek == Seek::contextOnly && style == RecognitionStyle::subtitles))
             break;
-        const QList<Line> lines = co_await recognizeLines(seen->picture, style, stop);
-        result = analyze(legible(lines, cursor), cursor, seek);
+        const QList<Line> found = co_await recognizeLines(seen->picture, style, stop);
+        const QList<Line> lines = legible(found, cursor);
+        result = analyze(lines, cursor, seek);
+        if (result && style == RecognitionStyle::plain)
+            result->context = contextAt(co_await completed(lines, seen->area, cursor, stop), cursor);
     }
     if (result && result->wordRect)
         result->wordRect = seen->area.toGlobal(*result->wordRect);
@@ -94,10 +104,38 @@ QCoro::Task<std::optional<QString>> ScreenOCR::contextIn(
             co_return std::nullopt;
         lines = withMarked(lines, marked);
     }
-    const auto result = analyze(lines, marked.middle(), Seek::contextOnly);
-    if (!result || result->context.isEmpty())
-        co_return std::nullopt;
-    co_return result->context;
+    lines = co_await completed(std::move(lines), seen.area, marked.middle(), stop);
+    const QString context = contextAt(lines, marked.middle());
+    co_return context.isEmpty() ? std::nullopt : std::optional(context);
+}
+
+// A second look at each side, no larger than the first.
+QCoro::Task<QList<ScreenOCR::Line>> ScreenOCR::completed(
+    QList<Line> lines, CaptureArea area, QPointF cursor, std::stop_token stop)
+{
+    const double width = CaptureArea::mostWidth / area.rect.width();
+    QRectF window;
+    for (const Side side : {Side::left, Side::right}) {
+        const QList<Line> sure = withoutDoubtfulWords(lines, side);
+        const std::optional<QRectF> rest = restOf(sure, cursor, side, width);
+        if (rest && window.isNull())
+            window = m_window.current().area;
+        const auto beyond =
+            rest ? CaptureArea::of(area.toGlobal(*rest).intersected(window), area.screen) : std::nullopt;
+        const Picture picture = beyond ? co_await m_capture.capture(beyond->screen, beyond->rect) : Picture();
+        if (stop.stop_requested())
+            throw Cancelled();
+        if (!picture.isValid())
+            continue;
+        QList<Line> beside = uncut(co_await recognizeLines(picture, RecognitionStyle::plain, stop));
+        for (Line &line : beside) {
+            line.box = area.normalized(beyond->toGlobal(line.box));
+            for (Word &word : line.words)
+                word.box = area.normalized(beyond->toGlobal(word.box));
+        }
+        lines = joined(sure, std::move(beside), side);
+    }
+    co_return lines;
 }
 
 QCoro::Task<std::optional<QString>> ScreenOCR::recognizeText(QRectF in, std::stop_token stop)

@@ -7,6 +7,7 @@
 namespace nimbrelle {
 
 class ScreenCapture;
+class WindowAtPointer;
 
 /// Reads text that exists only as pixels. Keeps nothing: no picture outlives the call that took it, but for
 /// the one that take() hands out, which goes with the gesture that asked for it.
@@ -29,6 +30,8 @@ public:
         QString text; ///< after clean-up
         QRectF box;
         QList<Word> words; ///< in reading order
+        bool goesOnLeft = false; ///< the picture's edge cuts it there
+        bool goesOnRight = false;
 
         /// The mean of its letters; 0 without words.
         double confidence() const;
@@ -64,13 +67,16 @@ public:
         QPointF middle() const { return (from + to) / 2; }
     };
 
-    ScreenOCR(const Screens &screens, ScreenCapture &capture, TextRecognizer &recognizer);
+    ScreenOCR(const Screens &screens, const WindowAtPointer &window, ScreenCapture &capture,
+        TextRecognizer &recognizer);
 
     /// Whether the screen may be captured. Never asks the user.
     bool isAllowed() const;
 
-    /// The text at and round a point. Absent when the point is on no screen, or on no word when one is
-    /// sought, or there is no text. Throws CaptureFailure, RecognitionFailure, or Cancelled after a stop.
+    /// The text at and round a point. Lines that go on beyond the picture are followed by one more picture to
+    /// each side, inside the window under the pointer. Absent when the point is on no screen, or on no word
+    /// when one is sought, or there is no text. Throws CaptureFailure, RecognitionFailure, or Cancelled after
+    /// a stop.
     QCoro::Task<std::optional<Result>> recognize(QPointF around, Seek seek, std::stop_token stop);
 
     /// The picture that recognize() would read, taken before this returns. Absent when the point is on no
@@ -110,6 +116,24 @@ public:
     /// Without the lines of another script, wherever they are.
     static QList<Line> inEnglish(QList<Line> lines);
 
+    /// The lines that belong to some text, without what the picture's edges cut.
+    static QList<Line> uncut(const QList<Line> &lines);
+
+    /// The lines near the one at the cursor and in its column, in reading order.
+    static QList<Line> paragraphAt(const QList<Line> &lines, QPointF cursor);
+
+    enum class Side { left, right };
+
+    /// Without the words that the edge may have cut between two letters, where a line goes on beyond it.
+    static QList<Line> withoutDoubtfulWords(QList<Line> lines, Side side);
+
+    /// Where the paragraph at the cursor goes on beyond that edge of a picture: from the words that are known
+    /// outward, as wide as `width`. Absent when none of its lines does.
+    static std::optional<QRectF> restOf(const QList<Line> &lines, QPointF cursor, Side side, double width);
+
+    /// The lines with their rest, of which `beside` may repeat some. What stands there by itself is left out.
+    static QList<Line> joined(QList<Line> lines, QList<Line> beside, Side side);
+
     /// Absent when there is no line, or the point is on no word that could be English, if one is sought.
     static std::optional<Result> analyze(const QList<Line> &lines, QPointF cursor, Seek seek);
 
@@ -125,9 +149,12 @@ private:
 
     QCoro::Task<std::optional<QString>> contextIn(
         Snapshot seen, Marked marked, Gap gap, std::stop_token stop);
+    QCoro::Task<QList<Line>> completed(
+        QList<Line> lines, CaptureArea area, QPointF cursor, std::stop_token stop);
     QCoro::Task<QList<Line>> recognizeLines(Picture picture, RecognitionStyle style, std::stop_token stop);
 
     const Screens &m_screens;
+    const WindowAtPointer &m_window;
     ScreenCapture &m_capture;
     TextRecognizer &m_recognizer;
 };

@@ -34,6 +34,8 @@ constexpr qsizetype shortWord = 3;
 constexpr qsizetype leastLetters = 2; // in a line that belongs to a text
 constexpr double pictureEdge = 0.002;
 constexpr double widestGap = 1.5; // between two lines of one text, in heights
+constexpr double longWord = 12; // in letters
+constexpr double mostRoom = 0.15; // for it
 
 double minX(const QRectF &box)
 {
@@ -139,8 +141,7 @@ const Word *wordAt(const Line &line, double x)
     return &*nearest;
 }
 
-// Lines of the anchor's paragraph: near it, and in its column.
-QString contextRound(const Line &anchor, const QList<Line> &lines)
+QList<Line> paragraphRound(const Line &anchor, const QList<Line> &lines)
 {
     const double height = std::max(anchor.box.height(), minAnchorHeight);
     QList<Line> near;
@@ -149,8 +150,12 @@ QString contextRound(const Line &anchor, const QList<Line> &lines)
             && maxX(line.box) >= minX(anchor.box) - columnMargin
             && minX(line.box) <= maxX(anchor.box) + columnMargin;
     });
-    return ScreenOCR::join(
-        sorted(near, [height](const Line &a, const Line &b) { return readsBefore(a, b, height * 0.5); }));
+    return sorted(near, [height](const Line &a, const Line &b) { return readsBefore(a, b, height * 0.5); });
+}
+
+QString contextRound(const Line &anchor, const QList<Line> &lines)
+{
+    return ScreenOCR::join(paragraphRound(anchor, lines));
 }
 
 qsizetype letterCount(const Line &line)
@@ -177,9 +182,23 @@ Line sureWordsOf(const Line &line)
     return kept;
 }
 
-/// Without the first and the last word where the picture's edge cuts them.
+/// For a long word as large as this one.
+double roomOf(const Word &word)
+{
+    const double letter = word.box.width() / static_cast<double>(std::max(word.text.size(), qsizetype{1}));
+    return std::min(longWord * letter, mostRoom);
+}
+
+/// Without the first and the last word where the picture's edge cuts them. Of a cut word the engine often
+/// makes nothing, so a line goes on where there is no more room than for a long one.
 Line withoutCutWords(Line line)
 {
+    if (line.words.isEmpty())
+        return line;
+    const Word &leftmost = line.words.first();
+    const Word &rightmost = line.words.last();
+    line.goesOnLeft = minX(leftmost.box) <= roomOf(leftmost);
+    line.goesOnRight = maxX(rightmost.box) >= 1 - roomOf(rightmost);
     while (!line.words.isEmpty() && maxX(line.words.last().box) >= 1 - pictureEdge) {
         line.text.truncate(line.words.last().start);
         line.words.removeLast();
@@ -303,6 +322,22 @@ QList<Line> ScreenOCR::inEnglish(QList<Line> lines)
     return lines;
 }
 
+QList<Line> ScreenOCR::uncut(const QList<Line> &lines)
+{
+    QList<Line> kept;
+    for (const Line &line : lines)
+        if (belongsToText(line))
+            kept.append(withoutCutWords(line));
+    kept.removeIf([](const Line &line) { return line.words.isEmpty(); });
+    return kept;
+}
+
+QList<Line> ScreenOCR::paragraphAt(const QList<Line> &lines, QPointF cursor)
+{
+    const Line *anchor = lineNearest(lines, cursor);
+    return anchor ? paragraphRound(*anchor, lines) : QList<Line>();
+}
+
 QString ScreenOCR::join(const QList<Line> &lines)
 {
     QString text;
@@ -319,11 +354,10 @@ QString ScreenOCR::join(const QList<Line> &lines)
 std::optional<ScreenOCR::Result> ScreenOCR::analyze(const QList<Line> &lines, QPointF cursor, Seek seek)
 {
     if (seek == Seek::contextOnly) {
-        const Line *anchor = lineNearest(lines, cursor);
-        if (!anchor)
+        if (lines.isEmpty())
             return std::nullopt;
         return Result{
-            .word = std::nullopt, .context = contextRound(*anchor, lines), .wordRect = std::nullopt};
+            .word = std::nullopt, .context = join(paragraphAt(lines, cursor)), .wordRect = std::nullopt};
     }
     const Line *anchor = lineUnder(lines, cursor);
     const Word *word = anchor ? wordAt(*anchor, cursor.x()) : nullptr;

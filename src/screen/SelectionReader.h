@@ -62,7 +62,7 @@ private:
         quint64 primaryAtMouseDown = 0;
         PointedWindow press;
         PointedWindow release;
-        QRect areaAtRelease; ///< of the window of the press
+        QRectF areaAtRelease; ///< of the window of the press
         Timestamp askedAt; ///< when the read began
     };
 

@@ -28,7 +28,7 @@ public:
 class FakeWindowAtPointer final : public WindowAtPointer {
 public:
     PointedWindow current() const override { return pointed; }
-    QRect areaOf(const Application &) const override { return pointed.area; }
+    QRectF areaOf(const Application &) const override { return pointed.area; }
     bool isGrabbed() const override { return grabbed; }
 
     PointedWindow pointed;

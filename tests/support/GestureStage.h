@@ -51,7 +51,7 @@ struct GestureStage {
 
     int likely = 0; ///< how often a look-up was said to be likely
     SelectionReader selection{clock, accessibility, primary, clipboard, keys, pointer, front, window};
-    ScreenOCR ocr{screens, capture, recognizer};
+    ScreenOCR ocr{screens, window, capture, recognizer};
     RegionSelector region{screens, pointer, front, overlay};
     TriggerController trigger{{.clock = clock,
         .config = notebook.config,

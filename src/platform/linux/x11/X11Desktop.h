@@ -21,7 +21,7 @@ struct X11Desktop {
     XKeyboard keyboard{x};
     XKeySender keySender{x, keyboard, pointer};
     XFrontApplication frontApplication{x};
-    XWindowAtPointer windowAtPointer{x, frontApplication};
+    XWindowAtPointer windowAtPointer{x, frontApplication, screens};
     XInputMonitor input{x, screens, pointer, keyboard, keySender, windowAtPointer};
     XClipboard clipboard{x};
     XPrimarySelection primarySelection{x};

@@ -2,6 +2,7 @@
 
 #include "platform/linux/x11/TextCursor.h"
 #include "platform/linux/x11/XFrontApplication.h"
+#include "platform/linux/x11/XScreens.h"
 
 #include <algorithm>
 
@@ -12,8 +13,9 @@ constexpr std::size_t deepest = 32; // of windows in windows
 
 } // namespace
 
-XWindowAtPointer::XWindowAtPointer(XConnection &x, const XFrontApplication &applications)
-    : m_x(x), m_applications(applications)
+XWindowAtPointer::XWindowAtPointer(
+    XConnection &x, const XFrontApplication &applications, const XScreens &screens)
+    : m_x(x), m_applications(applications), m_screens(screens)
 {
     if (!m_x.isOpen())
         return;
@@ -50,7 +52,7 @@ PointedWindow XWindowAtPointer::current() const
     return pointed;
 }
 
-QRect XWindowAtPointer::areaOf(const Application &application) const
+QRectF XWindowAtPointer::areaOf(const Application &application) const
 {
     const auto window = static_cast<xcb_window_t>(application.window);
     if (!m_x.isOpen() || window == XCB_WINDOW_NONE)
@@ -59,7 +61,12 @@ QRect XWindowAtPointer::areaOf(const Application &application) const
     const auto placeAsked = xcb_translate_coordinates(m_x.get(), window, m_x.root(), 0, 0);
     const auto size = m_x.reply(xcb_get_geometry_reply, sizeAsked);
     const auto place = m_x.reply(xcb_translate_coordinates_reply, placeAsked);
-    return size && place ? QRect(place->dst_x, place->dst_y, size->width, size->height) : QRect();
+    if (!size || !place)
+        return {};
+    const QPoint corner(place->dst_x, place->dst_y);
+    const QPointF topLeft = m_screens.layout().pointOf(corner);
+    const QPointF bottomRight = m_screens.layout().pointOf(corner + QPoint(size->width, size->height));
+    return {QPointF(topLeft.x(), bottomRight.y()), QPointF(bottomRight.x(), topLeft.y())};
 }
 
 // A grab into a window that is not mapped never comes about; the refusal tells whether another's grab stands.

@@ -8,14 +8,15 @@
 namespace nimbrelle {
 
 class XFrontApplication;
+class XScreens;
 
 /// The windows under the pointer, asked for one level after another: half a millisecond in all.
 class XWindowAtPointer final : public WindowAtPointer {
 public:
-    XWindowAtPointer(XConnection &x, const XFrontApplication &applications);
+    XWindowAtPointer(XConnection &x, const XFrontApplication &applications, const XScreens &screens);
 
     PointedWindow current() const override;
-    QRect areaOf(const Application &application) const override;
+    QRectF areaOf(const Application &application) const override;
     bool isGrabbed() const override;
 
     /// Whether the pointer is over a window of this program, or the frame round one.
@@ -31,6 +32,7 @@ private:
 
     XConnection &m_x;
     const XFrontApplication &m_applications;
+    const XScreens &m_screens;
     std::vector<xcb_atom_t> m_menuTypes;
     xcb_window_t m_unmapped = XCB_WINDOW_NONE;
 };

@@ -124,7 +124,8 @@ TEST_F(Input, WhatLiesUnderThePointerIsKnown)
     const PointedWindow inside = window.current();
     EXPECT_EQ(inside.kind, PointedWindow::Kind::content);
     EXPECT_EQ(inside.application, platform.desktop.frontApplication.current());
-    EXPECT_EQ(inside.area, editor);
+    EXPECT_EQ(
+        inside.area, QRectF(editor.x(), 800 - editor.y() - editor.height(), editor.width(), editor.height()));
     otherClient.moveTo(editor.topLeft() + QPoint(60, -8)); // its title bar
     EXPECT_EQ(window.current().kind, PointedWindow::Kind::other);
     otherClient.moveTo({5, 795});
