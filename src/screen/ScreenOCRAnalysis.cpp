@@ -210,7 +210,8 @@ Line withoutCutWords(Line line)
         for (Word &word : line.words)
             word.start -= rest;
     }
-    line.text = line.text.trimmed();
+    while (line.text.endsWith(u' ')) // one at the beginning would move the words
+        line.text.chop(1);
     return line;
 }
 

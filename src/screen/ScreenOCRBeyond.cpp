@@ -72,44 +72,75 @@ double letterWidth(const Word &word)
     return word.box.width() / static_cast<double>(std::max(word.text.size(), qsizetype{1}));
 }
 
-bool areNeighbours(const Word &left, const Word &right)
+/// A word and the line that it stands in.
+struct Place {
+    const Line *line;
+    qsizetype index;
+
+    const Word &word() const { return line->words[index]; }
+    /// Where what is attached to it ends, such as a full stop, by the width of its letters.
+    double end() const
+    {
+        const qsizetype after = word().start + word().text.size();
+        return word().box.right()
+            + letterWidth(word()) * static_cast<double>(endOfToken(line->text, after) - after);
+    }
+};
+
+bool areNeighbours(const Place &left, const Place &right)
 {
-    return right.box.left() - left.box.right()
-        <= widestBlank * std::max(letterWidth(left), letterWidth(right));
+    return right.word().box.left() - left.end()
+        <= widestBlank * std::max(letterWidth(left.word()), letterWidth(right.word()));
 }
 
-/// Without an outermost word so near the edge that it may be cut between two of its letters.
+/// Without an outermost word so near the edge that it may be cut between two of its letters. A line of one
+/// word is then known by its place alone.
 Line withoutDoubtfulWord(const Line &line, Side side)
 {
-    if (!goesOn(line, side) || line.words.size() < 2)
+    if (!goesOn(line, side) || line.words.isEmpty())
         return line;
     const Word &word = outermost(line, side);
     const double room = side == Side::left ? word.box.left() : 1 - word.box.right();
     if (room > letterWidth(word))
         return line;
-    return side == Side::left ? cutTo(line, 1, line.words.size() - 1) : cutTo(line, 0, line.words.size() - 2);
+    if (line.words.size() > 1)
+        return side == Side::left ? cutTo(line, 1, line.words.size() - 1)
+                                  : cutTo(line, 0, line.words.size() - 2);
+    Line place = line;
+    place.text.clear();
+    place.words.clear();
+    return place;
 }
 
 /// The words of `line` that follow the known ones outward without a wide gap.
 Line beyond(const Line &line, const Line &known, Side side)
 {
+    if (known.words.isEmpty())
+        return line;
     const bool isLeft = side == Side::left;
-    const QRectF &edge = outermost(known, side).box;
     const qsizetype count = line.words.size();
+    const auto at = [&](qsizetype i) { return Place{.line = &line, .index = isLeft ? count - 1 - i : i}; };
+    Place inner{.line = &known, .index = isLeft ? 0 : known.words.size() - 1};
+    const Word last = inner.word();
+    const auto isFarther = [&](const Word &word) {
+        if (word.text == last.text && overlap(word.box, last.box))
+            return false;
+        const double middle = word.box.center().x();
+        return isLeft ? middle < last.box.left() : middle > last.box.right();
+    };
     qsizetype first = 0; // counted outward
-    const auto at = [&](qsizetype i) -> const Word & { return line.words[isLeft ? count - 1 - i : i]; };
-    while (first < count
-        && (isLeft ? at(first).box.center().x() >= edge.left() : at(first).box.center().x() <= edge.right()))
+    while (first < count && !isFarther(at(first).word()))
         ++first;
     qsizetype end = first;
-    const Word *inner = &outermost(known, side);
-    while (end < count && (isLeft ? areNeighbours(at(end), *inner) : areNeighbours(*inner, at(end))))
-        inner = &at(end++);
+    while (end < count && (isLeft ? areNeighbours(at(end), inner) : areNeighbours(inner, at(end))))
+        inner = at(end++);
     return isLeft ? cutTo(line, count - end, count - 1 - first) : cutTo(line, first, end - 1);
 }
 
 Line chained(Line first, Line second)
 {
+    if (first.words.isEmpty() || second.words.isEmpty())
+        return first.words.isEmpty() ? second : first;
     for (Word &word : second.words)
         word.start += first.text.size() + 1;
     return {.text = first.text + u' ' + second.text,
@@ -117,6 +148,16 @@ Line chained(Line first, Line second)
         .words = first.words + second.words,
         .goesOnLeft = first.goesOnLeft,
         .goesOnRight = second.goesOnRight};
+}
+
+/// How far outward the line is known; nothing of it is, where it has no words.
+double knownEdge(const Line &line, Side side)
+{
+    const bool isLeft = side == Side::left;
+    if (line.words.isEmpty())
+        return isLeft ? line.box.right() : line.box.left();
+    const QRectF &last = outermost(line, side).box;
+    return isLeft ? last.left() : last.right();
 }
 
 } // namespace
@@ -132,11 +173,11 @@ std::optional<QRectF> ScreenOCR::restOf(const QList<Line> &lines, QPointF cursor
     for (const Line &line : paragraph) {
         bottom = std::min(bottom, line.box.top() - line.box.height() * below);
         top = std::max(top, line.box.bottom() + line.box.height() * rowReach);
-        if (!goesOn(line, side) || line.words.isEmpty())
+        if (!goesOn(line, side))
             continue;
-        const QRectF &last = outermost(line, side).box;
-        from = side == Side::left ? std::max(from.value_or(last.left()), last.left())
-                                  : std::min(from.value_or(last.right()), last.right());
+        const double known = knownEdge(line, side);
+        from = side == Side::left ? std::max(from.value_or(known), known)
+                                  : std::min(from.value_or(known), known);
     }
     if (!from)
         return std::nullopt;
@@ -159,7 +200,8 @@ QList<Line> ScreenOCR::joined(QList<Line> lines, QList<Line> beside, Side side)
     QList<Line> alone;
     for (const Line &piece : beside) {
         const auto known = std::ranges::find_if(lines, [&](const Line &line) {
-            return !line.words.isEmpty() && areInOneRow(line, piece) && goesOn(line, side);
+            return areInOneRow(line, piece) && goesOn(line, side)
+                && (!line.words.isEmpty() || overlap(line.box, piece.box));
         });
         if (known == lines.end()) {
             alone.append(piece);
@@ -171,12 +213,14 @@ QList<Line> ScreenOCR::joined(QList<Line> lines, QList<Line> beside, Side side)
         *known = side == Side::left ? chained(rest, std::move(*known)) : chained(std::move(*known), rest);
         grown = grown.united(rest.box);
     }
-    for (const Line &line : alone) {
-        const bool isKnown =
-            std::ranges::any_of(lines, [&](const Line &other) { return areInOneRow(line, other); });
+    for (Line &line : alone) {
+        line.goesOnLeft = line.goesOnRight = false; // the edges were those of another picture
+        const bool isKnown = std::ranges::any_of(lines,
+            [&](const Line &other) { return areInOneRow(line, other) && overlap(line.box, other.box); });
         if (!isKnown && overlap(line.box, grown))
             lines.append(line);
     }
+    lines.removeIf([](const Line &line) { return line.text.isEmpty(); });
     return lines;
 }
 

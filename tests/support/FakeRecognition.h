@@ -5,6 +5,7 @@
 #include "platform/TextRecognizer.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -22,6 +23,8 @@ public:
     QCoro::Task<Picture> capture(Screen screen, QRectF area) override
     {
         requests.push_back({.screen = screen, .area = area});
+        if (willCapture)
+            willCapture(area);
         if (failure)
             throw CaptureFailure(*failure);
         co_return Picture{.width = 1, .height = 1, .scale = 1, .pixels = QByteArray(4, shown)};
@@ -31,6 +34,7 @@ public:
     char shown = '\xff'; ///< tells one picture from another
     std::optional<QString> failure;
     std::vector<Request> requests;
+    std::function<void(const QRectF &area)> willCapture;
 };
 
 /// Finds the scripted lines, after `delay` of the test's clock.
