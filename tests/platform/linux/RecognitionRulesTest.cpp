@@ -1,6 +1,7 @@
 #include "platform/linux/ocr/EngineText.h"
 #include "platform/linux/ocr/GreyPicture.h"
 #include "platform/linux/ocr/Grounds.h"
+#include "platform/linux/ocr/Underlines.h"
 #include "platform/linux/x11/XScreenCapture.h"
 #include "support/Printers.h"
 
@@ -162,6 +163,36 @@ TEST(Grounds, WhatHoldsNoLineOfTextIsLeftAlone)
     // Nothing in a plain block becomes letters.
     const GreyPicture grey = prepared(markedPage({90, 24}, blue, blue + 3), RecognitionStyle::plain);
     EXPECT_GT(grey.pixels[40 * 300 + 41], 230);
+}
+
+/// Ten strokes like letters, one of which reaches down to row 18, with a line of `thickness` below them.
+GreyPicture underlined(int length, int thickness, bool hasLetters = true)
+{
+    GreyPicture grey{.width = 60, .height = 24, .pixels = std::vector<std::uint8_t>(60 * 24, 250)};
+    const auto paint = [&](int left, int top, int width, int height) {
+        for (int y = top; y < top + height; ++y)
+            std::fill_n(grey.pixels.begin() + y * 60 + left, width, 30);
+    };
+    for (int i = 0; i < 10 && hasLetters; ++i)
+        paint(4 + 5 * i, 3, 2, i == 4 ? 16 : 9);
+    paint(4, 14, length, thickness);
+    return grey;
+}
+
+TEST(Underlines, AreTakenAwayFromBelowWordsOnly)
+{
+    const auto isGone = [](GreyPicture grey) {
+        removeUnderlines(grey, 1);
+        return grey.pixels == underlined(0, 0).pixels;
+    };
+    EXPECT_TRUE(isGone(underlined(50, 1)));
+    EXPECT_TRUE(isGone(underlined(50, 2)));
+    EXPECT_FALSE(isGone(underlined(20, 1))); // it may be a stroke of a letter
+    EXPECT_FALSE(isGone(underlined(50, 4)));
+    GreyPicture dash = underlined(50, 1, false);
+    const auto before = dash.pixels;
+    removeUnderlines(dash, 1);
+    EXPECT_EQ(dash.pixels, before);
 }
 
 TEST(ScreenCapture, WindowsAreLaidOverEachOther)

@@ -1,6 +1,7 @@
 #include "platform/linux/ocr/GreyPicture.h"
 
 #include "platform/linux/ocr/Grounds.h"
+#include "platform/linux/ocr/Underlines.h"
 
 #include <algorithm>
 #include <array>
@@ -168,6 +169,7 @@ GreyPicture prepared(const Picture &picture, RecognitionStyle style)
         invertDarkParts(grey);
         for (const Ground &ground : groundsIn(picture))
             levelGround(picture, ground, grey);
+        removeUnderlines(grey, picture.scale);
     }
     if (enlargement(picture) == 2)
         grey = doubled(grey);
