@@ -6,11 +6,9 @@
 #include "support/ManualClock.h"
 #include "support/ScriptedServer.h"
 #include "support/TestCertificates.h"
+#include "support/TlsListener.h"
 
 #include <QDir>
-#include <QSslConfiguration>
-#include <QSslKey>
-#include <QSslServer>
 
 #include <gtest/gtest.h>
 
@@ -23,16 +21,6 @@ namespace {
 
 constexpr char reply[] =
     R"({"choices":[{"message":{"content":"{\"headword\":\"run\",\"meaning_zh\":\"跑\"}"}}]})";
-
-std::unique_ptr<QSslServer> tlsListener(const char *certificate, const char *key)
-{
-    QSslConfiguration configuration;
-    configuration.setLocalCertificate(QSslCertificate(QByteArray(certificate)));
-    configuration.setPrivateKey(QSslKey(QByteArray(key), QSsl::Ec));
-    auto listener = std::make_unique<QSslServer>();
-    listener->setSslConfiguration(configuration);
-    return listener;
-}
 
 qsizetype entriesOf(const QString &directory)
 {
