@@ -84,8 +84,7 @@ std::unique_ptr<QTcpSocket> HttpConnection::makeSocket()
     return socket;
 }
 
-// The socket's signals are taken from the event loop: there it may be destroyed, which its own code does not
-// stand.
+// The socket's signals are queued, for the socket may be destroyed then, but not while it is sending them.
 void HttpConnection::takeSocket()
 {
     m_socket = m_connector->takeSocket();
@@ -192,7 +191,7 @@ void HttpConnection::read()
     conclude(isNew);
 }
 
-/// Takes what the socket has; whether the caller has something new to see.
+// Takes what the socket has. True when there is something new to tell.
 bool HttpConnection::takeBytes()
 {
     if (!m_socket || !m_socket->isOpen() || m_phase != Phase::exchanging)
@@ -206,7 +205,7 @@ bool HttpConnection::takeBytes()
     return isNew;
 }
 
-/// Ends the exchange if that is due; else tells what is new. We may be destroyed then.
+// Ends the exchange if that is due; else tells what is new. We may be destroyed then.
 void HttpConnection::conclude(bool isNew)
 {
     if (m_phase == Phase::ready && m_socket->bytesAvailable() > 0)
@@ -224,15 +223,15 @@ void HttpConnection::handleClosed()
     if (!m_socket)
         return;
     takeBytes();
-    const QAbstractSocket::SocketError error = m_socket->error();
-    if (m_phase == Phase::exchanging && error == QAbstractSocket::RemoteHostClosedError)
+    const TransportError failure = TransportError::ofSocket(m_socket->error(), m_socket->errorString());
+    if (m_phase == Phase::exchanging && failure.kind() == TransportError::Kind::lost)
         m_reader.end();
     if (m_isRefused)
         finish(TransportError(TransportError::Kind::certificate, u"the certificate has another pin"_s));
     else if (m_reader.fault() || m_reader.isComplete())
         conclude(false);
     else
-        finish(TransportError::ofSocket(error, m_socket->errorString()));
+        finish(failure);
 }
 
 void HttpConnection::abort()

@@ -40,6 +40,7 @@ TransportError::Kind kindOf(QAbstractSocket::SocketError error)
     case QAbstractSocket::ConnectionRefusedError:
         return Kind::refused;
     case QAbstractSocket::RemoteHostClosedError:
+    case QAbstractSocket::UnknownSocketError: // what a socket has that was closed without an error
         return Kind::lost;
     case QAbstractSocket::SocketTimeoutError:
         return Kind::timedOut;
