@@ -12,7 +12,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QNetworkReply>
 #include <QSslConfiguration>
 #include <QSslKey>
 #include <QSslServer>
@@ -168,19 +167,9 @@ void exchange(benchmark::State &state)
     state.counters["descriptors more"] = entriesOf(u"/proc/self/fd"_s) - descriptors;
 }
 
-// The part of it that a manager of its own makes on the main thread, without a connection.
-void manager(benchmark::State &state)
-{
-    for (auto _ : state) {
-        QNetworkAccessManager network;
-        network.get(QNetworkRequest(QUrl(u"http://127.0.0.1:1"_s)));
-    }
-}
-
 BENCHMARK(cold)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond)->Repetitions(3);
 BENCHMARK(prepared)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond)->Repetitions(3);
 BENCHMARK(tenMilliseconds)->Iterations(1)->UseManualTime()->Name("10 ms")->Unit(benchmark::kMillisecond);
-BENCHMARK(manager)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(exchange)->Iterations(1000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

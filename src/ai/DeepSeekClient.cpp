@@ -71,22 +71,14 @@ DeepSeekClient::DeepSeekClient(AppConfig config, ProviderConnections &connection
 {
 }
 
-DeepSeekClient::Request DeepSeekClient::makeRequest(
-    const QList<ChatMessage> &messages, const QJsonObject &extra) const
+HttpRequest DeepSeekClient::makeRequest(const QList<ChatMessage> &messages, const QJsonObject &extra) const
 {
     const QByteArray key = keyOf(m_config);
-    QNetworkRequest head(addressOf(m_config));
-    head.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
-    head.setHeader(QNetworkRequest::UserAgentHeader, u"Nimbrelle"_s);
-    head.setRawHeader("Accept-Language", "zh-CN");
-    head.setRawHeader("Authorization", "Bearer " + key);
-    // The key must reach nobody but the address that the user gave.
-    head.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    head.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    // Closing a stream then closes its connection.
-    head.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    head.setTransferTimeout(static_cast<int>(m_limits.silence.count()));
-    return {.head = head, .body = bodyOf(m_config.model, messages, extra)};
+    return {.method = "POST",
+        .url = addressOf(m_config),
+        .headers = {{"Content-Type", "application/json"}, {"User-Agent", "Nimbrelle"},
+            {"Accept-Language", "zh-CN"}, {"Authorization", "Bearer " + key}},
+        .body = bodyOf(m_config.model, messages, extra)};
 }
 
 void DeepSeekClient::prepare() const
@@ -141,12 +133,12 @@ QCoro::Task<QByteArray> DeepSeekClient::contentOf(
         {u"temperature"_s, 0.2},
         {u"stream"_s, false},
     };
-    const Request request = client.makeRequest(messages, extra);
+    const HttpRequest request = client.makeRequest(messages, extra);
     if (stop.stop_requested())
         throw Cancelled();
 
-    HttpExchange exchange(client.m_connections->take(request.head.url()), request.head, request.body,
-        client.m_limits.exchange, std::move(stop));
+    HttpExchange exchange(client.m_connections->take(request.url), request,
+        {.silence = client.m_limits.silence, .whole = client.m_limits.exchange}, std::move(stop));
     co_await exchange.answered();
     const bool isAnswer = exchange.status() == statusOk;
     QByteArray reply;
@@ -168,12 +160,12 @@ QCoro::AsyncGenerator<QString> DeepSeekClient::piecesOf(
     DeepSeekClient client, QList<ChatMessage> messages, double temperature, std::stop_token stop)
 {
     const QJsonObject extra{{u"stream"_s, true}, {u"temperature"_s, temperature}};
-    const Request request = client.makeRequest(messages, extra);
+    const HttpRequest request = client.makeRequest(messages, extra);
     if (stop.stop_requested())
         throw Cancelled();
 
-    HttpExchange exchange(client.m_connections->take(request.head.url()), request.head, request.body,
-        client.m_limits.streamWithoutText, stop);
+    HttpExchange exchange(client.m_connections->take(request.url), request,
+        {.silence = client.m_limits.silence, .whole = client.m_limits.streamWithoutText}, stop);
     co_await exchange.answered();
     for (ErrorBodyReader body; exchange.status() != statusOk;) {
         const QByteArray bytes = co_await exchange.more(HttpExchange::CutOff::isFailure);

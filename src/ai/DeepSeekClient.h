@@ -4,9 +4,9 @@
 #include "ai/AIError.h"
 #include "ai/ReplyLengths.h"
 #include "frame/RecordCodec.h"
+#include "http/HttpRequest.h"
 
 #include <QJsonObject>
-#include <QNetworkRequest>
 
 #include <chrono>
 
@@ -18,11 +18,6 @@ class ProviderConnections;
 /// changes of the settings never reach it. The connections must outlive every flow.
 class DeepSeekClient final : public AIClient {
 public:
-    struct Request {
-        QNetworkRequest head;
-        QByteArray body;
-    };
-
     struct Limits {
         std::chrono::milliseconds silence = std::chrono::seconds{60}; ///< of the connection
         std::chrono::milliseconds exchange = std::chrono::seconds{120}; ///< a whole one without a stream
@@ -37,7 +32,7 @@ public:
 
     /// `extra`: members of the body beside the model and the messages. Throws AIError when there is no key or
     /// the address is not valid.
-    Request makeRequest(const QList<ChatMessage> &messages, const QJsonObject &extra) const;
+    HttpRequest makeRequest(const QList<ChatMessage> &messages, const QJsonObject &extra) const;
 
     /// An exchange is likely to come: what can be done for its connection beforehand is begun.
     void prepare() const;

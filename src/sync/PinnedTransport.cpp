@@ -1,15 +1,10 @@
 #include "sync/PinnedTransport.h"
 
-#include "ai/ReplyLimits.h"
-#include "ai/TransportError.h"
 #include "sync/SyncError.h"
 
 #include <QCoro/QCoroSignal>
 #include <QCryptographicHash>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QSslConfiguration>
-#include <QTimer>
+#include <QSslSocket>
 
 #include <algorithm>
 
@@ -41,18 +36,35 @@ void refuseUnsendable(const QString &token)
         throw SyncError::http(401);
 }
 
+/// The body of the answer, as far as it came. Once it has more than it may, the connection is ended.
+class Body {
+public:
+    Body(HttpConnection &connection, qint64 limit) : m_connection(connection), m_limit(limit)
+    {
+        QObject::connect(&connection, &HttpConnection::readyRead, &connection, [this] { collect(); });
+    }
+
+    QByteArray take()
+    {
+        collect();
+        return std::move(m_bytes);
+    }
+    bool isTooLong() const { return m_bytes.size() > m_limit; }
+
+private:
+    void collect()
+    {
+        m_bytes.append(m_connection.takeBody());
+        if (isTooLong())
+            m_connection.abort();
+    }
+
+    HttpConnection &m_connection;
+    const qint64 m_limit;
+    QByteArray m_bytes;
+};
+
 } // namespace
-
-PinnedTransport::PinnedTransport(SyncLink link, Limits limits)
-    : m_link(std::move(link)), m_limits(limits), m_network(new QNetworkAccessManager)
-{
-    m_network->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
-}
-
-PinnedTransport::~PinnedTransport()
-{
-    m_network->deleteLater();
-}
 
 std::unique_ptr<SyncTransport> PinnedTransport::open(const SyncLink &link)
 {
@@ -62,100 +74,51 @@ std::unique_ptr<SyncTransport> PinnedTransport::open(const SyncLink &link)
 QCoro::Task<SyncResponse> PinnedTransport::send(SyncRequest request, std::stop_token stop)
 {
     refuseUnsendable(m_link.token);
-    QNetworkReply *const reply = start(request);
-    const std::unique_ptr<QNetworkReply, QScopedPointerDeleteLater> owner(reply);
-    const std::stop_callback abort(stop, [reply] { reply->abort(); });
-    if (!reply->isFinished())
-        co_await qCoro(reply, &QNetworkReply::finished);
+    const HttpRequest sent = httpRequest(request);
+    HttpConnection connection(sent.url, trust());
+    Body body(connection, m_limits.body);
+    QTimer::singleShot(m_limits.exchange, &connection, &HttpConnection::abort);
+    connection.send(sent, m_limits.silence);
+    const std::stop_callback abort(stop, [&connection] { connection.abort(); });
+    if (!connection.isFinished())
+        co_await qCoro(&connection, &HttpConnection::finished);
     if (stop.stop_requested())
         throw Cancelled();
-    co_return answerOf(*reply);
+    SyncResponse response{
+        .status = connection.status(), .eTag = connection.header("etag"), .body = body.take()};
+    if (connection.hasOversizedHead() || response.body.size() > m_limits.body)
+        throw unreadableBundle();
+    if (connection.failure())
+        throw TransportError(*connection.failure());
+    co_return response;
 }
 
-QNetworkRequest PinnedTransport::platformRequest(const SyncRequest &request) const
+HttpRequest PinnedTransport::httpRequest(const SyncRequest &request) const
 {
     const QUrl url(m_link.server + request.path, QUrl::StrictMode);
     if (url.scheme() != u"https"_s)
         throw TransportError(TransportError::Kind::certificate, u"not https"_s);
-    QNetworkRequest result(url);
-    result.setSslConfiguration(tlsConfiguration());
-    result.setTransferTimeout(static_cast<int>(m_limits.silence.count()));
-    result.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    result.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    result.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
-    result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    result.setRawHeader("User-Agent", "Nimbrelle");
-    result.setRawHeader("Accept-Language", "zh-CN");
-    result.setRawHeader("Authorization", "Bearer " + m_link.token.toUtf8());
+    const bool isPut = request.method == SyncRequest::Method::put;
+    HttpRequest result{.method = isPut ? "PUT" : "GET",
+        .url = url,
+        .headers = {{"User-Agent", "Nimbrelle"}, {"Accept-Language", "zh-CN"},
+            {"Authorization", "Bearer " + m_link.token.toUtf8()}},
+        .body = request.body};
     if (request.ifNoneMatch)
-        result.setRawHeader("If-None-Match", *request.ifNoneMatch);
+        result.headers.emplaceBack("If-None-Match", *request.ifNoneMatch);
     if (request.ifMatch)
-        result.setRawHeader("If-Match", *request.ifMatch);
-    if (request.method == SyncRequest::Method::put)
-        result.setRawHeader("Content-Type", "application/json");
+        result.headers.emplaceBack("If-Match", *request.ifMatch);
+    if (isPut)
+        result.headers.emplaceBack("Content-Type", "application/json");
     return result;
 }
 
-QNetworkReply *PinnedTransport::start(const SyncRequest &request)
+TlsTrust PinnedTransport::trust() const
 {
-    m_isRefused = false;
-    m_isTooLong = false;
-    const QNetworkRequest prepared = platformRequest(request);
-    QNetworkReply *const reply = request.method == SyncRequest::Method::put
-        ? m_network->put(prepared, request.body)
-        : m_network->get(prepared);
-    QObject::connect(reply, &QNetworkReply::sslErrors, reply, [this, reply] { judgeCertificate(reply); });
-    QObject::connect(reply, &QNetworkReply::encrypted, reply, [this, reply] {
-        if (!hasPin(reply->sslConfiguration().peerCertificate())) {
-            m_isRefused = true;
-            reply->abort();
-        }
-    });
-    watchSize(reply);
-    QTimer::singleShot(m_limits.exchange, reply, &QNetworkReply::abort);
-    return reply;
-}
-
-void PinnedTransport::watchSize(QNetworkReply *reply)
-{
-    const auto endIf = [this, reply](bool isTooLong) {
-        if (!isTooLong)
-            return;
-        m_isTooLong = true;
-        reply->abort();
+    const auto hasPin = [pin = m_link.pin.toLatin1()](const QSslCertificate &leaf) {
+        return !leaf.isNull() && leaf.digest(QCryptographicHash::Sha256).toHex() == pin;
     };
-    QObject::connect(reply, &QNetworkReply::metaDataChanged, reply,
-        [reply, endIf] { endIf(hasOversizedHeaders(*reply)); });
-    QObject::connect(reply, &QNetworkReply::readyRead, reply,
-        [this, reply, endIf] { endIf(reply->bytesAvailable() > m_limits.body); });
-}
-
-void PinnedTransport::judgeCertificate(QNetworkReply *reply)
-{
-    if (hasPin(reply->sslConfiguration().peerCertificate()))
-        reply->ignoreSslErrors();
-    else
-        m_isRefused = true;
-}
-
-bool PinnedTransport::hasPin(const QSslCertificate &leaf) const
-{
-    const QByteArray digest = QCryptographicHash::hash(leaf.toDer(), QCryptographicHash::Sha256);
-    return !leaf.isNull() && QString::fromLatin1(digest.toHex()) == m_link.pin;
-}
-
-SyncResponse PinnedTransport::answerOf(QNetworkReply &reply) const
-{
-    if (m_isRefused)
-        throw TransportError(TransportError::Kind::certificate, reply.errorString());
-    if (m_isTooLong)
-        throw unreadableBundle();
-    if (const auto failure = TransportError::of(reply))
-        throw *failure;
-    return {.status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
-        .eTag = reply.rawHeader("ETag"),
-        .body = reply.readAll()};
+    return {.configuration = tlsConfiguration(), .isServer = hasPin};
 }
 
 } // namespace nimbrelle

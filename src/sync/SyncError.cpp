@@ -1,6 +1,6 @@
 #include "sync/SyncError.h"
 
-#include "ai/TransportError.h"
+#include "http/TransportError.h"
 
 using namespace Qt::StringLiterals;
 

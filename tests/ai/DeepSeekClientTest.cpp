@@ -2,7 +2,7 @@
 
 #include "ai/Prompts.h"
 #include "ai/ProviderConnections.h"
-#include "ai/TransportError.h"
+#include "http/TransportError.h"
 #include "support/Await.h"
 #include "support/ManualClock.h"
 #include "support/Printers.h"

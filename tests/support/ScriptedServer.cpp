@@ -158,7 +158,7 @@ void ScriptedServer::accept()
 
 void ScriptedServer::receive(Connection &connection)
 {
-    const QByteArray bytes = connection.socket->readAll();
+    const QByteArray bytes = connection.socket->isOpen() ? connection.socket->readAll() : QByteArray();
     m_bytesReceived += bytes.size();
     connection.received.append(bytes);
     while (connection.steps.isEmpty() && !connection.holding && takeRequest(connection))

@@ -1,6 +1,6 @@
 #include "sync/FakeNetwork.h"
 
-#include "ai/TransportError.h"
+#include "http/TransportError.h"
 
 #include <coroutine>
 

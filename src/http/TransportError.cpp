@@ -1,6 +1,4 @@
-#include "ai/TransportError.h"
-
-#include <QNetworkReply>
+#include "http/TransportError.h"
 
 using namespace Qt::StringLiterals;
 
@@ -33,44 +31,32 @@ QString textOf(TransportError::Kind kind)
     return u"网络请求失败，请稍后再试。"_s;
 }
 
-TransportError::Kind kindOf(QNetworkReply::NetworkError error)
+TransportError::Kind kindOf(QAbstractSocket::SocketError error)
 {
     using Kind = TransportError::Kind;
     switch (error) {
-    case QNetworkReply::TemporaryNetworkFailureError:
-    case QNetworkReply::NetworkSessionFailedError:
-    case QNetworkReply::UnknownNetworkError: // also "network unreachable"
-        return Kind::noNetwork;
-    case QNetworkReply::HostNotFoundError:
+    case QAbstractSocket::HostNotFoundError:
         return Kind::hostNotFound;
-    case QNetworkReply::ConnectionRefusedError:
+    case QAbstractSocket::ConnectionRefusedError:
         return Kind::refused;
-    case QNetworkReply::RemoteHostClosedError:
+    case QAbstractSocket::RemoteHostClosedError:
+    case QAbstractSocket::UnknownSocketError: // what a socket has that was closed without an error
         return Kind::lost;
-    case QNetworkReply::TimeoutError:
-    case QNetworkReply::OperationCanceledError:
+    case QAbstractSocket::SocketTimeoutError:
         return Kind::timedOut;
-    case QNetworkReply::SslHandshakeFailedError:
+    case QAbstractSocket::SslHandshakeFailedError:
+    case QAbstractSocket::SslInternalError:
+    case QAbstractSocket::SslInvalidUserDataError:
         return Kind::tls;
+    case QAbstractSocket::ProxyAuthenticationRequiredError:
+    case QAbstractSocket::ProxyConnectionRefusedError:
+    case QAbstractSocket::ProxyConnectionClosedError:
+    case QAbstractSocket::ProxyConnectionTimeoutError:
+    case QAbstractSocket::ProxyNotFoundError:
+    case QAbstractSocket::ProxyProtocolError:
+        return Kind::proxy;
     default:
-        return error >= QNetworkReply::ProxyConnectionRefusedError
-                && error <= QNetworkReply::UnknownProxyError
-            ? Kind::proxy
-            : Kind::other;
-    }
-}
-
-// The codes above the proxy's only repeat the HTTP status, with two exceptions.
-bool isOfTransport(QNetworkReply::NetworkError error)
-{
-    switch (error) {
-    case QNetworkReply::NoError:
-        return false;
-    case QNetworkReply::ProtocolUnknownError:
-    case QNetworkReply::ProtocolFailure:
-        return true;
-    default:
-        return error <= QNetworkReply::UnknownProxyError;
+        return Kind::noNetwork; // "network unreachable" and its like
     }
 }
 
@@ -81,11 +67,9 @@ TransportError::TransportError(Kind kind, QString detail)
 {
 }
 
-std::optional<TransportError> TransportError::of(const QNetworkReply &reply)
+TransportError TransportError::ofSocket(QAbstractSocket::SocketError error, const QString &detail)
 {
-    if (!isOfTransport(reply.error()))
-        return std::nullopt;
-    return TransportError(kindOf(reply.error()), reply.errorString());
+    return TransportError(kindOf(error), detail);
 }
 
 } // namespace nimbrelle

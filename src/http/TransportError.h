@@ -2,9 +2,7 @@
 
 #include "frame/Failure.h"
 
-#include <optional>
-
-class QNetworkReply;
+#include <QAbstractSocket>
 
 namespace nimbrelle {
 
@@ -20,9 +18,8 @@ public:
     Kind kind() const { return m_kind; }
     const QString &detail() const { return m_detail; }
 
-    /// Why a finished reply is no answer; absent when it is one. The caller knows whether it aborted the
-    /// reply: the abort of a time limit, which looks the same, counts as timedOut.
-    static std::optional<TransportError> of(const QNetworkReply &reply);
+    /// Why a socket gave up; `detail` is what it says itself.
+    static TransportError ofSocket(QAbstractSocket::SocketError error, const QString &detail);
 
 private:
     Kind m_kind;
