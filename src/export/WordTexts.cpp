@@ -6,11 +6,20 @@ namespace nimbrelle::WordTexts {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QString textOf(const FormSlot &slot)
+{
+    return slot.form + u'（' + label(slot.kind) + u'）';
+}
+
+} // namespace
+
 QString forms(const WordEntry &word)
 {
     QStringList texts;
     for (const FormSlot &slot : word.formSlots())
-        texts.append(label(slot.kind) + u' ' + slot.form);
+        texts.append(textOf(slot));
     return texts.join(u"，"_s);
 }
 
@@ -19,8 +28,7 @@ QString metForms(const WordEntry &word)
     QStringList texts;
     for (const FormSlot &slot : word.formSlots()) {
         if (slot.record)
-            texts.append(
-                label(slot.kind) + u' ' + slot.form + u" × "_s + QString::number(slot.record->count));
+            texts.append(textOf(slot) + u" × "_s + QString::number(slot.record->count));
     }
     return texts.join(u"，"_s);
 }

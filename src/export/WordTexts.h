@@ -5,9 +5,9 @@
 /// What the exports of words say alike.
 namespace nimbrelle::WordTexts {
 
-/// "过去式 ran，过去分词 run", met or not.
+/// "ran（过去式），run（过去分词）", met or not.
 QString forms(const WordEntry &word);
-/// "过去式 ran × 3", of those met.
+/// "ran（过去式） × 3", of those met.
 QString metForms(const WordEntry &word);
 
 /// Application, host and title of where a sentence was met, then its address; empty when nothing is known.

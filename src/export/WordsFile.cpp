@@ -26,7 +26,8 @@ QString textOf(QByteArrayView bytes)
     const auto marked = QStringConverter::encodingForData(bytes);
     QStringDecoder decoder(marked.value_or(QStringConverter::Utf8));
     const QString text = decoder(bytes);
-    if (decoder.hasError() || text.contains(QChar::Null))
+    const bool isCut = !marked && !QUtf8StringView(bytes).isValidUtf8();
+    if (decoder.hasError() || isCut || text.contains(QChar::Null))
         throw Failure(u"这个文件不是 UTF-8 文本，请另存为 UTF-8 再导入"_s);
     return text;
 }
@@ -97,19 +98,22 @@ bool isRemark(const QStringList &row)
     return row.first().startsWith(u'#');
 }
 
-/// The one that the first line has most of.
+/// The one that parts the first row into most cells.
 QChar separatorOf(QStringView text)
 {
-    Rows lines(text, noSeparator);
-    QString first;
-    while (!lines.isAtEnd() && (first.isEmpty() || first.startsWith(u'#')))
-        first = lines.next().first();
-    QChar most = noSeparator;
+    QChar best = noSeparator;
+    qsizetype most = 1;
     for (const QChar separator : {u'\t', u',', u';'}) {
-        if (first.count(separator) > (most == noSeparator ? 0 : first.count(most)))
-            most = separator;
+        Rows rows(text, separator);
+        QStringList first{QString()};
+        while (!rows.isAtEnd() && (first.first().isEmpty() || isRemark(first)))
+            first = rows.next();
+        if (first.size() > most && !isRemark(first)) {
+            best = separator;
+            most = first.size();
+        }
     }
-    return most;
+    return best;
 }
 
 std::optional<qsizetype> columnOfWords(const QStringList &headings)
