@@ -71,7 +71,8 @@ QCoro::Task<int> importBackup(OptionRun run)
         const Backup::Content backup = Backup::read(run.value);
         const BackupPlan done = bringBack(backup, services.words(), services.coachHistory());
         printPlan(done, run.out);
-        run.out << done.resultText() << Qt::endl;
+        if (!done.changesNothing())
+            run.out << done.resultText() << Qt::endl;
     });
 }
 

@@ -19,12 +19,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const auto aboutExport = u"CSV 用表格软件打开。Anki 在「文件 → "
-                         u"导入」里选，笔记类型用自己建的七个字段的，「填空」用 Anki 自带的填空题；"
-                         "再导入一次只会更新，不会重复。"_s;
+const auto aboutExport = u"CSV 用表格软件打开。Anki 用「文件 → "
+                         u"导入」：「Anki」配一个有七个字段的笔记类型，「Anki 填空」配自带的填空题。"
+                         "以后再导入只会更新，不会重复。"_s;
 const auto aboutBackup = u"单词、笔记、学习记录、教练对话和设置，都在一个文件里；API key 和同步密码不在里面。"
                          "导入时和现有的合在一起，不会覆盖。"_s;
-const auto aboutWords = u"每行一个词的文本，或者 CSV 表格。会挨个查好存进生词本，已经保存的词不动。"_s;
+const auto aboutWords = u"每行一个词的文本，或者 CSV 表格。挨个查好存进生词本，已保存的词不动。"_s;
 
 QWidget *rowOf(const Theme &theme, const QList<QPushButton *> &buttons)
 {
@@ -122,10 +122,10 @@ FormRow *DataSection::makePlan()
     m_planRow = new FormRow(m_parts.theme);
     m_plan = m_planRow->addNote(u"backupPlan"_s, {}, Tone::ink);
     m_bringBack = makeButton(m_parts.theme, u"bringBack"_s, u"合并进来"_s, {});
-    auto *drop = makeButton(m_parts.theme, u"dropBackup"_s, u"不导入"_s, {});
-    m_planRow->add(rowOf(m_parts.theme, {m_bringBack, drop}));
+    m_dropBackup = makeButton(m_parts.theme, u"dropBackup"_s, u"不导入"_s, {});
+    m_planRow->add(rowOf(m_parts.theme, {m_bringBack, m_dropBackup}));
     connect(m_bringBack, &QPushButton::clicked, this, [this] { m_parts.exchange.bringBack(); });
-    connect(drop, &QPushButton::clicked, this, [this] { m_parts.exchange.dropBackup(); });
+    connect(m_dropBackup, &QPushButton::clicked, this, [this] { m_parts.exchange.dropBackup(); });
     return m_planRow;
 }
 
@@ -165,7 +165,9 @@ void DataSection::refresh()
         setEnabledKeepingFocus(*button, !exchange.isBusy());
     const auto &plan = exchange.plan();
     showText(*m_plan, plan ? plan->lines().join(u'\n') : QString());
-    m_bringBack->setVisible(plan && !plan->changesNothing());
+    const bool isUseful = plan && !plan->changesNothing();
+    m_bringBack->setVisible(isUseful);
+    setText(*m_dropBackup, isUseful ? u"不导入"_s : u"知道了"_s);
     m_planRow->setVisible(plan.has_value());
 
     qDeleteAll(m_messageRow->findChildren<QWidget *>(u"dataMessage"_s));

@@ -51,6 +51,7 @@ private:
     FormRow *m_planRow = nullptr;
     ReadText *m_plan = nullptr;
     QPushButton *m_bringBack = nullptr;
+    QPushButton *m_dropBackup = nullptr;
     FormRow *m_messageRow = nullptr;
     ProgressLine *m_progress = nullptr;
     ReadText *m_wordStatus = nullptr;
