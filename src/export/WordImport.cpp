@@ -108,25 +108,26 @@ qsizetype WordImport::add(const QStringList &words)
 {
     if (m_queue.words.isEmpty())
         m_queue = {};
-    QSet<QString> known;
+    QSet<QString> saved, waiting;
     for (const WordEntry &word : m_words.entries())
-        known.insert(keyOf(word.headword));
-    for (const QString &waiting : std::as_const(m_queue.words))
-        known.insert(keyOf(waiting));
-    qsizetype added = 0;
+        saved.insert(keyOf(word.headword));
+    for (const QString &word : std::as_const(m_queue.words))
+        waiting.insert(keyOf(word));
+    qsizetype count = 0;
     for (const QString &word : words) {
         const QString key = keyOf(word);
-        if (known.contains(key))
+        if (saved.contains(key))
             continue;
-        known.insert(key);
-        m_queue.words.append(word);
-        ++added;
+        ++count;
+        if (!waiting.contains(key))
+            m_queue.words.append(word);
+        waiting.insert(key);
     }
-    if (added > 0) {
+    if (count > 0) {
         resume();
         emit changed();
     }
-    return added;
+    return count;
 }
 
 void WordImport::pause()

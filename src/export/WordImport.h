@@ -44,7 +44,8 @@ public:
 
     /// Goes on with what an earlier run of the program left, unless that was paused.
     void start();
-    /// Puts the words that are not saved yet behind those that wait, and goes on. Returns how many.
+    /// Puts the words that are not saved yet behind those that wait, and goes on. Returns how many of them
+    /// wait now.
     qsizetype add(const QStringList &words);
     void pause();
     void resume();

@@ -207,10 +207,10 @@ Words read(const QString &file)
     return words;
 }
 
-QString addedText(const Words &words, qsizetype added)
+QString addedText(const Words &words, qsizetype waiting)
 {
-    QString text = u"%1 个词等着查"_s.arg(added);
-    if (const qsizetype known = words.words.size() - added; known > 0)
+    QString text = u"%1 个词等着查"_s.arg(waiting);
+    if (const qsizetype known = words.words.size() - waiting; known > 0)
         text += u"，%1 个已经在生词本里"_s.arg(known);
     if (words.skipped > 0)
         text += u"，跳过 %1 行不是单词的内容"_s.arg(words.skipped);

@@ -18,7 +18,7 @@ Words parse(QByteArrayView bytes);
 /// The same of a file. Throws also when it can't be read or holds no word.
 Words read(const QString &file);
 
-/// What to tell when `added` of them were put into the queue.
-QString addedText(const Words &words, qsizetype added);
+/// What to tell when `waiting` of them are to be looked up.
+QString addedText(const Words &words, qsizetype waiting);
 
 } // namespace nimbrelle::WordsFile
