@@ -2,7 +2,6 @@
 #include "export/BackupMerge.h"
 #include "frame/Failure.h"
 #include "sync/BundleForm.h"
-#include "sync/SyncMerge.h"
 
 using namespace nimbrelle;
 using namespace nimbrelle::fuzz;
@@ -14,8 +13,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     try {
         const auto backup =
             Backup::parse({reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)});
-        require(!planOf({}, backup).lines().isEmpty());
-        require(!BundleForm::json(SyncMerge::merge({}, backup.notebook)).isEmpty());
+        const BackupMerge merge = mergeOf({}, backup);
+        require(!merge.plan.lines().isEmpty());
+        require(!BundleForm::json(merge.merged).isEmpty());
     } catch (const Failure &failure) {
         require(!failure.text().isEmpty());
     }

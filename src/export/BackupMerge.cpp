@@ -129,21 +129,22 @@ QStringList BackupPlan::lines() const
     return lines;
 }
 
-BackupPlan planOf(const SyncBundle &local, const Backup::Content &backup)
+BackupMerge mergeOf(const SyncBundle &local, const Backup::Content &backup)
 {
-    return planOf(mergedOf(local, backup.notebook), backup);
+    const Merged merged = mergedOf(local, backup.notebook);
+    return {.merged = merged.after, .plan = planOf(merged, backup)};
 }
 
-BackupPlan bringBack(const Backup::Content &backup, WordStore &store, CoachHistory &coach)
+BackupPlan bringBack(
+    const BackupMerge &merge, const QList<CoachDay> &days, WordStore &store, CoachHistory &coach)
 {
-    const Merged merged = mergedOf(store.snapshot(), backup.notebook);
-    BackupPlan plan = planOf(merged, backup);
-    plan.coachDays = coach.missing(backup.coach).size();
-    if (merged.after != merged.before)
-        store.applySync(merged.after);
-    if (plan.coachDays > 0)
-        coach.add(backup.coach);
-    return plan;
+    if (!merge.plan.changesNothing())
+        store.applySync(merge.merged);
+    BackupPlan done = merge.plan;
+    done.coachDays = coach.missing(days).size();
+    if (done.coachDays > 0)
+        coach.add(days);
+    return done;
 }
 
 } // namespace nimbrelle

@@ -29,10 +29,18 @@ struct BackupPlan {
     QString resultText() const;
 };
 
-/// Pure, and without the coach's days; `local` is a snapshot of the store.
-BackupPlan planOf(const SyncBundle &local, const Backup::Content &backup);
+/// A notebook and a backup, merged.
+struct BackupMerge {
+    SyncBundle merged;
+    BackupPlan plan; ///< without the coach's days
+};
 
-/// Does it, and tells what it did. A backup that changes nothing writes nothing.
-BackupPlan bringBack(const Backup::Content &backup, WordStore &store, CoachHistory &coach);
+/// Pure; `local` is a snapshot of the store, and must still be one when the result is put in its place.
+BackupMerge mergeOf(const SyncBundle &local, const Backup::Content &backup);
+
+/// Puts the merged notebook in the place of the one that it was made of, and adds the coach's days. Returns
+/// what that changed; a backup that changes nothing writes nothing.
+BackupPlan bringBack(
+    const BackupMerge &merge, const QList<CoachDay> &days, WordStore &store, CoachHistory &coach);
 
 } // namespace nimbrelle

@@ -83,7 +83,7 @@ QCoro::Task<> DataExchange::runReading(QString file, std::stop_token stop)
     BackupPlan plan;
     const std::function<void()> work = [&] {
         backup = Backup::read(file);
-        plan = planOf(local, backup);
+        plan = mergeOf(local, backup).plan;
     };
     try {
         co_await m_parts.background.run(work);
@@ -103,9 +103,24 @@ void DataExchange::bringBack()
 {
     if (m_isBusy || !m_backup)
         return;
-    const Backup::Content backup = *std::exchange(m_backup, std::nullopt);
-    m_plan.reset();
-    const BackupPlan done = nimbrelle::bringBack(backup, m_parts.words, m_parts.coach);
+    const Backup::Content backup = *m_backup;
+    begin();
+    runMerge(backup, m_task.renew());
+}
+
+// What was learned while the merge was made belongs into it: then it is made once more.
+QCoro::Task<> DataExchange::runMerge(Backup::Content backup, std::stop_token stop)
+{
+    SyncBundle local;
+    BackupMerge merge;
+    const std::function<void()> work = [&] { merge = mergeOf(local, backup); };
+    do {
+        local = m_parts.words.snapshot();
+        co_await m_parts.background.run(work);
+        if (stop.stop_requested())
+            co_return;
+    } while (local != m_parts.words.snapshot());
+    const BackupPlan done = nimbrelle::bringBack(merge, backup.coach, m_parts.words, m_parts.coach);
     end(Message{.isGood = true, .text = done.resultText()});
 }
 

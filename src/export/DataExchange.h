@@ -15,7 +15,7 @@ class ConfigStore;
 class WordImport;
 
 /// Behind the section of the settings in which the learner takes the data along and brings it back: one piece
-/// of work at a time, away from the main thread but for the merge itself. Main thread only.
+/// of work at a time, away from the main thread but for what changes the notebook. Main thread only.
 class DataExchange : public QObject {
     Q_OBJECT
 
@@ -65,6 +65,7 @@ private:
     void end(const std::exception &failure);
     QCoro::Task<> runExport(ExportKind kind, QString file, std::stop_token stop);
     QCoro::Task<> runReading(QString file, std::stop_token stop);
+    QCoro::Task<> runMerge(Backup::Content backup, std::stop_token stop);
     QCoro::Task<> runImport(QString file, std::stop_token stop);
 
     const Parts m_parts;

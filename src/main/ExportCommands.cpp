@@ -58,7 +58,7 @@ QCoro::Task<int> checkBackup(OptionRun run)
     Services &services = run.services;
     co_return reporting(run.out, [&] {
         const Backup::Content backup = Backup::read(run.value);
-        BackupPlan plan = planOf(services.words().snapshot(), backup);
+        BackupPlan plan = mergeOf(services.words().snapshot(), backup).plan;
         plan.coachDays = services.coachHistory().missing(backup.coach).size();
         printPlan(plan, run.out);
     });
@@ -69,7 +69,8 @@ QCoro::Task<int> importBackup(OptionRun run)
     Services &services = run.services;
     co_return reporting(run.out, [&] {
         const Backup::Content backup = Backup::read(run.value);
-        const BackupPlan done = bringBack(backup, services.words(), services.coachHistory());
+        const BackupMerge merge = mergeOf(services.words().snapshot(), backup);
+        const BackupPlan done = bringBack(merge, backup.coach, services.words(), services.coachHistory());
         printPlan(done, run.out);
         if (!done.changesNothing())
             run.out << done.resultText() << Qt::endl;

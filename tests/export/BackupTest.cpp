@@ -52,7 +52,8 @@ struct Device : Notebook {
     void write() { Backup::write(paths, backup, clock.now()); }
     BackupPlan bringBack(const QString &file)
     {
-        return nimbrelle::bringBack(Backup::read(file), store, coach);
+        const Backup::Content content = Backup::read(file);
+        return nimbrelle::bringBack(mergeOf(store.snapshot(), content), content.coach, store, coach);
     }
     QStringList headwords() const
     {
@@ -117,7 +118,7 @@ TEST(Backup, ComesBackWholeIntoAnEmptyNotebookAndOnlyOnce)
     Device device, fresh;
     device.live();
     device.write();
-    const BackupPlan plan = planOf(fresh.store.snapshot(), Backup::read(device.backup));
+    const BackupPlan plan = mergeOf(fresh.store.snapshot(), Backup::read(device.backup)).plan;
     EXPECT_TRUE(fresh.entriesOnDisk().isEmpty()) << "a plan changes nothing";
     EXPECT_EQ(plan.added, 1);
     const BackupPlan done = fresh.bringBack(device.backup);
@@ -177,7 +178,7 @@ TEST(Backup, ATombstoneOfTheBackupTakesItsWordAlong)
     copy.bringBack(device.backup);
     device.store.remove(id);
     device.write();
-    const BackupPlan plan = planOf(copy.store.snapshot(), Backup::read(device.backup));
+    const BackupPlan plan = mergeOf(copy.store.snapshot(), Backup::read(device.backup)).plan;
     EXPECT_THAT(plan.lines(), Contains(u"去掉 1 个词：备份里已经删除"_s));
     copy.bringBack(device.backup);
     EXPECT_TRUE(copy.store.entries().isEmpty());

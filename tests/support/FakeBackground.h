@@ -10,8 +10,12 @@ public:
     QCoro::Task<> run(std::function<void()> work) override
     {
         work();
+        if (meanwhile)
+            std::exchange(meanwhile, {})();
         co_return;
     }
+
+    std::function<void()> meanwhile; ///< what happens once beside the next work
 };
 
 } // namespace nimbrelle

@@ -88,6 +88,27 @@ TEST_F(DataSectionTest, ABackupIsToldBeforeItIsMerged)
     EXPECT_EQ(message(), u"找不到文件 "_s + path(u"none.zip"_s));
 }
 
+TEST_F(DataSectionTest, WhatIsLearnedDuringAMergeStays)
+{
+    notebook.save("run");
+    const QString backup = path(u"x.zip"_s);
+    exchange.exportTo(ExportKind::backup, backup);
+    notebook.fill({});
+    exchange.readBackup(backup);
+    background.meanwhile = [this] {
+        EXPECT_TRUE(exchange.isBusy());
+        notebook.save("walk");
+        notebook.log.add(LogKind::glance, u"walk"_s);
+    };
+    exchange.bringBack();
+    EXPECT_EQ(notebook.store.entries().size(), 2);
+    EXPECT_TRUE(notebook.events().contains(u"glance walk"_s));
+    background.meanwhile = [this] { notebook.log.add(LogKind::glance, u"run"_s); };
+    exchange.readBackup(backup);
+    exchange.bringBack();
+    EXPECT_TRUE(notebook.events().contains(u"glance run"_s));
+}
+
 TEST_F(DataSectionTest, AListOfWordsIsLookedUpAndCanBePausedAndGivenUp)
 {
     EXPECT_FALSE(shows("wordProgress") || shows("pauseWords") || shows("wordStatus"));
