@@ -64,5 +64,5 @@ int main(int argc, char **argv)
             .goal = goal};
     };
     return runWithRatios(argc, argv,
-        {against("csv", 4.0), against("anki", 4.0), against("cloze", 4.0), against("backup", 6.0)});
+        {against("csv", 4.0), against("anki", 4.0), against("cloze", 4.0), against("backup", 8.0)});
 }

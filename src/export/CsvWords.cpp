@@ -1,8 +1,7 @@
 #include "export/CsvWords.h"
 
+#include "coach/LocalTimes.h"
 #include "export/WordTexts.h"
-
-#include <QDateTime>
 
 #include <algorithm>
 
@@ -84,14 +83,14 @@ private:
         m_isRowBegun = true;
     }
 
-    static QByteArray localText(Timestamp time)
+    QByteArray localText(Timestamp time)
     {
-        using namespace std::chrono;
-        const auto since = floor<milliseconds>(time.time_since_epoch());
-        QByteArray text = QDateTime::fromMSecsSinceEpoch(since.count()).toString(Qt::ISODate).toLatin1();
-        return text.replace('T', ' ');
+        const auto text = isoCharacters(time + m_times.offsetAt(time));
+        constexpr qsizetype withoutZone = 19;
+        return QByteArray(text.data(), withoutZone).replace('T', ' ');
     }
 
+    LocalTimes m_times;
     QByteArray m_bytes;
     bool m_isRowBegun = false;
 };
