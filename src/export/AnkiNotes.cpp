@@ -111,17 +111,27 @@ QString gapText(const WordEntry &word, const Example &example)
 
 QStringList clozeFields(const WordEntry &word, const Example &example)
 {
-    QStringList back{bold(word.headword) + u' ' + html(word.phonetic), html(word.meaningZh),
-        html(example.sentenceZh), html(WordTexts::forms(word)), sourceLink(example)};
+    QStringList back{QStringList{bold(word.headword), html(word.phonetic)}.join(u' ').trimmed(),
+        html(word.meaningZh), html(example.sentenceZh), html(WordTexts::forms(word)), sourceLink(example)};
     back.removeAll(QString());
     return {gapText(word, example), back.join("<br>"_L1)};
 }
 
-QString header(const QStringList &columns)
+/// Columns with names go to the fields of those names, in a note type of the reader's own. Without, they go
+/// to the fields in their order, as they have to for Anki's own cloze type, whose names differ from language
+/// to language.
+QByteArray header(Variant variant)
 {
-    QStringList lines{u"#separator:tab"_s, u"#html:true"_s, u"#columns:"_s + columns.join(u'\t'),
-        u"#guid column:1"_s, u"#tags column:"_s + QString::number(columns.size())};
-    return lines.join(u'\n') + u'\n';
+    const bool isCloze = variant == Variant::cloze;
+    const QStringList names{
+        u"标识"_s, u"单词"_s, u"音标"_s, u"释义"_s, u"例句"_s, u"译文"_s, u"词形"_s, u"来源"_s, u"标签"_s};
+    constexpr qsizetype clozeColumns = 4;
+    QStringList lines{u"#separator:tab"_s, u"#html:true"_s};
+    if (!isCloze)
+        lines.append(u"#columns:"_s + names.join(u'\t'));
+    lines.append(u"#guid column:1"_s);
+    lines.append(u"#tags column:"_s + QString::number(isCloze ? clozeColumns : names.size()));
+    return (lines.join(u'\n') + u'\n').toUtf8();
 }
 
 } // namespace
@@ -129,10 +139,7 @@ QString header(const QStringList &columns)
 QByteArray text(const QList<WordEntry> &entries, Variant variant, const AppConfig &config, Timestamp now)
 {
     const bool isCloze = variant == Variant::cloze;
-    const QStringList names = isCloze
-        ? QStringList{u"文字"_s, u"背面"_s}
-        : QStringList{u"单词"_s, u"音标"_s, u"释义"_s, u"例句"_s, u"译文"_s, u"词形"_s, u"来源"_s};
-    QByteArray bytes = header(QStringList{u"标识"_s} + names + QStringList{u"标签"_s}).toUtf8();
+    QByteArray bytes = header(variant);
     for (const WordEntry &word : entries) {
         const Example example = ReviewQuestion::example(word).value_or(Example{});
         const QString id = u"nimbrelle-"_s + idText(word.id).toLower() + (isCloze ? u"-cloze"_s : QString());

@@ -13,7 +13,7 @@ namespace nimbrelle::AnkiNotes {
 
 enum class Variant {
     cards, ///< 单词, 音标, 释义, 例句, 译文, 词形, 来源: for a note type with such fields
-    cloze, ///< 文字, 背面: for Anki's own cloze type; the word is the gap in its sentence
+    cloze, ///< text and back: for Anki's own cloze type; the word is the gap in its sentence
 };
 
 QByteArray text(const QList<WordEntry> &entries, Variant variant, const AppConfig &config, Timestamp now);

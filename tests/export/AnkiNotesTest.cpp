@@ -73,8 +73,8 @@ TEST(AnkiNotes, TellsAnkiHowToReadIt)
             u"#columns:标识\t单词\t音标\t释义\t例句\t译文\t词形\t来源\t标签"_s, u"#guid column:1"_s,
             u"#tags column:9"_s));
     EXPECT_THAT(cloze.headers,
-        ElementsAre(u"#separator:tab"_s, u"#html:true"_s, u"#columns:标识\t文字\t背面\t标签"_s,
-            u"#guid column:1"_s, u"#tags column:4"_s));
+        ElementsAre(u"#separator:tab"_s, u"#html:true"_s, u"#guid column:1"_s, u"#tags column:4"_s))
+        << "with names they would not find the fields of a type that names them otherwise";
 }
 
 TEST(AnkiNotes, ACardHasEachThingInItsField)

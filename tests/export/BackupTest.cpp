@@ -143,6 +143,9 @@ TEST(Backup, IsMergedAsASyncWouldAndSaysSoBefore)
     Device device;
     const QUuid kept = device.save("kept"), removed = device.save("removed");
     device.save("changed");
+    device.coach.put(u"2026-02-28"_s, {{.id = QUuid::createUuid(), .text = u"earlier"_s}});
+    device.coach.put(u"2026-03-01"_s, {{.id = QUuid::createUuid(), .text = u"theirs"_s}});
+    device.coach.put(u"2036-03-01"_s, {{.id = QUuid::createUuid(), .text = u"by a wrong clock"_s}});
     device.write();
     device.clock.advance(24h);
     device.store.remove(removed);
@@ -166,7 +169,11 @@ TEST(Backup, IsMergedAsASyncWouldAndSaysSoBefore)
     EXPECT_THAT(other.headwords(), ElementsAre(u"changed"_s, u"kept"_s, u"own"_s, u"removed"_s));
     EXPECT_EQ(merged.added, 2);
     EXPECT_EQ(merged.changed, 1);
-    EXPECT_EQ(other.coach.days().first().messages.first().text, u"mine"_s);
+    QStringList said;
+    for (const CoachDay &day : readRecordFile<QList<CoachDay>>(other.paths.coach).value())
+        said.append(day.messages.first().text);
+    EXPECT_THAT(said, ElementsAre(u"earlier"_s, u"mine"_s))
+        << "in order of the days, and none from the future";
     EXPECT_NE(other.store.find(kept), nullptr) << "the older copy keeps its name for all devices";
 }
 
