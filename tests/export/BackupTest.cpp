@@ -170,7 +170,8 @@ TEST(Backup, IsMergedAsASyncWouldAndSaysSoBefore)
     EXPECT_EQ(merged.added, 2);
     EXPECT_EQ(merged.changed, 1);
     QStringList said;
-    for (const CoachDay &day : readRecordFile<QList<CoachDay>>(other.paths.coach).value())
+    const auto days = readRecordFile<QList<CoachDay>>(other.paths.coach).value();
+    for (const CoachDay &day : days)
         said.append(day.messages.first().text);
     EXPECT_THAT(said, ElementsAre(u"earlier"_s, u"mine"_s))
         << "in order of the days, and none from the future";
