@@ -103,7 +103,7 @@ QStringList cardFields(const WordEntry &word, const Example &example)
 /// A word that its sentence does not hold, or that has none, is asked for by its meaning.
 QString gapText(const WordEntry &word, const Example &example)
 {
-    const QString sentence = marked(example.sentence, word, gap);
+    QString sentence = marked(example.sentence, word, gap);
     if (sentence.contains("{{c1::"_L1))
         return sentence;
     return html(word.meaningZh) + u' ' + gap(word.headword);

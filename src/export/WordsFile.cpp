@@ -25,7 +25,7 @@ QString textOf(QByteArrayView bytes)
     // By its byte order mark, as spreadsheets write it.
     const auto marked = QStringConverter::encodingForData(bytes);
     QStringDecoder decoder(marked.value_or(QStringConverter::Utf8));
-    const QString text = decoder(bytes);
+    QString text = decoder(bytes);
     const bool isCut = !marked && !QUtf8StringView(bytes).isValidUtf8();
     if (decoder.hasError() || isCut || text.contains(QChar::Null))
         throw Failure(u"这个文件不是 UTF-8 文本，请另存为 UTF-8 再导入"_s);
@@ -201,7 +201,7 @@ Words read(const QString &file)
     const auto bytes = readFile(file);
     if (!bytes)
         throw Failure(u"读不了文件 "_s + file);
-    const Words words = parse(*bytes);
+    Words words = parse(*bytes);
     if (words.words.isEmpty())
         throw Failure(u"这个文件里没有找到单词"_s);
     return words;

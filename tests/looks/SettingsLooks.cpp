@@ -55,7 +55,7 @@ void showSettings(const Look &look, const Show &show)
     stage.wordImport.add({u"deprecated"_s, u"karma"_s, u"rationale"_s});
     stage.ai.reply(LookupResult{.explanation = Notebook::explained("deprecated")});
     showWhole("linked");
-    stage.notebook.store.remove(stage.notebook.word("reluctant").id);
+    stage.notebook.fill({});
     stage.exchange.readBackup(backup);
     stage.wordImport.pause();
     showWhole("backup");

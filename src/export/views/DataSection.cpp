@@ -19,8 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const auto aboutExport = u"CSV 用表格软件打开。Anki 用「文件 → "
-                         u"导入」：「Anki」配一个有七个字段的笔记类型，「Anki 填空」配自带的填空题。"
+const auto aboutExport = u"CSV 用表格软件打开。给 Anki 的在它的「文件 → "
+                         u"导入」里选：卡片要先建一个有七个字段的笔记类型，填空用它自带的填空题。"
                          "以后再导入只会更新，不会重复。"_s;
 const auto aboutBackup = u"单词、笔记、学习记录、教练对话和设置，都在一个文件里；API key 和同步密码不在里面。"
                          "导入时和现有的合在一起，不会覆盖。"_s;
@@ -94,7 +94,7 @@ FormRow *DataSection::makeExport()
         {makeExportButton(
              u"exportCsv"_s, u"CSV 表格"_s, ExportKind::csv, u"导出 CSV 表格"_s, u"CSV 表格 (*.csv)"_s),
             makeExportButton(
-                u"exportAnki"_s, u"Anki"_s, ExportKind::anki, u"导出给 Anki"_s, u"Anki 文本 (*.txt)"_s),
+                u"exportAnki"_s, u"Anki 卡片"_s, ExportKind::anki, u"导出给 Anki"_s, u"Anki 文本 (*.txt)"_s),
             makeExportButton(u"exportAnkiCloze"_s, u"Anki 填空"_s, ExportKind::ankiCloze,
                 u"导出给 Anki（填空题）"_s, u"Anki 文本 (*.txt)"_s)}));
     return row;
@@ -155,6 +155,10 @@ FormRow *DataSection::makeWords()
 FormRow *DataSection::makeMessageRow()
 {
     m_messageRow = new FormRow(m_parts.theme);
+    m_message = new QWidget;
+    m_message->setObjectName(u"dataResult"_s);
+    bareLayout<QVBoxLayout>(m_message, 0);
+    m_messageRow->add(m_message);
     return m_messageRow;
 }
 
@@ -170,10 +174,10 @@ void DataSection::refresh()
     setText(*m_dropBackup, isUseful ? u"不导入"_s : u"知道了"_s);
     m_planRow->setVisible(plan.has_value());
 
-    qDeleteAll(m_messageRow->findChildren<QWidget *>(u"dataMessage"_s));
+    qDeleteAll(m_message->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
     const auto &message = exchange.message();
     if (message)
-        m_messageRow->add(makeMessage(m_parts.theme, u"dataMessage"_s,
+        m_message->layout()->addWidget(makeMessage(m_parts.theme, u"dataMessage"_s,
             message->isGood ? Icon::checkCircleFill : Icon::xCircleFill, message->text,
             message->isGood ? Tone::good : Tone::bad));
     m_messageRow->setVisible(message.has_value());

@@ -53,6 +53,7 @@ private:
     QPushButton *m_bringBack = nullptr;
     QPushButton *m_dropBackup = nullptr;
     FormRow *m_messageRow = nullptr;
+    QWidget *m_message = nullptr;
     ProgressLine *m_progress = nullptr;
     ReadText *m_wordStatus = nullptr;
     QPushButton *m_pause = nullptr;

@@ -55,6 +55,8 @@ TEST_F(DataSectionTest, ExportsToTheChosenFile)
     choose(path(u"gone/x.csv"_s));
     EXPECT_TRUE(message().endsWith(u"：没有这个文件夹"_s)) << message().toStdString();
     EXPECT_TRUE(isEnabled("exportCsv"));
+    EXPECT_EQ(at("dataResult").findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly).size(), 1)
+        << "of earlier messages nothing is left";
 }
 
 TEST_F(DataSectionTest, ABackupIsToldBeforeItIsMerged)
