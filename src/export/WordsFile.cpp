@@ -131,7 +131,7 @@ std::optional<qsizetype> columnOfWords(const QStringList &headings)
 QString wordOf(const QString &cell)
 {
     const bool isGuarded = cell.size() > 1 && cell.startsWith(u'\'') && u"=+-@"_s.contains(cell[1]);
-    return withoutControls((isGuarded ? cell.mid(1) : cell).simplified());
+    return withoutControls((isGuarded ? cell.mid(1) : cell).simplified()).simplified();
 }
 
 bool isWord(const QString &text)

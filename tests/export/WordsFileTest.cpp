@@ -44,6 +44,7 @@ TEST(WordsFile, ReadsListsAndTables)
         {"放弃\ncafé\n", "放弃|café"},
         {"---\n12\nrun\nthis line is much longer than any word or phrase that anybody would look up\n",
             "run (3)"},
+        {"run \x0e\nwa\u200Dlk\n", "run|wa\u200Dlk"},
         {"", ""},
     };
     for (const auto &[bytes, expected] : cases)
