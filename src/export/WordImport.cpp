@@ -195,7 +195,7 @@ QString WordImport::statusText() const
         // No QString::arg for the word, which may hold a %1 of its own.
         return u"正在查 %1 / %2："_s.arg(settledCount() + 1).arg(total()) + m_queue.words.first();
     case State::waiting:
-        return m_notice + u"一分钟后再试，"_s + rest;
+        return m_notice + u"会自动再试，"_s + rest;
     case State::paused:
         return m_notice.isEmpty() ? u"已暂停，"_s + rest : m_notice + rest;
     case State::idle:

@@ -136,7 +136,7 @@ TEST_F(WordImportTest, WaitsWithoutANetworkAndGoesOnByItself)
     import->add({u"run"_s});
     ai.fail(TransportError(TransportError::Kind::noNetwork));
     EXPECT_EQ(import->state(), State::waiting);
-    EXPECT_EQ(import->statusText(), u"网络不通，请检查网络连接。一分钟后再试，还有 1 个词没查"_s);
+    EXPECT_EQ(import->statusText(), u"网络不通，请检查网络连接。会自动再试，还有 1 个词没查"_s);
     clock.advance(59s);
     EXPECT_EQ(ai.waiting(), 0);
     clock.advance(1s);
