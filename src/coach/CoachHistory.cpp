@@ -1,6 +1,8 @@
 #include "coach/CoachHistory.h"
 
 #include "frame/AppPaths.h"
+#include "frame/Clock.h"
+#include "frame/DayKey.h"
 #include "frame/RecordFile.h"
 
 #include <algorithm>
@@ -15,6 +17,7 @@ constexpr qsizetype daysKept = 29;
 
 CoachHistory::CoachHistory(const AppPaths &paths, const Clock &clock, DataWriter &writer)
     : m_path(paths.coach)
+    , m_clock(clock)
     , m_damaged(clock, writer)
     , m_days(readRecordFile<QList<CoachDay>>(m_path, m_damaged).value_or(QList<CoachDay>()))
 {
@@ -40,6 +43,33 @@ void CoachHistory::put(const QString &today, const QList<CoachMessage> &messages
     m_days.removeIf([&today](const CoachDay &day) { return day.day == today; });
     if (!messages.isEmpty())
         m_days.append({.day = today, .messages = messages});
+    write();
+}
+
+// A later day, from a clock that goes wrong, would stand in today's place.
+QList<CoachDay> CoachHistory::missing(const QList<CoachDay> &days) const
+{
+    const QString today = DayKey::string(m_clock.now());
+    QList<CoachDay> missing;
+    for (const CoachDay &offered : days) {
+        const auto isSameDay = [&offered](const CoachDay &day) { return day.day == offered.day; };
+        const bool isKnown =
+            std::ranges::any_of(m_days, isSameDay) || std::ranges::any_of(missing, isSameDay);
+        if (!isKnown && DayKey::date(offered.day) && offered.day <= today)
+            missing.append(offered);
+    }
+    return missing;
+}
+
+void CoachHistory::add(const QList<CoachDay> &days)
+{
+    m_days += missing(days);
+    std::ranges::stable_sort(m_days, {}, &CoachDay::day);
+    write();
+}
+
+void CoachHistory::write()
+{
     m_days.remove(0, std::max<qsizetype>(0, m_days.size() - daysKept));
     writeRecordFile(m_path, m_days, m_damaged);
 }

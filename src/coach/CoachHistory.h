@@ -60,8 +60,16 @@ public:
     /// messages leaves no day.
     void put(const QString &today, const QList<CoachMessage> &messages);
 
+    /// Of the days of another device those that are none of ours, up to today.
+    QList<CoachDay> missing(const QList<CoachDay> &days) const;
+    /// Puts those in at their places, as far as room is kept for them.
+    void add(const QList<CoachDay> &days);
+
 private:
+    void write();
+
     const QString m_path;
+    const Clock &m_clock;
     DamagedFiles m_damaged;
     QList<CoachDay> m_days;
 };

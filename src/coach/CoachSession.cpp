@@ -31,12 +31,12 @@ QList<Conversation::Message> messagesOf(const CoachDay &day)
 
 } // namespace
 
-CoachSession::CoachSession(const AppPaths &paths, const Clock &clock, const ConfigStore &config,
+CoachSession::CoachSession(CoachHistory &history, const Clock &clock, const ConfigStore &config,
     FactsSource facts, AIClientFactory newClient, QObject *parent)
     : Conversation(config, std::move(newClient), temperature, parent)
     , m_clock(clock)
     , m_facts(std::move(facts))
-    , m_history(paths, clock)
+    , m_history(history)
 {
 }
 

@@ -6,7 +6,6 @@
 
 namespace nimbrelle {
 
-class AppPaths;
 class Clock;
 
 /// The daily conversation with the AI coach: a briefing at the first opening of a day, then questions and
@@ -22,7 +21,7 @@ public:
     /// Of every exchange.
     static constexpr double temperature = 0.7;
 
-    CoachSession(const AppPaths &paths, const Clock &clock, const ConfigStore &config, FactsSource facts,
+    CoachSession(CoachHistory &history, const Clock &clock, const ConfigStore &config, FactsSource facts,
         AIClientFactory newClient, QObject *parent = nullptr);
 
     const QList<CoachDay> &history() const { return m_history.days(); }
@@ -50,7 +49,7 @@ private:
 
     const Clock &m_clock;
     const FactsSource m_facts;
-    CoachHistory m_history;
+    CoachHistory &m_history;
     QList<Message> m_replaced; // by the briefing that is being written
 };
 

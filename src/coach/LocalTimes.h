@@ -19,13 +19,13 @@ struct LocalTime {
 /// task.
 class LocalTimes {
 public:
-    LocalTime at(Timestamp time);
-
-private:
     using Offset = std::chrono::seconds;
 
+    LocalTime at(Timestamp time);
+    /// Of the zone from UTC.
     Offset offsetAt(Timestamp time);
 
+private:
     /// By day of UTC since the epoch; absent where the offset changes within the day.
     QHash<qint64, std::optional<Offset>> m_offsets;
 };

@@ -39,6 +39,13 @@ AppPaths::AppPaths(QString directory) : supportDir(std::move(directory))
     coach = file("coach.json");
     syncState = file("sync-state.json");
     syncKnown = file("sync-known.json");
+    lookupQueue = file("lookup-queue.json");
+}
+
+QStringList AppPaths::files() const
+{
+    return {config, words, notes, grammar, affixes, deleted, reviewStats, log, coach, syncState, syncKnown,
+        lookupQueue};
 }
 
 const AppPaths &AppPaths::shared()

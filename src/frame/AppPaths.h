@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 namespace nimbrelle {
 
@@ -16,8 +16,12 @@ public:
     /// that nothing can be read.
     static const AppPaths &shared();
 
+    /// Those of all data files.
+    QStringList files() const;
+
     QString supportDir;
     QString config, words, notes, grammar, affixes, deleted, reviewStats, log, coach, syncState, syncKnown;
+    QString lookupQueue;
 };
 
 } // namespace nimbrelle

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -67,6 +68,29 @@ FileCalls &FileCalls::system()
 {
     static FileCalls calls;
     return calls;
+}
+
+QString WriteResult::reason() const
+{
+    switch (error) {
+    case ENOSPC:
+    case EDQUOT:
+        return u"磁盘满了"_s;
+    case EROFS:
+        return u"磁盘是只读的"_s;
+    case EACCES:
+    case EPERM:
+        return u"没有写入的权限"_s;
+    case ENOENT:
+    case ENOTDIR:
+        return u"没有这个文件夹"_s;
+    case EISDIR:
+        return u"那里已经有一个同名的文件夹"_s;
+    case EIO:
+        return u"磁盘读写出错"_s;
+    default:
+        return u"系统说 "_s + QString::fromLocal8Bit(std::strerror(error));
+    }
 }
 
 WriteResult WriteResult::ofErrno()

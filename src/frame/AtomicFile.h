@@ -32,6 +32,8 @@ struct WriteResult {
     int error = 0; ///< 0, or what errno said of the step that failed
 
     explicit operator bool() const { return error == 0; }
+    /// Why it failed, to be told to the user.
+    QString reason() const;
     /// After a call that failed.
     static WriteResult ofErrno();
 };

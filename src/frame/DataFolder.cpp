@@ -19,12 +19,10 @@ namespace {
 /// under another name begins with its name.
 bool isOurs(const QFileInfo &entry, const AppPaths &paths)
 {
-    const auto belongsTo = [&entry](const QString *file) {
-        return entry.fileName().startsWith(QFileInfo(*file).completeBaseName());
+    const auto belongsTo = [&entry](const QString &file) {
+        return entry.fileName().startsWith(QFileInfo(file).completeBaseName());
     };
-    const auto files = {&paths.config, &paths.words, &paths.notes, &paths.grammar, &paths.affixes,
-        &paths.deleted, &paths.reviewStats, &paths.log, &paths.coach, &paths.syncState, &paths.syncKnown};
-    return entry.isFile() && (entry.isHidden() || std::ranges::any_of(files, belongsTo));
+    return entry.isFile() && (entry.isHidden() || std::ranges::any_of(paths.files(), belongsTo));
 }
 
 bool holdsOnlyOurs(const AppPaths &paths)

@@ -29,6 +29,31 @@ QString escaped(const QString &text, Blanks blanks)
     return pieces.join(u"\\s+"_s);
 }
 
+bool isWordCharacter(char32_t character)
+{
+    return QChar::isLetterOrNumber(character) || QChar::isMark(character)
+        || QChar::category(character) == QChar::Punctuation_Connector;
+}
+
+char32_t characterBefore(QStringView text, qsizetype at)
+{
+    if (at >= 2 && text[at - 1].isLowSurrogate() && text[at - 2].isHighSurrogate())
+        return QChar::surrogateToUcs4(text[at - 2], text[at - 1]);
+    return at > 0 ? text[at - 1].unicode() : U' ';
+}
+
+char32_t characterAt(QStringView text, qsizetype at)
+{
+    if (at + 1 < text.size() && text[at].isHighSurrogate() && text[at + 1].isLowSurrogate())
+        return QChar::surrogateToUcs4(text[at], text[at + 1]);
+    return at < text.size() ? text[at].unicode() : U' ';
+}
+
+bool isWithinAWord(QStringView text, qsizetype at)
+{
+    return isWordCharacter(characterBefore(text, at)) && isWordCharacter(characterAt(text, at));
+}
+
 } // namespace
 
 QRegularExpression whole(const QString &text, Blanks blanks)
@@ -75,6 +100,26 @@ QList<TextRange> allOccurrences(const QString &text, const QStringList &terms)
              at = text.indexOf(term, at + term.size(), Qt::CaseInsensitive))
             ranges.append({.start = at, .length = term.size()});
     }
+    return ranges;
+}
+
+QList<TextRange> wholeOccurrences(const QString &text, const QStringList &terms)
+{
+    QList<TextRange> ranges = allOccurrences(text, terms);
+    ranges.removeIf([&text](const TextRange &range) {
+        const qsizetype end = range.start + range.length;
+        return isWithinAWord(text, range.start) || isWithinAWord(text, end)
+            || !isBetweenCharacters(text, range.start) || !isBetweenCharacters(text, end);
+    });
+    std::ranges::sort(ranges, [](const TextRange &a, const TextRange &b) {
+        return a.start != b.start ? a.start < b.start : a.length > b.length;
+    });
+    qsizetype end = 0;
+    ranges.removeIf([&end](const TextRange &range) {
+        const bool isCovered = range.start < end;
+        end = isCovered ? end : range.start + range.length;
+        return isCovered;
+    });
     return ranges;
 }
 

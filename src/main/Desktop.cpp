@@ -2,6 +2,7 @@
 
 #include "card/views/AskView.h"
 #include "coach/views/CoachView.h"
+#include "export/views/DataSection.h"
 #include "review/views/ReviewView.h"
 #include "settings/views/SettingsView.h"
 #include "shell/views/FollowDesktop.h"
@@ -54,6 +55,13 @@ Desktop::Desktop(Services &services, const Platform &platform)
     , m_excluded(services.config(), m_platform.installed)
     , m_connection(services.config(), services.sync(), services.clock(), &PinnedTransport::open, &copySecret)
     , m_addWord(services.config(), services.words(), services.newAI())
+    , m_exchange({.paths = services.paths(),
+          .config = services.config(),
+          .words = services.words(),
+          .coach = services.coachHistory(),
+          .wordImport = services.wordImport(),
+          .clock = services.clock(),
+          .background = m_background})
     , m_popup(m_theme)
     , m_statusItem(QDBusConnection::sessionBus(), statusArt(), statusViews())
     , m_windows(m_theme, windowTable(),
@@ -63,6 +71,7 @@ Desktop::Desktop(Services &services, const Platform &platform)
     followDesktop(m_theme, m_platform.appearance);
     m_theme.applyToApplication();
     tie();
+    services.wordImport().start();
 }
 
 Desktop::~Desktop()
@@ -75,7 +84,7 @@ CoachSession &Desktop::coach()
 {
     if (!m_coach)
         m_coach = std::make_unique<CoachSession>(
-            m_services.paths(), m_services.clock(), m_services.config(),
+            m_services.coachHistory(), m_services.clock(), m_services.config(),
             [this](Timestamp now) { return m_facts.build(now); }, m_services.newAI());
     return *m_coach;
 }
@@ -166,6 +175,7 @@ QWidget *Desktop::makeSettings()
             },
         .keptFiles = [this] { return DamagedFiles::keptIn(m_services.paths().supportDir); },
         .makeSyncGroup = [this] { return makeSyncGroup(); },
+        .makeDataGroup = [this] { return makeDataGroup(); },
         .configPath = m_services.paths().config,
     });
     QObject::connect(view, &SettingsView::offerChosen, &m_statusItem, &StatusItem::chosen);
@@ -182,6 +192,12 @@ QWidget *Desktop::makeSyncGroup()
         .connection = m_connection,
         .service = m_services.sync(),
         .clock = m_services.clock()});
+}
+
+QWidget *Desktop::makeDataGroup()
+{
+    return new DataSection(
+        {.theme = m_theme, .exchange = m_exchange, .wordImport = m_services.wordImport(), .moreRows = {}});
 }
 
 QWidget *Desktop::makeWords()

@@ -3,10 +3,12 @@
 #include "card/AskSession.h"
 #include "coach/CoachFacts.h"
 #include "coach/CoachSession.h"
+#include "export/DataExchange.h"
 #include "main/CardRoad.h"
 #include "main/Services.h"
 #include "platform/Platform.h"
 #include "platform/WindowSystem.h"
+#include "platform/linux/ThreadBackground.h"
 #include "platform/linux/bus/LinuxStatusItem.h"
 #include "review/ReviewSession.h"
 #include "settings/ExcludedApplications.h"
@@ -38,6 +40,7 @@ private:
     LinuxStatusItem::Views statusViews();
     QWidget *makeSettings();
     QWidget *makeSyncGroup();
+    QWidget *makeDataGroup();
     QWidget *makeWords();
     QWidget *makeReview();
     QWidget *makeCoach();
@@ -59,6 +62,8 @@ private:
     ExcludedApplications m_excluded;
     SyncConnection m_connection;
     AddWordModel m_addWord;
+    ThreadBackground m_background;
+    DataExchange m_exchange;
 
     StatusPopup m_popup;
     LinuxStatusItem m_statusItem;

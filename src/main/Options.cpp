@@ -1,8 +1,10 @@
 #include "ai/AIClient.h"
 #include "coach/CoachFacts.h"
+#include "export/ExportFile.h"
 #include "frame/DayKey.h"
 #include "frame/Failure.h"
 #include "main/CommandLine.h"
+#include "main/ExportCommands.h"
 #include "main/OcrSheet.h"
 #include "main/SelfTest.h"
 #include "main/SelfTestAI.h"
@@ -43,6 +45,11 @@ Option::Routine printing(void (*routine)(QTextStream &))
         routine(run.out);
         return finished(0);
     };
+}
+
+Option::Routine exporting(ExportKind kind)
+{
+    return [kind](const OptionRun &run) { return exportData(kind, run); };
 }
 
 QCoro::Task<int> renderIcon(const OptionRun &run)
@@ -138,8 +145,7 @@ QCoro::Task<int> coachAI(OptionRun run)
     Services &services = run.services;
     const Timestamp now = services.clock().now();
     const QString facts = CoachFacts(services.words(), services.config(), services.log()).build(now);
-    const auto previous =
-        CoachHistory(services.paths(), services.clock()).briefingBefore(DayKey::string(now));
+    const auto previous = services.coachHistory().briefingBefore(DayKey::string(now));
     const auto client = services.makeAI();
     co_await SelfTest::runCoachAI(facts, previous, *client, run.out);
     co_return 0;
@@ -175,6 +181,21 @@ std::vector<Option> makeTable()
         {.name = u"--selftest-coach"_s, .form = Form::flag, .run = coach},
         {.name = u"--selftest-coach-ai"_s, .form = Form::flag, .run = coachAI},
         {.name = u"--selftest-explain"_s, .form = Form::flag, .run = explain},
+        {.name = u"--export-csv"_s, .form = Form::value, .run = exporting(ExportKind::csv)},
+        {.name = u"--export-anki"_s, .form = Form::value, .run = exporting(ExportKind::anki)},
+        {.name = u"--export-anki-cloze"_s, .form = Form::value, .run = exporting(ExportKind::ankiCloze)},
+        {.name = u"--export-backup"_s, .form = Form::value, .run = exporting(ExportKind::backup)},
+        {.name = u"--check-backup"_s, .form = Form::value, .run = checkBackup},
+        {.name = u"--import-backup"_s,
+            .form = Form::value,
+            .run = importBackup,
+            .writes = true,
+            .meaning = givenPath},
+        {.name = u"--import-words"_s,
+            .form = Form::value,
+            .run = importWords,
+            .writes = true,
+            .meaning = givenPath},
     };
 }
 

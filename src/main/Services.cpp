@@ -14,6 +14,8 @@ Services &Services::shared()
 void Services::end()
 {
     DataWriter::shared().retry(); // the last chance
+    m_wordImport.reset();
+    m_coachHistory.reset();
     m_sync.reset();
     m_words.reset();
     m_connections.reset();
@@ -41,6 +43,20 @@ SyncService &Services::sync()
     if (!m_sync)
         m_sync = std::make_unique<SyncService>(words(), config(), paths(), clock(), &PinnedTransport::open);
     return *m_sync;
+}
+
+CoachHistory &Services::coachHistory()
+{
+    if (!m_coachHistory)
+        m_coachHistory = std::make_unique<CoachHistory>(paths(), clock());
+    return *m_coachHistory;
+}
+
+WordImport &Services::wordImport()
+{
+    if (!m_wordImport)
+        m_wordImport = std::make_unique<WordImport>(words(), config(), paths(), clock(), newAI());
+    return *m_wordImport;
 }
 
 std::unique_ptr<AIClient> Services::makeAI()

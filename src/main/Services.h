@@ -2,6 +2,8 @@
 
 #include "ai/AIClient.h"
 #include "ai/ProviderConnections.h"
+#include "coach/CoachHistory.h"
+#include "export/WordImport.h"
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
@@ -30,6 +32,8 @@ public:
     ProviderConnections &connections();
     WordStore &words();
     SyncService &sync();
+    CoachHistory &coachHistory();
+    WordImport &wordImport();
     /// A client made from the settings of this moment.
     std::unique_ptr<AIClient> makeAI();
     /// For whoever asks the AI again and again.
@@ -43,6 +47,8 @@ private:
     std::unique_ptr<ProviderConnections> m_connections;
     std::unique_ptr<WordStore> m_words;
     std::unique_ptr<SyncService> m_sync;
+    std::unique_ptr<CoachHistory> m_coachHistory;
+    std::unique_ptr<WordImport> m_wordImport;
 };
 
 } // namespace nimbrelle

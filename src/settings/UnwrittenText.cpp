@@ -5,7 +5,6 @@
 #include <QStringList>
 
 #include <cerrno>
-#include <cstring>
 
 namespace nimbrelle::UnwrittenText {
 
@@ -20,30 +19,15 @@ QString contentOf(const QString &path)
         {u"affixes.json"_s, u"词缀记录"_s}, {u"deleted.json"_s, u"删除记录"_s},
         {u"review-stats.json"_s, u"今天的复习次数"_s}, {u"learning-log.jsonl"_s, u"学习日志"_s},
         {u"coach.json"_s, u"教练对话"_s}, {u"sync-state.json"_s, u"同步记录"_s},
-        {u"sync-known.json"_s, u"同步记录"_s}};
+        {u"sync-known.json"_s, u"同步记录"_s}, {u"lookup-queue.json"_s, u"等着查的词"_s}};
     const QString name = QFileInfo(path).fileName();
     return contents.value(name, name);
 }
 
 QString reasonOf(int error)
 {
-    switch (error) {
-    case ENOSPC:
-    case EDQUOT:
-        return u"磁盘满了"_s;
-    case EROFS:
-        return u"磁盘是只读的"_s;
-    case EACCES:
-    case EPERM:
-        return u"没有写入的权限"_s;
-    case ENOENT:
-    case ENOTDIR:
-        return u"数据文件夹不见了"_s;
-    case EIO:
-        return u"磁盘读写出错"_s;
-    default:
-        return u"系统说 "_s + QString::fromLocal8Bit(std::strerror(error));
-    }
+    const bool isFolderGone = error == ENOENT || error == ENOTDIR;
+    return isFolderGone ? u"数据文件夹不见了"_s : WriteResult{.error = error}.reason();
 }
 
 QString placeOf(const QStringList &paths, const QString &home)

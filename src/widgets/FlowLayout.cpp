@@ -40,6 +40,10 @@ std::vector<QRect> FlowLayout::placed(int width) const
     int y = 0;
     int rowHeight = 0;
     for (const auto &item : m_items) {
+        if (item->isEmpty()) { // hidden; it leaves no gap
+            places.emplace_back(QPoint(x, y), QSize(0, 0));
+            continue;
+        }
         QSize size = item->sizeHint();
         if (size.width() > width) {
             size.setWidth(width);

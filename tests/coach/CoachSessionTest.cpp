@@ -23,8 +23,9 @@ protected:
 
     void restart()
     {
+        history = std::make_unique<CoachHistory>(paths, clock);
         session = std::make_unique<CoachSession>(
-            paths, clock, config,
+            *history, clock, config,
             [this](Timestamp now) {
                 EXPECT_EQ(now, clock.now());
                 return u"记录 "_s + QString::number(++records);
@@ -58,6 +59,7 @@ protected:
 
     FakeAI ai;
     int records = 0;
+    std::unique_ptr<CoachHistory> history;
     std::unique_ptr<CoachSession> session;
 };
 

@@ -6,7 +6,9 @@
 #include "support/Printers.h"
 
 #include <QDir>
+#include <QFileInfo>
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -171,6 +173,54 @@ TEST_F(CommandLine, SyncsTwoDevicesThroughAServer)
     EXPECT_EQ(other({u"--sync-now"_s}).output.trimmed(), u"同步好了：2 个词"_s);
     EXPECT_EQ(readRecordFile<QList<WordEntry>>(other.path(u"words.json"_s)), words());
     EXPECT_EQ(readFile(other.path(u"learning-log.jsonl"_s)), readFile(device.path(u"learning-log.jsonl"_s)));
+}
+
+TEST_F(CommandLine, TakesTheDataAlongAndBringsItBack)
+{
+    const RunningServer practice(QStringLiteral(NIMBRELLE_PRACTICE), {u"--delay-ms"_s, u"0"_s});
+    device.useProvider(providerOf(practice), u"practice"_s);
+    const QTemporaryDir outside;
+    const auto file = [&outside](const char *name) { return outside.filePath(QString::fromLatin1(name)); };
+    ASSERT_TRUE(replaceFile(file("list.txt"), "reluctant\n放弃\nreluctant\n"));
+    const Ended imported = device({u"--import-words"_s, file("list.txt")});
+    EXPECT_EQ(imported.code, 0);
+    EXPECT_EQ(imported.lines().first(), u"2 个词等着查"_s);
+    EXPECT_EQ(imported.lines().last(), u"查完了：存了 2 个词"_s);
+    EXPECT_THAT(headwords(), ElementsAre(u"give up"_s, u"reluctant"_s));
+
+    for (const char *kind : {"csv", "anki", "anki-cloze", "backup"}) {
+        const Ended ended = device({u"--export-"_s + QString::fromLatin1(kind), file(kind)});
+        EXPECT_EQ(ended.code, 0) << kind << ended.output.toStdString();
+        EXPECT_TRUE(QFileInfo::exists(file(kind))) << kind;
+    }
+    EXPECT_EQ(device({u"--export-csv"_s, device.path(u"words.json"_s)}).code, 1);
+    EXPECT_EQ(headwords().size(), 2);
+
+    const Device other;
+    EXPECT_EQ(other({u"--check-backup"_s, file("backup")}).lines().value(1), u"新增 2 个词"_s);
+    EXPECT_FALSE(QFile::exists(other.path(u"words.json"_s)));
+    EXPECT_EQ(other({u"--import-backup"_s, file("backup")}).lines().last(),
+        u"已导入备份：新增 2 个词，补全 0 个"_s);
+    const auto broughtBack = readRecordFile<QList<WordEntry>>(other.path(u"words.json"_s)).value();
+    EXPECT_TRUE(std::ranges::is_permutation(broughtBack, words()));
+    const Ended refused = other({u"--import-backup"_s, file("csv")});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_EQ(refused.lines(), QStringList{u"这个文件不是 zip 压缩文件"_s});
+}
+
+TEST_F(CommandLine, AListOfWordsWaitsForARightKey)
+{
+    const RunningServer practice(QStringLiteral(NIMBRELLE_PRACTICE), {u"--delay-ms"_s, u"0"_s});
+    device.useProvider(providerOf(practice), u"wrong"_s);
+    const QTemporaryDir outside;
+    const QString list = outside.filePath(u"list.csv"_s);
+    ASSERT_TRUE(replaceFile(list, "释义,word\n跑,run\n走,walk\n"));
+    const Ended stopped = device({u"--import-words"_s, list});
+    EXPECT_EQ(stopped.code, 1);
+    EXPECT_EQ(stopped.lines().last(), u"API key 不正确，请在设置里检查一下。还有 2 个词没查"_s);
+    device.useProvider(providerOf(practice), u"practice"_s);
+    EXPECT_EQ(device({u"--import-words"_s, list}).code, 0);
+    EXPECT_EQ(headwords().size(), 2);
 }
 
 TEST_F(CommandLine, RunsTheFirstOptionOfTheTableAlone)

@@ -62,4 +62,23 @@ TEST(WordPattern, ReachesToTheEndOfAWordFromItsStem)
     EXPECT_EQ(text.mid(range->start, range->length), u"Deprecated\u0301s_1"_s);
 }
 
+TEST(WordPattern, FindsEachWholeWordOnceWhereverItStands)
+{
+    const auto places = [](const QString &text, const QStringList &terms) {
+        QString marked = text;
+        const auto ranges = WordPattern::wholeOccurrences(text, terms);
+        for (auto range = ranges.crbegin(); range != ranges.crend(); ++range)
+            marked.replace(range->start, range->length, u'<' + text.mid(range->start, range->length) + u'>');
+        return marked;
+    };
+    EXPECT_EQ(places(u"Run, rerun; he ran run_time RUN"_s, {u"ran"_s, u"run"_s}),
+        u"<Run>, rerun; he <ran> run_time <RUN>"_s);
+    EXPECT_EQ(
+        places(u"I give up, give it"_s, {u"give"_s, u"give up"_s, u"up"_s}), u"I <give up>, <give> it"_s);
+    EXPECT_EQ(places(u"re re\u0301 𝐚re re"_s, {u"re"_s}), u"<re> re\u0301 𝐚re <re>"_s)
+        << "marks and letters beyond the first plane belong to a word";
+    EXPECT_EQ(places(u"C++ is C++11, std::"_s, {u"C++"_s, u"std::"_s, u" "_s, u""_s}),
+        u"<C++> is <C++>11, <std::>"_s);
+}
+
 } // namespace

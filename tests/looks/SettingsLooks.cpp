@@ -3,6 +3,7 @@
 #include "settings/views/SettingsStage.h"
 #include "shell/StatusMenu.h"
 
+#include <QDir>
 #include <QLayout>
 #include <QScrollArea>
 
@@ -47,7 +48,20 @@ void showSettings(const Look &look, const Show &show)
     stage.link();
     stage.press("toggleQr");
     stage.notebook.clock.advance(std::chrono::seconds{1});
+    stage.notebook.save("reluctant");
+    const QString backup = stage.notebook.directory.filePath(u"a/nimbrelle.zip"_s);
+    QDir(stage.notebook.directory.path()).mkdir(u"a"_s);
+    stage.exchange.exportTo(ExportKind::backup, backup);
+    stage.wordImport.add({u"deprecated"_s, u"karma"_s, u"rationale"_s});
+    stage.ai.reply(LookupResult{.explanation = Notebook::explained("deprecated")});
     showWhole("linked");
+    stage.notebook.fill({});
+    stage.exchange.readBackup(backup);
+    stage.wordImport.pause();
+    showWhole("backup");
+    stage.exchange.readBackup(u"/nowhere.zip"_s);
+    stage.wordImport.cancel();
+    showWhole("failed");
 
     ApplicationChooser chooser(stage.theme, stage.installed.applications);
     chooser.show();

@@ -58,7 +58,7 @@ QString writingOptions()
 
 TEST(CommandLine, TheRunningProgramDoesWhatWritesAndNothingElse)
 {
-    EXPECT_EQ(writingOptions(), u"--add-spelling --sync-now --sync-connect"_s);
+    EXPECT_EQ(writingOptions(), u"--add-spelling --sync-now --sync-connect --import-backup --import-words"_s);
     const auto routine = [](OptionRun run) -> QCoro::Task<int> {
         run.out << run.value;
         co_return 5;

@@ -1,5 +1,7 @@
 #include "coach/CoachHistory.h"
+#include "export/WordImport.h"
 #include "frame/RecordFile.h"
+#include "support/FakeAIClient.h"
 #include "support/FaultyCalls.h"
 #include "sync/RandomLearner.h"
 
@@ -42,6 +44,13 @@ QList<QByteArray> sortedLines(const QByteArray &log)
     return lines;
 }
 
+/// No answer comes, and none is waited for.
+void queueWord(WordImport &import, const QString &word)
+{
+    import.add({word});
+    import.pause();
+}
+
 /// A device with all owners of files, whose file calls go wrong at one place.
 struct Learner {
     Learner(const Files &files, const MemoryServer &network) : server(network)
@@ -51,9 +60,10 @@ struct Learner {
             EXPECT_TRUE(replaceFile(device.directory.filePath(name), bytes));
         device.restart();
         coach.emplace(device.paths, device.clock, writer);
+        imported.emplace(device.store(), device.config(), device.paths, device.clock, ai.factory(), writer);
     }
 
-    static constexpr int steps = 8;
+    static constexpr int steps = 9;
     /// One thing that changes files, the same in every run.
     void take(int step)
     {
@@ -65,6 +75,8 @@ struct Learner {
             coach->put(u"2026-03-02"_s, {{.id = id, .fromCoach = true, .text = u"早"_s, .shown = {}}});
         else if (step == steps - 3)
             device.store().addSentenceNote({.id = id, .addedAt = device.clock.now()});
+        else if (step == steps - 5)
+            queueWord(*imported, u"fathom"_s);
         else if (step == steps - 4)
             device.store().remove(device.store().entries().first().id);
         else
@@ -86,6 +98,8 @@ struct Learner {
     DataWriter writer{calls};
     Device device{2, writer};
     std::optional<CoachHistory> coach;
+    FakeAI ai;
+    std::optional<WordImport> imported;
     MemoryServer server;
 };
 
@@ -106,6 +120,9 @@ protected:
             learn(other, seed);
         CoachHistory(other.paths, other.clock)
             .put(u"2026-03-01"_s, {{.id = QUuid(), .text = u"a"_s, .shown = {}}});
+        FakeAI ai;
+        WordImport import(other.store(), other.config(), other.paths, other.clock, ai.factory());
+        queueWord(import, u"delve"_s);
         before = filesIn(other.directory.path());
 
         Learner learner(before, server);
@@ -166,8 +183,8 @@ protected:
 TEST_P(StorageFaults, TearNoFileAndLoseNothingThatWasTold)
 {
     const QStringList all{u"affixes.json"_s, u"coach.json"_s, u"config.json"_s, u"deleted.json"_s,
-        u"grammar.json"_s, u"learning-log.jsonl"_s, u"notes.json"_s, u"review-stats.json"_s,
-        u"sync-known.json"_s, u"sync-state.json"_s, u"words.json"_s};
+        u"grammar.json"_s, u"learning-log.jsonl"_s, u"lookup-queue.json"_s, u"notes.json"_s,
+        u"review-stats.json"_s, u"sync-known.json"_s, u"sync-state.json"_s, u"words.json"_s};
     ASSERT_EQ(QStringList(states.keys()), all);
     for (const QString &name : all)
         EXPECT_GT(states[name].size(), 1) << name.toStdString() << " is not written in this day";

@@ -140,7 +140,8 @@ TEST_F(Contracts, Coach)
 {
     learner.clock.set(learner.now);
     const auto facts = [this](Timestamp now) { return learner.facts.build(now); };
-    CoachSession session(learner.paths, learner.clock, learner.config, facts, newClient);
+    CoachHistory history(learner.paths, learner.clock);
+    CoachSession session(history, learner.clock, learner.config, facts, newClient);
     session.open();
     EXPECT_THAT(lastWords(session),
         AllOf(HasSubstr("最近存下了 **reluctant**（不情愿的，勉强的），来自 reddit.com「A thread」。"),

@@ -52,6 +52,7 @@ protected:
     FakeAI ai;
     ReviewSession review{store, clock, speaker};
     AskSession ask{clock, config, store, ai.factory()};
+    CoachHistory history{paths, clock};
     std::unique_ptr<CoachSession> coach;
     QStringList started;
     DataWriter writer;
@@ -73,7 +74,7 @@ protected:
         .ask = ask,
         .coach = [this]() -> CoachSession & {
             coach = std::make_unique<CoachSession>(
-                paths, clock, config, [](Timestamp) { return QString(); }, ai.factory());
+                history, clock, config, [](Timestamp) { return QString(); }, ai.factory());
             return *coach;
         },
         .startSync = [this] { started.append(u"sync"_s); },

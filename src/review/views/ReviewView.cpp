@@ -8,53 +8,16 @@
 #include "review/views/SpellBody.h"
 #include "widgets/Controls.h"
 #include "widgets/Layouts.h"
+#include "widgets/ProgressLine.h"
 #include "widgets/ReadText.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QPainter>
 
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
-
-/// How far the round has come.
-class ProgressLine : public QWidget {
-public:
-    explicit ProgressLine(const Theme &theme) : m_theme(theme)
-    {
-        setObjectName(u"progress"_s);
-        setFixedHeight(theme.points(4));
-    }
-
-    void setProgress(const ReviewScreen::Progress &progress)
-    {
-        m_part = progress.total > 0 ? double(progress.done) / double(progress.total) : 0;
-        setAccessibleName(u"进度 "_s + progress.text);
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        const double radius = height() / 2.0;
-        painter.setBrush(m_theme.colour(Tone::border));
-        painter.drawRoundedRect(QRectF(rect()), radius, radius);
-        if (m_part <= 0)
-            return;
-        painter.setBrush(m_theme.colour(Tone::leaf));
-        const double done = std::max<double>(height(), width() * m_part);
-        painter.drawRoundedRect(QRectF(0, 0, done, height()), radius, radius);
-    }
-
-private:
-    const Theme &m_theme;
-    double m_part = 0;
-};
 
 ReviewView::ReviewView(const ReviewParts &parts, QWidget *parent) : QWidget(parent), m_parts(parts)
 {
@@ -103,7 +66,7 @@ void ReviewView::showQuestion()
     else
         m_body->refresh();
     if (const auto progress = ReviewScreen::progress(m_parts.session)) {
-        m_progress->setProgress(*progress);
+        m_progress->setProgress(progress->done, progress->total, progress->text);
         m_progressText->setText(progress->text);
     }
     const QWidget *focused = focusWidget();
@@ -188,7 +151,7 @@ QWidget *ReviewView::makeTopBar()
     auto *row = new QHBoxLayout(bar);
     row->setContentsMargins(theme.points(reviewMargin), theme.points(22), theme.points(reviewMargin), 0);
     row->setSpacing(theme.points(14));
-    m_progress = new ProgressLine(theme);
+    m_progress = new ProgressLine(theme, u"progress"_s);
     row->addWidget(m_progress, 1);
     m_progressText = makeLabel(theme, {}, TextType::small, Tone::ink2);
     m_progressText->setObjectName(u"progressText"_s);

@@ -35,6 +35,8 @@ struct SettingsParts {
     std::function<QStringList()> keptFiles;
     /// The group about syncing; the page takes it over.
     std::function<QWidget *()> makeSyncGroup;
+    /// The group about taking the data along; made anew with the page.
+    std::function<QWidget *()> makeDataGroup;
     QString configPath; ///< of the file that the settings are kept in
 
     template <class Change> void change(Change change) const

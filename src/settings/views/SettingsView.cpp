@@ -146,7 +146,8 @@ QWidget *SettingsView::makePage()
     m_exclusions = new ExclusionSection(m_parts);
     m_sections = {m_offers, m_permissions, makeKeySection(m_parts, m_isAdvancedOpen), m_start,
         makeLookupSection(m_parts), makeStudySection(m_parts), makeNotebookSection(),
-        makeSection(theme, u"同步"_s, m_sync), m_exclusions};
+        makeSection(theme, u"同步"_s, m_sync), m_exclusions,
+        makeSection(theme, u"数据"_s, m_parts.makeDataGroup())};
     for (QWidget *section : std::as_const(m_sections))
         column->addWidget(section);
     column->addStretch();

@@ -25,7 +25,8 @@ struct CoachStage : TalkStage {
     }
 
     CoachFacts facts{notebook.store, notebook.config, notebook.log};
-    CoachSession session{notebook.paths, notebook.clock, notebook.config,
+    CoachHistory history{notebook.paths, notebook.clock};
+    CoachSession session{history, notebook.clock, notebook.config,
         [this](Timestamp now) { return facts.build(now); }, ai.factory()};
     CoachView view{theme, session, facts, notebook.clock};
     ViewStage user{view};

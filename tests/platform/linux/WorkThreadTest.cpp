@@ -1,11 +1,15 @@
 #include "platform/linux/WorkThread.h"
 
+#include "frame/Failure.h"
+#include "platform/linux/ThreadBackground.h"
+
 #include <QTest>
 
 #include <gtest/gtest.h>
 #include <latch>
 
 using namespace nimbrelle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -53,6 +57,30 @@ TEST(WorkThread, EndsAfterThePieceUnderWay)
     EXPECT_TRUE(isFinished);
     EXPECT_TRUE(isDropped);
     EXPECT_EQ(held.use_count(), 1) << "nothing is kept";
+}
+
+TEST(ThreadBackground, WorksElsewhereAndHandsOnWhatTheWorkThrows)
+{
+    ThreadBackground background;
+    const auto caller = std::this_thread::get_id();
+    QStringList told;
+    const auto flow = [&]() -> QCoro::Task<> {
+        const std::function<void()> good = [&] {
+            told.append(std::this_thread::get_id() != caller ? u"worked"_s : u"in the way"_s);
+        };
+        const std::function<void()> bad = [] { throw Failure(u"broken"_s); };
+        co_await background.run(good);
+        try {
+            co_await background.run(bad);
+        } catch (const Failure &failure) {
+            told.append(failure.text());
+        }
+        EXPECT_EQ(std::this_thread::get_id(), caller);
+        told.append(u"ended"_s);
+    };
+    const auto task = flow();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return task.isReady(); }));
+    EXPECT_EQ(told, (QStringList{u"worked"_s, u"broken"_s, u"ended"_s}));
 }
 
 } // namespace

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "export/DataExchange.h"
+#include "export/WordImport.h"
+#include "export/views/DataSection.h"
 #include "settings/ExcludedApplications.h"
 #include "settings/KeyTest.h"
 #include "settings/PermissionModel.h"
 #include "settings/views/SettingsView.h"
 #include "support/FakeAIClient.h"
+#include "support/FakeBackground.h"
 #include "support/FakeDesktop.h"
 #include "support/Notebook.h"
 #include "support/ViewStage.h"
@@ -77,6 +81,16 @@ struct SettingsStage : ViewStage {
             copied.append(text);
             copySecret(text);
         }};
+    CoachHistory coach{notebook.paths, notebook.clock};
+    WordImport wordImport{notebook.store, notebook.config, notebook.paths, notebook.clock, ai.factory()};
+    FakeBackground background;
+    DataExchange exchange{{.paths = notebook.paths,
+        .config = notebook.config,
+        .words = notebook.store,
+        .coach = coach,
+        .wordImport = wordImport,
+        .clock = notebook.clock,
+        .background = background}};
     QList<MenuEntry> offers;
     DataWriter writer;
     SettingsView view{{
@@ -97,6 +111,11 @@ struct SettingsStage : ViewStage {
                     .connection = connection,
                     .service = sync,
                     .clock = notebook.clock});
+            },
+        .makeDataGroup =
+            [this] {
+                return new DataSection(
+                    {.theme = theme, .exchange = exchange, .wordImport = wordImport, .moreRows = {}});
             },
         .configPath = QStringLiteral("/home/li/.local/share/Nimbrelle/config.json"),
     }};

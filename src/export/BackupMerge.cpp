@@ -1,0 +1,150 @@
+#include "export/BackupMerge.h"
+
+#include "frame/Text.h"
+#include "notebook/WordStore.h"
+#include "sync/BundleForm.h"
+#include "sync/SyncMerge.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+
+namespace nimbrelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The notebook as it is, in the form that every merge gives, and as it becomes.
+struct Merged {
+    SyncBundle before, after;
+};
+
+Merged mergedOf(const SyncBundle &local, const SyncBundle &backup)
+{
+    const SyncBundle here = BundleForm::normalized(local);
+    return {.before = SyncMerge::merge(here, here), .after = SyncMerge::merge(here, backup)};
+}
+
+QString keyOf(const WordEntry &word)
+{
+    return trimmedBlanks(word.headword).toLower();
+}
+
+// By spelling, since a merge may give a word that both sides have the other's id.
+QHash<QString, const WordEntry *> bySpelling(const QList<WordEntry> &words)
+{
+    QHash<QString, const WordEntry *> found;
+    found.reserve(words.size());
+    for (const WordEntry &word : words)
+        found.insert(keyOf(word), &word);
+    return found;
+}
+
+qsizetype buriedOf(const QList<WordEntry> &backup, const Merged &merged)
+{
+    QSet<QString> deletedHere;
+    for (const Tombstone &tombstone : merged.before.deleted)
+        deletedHere.insert(tombstone.id);
+    const auto after = bySpelling(merged.after.words);
+    return std::ranges::count_if(backup, [&](const WordEntry &word) {
+        return deletedHere.contains(idText(word.id)) && !after.contains(keyOf(word));
+    });
+}
+
+template <class Record> qsizetype newRecords(const QList<Record> &before, const QList<Record> &after)
+{
+    QSet<decltype(Record::id)> known;
+    for (const Record &record : before)
+        known.insert(record.id);
+    return std::ranges::count_if(
+        after, [&known](const Record &record) { return !known.contains(record.id); });
+}
+
+qsizetype newOthers(const Merged &merged)
+{
+    const auto &[before, after] = merged;
+    return newRecords(before.notes, after.notes) + newRecords(before.grammar, after.grammar)
+        + newRecords(before.affixes, after.affixes) + newRecords(before.deleted, after.deleted)
+        + after.log.size() - before.log.size();
+}
+
+BackupPlan planOf(const Merged &merged, const Backup::Content &backup)
+{
+    BackupPlan plan{.madeAt = backup.madeAt,
+        .words = backup.notebook.words.size(),
+        .buried = buriedOf(backup.notebook.words, merged),
+        .otherRecords = newOthers(merged),
+        .hasSettings = merged.after.settings != merged.before.settings};
+    const auto before = bySpelling(merged.before.words), after = bySpelling(merged.after.words);
+    for (const auto &[key, word] : after.asKeyValueRange()) {
+        const WordEntry *known = before.value(key);
+        plan.added += known ? 0 : 1;
+        plan.changed += known && *known != *word ? 1 : 0;
+    }
+    for (const QString &key : before.keys())
+        plan.removed += after.contains(key) ? 0 : 1;
+    return plan;
+}
+
+QString timeText(Timestamp time)
+{
+    using namespace std::chrono;
+    const auto since = floor<milliseconds>(time.time_since_epoch());
+    return QDateTime::fromMSecsSinceEpoch(since.count()).toString(u"yyyy 年 M 月 d 日 HH:mm"_s);
+}
+
+} // namespace
+
+QString BackupPlan::resultText() const
+{
+    return changesNothing() ? u"这里什么都不缺，没有改动"_s
+                            : u"已导入备份：新增 %1 个词，补全 %2 个"_s.arg(added).arg(changed);
+}
+
+bool BackupPlan::changesNothing() const
+{
+    return added + changed + removed + otherRecords + coachDays == 0 && !hasSettings;
+}
+
+QStringList BackupPlan::lines() const
+{
+    QStringList lines{u"%1 的备份，有 %2 个词"_s.arg(timeText(madeAt)).arg(words)};
+    const auto tell = [&lines](qsizetype count, const QString &text) {
+        if (count > 0)
+            lines.append(text.arg(count));
+    };
+    tell(added, u"新增 %1 个词"_s);
+    tell(changed, u"补全 %1 个已有的词"_s);
+    tell(removed, u"去掉 %1 个词：备份里已经删除"_s);
+    tell(buried, u"%1 个词在这里删除过，不会回来"_s);
+    tell(otherRecords, u"新增 %1 条笔记和学习记录"_s);
+    tell(coachDays, u"新增 %1 天的教练对话"_s);
+    if (hasSettings)
+        lines.append(u"复习设置用备份里的：它改得更晚"_s);
+    if (changesNothing())
+        lines.append(u"这里什么都不缺，不用导入"_s);
+    return lines;
+}
+
+BackupMerge mergeOf(const SyncBundle &local, const Backup::Content &backup)
+{
+    const Merged merged = mergedOf(local, backup.notebook);
+    return {.merged = merged.after, .plan = planOf(merged, backup)};
+}
+
+BackupPlan bringBack(
+    const BackupMerge &merge, const QList<CoachDay> &days, WordStore &store, CoachHistory &coach)
+{
+    if (!merge.plan.changesNothing())
+        store.applySync(merge.merged);
+    BackupPlan done = merge.plan;
+    done.coachDays = coach.missing(days).size();
+    if (done.coachDays > 0)
+        coach.add(days);
+    return done;
+}
+
+} // namespace nimbrelle

@@ -1,0 +1,220 @@
+#include "export/WordsFile.h"
+
+#include "frame/AtomicFile.h"
+#include "frame/Failure.h"
+#include "frame/Text.h"
+
+#include <QFileInfo>
+#include <QSet>
+#include <QStringDecoder>
+
+#include <algorithm>
+
+namespace nimbrelle::WordsFile {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 largestFile = 8 << 20;
+constexpr qsizetype mostWords = 20000;
+constexpr qsizetype longestWord = 60;
+
+QString textOf(QByteArrayView bytes)
+{
+    // By its byte order mark, as spreadsheets write it.
+    const auto marked = QStringConverter::encodingForData(bytes);
+    QStringDecoder decoder(marked.value_or(QStringConverter::Utf8));
+    QString text = decoder(bytes);
+    const bool isCut = !marked && !QUtf8StringView(bytes).isValidUtf8();
+    if (decoder.hasError() || isCut || text.contains(QChar::Null))
+        throw Failure(u"这个文件不是 UTF-8 文本，请另存为 UTF-8 再导入"_s);
+    return text;
+}
+
+/// What no text holds: a list without columns.
+constexpr QChar noSeparator = QChar::Null;
+
+/// The rows of a table, as RFC 4180 has them but for the separator; a line end of any kind ends a row.
+/// Without a separator each line is taken as it stands.
+class Rows {
+public:
+    Rows(QStringView text, QChar separator) : m_text(text), m_separator(separator) { }
+
+    bool isAtEnd() const { return m_at >= m_text.size(); }
+
+    QStringList next()
+    {
+        QStringList cells;
+        do
+            cells.append(cell());
+        while (takes(m_separator));
+        takes(u'\r');
+        takes(u'\n');
+        return cells;
+    }
+
+private:
+    bool takes(QChar c)
+    {
+        const bool isThere = !isAtEnd() && m_text[m_at] == c;
+        m_at += isThere ? 1 : 0;
+        return isThere;
+    }
+
+    bool isBetweenCells() const
+    {
+        return isAtEnd() || m_text[m_at] == m_separator || m_text[m_at] == u'\n' || m_text[m_at] == u'\r';
+    }
+
+    QString cell()
+    {
+        QString text = m_separator != noSeparator && takes(u'"') ? quoted() : QString();
+        const qsizetype begin = m_at;
+        while (!isBetweenCells())
+            ++m_at;
+        return text += m_text.sliced(begin, m_at - begin);
+    }
+
+    QString quoted()
+    {
+        QString text;
+        while (!isAtEnd()) {
+            const QChar c = m_text[m_at++];
+            if (c == u'"' && !takes(u'"'))
+                break;
+            text.append(c);
+        }
+        return text;
+    }
+
+    QStringView m_text;
+    QChar m_separator;
+    qsizetype m_at = 0;
+};
+
+bool isRemark(const QStringList &row)
+{
+    return row.first().startsWith(u'#');
+}
+
+/// The one that parts the first row into most cells.
+QChar separatorOf(QStringView text)
+{
+    QChar best = noSeparator;
+    qsizetype most = 1;
+    for (const QChar separator : {u'\t', u',', u';'}) {
+        Rows rows(text, separator);
+        QStringList first{QString()};
+        while (!rows.isAtEnd() && (first.first().isEmpty() || isRemark(first)))
+            first = rows.next();
+        if (first.size() > most && !isRemark(first)) {
+            best = separator;
+            most = first.size();
+        }
+    }
+    return best;
+}
+
+std::optional<qsizetype> columnOfWords(const QStringList &headings)
+{
+    static const QStringList known{u"单词"_s, u"生词"_s, u"词"_s, u"英文"_s, u"正面"_s, u"word"_s, u"words"_s,
+        u"headword"_s, u"term"_s, u"english"_s, u"expression"_s, u"front"_s};
+    for (qsizetype i = 0; i < headings.size(); ++i) {
+        if (known.contains(trimmedSpace(headings[i]).toLower()))
+            return i;
+    }
+    return std::nullopt;
+}
+
+/// Without what an export puts in front of a text that a spreadsheet could take for a formula.
+QString wordOf(const QString &cell)
+{
+    const bool isGuarded = cell.size() > 1 && cell.startsWith(u'\'') && u"=+-@"_s.contains(cell[1]);
+    return withoutControls((isGuarded ? cell.mid(1) : cell).simplified()).simplified();
+}
+
+bool isWord(const QString &text)
+{
+    return std::ranges::any_of(text, [](QChar c) { return c.isLetter(); })
+        && characterCount(text) <= longestWord;
+}
+
+class Collector {
+public:
+    void take(const QString &cell)
+    {
+        const QString word = wordOf(cell);
+        if (word.isEmpty())
+            return;
+        if (!isWord(word)) {
+            ++m_words.skipped;
+        } else if (const QString key = word.toLower(); !m_seen.contains(key)) {
+            m_seen.insert(key);
+            m_words.words.append(word);
+        }
+        if (m_words.words.size() > mostWords)
+            throw Failure(u"一次最多导入 %1 个词"_s.arg(mostWords));
+    }
+
+    Words words() && { return std::move(m_words); }
+
+private:
+    QSet<QString> m_seen;
+    Words m_words;
+};
+
+} // namespace
+
+Words parse(QByteArrayView bytes)
+{
+    if (bytes.size() > largestFile)
+        throw Failure(u"这个文件太大，不像是词表"_s);
+    const QString text = textOf(bytes);
+    const QChar separator = separatorOf(text);
+    Rows rows(text, separator);
+    Collector collector;
+    std::optional<qsizetype> column;
+    bool isFirst = separator != noSeparator;
+    while (!rows.isAtEnd()) {
+        QStringList row = rows.next();
+        const bool isAnkiHeading = row.first().startsWith(u"#columns:"_s);
+        if (isAnkiHeading)
+            row.first().remove(u"#columns:"_s);
+        const bool isHeading = isAnkiHeading || (isFirst && !isRemark(row) && columnOfWords(row));
+        if (isHeading)
+            column = columnOfWords(row);
+        else if (!isRemark(row))
+            collector.take(row.value(column.value_or(0)));
+        isFirst = isFirst && isRemark(row);
+    }
+    return std::move(collector).words();
+}
+
+Words read(const QString &file)
+{
+    const QFileInfo info(file);
+    if (!info.isFile())
+        throw Failure(u"找不到文件 "_s + file);
+    if (info.size() > largestFile)
+        throw Failure(u"这个文件太大，不像是词表"_s);
+    const auto bytes = readFile(file);
+    if (!bytes)
+        throw Failure(u"读不了文件 "_s + file);
+    Words words = parse(*bytes);
+    if (words.words.isEmpty())
+        throw Failure(u"这个文件里没有找到单词"_s);
+    return words;
+}
+
+QString addedText(const Words &words, qsizetype waiting)
+{
+    QString text = u"%1 个词等着查"_s.arg(waiting);
+    if (const qsizetype known = words.words.size() - waiting; known > 0)
+        text += u"，%1 个已经在生词本里"_s.arg(known);
+    if (words.skipped > 0)
+        text += u"，跳过 %1 行不是单词的内容"_s.arg(words.skipped);
+    return text;
+}
+
+} // namespace nimbrelle::WordsFile

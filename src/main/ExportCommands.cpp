@@ -1,0 +1,97 @@
+#include "main/ExportCommands.h"
+
+#include "export/BackupMerge.h"
+#include "export/ExportFile.h"
+#include "export/WordImport.h"
+#include "export/WordsFile.h"
+#include "frame/Failure.h"
+#include "main/Services.h"
+
+#include <QCoro/QCoroSignal>
+#include <QDir>
+#include <QTextStream>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbrelle {
+
+namespace {
+
+template <class Routine> int reporting(QTextStream &out, const Routine &routine)
+{
+    try {
+        routine();
+        return 0;
+    } catch (const Failure &failure) {
+        out << failure.text() << Qt::endl;
+        return 1;
+    }
+}
+
+void printPlan(const BackupPlan &plan, QTextStream &out)
+{
+    for (const QString &line : plan.lines())
+        out << line << Qt::endl;
+}
+
+} // namespace
+
+QString givenPath(const QString &value, QTextStream &)
+{
+    return value.isEmpty() ? value : QDir::current().absoluteFilePath(value);
+}
+
+QCoro::Task<int> exportData(ExportKind kind, OptionRun run)
+{
+    Services &services = run.services;
+    co_return reporting(run.out, [&] {
+        const ExportSource source{.paths = services.paths(),
+            .words = services.words().entries(),
+            .config = services.config().config(),
+            .now = services.clock().now()};
+        run.out << exportTo(run.value, kind, source) << Qt::endl;
+    });
+}
+
+QCoro::Task<int> checkBackup(OptionRun run)
+{
+    Services &services = run.services;
+    co_return reporting(run.out, [&] {
+        const Backup::Content backup = Backup::read(run.value);
+        BackupPlan plan = mergeOf(services.words().snapshot(), backup).plan;
+        plan.coachDays = services.coachHistory().missing(backup.coach).size();
+        printPlan(plan, run.out);
+    });
+}
+
+QCoro::Task<int> importBackup(OptionRun run)
+{
+    Services &services = run.services;
+    co_return reporting(run.out, [&] {
+        const Backup::Content backup = Backup::read(run.value);
+        const BackupMerge merge = mergeOf(services.words().snapshot(), backup);
+        const BackupPlan done = bringBack(merge, backup.coach, services.words(), services.coachHistory());
+        printPlan(done, run.out);
+        if (!done.changesNothing())
+            run.out << done.resultText() << Qt::endl;
+    });
+}
+
+QCoro::Task<int> importWords(OptionRun run)
+{
+    WordImport &import = run.services.wordImport();
+    const QMetaObject::Connection printing = QObject::connect(&import, &WordImport::wordSettled, &import,
+        [&run](const QString &line) { run.out << line << Qt::endl; });
+    const int unread = reporting(run.out, [&] {
+        const WordsFile::Words list = WordsFile::read(run.value);
+        run.out << WordsFile::addedText(list, import.add(list.words)) << Qt::endl;
+    });
+    while (unread == 0 && import.state() == WordImport::State::looking)
+        co_await qCoro(&import, &WordImport::changed);
+    QObject::disconnect(printing);
+    if (unread == 0 && import.total() > 0)
+        run.out << import.statusText() << Qt::endl;
+    co_return unread == 0 && import.state() == WordImport::State::idle ? 0 : 1;
+}
+
+} // namespace nimbrelle
