@@ -3,6 +3,9 @@
 #include "frame/Timestamp.h"
 
 #include <QHash>
+#include <QTimeZone>
+
+#include <optional>
 
 namespace nimbrelle {
 
@@ -19,13 +22,19 @@ struct LocalTime {
 /// task.
 class LocalTimes {
 public:
+    /// In the zone of the system.
+    LocalTimes() = default;
+    explicit LocalTimes(const QTimeZone &zone) : m_zone(zone) { }
+
     LocalTime at(Timestamp time);
 
 private:
     using Offset = std::chrono::seconds;
 
     Offset offsetAt(Timestamp time);
+    Offset systemOffsetAt(Timestamp time) const;
 
+    std::optional<QTimeZone> m_zone;
     /// By day of UTC since the epoch; absent where the offset changes within the day.
     QHash<qint64, std::optional<Offset>> m_offsets;
 };
