@@ -14,26 +14,34 @@ namespace {
 
 constexpr qsizetype shownWords = 3;
 
+/// A picture of a few answers would look as if they said something.
+bool isDrawn(const RecallBand &band)
+{
+    return band.verdict() != RecallBand::Verdict::tooFew;
+}
+
 /// Where the scale of the shares begins: at a round tenth, so that differences near 1 can be seen.
 double scaleStart(const QList<RecallBand> &bands)
 {
     double least = 1;
-    for (const RecallBand &band : bands)
-        least = std::min({least, band.low, band.predicted});
+    for (const RecallBand &band : bands) {
+        if (isDrawn(band))
+            least = std::min({least, band.low, band.predicted});
+    }
     return std::clamp(std::floor(least * 10) / 10, 0.0, 0.9);
 }
 
 QString bandItem(const RecallBand &band, double from)
 {
     const QString numbers = u"估计 %1；%2"_s.arg(percent(band.predicted), observedText(band));
-    const charts::Share share{.title = u"当时能记 %1 的词：%2"_s.arg(stabilityText(band), numbers),
+    const charts::Share share{.title = u"%1：%2"_s.arg(stabilityText(band), numbers),
         .from = from,
         .low = band.low,
         .high = band.high,
         .seen = band.observed(),
         .expected = band.predicted};
-    return u"<b>当时能记 "_s + stabilityText(band) + u"</b>"_s + paragraph(numbers) + charts::share(share)
-        + note(verdictText(band.verdict()));
+    return u"<b>"_s + stabilityText(band) + u"</b>"_s + paragraph(numbers)
+        + (isDrawn(band) ? charts::share(share) : QString()) + note(verdictText(band.verdict()));
 }
 
 QString shareKey(double from)

@@ -63,7 +63,8 @@ blockquote b,.chips b{color:var(--accent);font-weight:600}
 footer ul{padding-left:1.2rem}
 @media (max-width:30rem){body{padding:1.25rem .6rem}section{padding:.9rem}}
 @media print{html{background:#fff;color-scheme:light}body{max-width:none;padding:0;font-size:11pt}
-section{background:none;break-inside:avoid;margin:.8rem 0}h2,h3,figcaption{break-after:avoid}
+section{background:none;border-width:1px 0 0;border-radius:0;padding:.8rem 0;margin:.8rem 0}
+h2,h3,figcaption{break-after:avoid}th,td{padding:.1rem .4rem}summary{list-style:none}
 figure,blockquote,li,tr{break-inside:avoid}
 details::details-content{content-visibility:visible;block-size:auto}
 *{-webkit-print-color-adjust:exact;print-color-adjust:exact}

@@ -53,10 +53,10 @@ QString percent(double share)
 QString stabilityText(const RecallBand &band)
 {
     if (band.from <= 0)
-        return u"不到 "_s + number(band.to) + u" 天"_s;
+        return u"能记不到 "_s + number(band.to) + u" 天的词"_s;
     if (std::isinf(band.to))
-        return number(band.from) + u" 天以上"_s;
-    return number(band.from) + u" 到 "_s + number(band.to) + u" 天"_s;
+        return u"能记 "_s + number(band.from) + u" 天以上的词"_s;
+    return u"能记 "_s + number(band.from) + u" 到 "_s + number(band.to) + u" 天的词"_s;
 }
 
 QString observedText(const RecallBand &band)

@@ -14,7 +14,7 @@ QString dayText(std::chrono::local_days day); ///< 2026 年 11 月 23 日
 QString shortDayText(std::chrono::local_days day); ///< 11 月 23 日
 QString monthText(std::chrono::year_month month); ///< 2026 年 11 月
 QString percent(double share); ///< 93%
-/// How long words of a band hold, such as 7 到 30 天.
+/// The words of a band, such as 能记 7 到 30 天的词.
 QString stabilityText(const RecallBand &band);
 /// What was seen of a band, in words where the numbers are small.
 QString observedText(const RecallBand &band);

@@ -100,7 +100,7 @@ QString stagesFigure(const QList<GrowthMonth> &months)
                                  .arg(stages.resting));
         names.append(monthText(month.month));
     }
-    return figure(u"月底的词数"_s, columns, ends(names))
+    return figure(u"月底的词数，最后一格是今天"_s, columns, ends(names))
         + key({{"good", u"掌握（最下面）"_s}, {"leaf", u"在学（中间）"_s}, {"plain", u"休息（最上面）"_s}});
 }
 
@@ -128,7 +128,7 @@ QString stagesNotes(const GrowthReport &report)
     QString text;
     if (report.logSince)
         text +=
-            u"以前的月份按学习记录推算，记录从 %1 开始；一次休息按七天算。"_s.arg(dayText(*report.logSince));
+            u"以前的月份按学习记录推算，记录从 %1开始；一次休息按七天算。"_s.arg(dayText(*report.logSince));
     if (report.growth.untraced > 0)
         text += u"有 %1 个词的经过记录不全，只算在最后一个月里。"_s.arg(report.growth.untraced);
     if (report.gone > 0)

@@ -5,6 +5,7 @@
 #include "review/views/ReviewView.h"
 #include "settings/views/SettingsView.h"
 #include "shell/views/FollowDesktop.h"
+#include "shell/views/GrowthGroup.h"
 #include "shell/views/StatusPictures.h"
 #include "shell/views/TrayIcon.h"
 #include "sync/PinnedTransport.h"
@@ -54,6 +55,7 @@ Desktop::Desktop(Services &services, const Platform &platform)
     , m_excluded(services.config(), m_platform.installed)
     , m_connection(services.config(), services.sync(), services.clock(), &PinnedTransport::open, &copySecret)
     , m_addWord(services.config(), services.words(), services.newAI())
+    , m_growthGenerator(services.paths(), QCoreApplication::applicationFilePath(), services.clock())
     , m_popup(m_theme)
     , m_statusItem(QDBusConnection::sessionBus(), statusArt(), statusViews())
     , m_windows(m_theme, windowTable(),
@@ -166,6 +168,7 @@ QWidget *Desktop::makeSettings()
             },
         .keptFiles = [this] { return DamagedFiles::keptIn(m_services.paths().supportDir); },
         .makeSyncGroup = [this] { return makeSyncGroup(); },
+        .makeGrowthGroup = [this] { return new GrowthGroup(m_theme, m_growthGenerator); },
         .configPath = m_services.paths().config,
     });
     QObject::connect(view, &SettingsView::offerChosen, &m_statusItem, &StatusItem::chosen);

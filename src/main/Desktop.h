@@ -13,6 +13,7 @@
 #include "settings/KeyTest.h"
 #include "settings/PermissionModel.h"
 #include "shell/AppDelegate.h"
+#include "shell/GrowthGenerator.h"
 #include "shell/views/DesktopWindows.h"
 #include "shell/views/StatusPopup.h"
 #include "sync/SyncConnection.h"
@@ -59,6 +60,7 @@ private:
     ExcludedApplications m_excluded;
     SyncConnection m_connection;
     AddWordModel m_addWord;
+    GrowthGenerator m_growthGenerator;
 
     StatusPopup m_popup;
     LinuxStatusItem m_statusItem;

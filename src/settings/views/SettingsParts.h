@@ -35,6 +35,8 @@ struct SettingsParts {
     std::function<QStringList()> keptFiles;
     /// The group about syncing; the page takes it over.
     std::function<QWidget *()> makeSyncGroup;
+    /// The group about the growth archive, made anew with each page; without one there is no such section.
+    std::function<QWidget *()> makeGrowthGroup = {};
     QString configPath; ///< of the file that the settings are kept in
 
     template <class Change> void change(Change change) const

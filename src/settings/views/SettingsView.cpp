@@ -147,6 +147,8 @@ QWidget *SettingsView::makePage()
     m_sections = {m_offers, m_permissions, makeKeySection(m_parts, m_isAdvancedOpen), m_start,
         makeLookupSection(m_parts), makeStudySection(m_parts), makeNotebookSection(),
         makeSection(theme, u"同步"_s, m_sync), m_exclusions};
+    if (m_parts.makeGrowthGroup)
+        m_sections.append(makeSection(theme, u"数据"_s, m_parts.makeGrowthGroup()));
     for (QWidget *section : std::as_const(m_sections))
         column->addWidget(section);
     column->addStretch();
