@@ -42,6 +42,8 @@ private:
 /// The parts of a report.
 namespace growth {
 
+/// The day of a day key; absent for what is none.
+std::optional<std::chrono::local_days> dayOfKey(const QString &key);
 GrowthMonths byMonth(const GrowthHistory &history);
 /// The earliest day of which the notebook or the log knows.
 std::optional<std::chrono::local_days> since(const GrowthHistory &history);

@@ -25,7 +25,8 @@ Timestamp startOf(local_days day, const QTimeZone &zone)
 
 class Notebook {
 public:
-    Notebook(const QList<WordEntry> &words, const AppConfig &config) : m_words(words), m_config(config)
+    Notebook(const QList<WordEntry> &words, const AppConfig &config, const QTimeZone &zone)
+        : m_words(words), m_config(config), m_zone(zone)
     {
         for (qsizetype i = 0; i < m_words.size(); ++i)
             m_positions.insert(m_words[i].id, i);
@@ -33,7 +34,8 @@ public:
 
     void fillSlots(qint64 newLearned, Timestamp at)
     {
-        const SlotPlan plan = planSlots(m_words, m_config, newLearned, 0, at);
+        const SlotPlan plan = planSlots(
+            m_words, m_config, newLearned, 0, at, [this](const QString &key) { return midnightOf(key); });
         for (const qsizetype i : plan.waking)
             WordChanges::wake(m_words[i], at);
         for (const qsizetype i : plan.leaving)
@@ -51,8 +53,21 @@ public:
     WordEntry &word(const QUuid &id) { return m_words[m_positions.value(id)]; }
 
 private:
+    /// Each key is read once for all days.
+    std::optional<Timestamp> midnightOf(const QString &key)
+    {
+        auto known = m_midnights.constFind(key);
+        if (known == m_midnights.constEnd()) {
+            const auto day = dayOfKey(key);
+            known = m_midnights.insert(key, day ? std::optional(startOf(*day, m_zone)) : std::nullopt);
+        }
+        return *known;
+    }
+
     QList<WordEntry> m_words;
     const AppConfig &m_config;
+    const QTimeZone m_zone;
+    QHash<QString, std::optional<Timestamp>> m_midnights;
     QHash<QUuid, qsizetype> m_positions;
 };
 
@@ -61,7 +76,7 @@ private:
 GrowthLoad load(const GrowthSource &source, Timestamp now, const QTimeZone &zone)
 {
     GrowthLoad load;
-    Notebook notebook(source.words, source.config);
+    Notebook notebook(source.words, source.config, zone);
     const local_days today = LocalTimes(zone).at(now).day;
     const Timestamp thisMorning = startOf(today, zone);
     for (int i = 0; i < shownDays; ++i) {

@@ -21,15 +21,6 @@ year_month monthOf(local_days day)
     return date.year() / date.month();
 }
 
-/// The key of a day, as its month. The keys were made in the zone of their day.
-std::optional<local_days> dayOfKey(const QString &key)
-{
-    const QDate date = QDate::fromString(key, Qt::ISODate);
-    if (!date.isValid())
-        return std::nullopt;
-    return local_days{days{date.toJulianDay() - QDate(1970, 1, 1).toJulianDay()}};
-}
-
 struct StageChange {
     local_days day;
     Stage stage = Stage::seen;
@@ -155,6 +146,14 @@ void countStages(QList<GrowthMonth> &rows, const QList<StageChange> &changes)
 }
 
 } // namespace
+
+std::optional<local_days> dayOfKey(const QString &key)
+{
+    const QDate date = QDate::fromString(key, Qt::ISODate);
+    if (!date.isValid())
+        return std::nullopt;
+    return local_days{days{date.toJulianDay() - QDate(1970, 1, 1).toJulianDay()}};
+}
 
 std::optional<std::chrono::local_days> since(const GrowthHistory &history)
 {

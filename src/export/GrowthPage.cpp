@@ -58,11 +58,11 @@ QString footer(const GrowthReport &report)
 
 QByteArray growthPage(const GrowthReport &report)
 {
-    QString html = u"<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\">\n"
-                   "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+    QString html = u"<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\"/>\n"
+                   "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n"
                    "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src "
-                   "'unsafe-inline'\">\n"
-                   "<meta name=\"color-scheme\" content=\"light dark\">\n<title>成长档案</title>\n<style>"_s
+                   "'unsafe-inline'\"/>\n"
+                   "<meta name=\"color-scheme\" content=\"light dark\"/>\n<title>成长档案</title>\n<style>"_s
         + growthStyle + u"</style>\n</head>\n<body>\n<header>\n<h1>成长档案</h1>\n"_s
         + note(u"写于 "_s + dayText(report.today));
     html += report.since ? lead(report) + u"</header>\n<main>\n"_s + sections(report)
