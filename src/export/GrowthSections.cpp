@@ -128,7 +128,7 @@ QString recallSection(const GrowthRecall &recall)
     QString html =
         paragraph(u"每次复习前，程序都估过一个词这时还想得起来的可能。下面把估计的和真的想起来的放在一起，"
                   u"按词当时能记多久分开。"_s)
-        + shareKey(from) + list(u"bands"_s, items)
+        + (std::ranges::any_of(recall.bands, isDrawn) ? shareKey(from) : QString()) + list(u"bands"_s, items)
         + note(u"一共 %1 次回答，都隔了一天以上；不是「没想起来」就算想起来了。"_s.arg(recall.answers));
     if (recall.untraced > 0)
         html += note(u"另有 %1 次回答，词的经过记录不全，没有算。"_s.arg(recall.untraced));

@@ -34,7 +34,8 @@ svg.length{height:.6rem}
 .seen{stroke:var(--ink);stroke-width:4;vector-effect:non-scaling-stroke}
 .guess{stroke:var(--ink2);stroke-width:2;stroke-dasharray:3 3;vector-effect:non-scaling-stroke}
 .axis{display:flex;justify-content:space-between;gap:.5rem}
-.weeks span{flex:1 1 0}
+.axis :last-child{text-align:right}
+.weeks span{flex:1 1 0}.weeks :last-child{text-align:left}
 .key{display:flex;flex-wrap:wrap;gap:.2rem 1rem;list-style:none;padding:0;margin:.6rem 0 0}
 .key i{display:inline-block;width:.8em;height:.8em;border-radius:.2em;margin-right:.4em}
 i.leaf{background:var(--leaf)}i.good{background:var(--good)}i.plain{background:var(--strong)}

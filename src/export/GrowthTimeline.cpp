@@ -14,12 +14,12 @@ namespace {
 using charts::Layer;
 
 /// Few columns are not drawn as wide as a page.
-QString figure(const QString &caption, const charts::Columns &columns, const QString &axis)
+QString figure(const QString &caption, const charts::Columns &columns, const QString &below)
 {
     const qsizetype width = std::max<qsizetype>(4, columns.names.size()) * 4;
     return u"<figure style=\"max-width:%1rem\">"_s.arg(width) + u"<figcaption><b>"_s + caption
         + u"</b><span>最高 "_s + QString::number(charts::highest(columns.layers)) + u"</span></figcaption>"_s
-        + charts::columns(columns) + axis + u"</figure>\n"_s;
+        + charts::columns(columns) + below + u"</figure>\n"_s;
 }
 
 QString ends(const QStringList &names)
