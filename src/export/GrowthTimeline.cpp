@@ -100,8 +100,10 @@ QString stagesFigure(const QList<GrowthMonth> &months)
                                  .arg(stages.resting));
         names.append(monthText(month.month));
     }
-    return figure(u"月底的词数，最后一格是今天"_s, columns, ends(names))
-        + key({{"good", u"掌握（最下面）"_s}, {"leaf", u"在学（中间）"_s}, {"plain", u"休息（最上面）"_s}});
+    return figure(u"月底的词数，最后一格是今天"_s, columns,
+        ends(names)
+            + key({{"good", u"掌握（最下面）"_s}, {"leaf", u"在学（中间）"_s},
+                {"plain", u"休息（最上面）"_s}}));
 }
 
 QString stagesTable(const QList<GrowthMonth> &months)
@@ -154,8 +156,8 @@ QString loadFigure(const GrowthLoad &load)
         columns.names.append(
             u"%1：复习 %2，新学 %3"_s.arg(shortDayText(day.day)).arg(day.due).arg(day.fresh));
     }
-    return figure(u"每天的题数"_s, columns, weeksAxis(load))
-        + key({{"leaf", u"到期的复习"_s}, {"plain", u"头一回考的新词（上面）"_s}});
+    return figure(u"每天的题数"_s, columns,
+        weeksAxis(load) + key({{"leaf", u"到期的复习"_s}, {"plain", u"头一回考的新词（上面）"_s}}));
 }
 
 QString weeksTable(const GrowthLoad &load)
