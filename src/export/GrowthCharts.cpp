@@ -10,7 +10,8 @@ namespace {
 
 constexpr double fullHeight = 100;
 constexpr double step = 10;
-constexpr double columnWidth = 7;
+constexpr double widestColumn = 7;
+constexpr qsizetype fewColumns = 4; // fewer are drawn narrower, or they would look like walls
 constexpr double leastHeight = 2; // so that one can be told from none
 
 QString number(double value)
@@ -45,6 +46,8 @@ qint64 total(const QList<Layer> &layers, qsizetype column)
 QString column(const Columns &columns, qsizetype at, qint64 top)
 {
     QString parts;
+    const auto count = static_cast<double>(std::min(columns.names.size(), fewColumns));
+    const double width = widestColumn * count / static_cast<double>(fewColumns);
     double y = fullHeight;
     for (const Layer &layer : columns.layers) {
         const qint64 value = layer.values.value(at);
@@ -53,8 +56,8 @@ QString column(const Columns &columns, qsizetype at, qint64 top)
         const double height =
             std::max(leastHeight, fullHeight * static_cast<double>(value) / static_cast<double>(top));
         y -= height;
-        parts += rect(QString::fromLatin1(layer.style),
-            static_cast<double>(at) * step + (step - columnWidth) / 2, y, columnWidth, height);
+        parts += rect(QString::fromLatin1(layer.style), static_cast<double>(at) * step + (step - width) / 2,
+            y, width, height);
     }
     return u"<g>"_s + titled(columns.names.value(at)) + parts + u"</g>"_s;
 }

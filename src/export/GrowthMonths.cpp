@@ -85,7 +85,7 @@ public:
 
     qsizetype indexOf(local_days day) const
     {
-        return std::clamp<qsizetype>((monthOf(day) - m_first).count() + 1, 0, m_count);
+        return std::clamp<qsizetype>((monthOf(day) - m_first).count() + 1, hasEarlier() ? 0 : 1, m_count);
     }
     GrowthMonth &of(local_days day) { return m_rows[indexOf(day)]; }
     QList<GrowthMonth> &all() { return m_rows; }

@@ -21,7 +21,8 @@ p{margin:.4rem 0}
 section{background:var(--surface);border:1px solid var(--border);border-radius:.75rem;padding:1.25rem;margin:1.25rem 0}
 .lead{font-size:1.1rem}
 .note,footer,summary,figcaption,.axis,.key{color:var(--ink2);font-size:.875rem}
-figure{margin:1rem 0 0}
+figure{margin:1rem 0 0;width:100%}
+.figures{display:flex;flex-wrap:wrap;gap:0 1.5rem}
 figcaption{display:flex;flex-wrap:wrap;justify-content:space-between;gap:0 1rem}
 figcaption b{color:var(--ink)}
 svg{display:block;width:100%}

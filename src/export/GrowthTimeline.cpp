@@ -16,7 +16,7 @@ using charts::Layer;
 /// Few columns are not drawn as wide as a page.
 QString figure(const QString &caption, const charts::Columns &columns, const QString &below)
 {
-    const qsizetype width = std::max<qsizetype>(4, columns.names.size()) * 4;
+    const qsizetype width = std::max<qsizetype>(3, columns.names.size()) * 4;
     return u"<figure style=\"max-width:%1rem\">"_s.arg(width) + u"<figcaption><b>"_s + caption
         + u"</b><span>最高 "_s + QString::number(charts::highest(columns.layers)) + u"</span></figcaption>"_s
         + charts::columns(columns) + below + u"</figure>\n"_s;
@@ -192,9 +192,10 @@ QString monthsSection(const GrowthReport &report)
     if (months.size() == 1 && !report.growth.earlier) {
         html = onlyMonth(months.first());
     } else {
-        html = monthsFigure(months, u"遇到"_s, "leaf", &GrowthMonth::met, u"遇到的词数"_s)
+        html = u"<div class=\"figures\">\n"_s
+            + monthsFigure(months, u"遇到"_s, "leaf", &GrowthMonth::met, u"遇到的词数"_s)
             + monthsFigure(months, u"留下"_s, "plain", &GrowthMonth::kept, u"存下来的词数"_s)
-            + monthsFigure(months, u"记牢"_s, "good", &GrowthMonth::settled, u"记牢的词数"_s)
+            + monthsFigure(months, u"记牢"_s, "good", &GrowthMonth::settled, u"记牢的词数"_s) + u"</div>\n"_s
             + folded(u"逐月的数字"_s, monthsTable(report.growth));
     }
     html += note(u"同一个词一个月里遇到几次都算一个；记牢是指第一次升到「掌握」。"_s);
