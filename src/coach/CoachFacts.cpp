@@ -3,7 +3,6 @@
 #include "coach/FactPieces.h"
 #include "frame/ConfigStore.h"
 #include "frame/DayKey.h"
-#include "frame/RecordCodec.h"
 #include "notebook/WordStore.h"
 
 namespace nimbrelle {
