@@ -19,7 +19,8 @@ std::optional<LogKind> kindOf(const LearningLog::Event &event)
 
 } // namespace
 
-ActivityLog::ActivityLog(const QList<LearningLog::Event> &events, Timestamp now) : m_now(m_localTimes.at(now))
+ActivityLog::ActivityLog(const QList<LearningLog::Event> &events, Timestamp now, LocalTimes localTimes)
+    : m_localTimes(std::move(localTimes)), m_now(m_localTimes.at(now))
 {
     m_entries.reserve(events.size());
     for (const LearningLog::Event &event : events) {

@@ -21,7 +21,7 @@ struct Activity {
 /// for each text; no operation costs more than a pass over the events.
 class ActivityLog {
 public:
-    ActivityLog(const QList<LearningLog::Event> &events, Timestamp now);
+    ActivityLog(const QList<LearningLog::Event> &events, Timestamp now, LocalTimes localTimes = {});
 
     const LocalTime &now() const { return m_now; }
     /// The day keys of all events.

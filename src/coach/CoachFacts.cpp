@@ -3,7 +3,6 @@
 #include "coach/FactPieces.h"
 #include "frame/ConfigStore.h"
 #include "frame/DayKey.h"
-#include "frame/RecordCodec.h"
 #include "notebook/WordStore.h"
 
 namespace nimbrelle {
@@ -27,14 +26,7 @@ CoachFacts::CoachFacts(const WordStore &words, const ConfigStore &config, const 
 
 QList<LearningLog::Event> CoachFacts::events() const
 {
-    const QStringList lines = m_log.readLines();
-    QList<LearningLog::Event> events;
-    events.reserve(lines.size());
-    for (const QString &line : lines) {
-        if (const auto event = decode<LearningLog::Event>(line.toUtf8()))
-            events.append(*event);
-    }
-    return events;
+    return m_log.events();
 }
 
 QString CoachFacts::build(Timestamp now) const

@@ -6,17 +6,7 @@
 
 namespace nimbrelle {
 
-namespace {
-
 using namespace std::chrono;
-
-seconds systemOffsetAt(Timestamp time)
-{
-    const qint64 sinceEpoch = floor<milliseconds>(time.time_since_epoch()).count();
-    return seconds{QDateTime::fromMSecsSinceEpoch(sinceEpoch).offsetFromUtc()};
-}
-
-} // namespace
 
 LocalTime LocalTimes::at(Timestamp time)
 {
@@ -37,6 +27,14 @@ LocalTimes::Offset LocalTimes::offsetAt(Timestamp time)
         known = m_offsets.insert(day, first == last ? std::optional(first) : std::nullopt);
     }
     return *known ? **known : systemOffsetAt(time);
+}
+
+LocalTimes::Offset LocalTimes::systemOffsetAt(Timestamp time) const
+{
+    const qint64 sinceEpoch = floor<milliseconds>(time.time_since_epoch()).count();
+    const QDateTime moment = m_zone ? QDateTime::fromMSecsSinceEpoch(sinceEpoch, *m_zone)
+                                    : QDateTime::fromMSecsSinceEpoch(sinceEpoch);
+    return seconds{moment.offsetFromUtc()};
 }
 
 } // namespace nimbrelle

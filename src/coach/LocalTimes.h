@@ -3,6 +3,9 @@
 #include "frame/Timestamp.h"
 
 #include <QHash>
+#include <QTimeZone>
+
+#include <optional>
 
 namespace nimbrelle {
 
@@ -21,11 +24,18 @@ class LocalTimes {
 public:
     using Offset = std::chrono::seconds;
 
+    /// In the zone of the system.
+    LocalTimes() = default;
+    explicit LocalTimes(const QTimeZone &zone) : m_zone(zone) { }
+
     LocalTime at(Timestamp time);
     /// Of the zone from UTC.
     Offset offsetAt(Timestamp time);
 
 private:
+    Offset systemOffsetAt(Timestamp time) const;
+
+    std::optional<QTimeZone> m_zone;
     /// By day of UTC since the epoch; absent where the offset changes within the day.
     QHash<qint64, std::optional<Offset>> m_offsets;
 };

@@ -1,12 +1,12 @@
 #include "export/WordImport.h"
 
 #include "ai/AIError.h"
-#include "ai/TransportError.h"
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
 #include "frame/RecordFile.h"
 #include "frame/Text.h"
+#include "http/TransportError.h"
 #include "notebook/Explanation.h"
 #include "notebook/PageSource.h"
 #include "notebook/WordStore.h"

@@ -6,6 +6,7 @@
 #include "review/views/ReviewView.h"
 #include "settings/views/SettingsView.h"
 #include "shell/views/FollowDesktop.h"
+#include "shell/views/GrowthRow.h"
 #include "shell/views/StatusPictures.h"
 #include "shell/views/TrayIcon.h"
 #include "sync/PinnedTransport.h"
@@ -62,6 +63,7 @@ Desktop::Desktop(Services &services, const Platform &platform)
           .wordImport = services.wordImport(),
           .clock = services.clock(),
           .background = m_background})
+    , m_growthGenerator(services.paths(), QCoreApplication::applicationFilePath(), services.clock())
     , m_popup(m_theme)
     , m_statusItem(QDBusConnection::sessionBus(), statusArt(), statusViews())
     , m_windows(m_theme, windowTable(),
@@ -197,7 +199,9 @@ QWidget *Desktop::makeSyncGroup()
 QWidget *Desktop::makeDataGroup()
 {
     return new DataSection(
-        {.theme = m_theme, .exchange = m_exchange, .wordImport = m_services.wordImport(), .moreRows = {}});
+        {.theme = m_theme, .exchange = m_exchange, .wordImport = m_services.wordImport(), .moreRows = [this] {
+             return QList<FormRow *>{new GrowthRow(m_theme, m_growthGenerator)};
+         }});
 }
 
 QWidget *Desktop::makeWords()

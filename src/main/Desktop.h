@@ -15,6 +15,7 @@
 #include "settings/KeyTest.h"
 #include "settings/PermissionModel.h"
 #include "shell/AppDelegate.h"
+#include "shell/GrowthGenerator.h"
 #include "shell/views/DesktopWindows.h"
 #include "shell/views/StatusPopup.h"
 #include "sync/SyncConnection.h"
@@ -64,6 +65,7 @@ private:
     AddWordModel m_addWord;
     ThreadBackground m_background;
     DataExchange m_exchange;
+    GrowthGenerator m_growthGenerator;
 
     StatusPopup m_popup;
     LinuxStatusItem m_statusItem;

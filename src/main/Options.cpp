@@ -1,6 +1,8 @@
 #include "ai/AIClient.h"
 #include "coach/CoachFacts.h"
 #include "export/ExportFile.h"
+#include "export/GrowthFiles.h"
+#include "export/GrowthPage.h"
 #include "frame/DayKey.h"
 #include "frame/Failure.h"
 #include "main/CommandLine.h"
@@ -151,6 +153,23 @@ QCoro::Task<int> coachAI(OptionRun run)
     co_return 0;
 }
 
+QCoro::Task<int> growthArchive(const OptionRun &run)
+{
+    Services &services = run.services;
+    try {
+        const Timestamp now = services.clock().now();
+        const GrowthSource source =
+            readGrowthSource(services.paths(), services.log(), services.config().config(), now);
+        const GrowthReport report = makeGrowthReport(source, now, QTimeZone::systemTimeZone());
+        writeGrowthPage(run.value, growthPage(report), services.paths());
+    } catch (const Failure &failure) {
+        run.out << failure.text() << Qt::endl;
+        return finished(1);
+    }
+    run.out << u"成长档案写好了："_s << run.value << Qt::endl;
+    return finished(0);
+}
+
 std::vector<Option> makeTable()
 {
     return {
@@ -176,6 +195,7 @@ std::vector<Option> makeTable()
             .run = connectToServer,
             .writes = true,
             .meaning = givenCode},
+        {.name = u"--growth-archive"_s, .form = Form::value, .run = growthArchive},
         {.name = u"--selftest-fsrs"_s, .form = Form::flag, .run = printing(SelfTest::runFSRS)},
         {.name = u"--selftest-ask"_s, .form = Form::flag, .run = ask},
         {.name = u"--selftest-coach"_s, .form = Form::flag, .run = coach},

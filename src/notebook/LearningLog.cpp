@@ -66,6 +66,17 @@ QStringList LearningLog::readLines() const
     return lines;
 }
 
+QList<LearningLog::Event> LearningLog::events() const
+{
+    const QByteArray bytes = readFile(m_path).value_or(QByteArray());
+    QList<Event> events;
+    for (const QByteArrayView line : linesOf(bytes)) {
+        if (const auto event = decode<Event>(line))
+            events.append(*event);
+    }
+    return events;
+}
+
 LearningLog::Stamp LearningLog::stamp() const
 {
     const QFileInfo file(m_path);

@@ -59,6 +59,9 @@ public:
     /// are left out.
     QStringList readLines() const;
 
+    /// The events among them, in file order.
+    QList<Event> events() const;
+
     /// Differs after every change of the file. Found without reading it.
     struct Stamp {
         qint64 size = 0;

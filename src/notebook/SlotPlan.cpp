@@ -53,20 +53,13 @@ bool mayJoin(const WordEntry &entry, const AppConfig &config, Timestamp now)
     return isAwake && !entry.isSpellPractice();
 }
 
-QList<qsizetype> candidates(const QList<WordEntry> &entries, const AppConfig &config, Timestamp now)
+QList<qsizetype> candidates(
+    const QList<WordEntry> &entries, const AppConfig &config, Timestamp now, const MidnightOf &midnightOf)
 {
-    QHash<QString, std::optional<Timestamp>> midnights; // local-day conversion is the hot spot
-    const auto midnight = [&midnights](const QString &day) {
-        auto known = midnights.constFind(day);
-        if (known == midnights.constEnd())
-            known = midnights.insert(day, DayKey::date(day));
-        return *known;
-    };
-
     QList<std::pair<double, qsizetype>> ranked;
     for (qsizetype i = 0; i < entries.size(); ++i) {
         if (mayJoin(entries[i], config, now))
-            ranked.append({priorityOf(entries[i], config, now, midnight), i});
+            ranked.append({priorityOf(entries[i], config, now, midnightOf), i});
     }
     std::stable_sort(
         ranked.begin(), ranked.end(), [](const auto &a, const auto &b) { return a.first > b.first; });
@@ -110,6 +103,19 @@ QList<QUuid> SlotTrim::pick(const QList<WordEntry> &words, qint64 over)
 SlotPlan planSlots(
     const QList<WordEntry> &entries, const AppConfig &config, qint64 newLearned, qint64 extra, Timestamp now)
 {
+    QHash<QString, std::optional<Timestamp>> midnights; // local-day conversion is the hot spot
+    const auto midnight = [&midnights](const QString &day) {
+        auto known = midnights.constFind(day);
+        if (known == midnights.constEnd())
+            known = midnights.insert(day, DayKey::date(day));
+        return *known;
+    };
+    return planSlots(entries, config, newLearned, extra, now, midnight);
+}
+
+SlotPlan planSlots(const QList<WordEntry> &entries, const AppConfig &config, qint64 newLearned, qint64 extra,
+    Timestamp now, const MidnightOf &midnightOf)
+{
     SlotPlan plan;
     for (qsizetype i = 0; i < entries.size(); ++i) {
         if (isRestOver(entries[i], now))
@@ -124,7 +130,7 @@ SlotPlan planSlots(
         extra >= 1 ? extra : std::max<qint64>(0, saturatingSubtract(config.dailyNewLimit, newLearned));
     if (free < 1 || allowance < 1)
         return plan;
-    plan.joining = candidates(entries, config, now);
+    plan.joining = candidates(entries, config, now, midnightOf);
     plan.joining.resize(std::min<qint64>({free, allowance, plan.joining.size()}));
     return plan;
 }

@@ -27,4 +27,8 @@ struct SlotPlan {
 SlotPlan planSlots(
     const QList<WordEntry> &entries, const AppConfig &config, qint64 newLearned, qint64 extra, Timestamp now);
 
+/// The same for those who plan many days: the reading of day keys is handed in, as to priorityOf.
+SlotPlan planSlots(const QList<WordEntry> &entries, const AppConfig &config, qint64 newLearned, qint64 extra,
+    Timestamp now, const MidnightOf &midnightOf);
+
 } // namespace nimbrelle

@@ -109,8 +109,8 @@ double WordEntry::priority(const AppConfig &config, Timestamp now) const
     return priorityOf(*this, config, now, [](const QString &day) { return DayKey::date(day); });
 }
 
-double priorityOf(const WordEntry &entry, const AppConfig &config, Timestamp now,
-    const std::function<std::optional<Timestamp>(const QString &day)> &midnightOf)
+double priorityOf(
+    const WordEntry &entry, const AppConfig &config, Timestamp now, const MidnightOf &midnightOf)
 {
     constexpr double halfLifeDays = 14;
     const qsizetype noteCount = entry.notes ? entry.notes->size() : 0;

@@ -84,9 +84,12 @@ struct WordEntry {
     /// Higher means sooner into learning.
     double priority(const AppConfig &config, Timestamp now) const;
 };
+/// Reads a day key.
+using MidnightOf = std::function<std::optional<Timestamp>(const QString &day)>;
+
 /// As WordEntry::priority, with the reading of day keys handed in for those who rank many words at once.
-double priorityOf(const WordEntry &entry, const AppConfig &config, Timestamp now,
-    const std::function<std::optional<Timestamp>(const QString &day)> &midnightOf);
+double priorityOf(
+    const WordEntry &entry, const AppConfig &config, Timestamp now, const MidnightOf &midnightOf);
 
 template <Is<WordEntry> Record>
 inline constexpr auto fieldsOf<Record> = fields(field("id", &Record::id),

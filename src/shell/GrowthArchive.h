@@ -1,14 +1,14 @@
 #pragma once
 
+#include "shell/GrowthFolder.h"
+
 #include <QObject>
 #include <QProcess>
 
 namespace nimbrelle {
 
-class AppPaths;
-
-/// The report on the learner's growth, written by a generator that is no part of this program and may be
-/// missing. It stands in a folder beside that of the data files.
+/// The report on the learner's growth, written by a generator that may be missing or not be ours
+/// (GrowthGenerator).
 class GrowthArchive : public QObject {
     Q_OBJECT
 
@@ -17,13 +17,9 @@ public:
     /// Ends a generator that still runs.
     ~GrowthArchive() override;
 
-    QString script() const;
-    QString report() const;
-
-    /// Whether there is a generator that is the user's own: script and folders, none of them a link, belong
-    /// to the user, and neither a group nor others can write them. Any other could be somebody else's
-    /// program.
-    bool isInstalled() const;
+    QString script() const { return m_folder.script(); }
+    QString report() const { return m_folder.report(); }
+    bool isInstalled() const { return m_folder.hasOwnScript(); }
 
     bool isUpdating() const { return m_generator.state() != QProcess::NotRunning; }
 
@@ -36,7 +32,7 @@ signals:
     void updated();
 
 private:
-    const QString m_folder;
+    const GrowthFolder m_folder;
     QProcess m_generator;
 };
 

@@ -1,8 +1,11 @@
 #include "Programs.h"
 #include "frame/AppConfig.h"
+#include "frame/AppPaths.h"
+#include "frame/Clock.h"
 #include "frame/RecordFile.h"
 #include "notebook/LearningLog.h"
 #include "notebook/WordEntry.h"
+#include "shell/GrowthGenerator.h"
 #include "support/Printers.h"
 
 #include <QDir>
@@ -137,6 +140,38 @@ TEST_F(CommandLine, TouchesNoRealSettingsInItsChecks)
     EXPECT_EQ(stamped.lines().value(1), u"OK 复习设置会记下修改时间"_s);
     device({u"--selftest-config"_s});
     EXPECT_FALSE(readRecordFile<AppConfig>(device.path(u"config.json"_s))->studySettingsAt.isEmpty());
+}
+
+TEST_F(CommandLine, WritesTheGrowthArchiveByTheScriptThatTheSettingsInstall)
+{
+    const QTemporaryDir home;
+    const AppPaths paths(home.filePath(u"data"_s));
+    const GrowthGenerator generator(paths, QStringLiteral(NIMBRELLE_PROGRAM), SystemClock::shared());
+    generator.install();
+    const GrowthFolder folder(paths);
+    const QStringList environment{u"NIMBRELLE_DATA_DIR="_s + paths.supportDir, u"TZ=Asia/Shanghai"_s};
+    const auto generate = [&] {
+        return run(QString::fromLatin1(GrowthFolder::interpreter), {folder.script()}, environment);
+    };
+    EXPECT_EQ(generate().code, 0);
+    EXPECT_TRUE(readFile(folder.report()).value_or("").contains("还是一张白纸"));
+
+    QDir().mkpath(paths.supportDir);
+    WordEntry word;
+    word.id = QUuid::createUuid();
+    word.headword = u"reluctant"_s;
+    word.sourceKeys = QStringList{u"R&D"_s};
+    word.createdAt = SystemClock::shared().now();
+    ASSERT_TRUE(replaceFile(paths.words, *encode(QList<WordEntry>{word}, TextForm::file)));
+    const auto before = readFile(paths.words);
+    const Ended ended = generate();
+    EXPECT_EQ(ended.code, 0) << ended.errors.toStdString();
+    EXPECT_TRUE(readFile(folder.report()).value_or("").contains("R&amp;D"));
+    EXPECT_EQ(readFile(paths.words), before);
+
+    ASSERT_TRUE(replaceFile(paths.words, "[{"));
+    EXPECT_EQ(generate().code, 1) << "and the last report stays";
+    EXPECT_TRUE(readFile(folder.report()).value_or("").contains("R&amp;D"));
 }
 
 TEST_F(CommandLine, SyncsTwoDevicesThroughAServer)

@@ -1,7 +1,7 @@
 #include "export/WordImport.h"
 
 #include "ai/AIError.h"
-#include "ai/TransportError.h"
+#include "http/TransportError.h"
 #include "support/FakeAIClient.h"
 #include "support/Notebook.h"
 #include "support/Printers.h"

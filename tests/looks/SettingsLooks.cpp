@@ -1,7 +1,9 @@
 #include "looks/Looks.h"
 #include "settings/views/ApplicationChooser.h"
 #include "settings/views/SettingsStage.h"
+#include "shell/GrowthGenerator.h"
 #include "shell/StatusMenu.h"
+#include "shell/views/GrowthRow.h"
 
 #include <QDir>
 #include <QLayout>
@@ -66,6 +68,12 @@ void showSettings(const Look &look, const Show &show)
     ApplicationChooser chooser(stage.theme, stage.installed.applications);
     chooser.show();
     show(chooser, "chooser");
+
+    const AppPaths beside(stage.notebook.directory.filePath(u"data"_s));
+    const GrowthGenerator generator(beside, u"/usr/bin/nimbrelle"_s, stage.notebook.clock);
+    GrowthRow growth(stage.theme, generator);
+    ViewStage::show(growth, stage.theme, {472, 100});
+    show(growth, "growth");
 }
 
 } // namespace nimbrelle

@@ -4,6 +4,7 @@
 #include "coach/CoachSession.h"
 #include "review/ReviewSession.h"
 #include "settings/PermissionModel.h"
+#include "shell/GrowthGenerator.h"
 #include "support/Await.h"
 #include "support/FakeAIClient.h"
 #include "support/FakeDesktop.h"
@@ -285,6 +286,22 @@ TEST_F(Archive, RunsTheGeneratorAndOpensItsReport)
     EXPECT_THAT(windows.take(), ElementsAre(archive.report())) << "two clicks open it once";
     EXPECT_THAT(item.openMenu(), Contains(u"成长档案"_s));
     EXPECT_EQ(QFile(archive.report()).size(), 7);
+}
+
+TEST_F(Archive, IsWrittenByTheProgramOnceTheSettingsHaveInstalledIt)
+{
+    const QString program = directory.filePath(u"nimbrelle"_s);
+    write(program, "#!/bin/sh\nprintf '%s' \"$1\" >\"$2\"\n");
+    setMode(program, 0755);
+    const GrowthGenerator generator(programPaths, program, clock);
+    launch();
+    generator.toggle();
+    EXPECT_TRUE(item.click(u"成长档案"_s));
+    EXPECT_TRUE(waitUntil([&] { return !windows.calls.isEmpty(); }));
+    EXPECT_THAT(windows.take(), ElementsAre(archive.report()));
+    EXPECT_EQ(readFile(archive.report()), "--growth-archive");
+    generator.toggle();
+    EXPECT_FALSE(item.click(u"成长档案"_s));
 }
 
 TEST_F(Archive, SaysThatItIsMissingAndOpensAnOldReportAfterAFailure)
