@@ -1,5 +1,6 @@
 #include "OcrCorpus.h"
 
+#include <QBuffer>
 #include <QFont>
 #include <QFontMetricsF>
 #include <QImage>
@@ -8,6 +9,8 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <array>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
@@ -36,6 +39,15 @@ const char *const interfaceText[] = {"File", "Edit", "Selection", "View", "Prefe
     "Recent projects", "Unsaved changes", "Restore previous session", "Cancel", "Apply", "Downloads",
     "Notifications are muted", "Last synchronized yesterday", "Manage extensions", "Sign out"};
 
+enum class Scene {
+    dim, ///< soft patches of dark and middling colours
+    soft, ///< of all colours
+    bright,
+    busy, ///< things with edges before soft patches
+};
+
+enum class Edge { none, outline, thinOutline, shadow, box };
+
 class Canvas {
 public:
     Canvas(const QString &name, QColor ground, QColor ink)
@@ -45,8 +57,8 @@ public:
         m_image.fill(ground);
     }
 
-    /// Words in lines inside `area`, until it is full. Outlined ones as subtitles are drawn.
-    void write(const QString &text, const QFont &font, const QRectF &area, bool isOutlined = false)
+    /// Words in lines inside `area`, until it is full.
+    void write(const QString &text, const QFont &font, const QRectF &area, Edge edge = Edge::none)
     {
         const QFontMetricsF metrics(font);
         QPointF at(area.left(), area.top() + metrics.ascent());
@@ -56,7 +68,7 @@ public:
                 at = {area.left(), at.y() + std::ceil(metrics.height() * 1.15)};
             if (at.y() + metrics.descent() > area.bottom())
                 return;
-            draw(word, font, at, isOutlined);
+            draw(word, font, at, edge);
             m_sheet.words.push_back({word,
                 QRectF(at.x(), at.y() - metrics.ascent(), advance, metrics.ascent() + metrics.descent())});
             at.rx() += advance + metrics.horizontalAdvance(u' ');
@@ -66,16 +78,40 @@ public:
     void fill(const QRect &area, QColor colour) { QPainter(&m_image).fillRect(area, colour); }
     void setInk(QColor ink) { m_ink = ink; }
 
-    /// A coarse picture of soft patches of all colours.
-    void paintScene(quint32 seed)
+    void paintScene(Scene scene, int grain, quint32 seed)
     {
         QRandomGenerator random(seed);
+        const int darkest = scene == Scene::bright ? 130 : 0;
+        const int brightest = scene == Scene::dim ? 190 : 256;
+        const auto colour = [&] {
+            return QColor(random.bounded(darkest, brightest), random.bounded(darkest, brightest),
+                random.bounded(darkest, brightest));
+        };
         QImage coarse(19, 5, QImage::Format_RGB32);
         for (int y = 0; y < coarse.height(); ++y)
             for (int x = 0; x < coarse.width(); ++x)
-                coarse.setPixel(x, y, qRgb(random.bounded(190), random.bounded(190), random.bounded(190)));
+                coarse.setPixelColor(x, y, colour());
         m_image = coarse.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                       .convertToFormat(QImage::Format_RGB32);
+        if (scene == Scene::busy)
+            scatter(random, colour);
+        for (int y = 0; y < height && grain > 0; ++y)
+            for (int x = 0; x < width; ++x) {
+                const int change = random.bounded(2 * grain + 1) - grain;
+                const QColor old = m_image.pixelColor(x, y);
+                m_image.setPixelColor(x, y,
+                    QColor(std::clamp(old.red() + change, 0, 255), std::clamp(old.green() + change, 0, 255),
+                        std::clamp(old.blue() + change, 0, 255)));
+            }
+    }
+
+    /// As films are, which loses the sharpness of letters.
+    void compress(int quality)
+    {
+        QBuffer file;
+        file.open(QBuffer::ReadWrite);
+        m_image.save(&file, "JPEG", quality);
+        m_image = QImage::fromData(file.data(), "JPEG").convertToFormat(QImage::Format_RGB32);
     }
 
     Sheet finished(RecognitionStyle style = RecognitionStyle::plain)
@@ -87,18 +123,58 @@ public:
     }
 
 private:
-    void draw(const QString &word, const QFont &font, QPointF at, bool isOutlined)
+    /// Things with edges: boards, people, branches.
+    template <class Colour> void scatter(QRandomGenerator &random, Colour colour)
     {
         QPainter painter(&m_image);
         painter.setRenderHint(QPainter::Antialiasing);
-        if (isOutlined) {
-            QPainterPath outline;
-            outline.addText(at, font, word);
-            painter.strokePath(outline, QPen(Qt::black, 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-            painter.fillPath(outline, m_ink);
-            return;
+        for (int i = 0; i < 60; ++i) {
+            const QPoint at(random.bounded(width), random.bounded(height));
+            const QPoint size(random.bounded(10, 160), random.bounded(6, 90));
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(colour());
+            if (i % 3 == 0)
+                painter.drawRect(QRect(at, at + size));
+            else if (i % 3 == 1)
+                painter.drawEllipse(QRect(at, at + size));
+            painter.setPen(QPen(colour(), random.bounded(1, 6)));
+            if (i % 3 == 2)
+                painter.drawLine(at, at + size);
         }
+    }
+
+    void draw(const QString &word, const QFont &font, QPointF at, Edge edge)
+    {
+        QPainter painter(&m_image);
+        painter.setRenderHint(QPainter::Antialiasing);
         painter.setFont(font);
+        const auto outline = [&](double thickness) {
+            QPainterPath path;
+            path.addText(at, font, word);
+            painter.strokePath(path, QPen(Qt::black, thickness, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        };
+        const QFontMetricsF metrics(font);
+        switch (edge) {
+        case Edge::none:
+            break;
+        case Edge::outline:
+            outline(4);
+            break;
+        case Edge::thinOutline:
+            outline(2);
+            break;
+        case Edge::shadow:
+            painter.setPen(QColor(0, 0, 0, 220));
+            painter.drawText(at + QPointF(1, 1), word);
+            painter.drawText(at + QPointF(2, 2), word);
+            break;
+        case Edge::box:
+            painter.fillRect(QRectF(at.x() - metrics.horizontalAdvance(u' ') / 2, at.y() - metrics.ascent(),
+                                 metrics.horizontalAdvance(word + u' '), metrics.height())
+                                 .toRect(),
+                QColor(0, 0, 0, 150));
+            break;
+        }
         painter.setPen(m_ink);
         painter.drawText(at, word);
     }
@@ -165,23 +241,44 @@ void addInterface(std::vector<Sheet> &sheets)
     }
 }
 
-void addSubtitles(std::vector<Sheet> &sheets)
+const char *const said[] = {"You never told me that the bridge had already collapsed.",
+    "I thought we agreed to leave before the storm arrives.",
+    "Whatever happens tonight, do not let them follow you.",
+    "She has been reluctant to speak since the trial began.",
+    "Honestly, I could not care less about the reward."};
+
+const char *const saidElsewhere[] = {"Nobody warned us about the quicksand, so watch your step.",
+    "Keep the engine running and wait behind the warehouse.",
+    "My grandfather built this clock during a very long winter.",
+    "They promised to return the money once the harvest is sold.",
+    "Is there a reason why you are hiding underneath my desk?"};
+
+/// Pictures as films have them, with what is said in the looks that players give it; all drawn by `seed`.
+void addSubtitles(
+    std::vector<Sheet> &sheets, const QString &name, std::span<const char *const> lines, quint32 seed)
 {
-    const char *const said[] = {"You never told me that the bridge had already collapsed.",
-        "I thought we agreed to leave before the storm arrives.",
-        "Whatever happens tonight, do not let them follow you.",
-        "She has been reluctant to speak since the trial began.",
-        "Honestly, I could not care less about the reward."};
-    quint32 seed = 7;
-    for (const char *text : said)
-        for (const int pixels : {24, 30}) {
-            Canvas canvas(u"subtitle %1"_s.arg(seed), Qt::black,
-                seed % 3 == 0 ? QColor(255, 240, 120) : QColor(255, 255, 255));
-            canvas.paintScene(seed++);
-            canvas.write(QString::fromLatin1(text), fontOf(u"Liberation Sans"_s, pixels, QFont::DemiBold),
-                {30, 90, 700, 100}, true);
-            sheets.push_back(canvas.finished(RecognitionStyle::subtitles));
-        }
+    QRandomGenerator random(seed);
+    const auto oneOf = [&random](auto... choices) {
+        const std::array all{choices...};
+        return all[static_cast<std::size_t>(random.bounded(static_cast<int>(all.size())))];
+    };
+    for (int i = 0; i < 40; ++i) {
+        const QColor ink = oneOf(QColor(255, 255, 255), QColor(255, 255, 255), QColor(232, 232, 232),
+            QColor(255, 240, 120), QColor(150, 235, 255), QColor(150, 250, 140));
+        Canvas canvas(name + u' ' + QString::number(i), Qt::black, ink);
+        const Scene scene = oneOf(Scene::dim, Scene::soft, Scene::bright, Scene::busy);
+        const Edge edge = oneOf(Edge::outline, Edge::outline, Edge::thinOutline, Edge::shadow, Edge::box);
+        const int grain = oneOf(0, 12, 24);
+        canvas.paintScene(scene, grain, random.generate());
+        const QString family = oneOf(u"Liberation Sans"_s, u"DejaVu Sans"_s, u"Liberation Serif"_s);
+        const int pixels = oneOf(22, 26, 30, 34);
+        QFont font = fontOf(family, pixels, oneOf(QFont::Medium, QFont::DemiBold, QFont::Bold));
+        font.setItalic(oneOf(false, false, false, true));
+        const char *line = lines[static_cast<std::size_t>(random.bounded(static_cast<int>(lines.size())))];
+        canvas.write(QString::fromLatin1(line), font, {30, 70, 700, 124}, edge);
+        canvas.compress(oneOf(95, 80, 65));
+        sheets.push_back(canvas.finished(RecognitionStyle::subtitles));
+    }
 }
 
 bool holdsWord(const RecognizedLine &line, const DrawnWord &word)
@@ -206,7 +303,8 @@ std::vector<Sheet> ocrCorpus()
     addProse(sheets);
     addColumns(sheets);
     addInterface(sheets);
-    addSubtitles(sheets);
+    addSubtitles(sheets, u"subtitle"_s, said, 7);
+    addSubtitles(sheets, u"new subtitle"_s, saidElsewhere, 1001);
     return sheets;
 }
 

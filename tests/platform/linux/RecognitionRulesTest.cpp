@@ -1,6 +1,7 @@
 #include "platform/linux/ocr/EngineText.h"
 #include "platform/linux/ocr/GreyPicture.h"
 #include "platform/linux/ocr/Grounds.h"
+#include "platform/linux/ocr/SubtitleStrokes.h"
 #include "platform/linux/ocr/Underlines.h"
 #include "platform/linux/x11/XScreenCapture.h"
 #include "support/Printers.h"
@@ -112,12 +113,41 @@ TEST(GreyPicture, ADarkPartOfALightPictureIsInvertedAlone)
     EXPECT_EQ(row[300], 250);
 }
 
-TEST(GreyPicture, OfSubtitlesOnlyTheBrightStrokesAreLeft)
+/// Three strokes, 4 pixels wide, 12 apart, with a dark edge to all sides or, as a shadow, to the right.
+Picture subtitles(QRgb scenery, QRgb ink, bool isOutlined)
 {
-    Picture picture = filled(2, 1, 250, 2);
-    std::fill_n(picture.pixels.data() + 4, 4, static_cast<char>(150));
-    const GreyPicture grey = prepared(picture, RecognitionStyle::subtitles);
-    EXPECT_EQ(grey.pixels, (std::vector<std::uint8_t>{0, 255}));
+    QImage image(120, 60, QImage::Format_RGB32);
+    image.fill(scenery);
+    for (int i = 0; i < 3; ++i) {
+        const QRect stroke(40 + 12 * i, 20, 4, 18);
+        const QRect edge = isOutlined ? stroke.adjusted(-2, -2, 2, 2) : stroke.translated(2, 1);
+        for (const auto &[area, colour] : {std::pair(edge, qRgb(0, 0, 0)), std::pair(stroke, ink)})
+            for (int y = area.top(); y <= area.bottom(); ++y)
+                for (int x = area.left(); x <= area.right(); ++x)
+                    image.setPixel(x, y, colour);
+    }
+    return {.width = 120,
+        .height = 60,
+        .scale = 1,
+        .pixels = QByteArray(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes())};
+}
+
+TEST(SubtitleStrokes, AreTakenFromAnySceneryByColourAndWhatSurroundsThem)
+{
+    const QRgb white = qRgb(255, 255, 255);
+    const QRgb yellow = qRgb(255, 240, 120);
+    for (const Picture &picture :
+        {subtitles(qRgb(40, 90, 60), white, true), subtitles(qRgb(230, 230, 230), white, true),
+            subtitles(qRgb(235, 225, 140), yellow, true), subtitles(qRgb(60, 60, 120), white, false)}) {
+        const GreyPicture grey = subtitleStrokes(picture);
+        const auto at = [&](int x, int y) { return grey.pixels[static_cast<std::size_t>(y * 120 + x)]; };
+        for (const int left : {40, 52, 64})
+            EXPECT_EQ(at(left + 1, 28), 0);
+        for (const QPoint &beside : {QPoint(46, 28), QPoint(58, 28), QPoint(20, 28), QPoint(52, 50)})
+            EXPECT_EQ(at(beside.x(), beside.y()), 255);
+    }
+    // A page has none.
+    EXPECT_EQ(std::ranges::count(subtitleStrokes(subtitles(white, white, true)).pixels, 255), 120 * 60);
 }
 
 /// A light page with a block of `size` in which every third column is a stroke, as letters would be, but for

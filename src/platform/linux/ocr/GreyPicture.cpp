@@ -1,6 +1,7 @@
 #include "platform/linux/ocr/GreyPicture.h"
 
 #include "platform/linux/ocr/Grounds.h"
+#include "platform/linux/ocr/SubtitleStrokes.h"
 #include "platform/linux/ocr/Underlines.h"
 
 #include <algorithm>
@@ -13,10 +14,6 @@ constexpr int darkGround = 112;
 /// Larger pictures, such as a whole framed page, are read as they are: else they would take seconds.
 constexpr qint64 largestEnlarged = 500'000;
 constexpr double fineScale = 1.75;
-/// Subtitle strokes are as bright as this or more, and what is darker than the other is certainly none. In
-/// between the stroke's soft edge is kept, which the engine needs.
-constexpr int strokeBrightness = 215;
-constexpr int groundBrightness = 165;
 
 GreyPicture greyOf(const Picture &picture)
 {
@@ -100,25 +97,6 @@ void invertDarkParts(GreyPicture &grey)
         }
 }
 
-using Curve = std::array<std::uint8_t, 256>;
-
-void replaceBy(GreyPicture &grey, const Curve &curve)
-{
-    for (std::uint8_t &pixel : grey.pixels)
-        pixel = curve[pixel];
-}
-
-Curve keepingStrokes()
-{
-    Curve curve;
-    for (int i = 0; i < 256; ++i) {
-        const int range = strokeBrightness - groundBrightness;
-        const int darkness = std::clamp((i - groundBrightness) * 255 / range, 0, 255);
-        curve[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(255 - darkness);
-    }
-    return curve;
-}
-
 /// Twice as wide, each new pixel a mixture of 3 to 1 of its two neighbours.
 std::vector<std::uint8_t> widened(const std::uint8_t *row, int width)
 {
@@ -154,6 +132,16 @@ GreyPicture doubled(const GreyPicture &grey)
     return large;
 }
 
+GreyPicture plainText(const Picture &picture)
+{
+    GreyPicture grey = greyOf(picture);
+    invertDarkParts(grey);
+    for (const Ground &ground : groundsIn(picture))
+        levelGround(picture, ground, grey);
+    removeUnderlines(grey, picture.scale);
+    return grey;
+}
+
 } // namespace
 
 int enlargement(const Picture &picture)
@@ -164,18 +152,8 @@ int enlargement(const Picture &picture)
 
 GreyPicture prepared(const Picture &picture, RecognitionStyle style)
 {
-    GreyPicture grey = greyOf(picture);
-    if (style == RecognitionStyle::plain) {
-        invertDarkParts(grey);
-        for (const Ground &ground : groundsIn(picture))
-            levelGround(picture, ground, grey);
-        removeUnderlines(grey, picture.scale);
-    }
-    if (enlargement(picture) == 2)
-        grey = doubled(grey);
-    if (style == RecognitionStyle::subtitles)
-        replaceBy(grey, keepingStrokes());
-    return grey;
+    GreyPicture grey = style == RecognitionStyle::subtitles ? subtitleStrokes(picture) : plainText(picture);
+    return enlargement(picture) == 2 ? doubled(grey) : grey;
 }
 
 } // namespace nimbrelle
