@@ -1,6 +1,5 @@
 #include "export/Backup.h"
 
-#include "export/Archive.h"
 #include "frame/AppPaths.h"
 #include "frame/Failure.h"
 #include "frame/LineFile.h"
@@ -104,6 +103,11 @@ const QMap<QString, Taker> &takers()
     return all;
 }
 
+bool isOfNotebook(const QString &name)
+{
+    return name != configName && takers().value(name, &passOver) != &passOver;
+}
+
 std::optional<QByteArray> withoutSecrets(const QByteArray &config)
 {
     AppConfig settings;
@@ -115,7 +119,7 @@ std::optional<QByteArray> withoutSecrets(const QByteArray &config)
 }
 
 /// As it goes into the archive; absent for a file that is missing or must not be handed on.
-std::optional<Archive::Entry> entryOf(const QString &path)
+std::optional<Archive::Entry> entryOf(const QString &path, Content &content)
 {
     const QString name = QFileInfo(path).fileName();
     auto bytes = readFile(path);
@@ -123,8 +127,7 @@ std::optional<Archive::Entry> entryOf(const QString &path)
         bytes = withoutSecrets(*bytes);
     if (!bytes)
         return std::nullopt;
-    Content unused;
-    const bool isWhole = takers().value(name, &passOver)(*bytes, unused);
+    const bool isWhole = takers().value(name, &passOver)(*bytes, content);
     return Archive::Entry{.name = isWhole ? name : damagedFolder + name, .bytes = *bytes};
 }
 
@@ -191,21 +194,37 @@ private:
 
 } // namespace
 
-QString write(const AppPaths &paths, const QString &file, Timestamp now, FileCalls &calls)
+Draft draftOf(const AppPaths &paths, Timestamp now)
 {
     const BackupManifest manifest{.format = knownFormat, .madeAt = now};
-    QList<Archive::Entry> entries{
-        {.name = manifestName, .bytes = encode(manifest, TextForm::file).value_or(QByteArray())}};
+    Draft draft{.entries = {{.name = manifestName,
+                    .bytes = encode(manifest, TextForm::file).value_or(QByteArray())}}};
+    Content content;
     for (const QString &path : paths.files()) {
-        if (const auto entry = entryOf(path))
-            entries.append(*entry);
+        const auto entry = entryOf(path, content);
+        if (!entry)
+            continue;
+        draft.entries.append(*entry);
+        draft.hasNotebook = draft.hasNotebook || isOfNotebook(QFileInfo(path).fileName());
     }
+    draft.words = content.notebook.words.size();
+    return draft;
+}
+
+WriteResult put(const Draft &draft, const QString &file, FileCalls &calls)
+{
     FileReplacement replacement(file, FileMode::ownerOnly, calls);
-    Archive::write(entries, [&replacement](QByteArrayView piece) { replacement.append(piece); });
-    const WriteResult result = replacement.commit();
+    Archive::write(draft.entries, [&replacement](QByteArrayView piece) { replacement.append(piece); });
+    return replacement.commit();
+}
+
+QString write(const AppPaths &paths, const QString &file, Timestamp now, FileCalls &calls)
+{
+    const Draft draft = draftOf(paths, now);
+    const WriteResult result = put(draft, file, calls);
     if (!result)
         throw Failure(u"写不进 "_s + file + u"："_s + result.reason());
-    return shownOf(entries);
+    return shownOf(draft.entries);
 }
 
 Content read(const QString &file)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "coach/CoachHistory.h"
+#include "export/Archive.h"
 #include "frame/AtomicFile.h"
 #include "notebook/SyncBundle.h"
 
@@ -18,6 +19,19 @@ struct Content {
     SyncBundle notebook;
     QList<CoachDay> coach;
 };
+
+/// What an archive is made of.
+struct Draft {
+    QList<Archive::Entry> entries;
+    qsizetype words = 0; ///< that can be read
+    bool hasNotebook = false; ///< there is more than settings and what describes the device
+};
+
+/// From the data files, also beside a running program.
+Draft draftOf(const AppPaths &paths, Timestamp now);
+
+/// Replaces `file`; a failure leaves the old one. Throws a Failure when the archive can't be made.
+WriteResult put(const Draft &draft, const QString &file, FileCalls &calls = FileCalls::system());
 
 /// Makes the archive from the data files, also beside a running program, and replaces `file`. Returns what to
 /// tell the user; throws a Failure that leaves the old file.

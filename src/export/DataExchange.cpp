@@ -13,7 +13,10 @@ namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
 
-DataExchange::DataExchange(const Parts &parts) : m_parts(parts) { }
+DataExchange::DataExchange(const Parts &parts) : m_parts(parts)
+{
+    connect(&parts.backups, &LocalBackups::changed, this, &DataExchange::changed);
+}
 
 QString DataExchange::suggestedName(ExportKind kind) const
 {
@@ -73,6 +76,7 @@ void DataExchange::readBackup(const QString &file)
     if (m_isBusy)
         return;
     begin();
+    m_source = file;
     runReading(file, m_task.renew());
 }
 
@@ -105,23 +109,31 @@ void DataExchange::bringBack()
         return;
     const Backup::Content backup = *m_backup;
     begin();
-    runMerge(backup, m_task.renew());
+    runMerge(backup, m_source, m_task.renew());
 }
 
 // What was learned while the merge was made belongs into it: then it is made once more.
-QCoro::Task<> DataExchange::runMerge(Backup::Content backup, std::stop_token stop)
+QCoro::Task<> DataExchange::runMerge(Backup::Content backup, QString source, std::stop_token stop)
 {
     SyncBundle local;
     BackupMerge merge;
     const std::function<void()> work = [&] { merge = mergeOf(local, backup); };
-    do {
-        local = m_parts.words.snapshot();
-        co_await m_parts.background.run(work);
-        if (stop.stop_requested())
-            co_return;
-    } while (local != m_parts.words.snapshot());
-    const BackupPlan done = nimbrelle::bringBack(merge, backup.coach, m_parts.words, m_parts.coach);
-    end(Message{.isGood = true, .text = done.resultText()});
+    try {
+        co_await m_parts.backups.beforeImport(source);
+        do {
+            if (stop.stop_requested())
+                co_return;
+            local = m_parts.words.snapshot();
+            co_await m_parts.background.run(work);
+            if (stop.stop_requested())
+                co_return;
+        } while (local != m_parts.words.snapshot());
+        const BackupPlan done = nimbrelle::bringBack(merge, backup.coach, m_parts.words, m_parts.coach);
+        end(Message{.isGood = true, .text = done.resultText()});
+    } catch (const std::exception &failure) {
+        if (!stop.stop_requested())
+            end(failure);
+    }
 }
 
 void DataExchange::dropBackup()
@@ -145,6 +157,9 @@ QCoro::Task<> DataExchange::runImport(QString file, std::stop_token stop)
     const std::function<void()> work = [&] { list = WordsFile::read(file); };
     try {
         co_await m_parts.background.run(work);
+        if (stop.stop_requested())
+            co_return;
+        co_await m_parts.backups.beforeImport({});
         if (stop.stop_requested())
             co_return;
         const qsizetype added = m_parts.wordImport.add(list.words);

@@ -2,6 +2,7 @@
 
 #include "export/BackupMerge.h"
 #include "export/ExportFile.h"
+#include "export/LocalBackups.h"
 #include "frame/TaskSlot.h"
 
 #include <QCoro/QCoroTask>
@@ -29,6 +30,7 @@ public:
         WordImport &wordImport;
         const Clock &clock;
         Background &background;
+        LocalBackups &backups;
     };
 
     struct Message {
@@ -45,12 +47,15 @@ public:
     const std::optional<Message> &message() const { return m_message; }
     /// What a backup would change that waits for the user's word; absent when there is none.
     const std::optional<BackupPlan> &plan() const { return m_plan; }
+    /// Those that the program keeps by itself, the newest first.
+    QList<KeptBackup> kept() const { return m_parts.backups.kept(); }
 
     /// What a file is called unless the user chooses otherwise.
     QString suggestedName(ExportKind kind) const;
     void exportTo(ExportKind kind, const QString &file);
     /// A plan follows, or a message of what is wrong.
     void readBackup(const QString &file);
+    void readKept(const KeptBackup &backup) { readBackup(m_parts.backups.fileOf(backup)); }
     void bringBack();
     void dropBackup();
     /// Puts the words of a list into the queue of those to look up.
@@ -65,12 +70,13 @@ private:
     void end(const std::exception &failure);
     QCoro::Task<> runExport(ExportKind kind, QString file, std::stop_token stop);
     QCoro::Task<> runReading(QString file, std::stop_token stop);
-    QCoro::Task<> runMerge(Backup::Content backup, std::stop_token stop);
+    QCoro::Task<> runMerge(Backup::Content backup, QString source, std::stop_token stop);
     QCoro::Task<> runImport(QString file, std::stop_token stop);
 
     const Parts m_parts;
     bool m_isBusy = false;
     std::optional<Message> m_message;
+    QString m_source; ///< the file of the backup that waits
     std::optional<Backup::Content> m_backup;
     std::optional<BackupPlan> m_plan;
     TaskSlot m_task;

@@ -20,7 +20,10 @@ void refuseDataFolder(const QString &file, const AppPaths &paths)
     const QFileInfo target(file);
     const QString written = target.exists() ? target.canonicalFilePath() : target.absoluteFilePath();
     const QString folder = QFileInfo(QFileInfo(written).path()).canonicalFilePath();
-    if (!folder.isEmpty() && folder == QFileInfo(paths.supportDir).canonicalFilePath())
+    const auto isIt = [&folder](const QString &own) {
+        return !folder.isEmpty() && folder == QFileInfo(own).canonicalFilePath();
+    };
+    if (isIt(paths.supportDir) || isIt(paths.backups))
         throw Failure(u"不能写进 Nimbrelle 自己的数据文件夹，请换一个地方"_s);
 }
 

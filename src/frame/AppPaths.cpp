@@ -20,6 +20,7 @@ AppPaths prepared()
             : QFile::decodeName(named));
     prepareDataFolder(paths, named.isEmpty() ? FolderChoice::ours : FolderChoice::users);
     removeLeftovers(paths.supportDir);
+    removeLeftovers(paths.backups);
     return paths;
 }
 
@@ -40,6 +41,7 @@ AppPaths::AppPaths(QString directory) : supportDir(std::move(directory))
     syncState = file("sync-state.json");
     syncKnown = file("sync-known.json");
     lookupQueue = file("lookup-queue.json");
+    backups = file("backups");
 }
 
 QStringList AppPaths::files() const

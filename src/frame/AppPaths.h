@@ -22,6 +22,7 @@ public:
     QString supportDir;
     QString config, words, notes, grammar, affixes, deleted, reviewStats, log, coach, syncState, syncKnown;
     QString lookupQueue;
+    QString backups; ///< a folder, in which the program keeps backups by itself
 };
 
 } // namespace nimbrelle

@@ -22,6 +22,8 @@ bool isOurs(const QFileInfo &entry, const AppPaths &paths)
     const auto belongsTo = [&entry](const QString &file) {
         return entry.fileName().startsWith(QFileInfo(file).completeBaseName());
     };
+    if (entry.isDir() && !entry.isSymLink())
+        return entry.fileName() == QFileInfo(paths.backups).fileName();
     return entry.isFile() && (entry.isHidden() || std::ranges::any_of(paths.files(), belongsTo));
 }
 

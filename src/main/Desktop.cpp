@@ -62,7 +62,8 @@ Desktop::Desktop(Services &services, const Platform &platform)
           .coach = services.coachHistory(),
           .wordImport = services.wordImport(),
           .clock = services.clock(),
-          .background = m_background})
+          .background = services.background(),
+          .backups = services.backups()})
     , m_growthGenerator(services.paths(), QCoreApplication::applicationFilePath(), services.clock())
     , m_popup(m_theme)
     , m_statusItem(QDBusConnection::sessionBus(), statusArt(), statusViews())

@@ -8,7 +8,6 @@
 #include "main/Services.h"
 #include "platform/Platform.h"
 #include "platform/WindowSystem.h"
-#include "platform/linux/ThreadBackground.h"
 #include "platform/linux/bus/LinuxStatusItem.h"
 #include "review/ReviewSession.h"
 #include "settings/ExcludedApplications.h"
@@ -63,7 +62,6 @@ private:
     ExcludedApplications m_excluded;
     SyncConnection m_connection;
     AddWordModel m_addWord;
-    ThreadBackground m_background;
     DataExchange m_exchange;
     GrowthGenerator m_growthGenerator;
 

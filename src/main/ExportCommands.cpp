@@ -67,14 +67,19 @@ QCoro::Task<int> checkBackup(OptionRun run)
 QCoro::Task<int> importBackup(OptionRun run)
 {
     Services &services = run.services;
-    co_return reporting(run.out, [&] {
+    try {
         const Backup::Content backup = Backup::read(run.value);
+        co_await services.backups().beforeImport(run.value);
         const BackupMerge merge = mergeOf(services.words().snapshot(), backup);
         const BackupPlan done = bringBack(merge, backup.coach, services.words(), services.coachHistory());
         printPlan(done, run.out);
         if (!done.changesNothing())
             run.out << done.resultText() << Qt::endl;
-    });
+        co_return 0;
+    } catch (const Failure &failure) {
+        run.out << failure.text() << Qt::endl;
+        co_return 1;
+    }
 }
 
 QCoro::Task<int> importWords(OptionRun run)
@@ -82,16 +87,21 @@ QCoro::Task<int> importWords(OptionRun run)
     WordImport &import = run.services.wordImport();
     const QMetaObject::Connection printing = QObject::connect(&import, &WordImport::wordSettled, &import,
         [&run](const QString &line) { run.out << line << Qt::endl; });
-    const int unread = reporting(run.out, [&] {
+    bool isRead = false;
+    try {
         const WordsFile::Words list = WordsFile::read(run.value);
+        co_await run.services.backups().beforeImport({});
         run.out << WordsFile::addedText(list, import.add(list.words)) << Qt::endl;
-    });
-    while (unread == 0 && import.state() == WordImport::State::looking)
+        isRead = true;
+    } catch (const Failure &failure) {
+        run.out << failure.text() << Qt::endl;
+    }
+    while (isRead && import.state() == WordImport::State::looking)
         co_await qCoro(&import, &WordImport::changed);
     QObject::disconnect(printing);
-    if (unread == 0 && import.total() > 0)
+    if (isRead && import.total() > 0)
         run.out << import.statusText() << Qt::endl;
-    co_return unread == 0 && import.state() == WordImport::State::idle ? 0 : 1;
+    co_return isRead &&import.state() == WordImport::State::idle ? 0 : 1;
 }
 
 } // namespace nimbrelle

@@ -17,6 +17,8 @@ void Services::end()
     m_wordImport.reset();
     m_coachHistory.reset();
     m_sync.reset();
+    m_backups.reset();
+    m_background.reset();
     m_words.reset();
     m_connections.reset();
 }
@@ -38,10 +40,25 @@ WordStore &Services::words()
     return *m_words;
 }
 
+Background &Services::background()
+{
+    if (!m_background)
+        m_background = std::make_unique<ThreadBackground>();
+    return *m_background;
+}
+
+LocalBackups &Services::backups()
+{
+    if (!m_backups)
+        m_backups = std::make_unique<LocalBackups>(paths(), clock(), background());
+    return *m_backups;
+}
+
 SyncService &Services::sync()
 {
     if (!m_sync)
-        m_sync = std::make_unique<SyncService>(words(), config(), paths(), clock(), &PinnedTransport::open);
+        m_sync = std::make_unique<SyncService>(words(), config(), paths(), clock(), &PinnedTransport::open,
+            DataWriter::shared(), [this] { return backups().beforeSync(); });
     return *m_sync;
 }
 

@@ -3,12 +3,14 @@
 #include "ai/AIClient.h"
 #include "ai/ProviderConnections.h"
 #include "coach/CoachHistory.h"
+#include "export/LocalBackups.h"
 #include "export/WordImport.h"
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
 #include "notebook/LearningLog.h"
 #include "notebook/WordStore.h"
+#include "platform/linux/ThreadBackground.h"
 #include "sync/SyncService.h"
 
 #include <memory>
@@ -31,6 +33,8 @@ public:
     LearningLog &log() { return LearningLog::shared(); }
     ProviderConnections &connections();
     WordStore &words();
+    Background &background();
+    LocalBackups &backups();
     SyncService &sync();
     CoachHistory &coachHistory();
     WordImport &wordImport();
@@ -46,6 +50,8 @@ private:
 
     std::unique_ptr<ProviderConnections> m_connections;
     std::unique_ptr<WordStore> m_words;
+    std::unique_ptr<ThreadBackground> m_background;
+    std::unique_ptr<LocalBackups> m_backups;
     std::unique_ptr<SyncService> m_sync;
     std::unique_ptr<CoachHistory> m_coachHistory;
     std::unique_ptr<WordImport> m_wordImport;

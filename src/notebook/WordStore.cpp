@@ -8,6 +8,8 @@
 #include "frame/Saturate.h"
 #include "notebook/WordQueries.h"
 
+#include <algorithm>
+
 namespace nimbrelle {
 
 namespace {
@@ -15,6 +17,18 @@ namespace {
 template <class Record> QList<Record> readList(const QString &path, DamagedFiles &damaged)
 {
     return readRecordFile<QList<Record>>(path, damaged).value_or(QList<Record>());
+}
+
+/// Into a list with the newest first, at `position` or as near to it as the order allows.
+template <class Record>
+void insertByTime(QList<Record> &list, const Record &record, Timestamp Record::*time, qsizetype position)
+{
+    const auto placeOf = [&](auto isBehind) {
+        return std::ranges::find_if(list, isBehind, time) - list.begin();
+    };
+    const qsizetype first = placeOf([&](Timestamp other) { return other <= record.*time; });
+    const qsizetype last = placeOf([&](Timestamp other) { return other < record.*time; });
+    list.insert(std::clamp(position, first, last), record);
 }
 
 ReviewStats freshStats(Timestamp now)
@@ -159,6 +173,29 @@ void WordStore::deleteGrammarEncounter(QUuid id)
 {
     removeAndBury(m_grammarEncounters, id);
     writeRecordFile(m_paths.grammar, m_grammarEncounters, m_damaged);
+}
+
+QUuid WordStore::restore(WordEntry word, qsizetype position, const Join &join)
+{
+    const auto saved = index(word.headword);
+    word.id = saved ? m_entries[*saved].id : m_makeId();
+    QList<WordEntry> entries = m_entries;
+    if (saved)
+        word = join(word, entries.takeAt(*saved));
+    insertByTime(entries, word, &WordEntry::createdAt, position);
+    set(m_entries, entries);
+    writeEntries();
+    return word.id;
+}
+
+QUuid WordStore::restoreSentenceNote(AINote note, qsizetype position)
+{
+    note.id = m_makeId();
+    QList<AINote> notes = m_sentenceNotes;
+    insertByTime(notes, note, &AINote::addedAt, position);
+    set(m_sentenceNotes, notes);
+    writeRecordFile(m_paths.notes, m_sentenceNotes, m_damaged);
+    return note.id;
 }
 
 SyncBundle WordStore::snapshot() const

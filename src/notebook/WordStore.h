@@ -73,6 +73,18 @@ public:
     void deleteGrammarEncounter(QUuid id);
     /// @}
 
+    /// @name Taking a deletion back. The record returns with all that it had to its place by time, `position`
+    /// among those of the same time, but under another id, since its own stays buried; that is returned. The
+    /// log tells nothing of it.
+    /// @{
+    /// Makes one word of two with the same headword: of the one that returns, and of one saved meanwhile,
+    /// whose id stays.
+    using Join = std::function<WordEntry(const WordEntry &returning, const WordEntry &saved)>;
+
+    QUuid restore(WordEntry word, qsizetype position, const Join &join);
+    QUuid restoreSentenceNote(AINote note, qsizetype position);
+    /// @}
+
     /// @name Saving and meeting words
     /// @{
     /// Keeps a word; for one already kept it only adds a sentence not seen before.

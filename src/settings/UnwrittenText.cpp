@@ -4,6 +4,7 @@
 #include <QMap>
 #include <QStringList>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace nimbrelle::UnwrittenText {
@@ -12,6 +13,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString backupsName = u"backups"_s;
+
 QString contentOf(const QString &path)
 {
     static const QMap<QString, QString> contents{{u"config.json"_s, u"设置"_s},
@@ -19,7 +22,8 @@ QString contentOf(const QString &path)
         {u"affixes.json"_s, u"词缀记录"_s}, {u"deleted.json"_s, u"删除记录"_s},
         {u"review-stats.json"_s, u"今天的复习次数"_s}, {u"learning-log.jsonl"_s, u"学习日志"_s},
         {u"coach.json"_s, u"教练对话"_s}, {u"sync-state.json"_s, u"同步记录"_s},
-        {u"sync-known.json"_s, u"同步记录"_s}, {u"lookup-queue.json"_s, u"等着查的词"_s}};
+        {u"sync-known.json"_s, u"同步记录"_s}, {u"lookup-queue.json"_s, u"等着查的词"_s},
+        {backupsName, u"自动备份"_s}};
     const QString name = QFileInfo(path).fileName();
     return contents.value(name, name);
 }
@@ -67,7 +71,12 @@ QString line(const QList<UnwrittenFile> &files, const QString &home)
 
 QString note(const QList<UnwrittenFile> &files, const QString &home)
 {
-    return files.isEmpty() ? QString() : line(files, home) + u"。写成之前，新的改动只在内存里。"_s;
+    if (files.isEmpty())
+        return {};
+    const bool isOnlyBackup = std::ranges::all_of(
+        files, [](const UnwrittenFile &file) { return QFileInfo(file.path).fileName() == backupsName; });
+    return line(files, home)
+        + (isOnlyBackup ? u"。同步照常，只是今天还没有备份。"_s : u"。写成之前，新的改动只在内存里。"_s);
 }
 
 } // namespace nimbrelle::UnwrittenText

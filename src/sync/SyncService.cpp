@@ -44,13 +44,14 @@ Document documentOf(const SyncBundle &bundle)
 } // namespace
 
 SyncService::SyncService(WordStore &store, ConfigStore &config, const AppPaths &paths, Clock &clock,
-    SyncTransport::Factory connect, DataWriter &writer)
+    SyncTransport::Factory connect, DataWriter &writer, Preparation prepare)
     : m_store(store)
     , m_config(config)
     , m_paths(paths)
     , m_clock(clock)
     , m_connect(std::move(connect))
     , m_writer(writer)
+    , m_prepare(std::move(prepare))
     , m_rounds(clock, roundPeriod)
 {
     if (const auto state = readRecordFile<SyncState>(m_paths.syncState))
@@ -126,6 +127,11 @@ QCoro::Task<std::optional<QString>> SyncService::test(SyncLink link, SyncTranspo
 
 QCoro::Task<> SyncService::runOnce(SyncLink link, std::stop_token stop)
 {
+    if (m_prepare) {
+        co_await m_prepare();
+        if (stop.stop_requested())
+            throw Cancelled();
+    }
     const std::unique_ptr<SyncTransport> transport = m_connect(link);
     SyncProtocol server(*transport);
     SyncState state = loadState(link.server);

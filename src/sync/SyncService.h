@@ -23,9 +23,12 @@ class SyncService : public QObject {
     Q_OBJECT
 
 public:
+    /// What is to be done before each round; it must not fail, for the round waits for it.
+    using Preparation = std::function<QCoro::Task<>()>;
+
     /// Reads when the last exchange was, and does nothing else before start() or a call.
     SyncService(WordStore &store, ConfigStore &config, const AppPaths &paths, Clock &clock,
-        SyncTransport::Factory connect, DataWriter &writer = DataWriter::shared());
+        SyncTransport::Factory connect, DataWriter &writer = DataWriter::shared(), Preparation prepare = {});
     /// Stops the run under way; what it has applied stays.
     ~SyncService() override;
 
@@ -81,6 +84,7 @@ private:
     Clock &m_clock;
     const SyncTransport::Factory m_connect;
     DataWriter &m_writer;
+    const Preparation m_prepare;
 
     bool m_busy = false;
     bool m_applying = false; ///< the store is taking over a merge, which must not start another round

@@ -66,14 +66,6 @@ ListRow unlockableRow(const RowKey &key, const QString &title, qsizetype count)
         .isMuted = count == 0};
 }
 
-ListRow noteRow(const AINote &note)
-{
-    const QString question = note.question.simplified(), original = note.original.simplified();
-    if (question.isEmpty())
-        return {.key = note.id, .title = original};
-    return {.key = note.id, .title = question, .detail = original};
-}
-
 bool holds(const QString &text, const QString &lowered)
 {
     return text.toLower().contains(lowered);
@@ -232,6 +224,14 @@ QList<ListRow> affixRows(const QList<AffixEncounter> &encounters)
         rows.append(row);
     }
     return rows;
+}
+
+ListRow noteRow(const AINote &note)
+{
+    const QString question = note.question.simplified(), original = note.original.simplified();
+    if (question.isEmpty())
+        return {.key = note.id, .title = original};
+    return {.key = note.id, .title = question, .detail = original};
 }
 
 QList<ListRow> noteRows(const QList<AINote> &notes, const QString &search)

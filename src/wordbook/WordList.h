@@ -75,6 +75,7 @@ QList<ListRow> wordRows(
     const QList<WordEntry> &entries, const WordFilter &filter, const AppConfig &config, Timestamp now);
 QList<ListRow> grammarRows(const QList<GrammarEncounter> &encounters);
 QList<ListRow> affixRows(const QList<AffixEncounter> &encounters);
+ListRow noteRow(const AINote &note);
 QList<ListRow> noteRows(const QList<AINote> &notes, const QString &search);
 
 /// In the place of an empty list. `isFiltered` when there are rows but none passes.

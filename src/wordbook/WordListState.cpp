@@ -31,8 +31,8 @@ template <class Key> std::optional<Key> selectionOf(const RowKey &key)
 
 } // namespace
 
-WordListState::WordListState(WordStore &words, const ConfigStore &config, const Clock &clock)
-    : m_words(words), m_config(config), m_clock(clock)
+WordListState::WordListState(WordStore &words, const ConfigStore &config, Clock &clock)
+    : m_words(words), m_config(config), m_clock(clock), m_deletions(words, clock)
 {
 }
 
@@ -124,12 +124,21 @@ void WordListState::remove(RowKey key)
     const auto *id = std::get_if<QUuid>(&key);
     if (!id)
         return;
-    if (chosen() == key)
+    const bool isChosen = chosen() == key;
+    if (isChosen)
         choose(neighbourOf(rows(), key));
-    if (m_tab == Tab::words)
-        m_words.remove(*id);
-    else
-        m_words.deleteSentenceNote(*id);
+    m_deletions.remove({.tab = m_tab, .id = *id, .wasChosen = isChosen});
+}
+
+RowKey WordListState::undo()
+{
+    const auto back = m_deletions.undo();
+    if (!back)
+        return {};
+    m_tab = back->tab;
+    if (back->wasChosen)
+        choose(back->id);
+    return back->id;
 }
 
 } // namespace nimbrelle

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "wordbook/Deletions.h"
 #include "wordbook/WordFacts.h"
 #include "wordbook/WordList.h"
 
 namespace nimbrelle {
 
-class Clock;
 class ConfigStore;
 
 /// What is to be read of the chosen word, point, affix or note; nothing when none is chosen or it is gone.
@@ -18,7 +18,7 @@ class WordListState {
 public:
     using Tab = WordListTab;
 
-    WordListState(WordStore &words, const ConfigStore &config, const Clock &clock);
+    WordListState(WordStore &words, const ConfigStore &config, Clock &clock);
 
     Tab tab() const { return m_tab; }
     void setTab(Tab tab) { m_tab = tab; }
@@ -41,6 +41,12 @@ public:
     void remove(RowKey key);
     /// @}
 
+    /// What can be taken back, on all tabs together.
+    const Deletions &deletions() const { return m_deletions; }
+    /// Takes the latest deletion back and opens the record's tab; it is chosen again if it was. Returns its
+    /// row, or none.
+    RowKey undo();
+
     /// Above the words, whatever the filter.
     QString header() const;
 
@@ -50,6 +56,7 @@ private:
     WordStore &m_words;
     const ConfigStore &m_config;
     const Clock &m_clock;
+    Deletions m_deletions;
 
     QString m_search;
     Tab m_tab = Tab::words;

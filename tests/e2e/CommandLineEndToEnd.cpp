@@ -202,6 +202,7 @@ TEST_F(CommandLine, SyncsTwoDevicesThroughAServer)
     writeRecordFile(device.path(u"config.json"_s), config, FileMode::ownerOnly);
     device({u"--add-spelling"_s, u"reluctant|run"_s});
     EXPECT_EQ(device({u"--sync-now"_s}).output.trimmed(), u"同步好了：2 个词"_s);
+    EXPECT_EQ(QDir(device.path(u"backups"_s)).entryList({u"*-sync-2.zip"_s}).size(), 1);
 
     const Device other;
     EXPECT_EQ(other({u"--sync-connect"_s, code}).code, 0);

@@ -53,6 +53,9 @@ TEST_F(DataFolder, OfAnEarlierVersionIsClosedToOthers)
                   u".words.json.0123456789abcdef.tmp"_s, u"words 2026-03-01.json"_s})),
         0700U);
     EXPECT_EQ(prepared(wideFolder({u"words.json"_s, u"my report.txt"_s}), FolderChoice::ours), 0700U);
+    const QString withBackups = wideFolder({u"config.json"_s});
+    QDir(withBackups).mkdir(u"backups"_s);
+    EXPECT_EQ(prepared(withBackups), 0700U);
 }
 
 TEST_F(DataFolder, ThatTheUserHasNamedAndUsesForOtherThingsIsLeftAlone)

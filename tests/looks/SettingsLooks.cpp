@@ -54,6 +54,8 @@ void showSettings(const Look &look, const Show &show)
     const QString backup = stage.notebook.directory.filePath(u"a/nimbrelle.zip"_s);
     QDir(stage.notebook.directory.path()).mkdir(u"a"_s);
     stage.exchange.exportTo(ExportKind::backup, backup);
+    stage.backups.beforeSync();
+    stage.backups.beforeImport({});
     stage.wordImport.add({u"deprecated"_s, u"karma"_s, u"rationale"_s});
     stage.ai.reply(LookupResult{.explanation = Notebook::explained("deprecated")});
     showWhole("linked");

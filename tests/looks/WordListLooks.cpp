@@ -22,6 +22,11 @@ void showWordList(const Look &look, const Show &show)
     auto *detail = stage.hand.find<QScrollArea>("detail");
     detail->verticalScrollBar()->setValue(detail->verticalScrollBar()->maximum());
     show(stage.view, "word-end");
+    stage.click("wordRows", u"take it with a grain of salt and then some more"_s);
+    stage.hand.key(Qt::Key_Delete);
+    show(stage.view, "deleted");
+    stage.hand.press("undoDeletion");
+    stage.click("wordRows", u"regression"_s);
     // The narrowest, or what a screen of 1280 has room for.
     stage.view.resize(stage.view.minimumSize().expandedTo({qRound(576 * look.scale), 0}));
     show(stage.view, "narrow");

@@ -110,6 +110,8 @@ TEST(UnwrittenText, TellsWhichFilesWhereAndWhy)
     EXPECT_EQ(UnwrittenText::note({}, home), QString());
     EXPECT_EQ(UnwrittenText::note({file("words.json", ENOSPC)}, home),
         u"写不进生词本（~/data/words.json）：磁盘满了。写成之前，新的改动只在内存里。"_s);
+    EXPECT_EQ(UnwrittenText::note({file("backups", ENOSPC)}, home),
+        u"写不进自动备份（~/data/backups）：磁盘满了。同步照常，只是今天还没有备份。"_s);
     EXPECT_EQ(UnwrittenText::line(
                   {file("words.json", EROFS), file("coach.json", EACCES), file("learning-log.jsonl", EROFS)},
                   u"/home/l"_s),

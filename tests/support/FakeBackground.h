@@ -10,12 +10,13 @@ public:
     QCoro::Task<> run(std::function<void()> work) override
     {
         work();
-        if (meanwhile)
+        if (meanwhile && pass-- == 0)
             std::exchange(meanwhile, {})();
         co_return;
     }
 
-    std::function<void()> meanwhile; ///< what happens once beside the next work
+    std::function<void()> meanwhile; ///< what happens once, beside the next work that is not passed over
+    int pass = 0; ///< so many pieces of work
 };
 
 } // namespace nimbrelle

@@ -54,6 +54,7 @@ public:
     ManualClock clock;
     const AppPaths paths;
     FakeNetwork network;
+    std::optional<WordEntry> deleted; ///< the last word that can be taken back
 
 private:
     struct Running {

@@ -201,6 +201,7 @@ TEST_F(LossTest, AnHonestChangeIsOneConditionalReadAndOneWrite)
         if (seed % 10 == 0)
             device.restart();
         const QString asked = version();
+        device.deleted.reset(); // one that joins a word saved since may cost a whole read: a sentence twice
         learnFor(seed, seed + 1);
         EXPECT_TRUE(device.syncWith(server));
         const QStringList sent = requests();

@@ -2,6 +2,7 @@
 
 #include "notebook/Explanation.h"
 #include "notebook/PageSource.h"
+#include "sync/MergeWords.h"
 
 #include <array>
 
@@ -76,13 +77,30 @@ std::optional<WordEntry> someWord(const WordStore &store, Random &random)
     return store.entries().isEmpty() ? std::nullopt : std::optional(random.from(store.entries()));
 }
 
-void deleteSomething(WordStore &store, Random &random)
+WordEntry joined(const WordEntry &returning, const WordEntry &saved)
 {
+    return SyncMerge::mergeEntry(returning, saved, {});
+}
+
+// Or takes the last deletion back, whatever has come in between.
+void deleteWord(Device &device, const WordEntry &word, Random &random)
+{
+    if (device.deleted && random.oneIn(2)) {
+        device.store().restore(*std::exchange(device.deleted, std::nullopt), random.below(3), joined);
+        return;
+    }
+    device.deleted = word;
+    device.store().remove(word.id);
+}
+
+void deleteSomething(Device &device, Random &random)
+{
+    WordStore &store = device.store();
     const auto word = someWord(store, random);
     switch (random.below(5)) {
     case 0:
         if (word)
-            store.remove(word->id);
+            deleteWord(device, *word, random);
         break;
     case 1:
         if (word && !word->examples.isEmpty())
@@ -159,7 +177,7 @@ void learn(Device &device, quint32 seed)
     } else if (choice == 17) {
         changeSettings(device, random);
     } else {
-        deleteSomething(store, random);
+        deleteSomething(device, random);
     }
 }
 

@@ -325,6 +325,25 @@ TEST_F(SyncServiceTest, EndsInTheMiddleOfARoundWithoutATrace)
     EXPECT_EQ(server.version, 1);
 }
 
+TEST_F(SyncServiceTest, NothingIsAskedBeforeWhatIsToBeDoneFirst)
+{
+    save(computer, u"run");
+    for (const bool isEndedMeanwhile : {false, true}) {
+        auto service = std::make_unique<SyncService>(computer.store(), computer.config(), computer.paths,
+            computer.clock, computer.network.connect(), DataWriter::shared(),
+            [this] { return computer.clock.sleep(1s, {}); });
+        service->syncNow();
+        EXPECT_TRUE(service->busy());
+        EXPECT_EQ(computer.network.sessions, 0);
+        if (isEndedMeanwhile)
+            service.reset();
+        computer.clock.advance(1s);
+        EXPECT_EQ(computer.network.isWaiting(), !isEndedMeanwhile);
+        service.reset();
+        computer.network.sessions = 0;
+    }
+}
+
 TEST_F(SyncServiceTest, StartsWithARoundAndRepeatsItEveryTenMinutes)
 {
     computer.sync().start();

@@ -3,6 +3,7 @@
 #include "export/DataExchange.h"
 #include "export/WordImport.h"
 #include "export/views/FileQuestion.h"
+#include "export/views/KeptList.h"
 #include "widgets/FlowLayout.h"
 #include "widgets/Form.h"
 #include "widgets/Layouts.h"
@@ -24,6 +25,8 @@ const auto aboutExport = u"CSV 用表格软件打开。给 Anki 的在它的「�
                          "以后再导入只会更新，不会重复。"_s;
 const auto aboutBackup = u"单词、笔记、学习记录、教练对话和设置，都在一个文件里；API key 和同步密码不在里面。"
                          "导入时和现有的合在一起，不会覆盖。"_s;
+const auto aboutKept = u"每天第一次同步前、每次导入前，自动在这台电脑上留一份，留七天的。"
+                       "恢复时和现有的合在一起，不会覆盖。"_s;
 const auto aboutWords = u"每行一个词的文本，或者 CSV 表格。挨个查好存进生词本，已保存的词不动。"_s;
 
 QWidget *rowOf(const Theme &theme, const QList<QPushButton *> &buttons)
@@ -56,7 +59,7 @@ DataSection::DataSection(const Parts &parts, QWidget *parent) : QWidget(parent),
 {
     setObjectName(u"dataSection"_s);
     auto *group = new FormGroup(parts.theme);
-    for (FormRow *row : {makeExport(), makeBackup(), makePlan(), makeWords(), makeMessageRow()})
+    for (FormRow *row : {makeExport(), makeBackup(), makeKept(), makePlan(), makeWords(), makeMessageRow()})
         group->add(row);
     if (parts.moreRows) {
         for (FormRow *row : parts.moreRows())
@@ -117,6 +120,17 @@ FormRow *DataSection::makeBackup()
     return row;
 }
 
+FormRow *DataSection::makeKept()
+{
+    auto *row = new FormRow(m_parts.theme, u"自动备份"_s, nullptr);
+    row->addNote(u"keptNote"_s, aboutKept);
+    m_kept = new KeptList(m_parts.theme);
+    row->add(m_kept);
+    connect(m_kept, &KeptList::chosen, this,
+        [this](const KeptBackup &backup) { m_parts.exchange.readKept(backup); });
+    return row;
+}
+
 FormRow *DataSection::makePlan()
 {
     m_planRow = new FormRow(m_parts.theme);
@@ -167,6 +181,8 @@ void DataSection::refresh()
     const DataExchange &exchange = m_parts.exchange;
     for (QPushButton *button : std::as_const(m_starters))
         setEnabledKeepingFocus(*button, !exchange.isBusy());
+    m_kept->setBackups(exchange.kept());
+    m_kept->setStartable(!exchange.isBusy());
     const auto &plan = exchange.plan();
     showText(*m_plan, plan ? plan->lines().join(u'\n') : QString());
     const bool isUseful = plan && !plan->changesNothing();

@@ -13,6 +13,7 @@ namespace nimbrelle {
 class DataExchange;
 class FormGroup;
 class FormRow;
+class KeptList;
 class ProgressLine;
 class ReadText;
 class Theme;
@@ -38,6 +39,7 @@ public:
 private:
     FormRow *makeExport();
     FormRow *makeBackup();
+    FormRow *makeKept();
     FormRow *makePlan();
     FormRow *makeWords();
     FormRow *makeMessageRow();
@@ -48,6 +50,7 @@ private:
 
     const Parts m_parts;
     QList<QPushButton *> m_starters; ///< disabled while work is under way
+    KeptList *m_kept = nullptr;
     FormRow *m_planRow = nullptr;
     ReadText *m_plan = nullptr;
     QPushButton *m_bringBack = nullptr;

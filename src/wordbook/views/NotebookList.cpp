@@ -9,6 +9,7 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <array>
 
 namespace nimbrelle {
@@ -110,6 +111,18 @@ void NotebookList::reveal(const RowKey &key)
 {
     if (const auto row = m_model.rowOf(key))
         scrollTo(m_model.index(*row));
+}
+
+bool NotebookList::shows(const RowKey &key) const
+{
+    const auto row = m_model.rowOf(key);
+    return row && viewport()->rect().intersects(visualRect(m_model.index(*row)));
+}
+
+bool NotebookList::keepsRowsWhenGrownBy(int height) const
+{
+    const QScrollBar *bar = verticalScrollBar();
+    return bar->value() <= std::max(0, bar->maximum() - height);
 }
 
 RowKey NotebookList::keyAt(const QModelIndex &index) const

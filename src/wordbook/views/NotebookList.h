@@ -26,6 +26,10 @@ public:
     /// `chosen` need not be among the rows.
     void setRows(const QList<ListRow> &rows, const RowKey &chosen);
     void reveal(const RowKey &key);
+    /// Whether some of that row is to be seen.
+    bool shows(const RowKey &key) const;
+    /// Whether all rows stay where they are when the list grows by `height` at its lower edge.
+    bool keepsRowsWhenGrownBy(int height) const;
 
 signals:
     void chosen(const RowKey &key); ///< by the user

@@ -11,6 +11,7 @@
 #include "wordbook/views/NoteView.h"
 #include "wordbook/views/NotebookList.h"
 #include "wordbook/views/PaneParts.h"
+#include "wordbook/views/UndoLine.h"
 #include "wordbook/views/WordDetail.h"
 
 #include <QActionGroup>
@@ -20,6 +21,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QStackedWidget>
 
@@ -63,6 +65,9 @@ WordListView::WordListView(const WordbookParts &parts)
     connect(&parts.theme, &Theme::changed, this, &WordListView::build);
     connect(&parts.words, &WordStore::changing, this, &WordListView::refreshSoon);
     connect(&parts.config, &ConfigStore::configChanged, this, &WordListView::refreshSoon);
+    connect(&m_state.deletions(), &Deletions::changed, this, &WordListView::refreshUndoLine);
+    connect(
+        new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this, &WordListView::undoDeletion);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &WordListView::focusSearch);
     build();
 }
@@ -127,6 +132,9 @@ QWidget *WordListView::makeSide()
     column->addWidget(makeHeaderRow());
     column->addSpacing(m_theme.points(4));
     column->addWidget(makeLists(), 1);
+    m_undoLine = new UndoLine(m_theme);
+    connect(m_undoLine, &UndoLine::undoRequested, this, &WordListView::undoDeletion);
+    column->addWidget(m_undoLine);
     return side;
 }
 
@@ -235,6 +243,7 @@ NotebookList *WordListView::makeList(Tab tab)
         new NotebookList(m_theme, nameOf(tab), label(tab), {.rowHeight = height, .hasHeadings = isCatalogue});
     connect(rows, &NotebookList::chosen, this, &WordListView::choose);
     connect(rows, &NotebookList::deleteRequested, this, &WordListView::remove);
+    connect(rows->verticalScrollBar(), &QScrollBar::valueChanged, this, &WordListView::closeUndoLine);
     return rows;
 }
 
@@ -270,6 +279,7 @@ void WordListView::refresh()
     m_stageButton->setAccessibleName(nameOf(m_state.stageFilter()));
     refreshList();
     refreshDetail();
+    refreshUndoLine();
 }
 
 void WordListView::refreshList()
@@ -341,6 +351,41 @@ void WordListView::remove(const RowKey &key)
     if (m_state.chosen() != chosen)
         showAnotherDetail();
     refreshList();
+    if (!list().isVisible())
+        m_undoLine->button().setFocus();
+    m_side->layout()->activate();
+    if (m_state.chosen() != chosen && !list().shows(m_state.chosen()))
+        list().reveal(m_state.chosen()); // not behind the line, so that the keyboard can go on
+}
+
+void WordListView::undoDeletion()
+{
+    const RowKey row = m_state.undo();
+    if (row == RowKey())
+        return;
+    m_tabs->choose(static_cast<int>(m_state.tab()));
+    if (m_state.chosen() == row)
+        m_shown.reset();
+    refresh();
+    list().reveal(row);
+}
+
+void WordListView::refreshUndoLine()
+{
+    const bool hadFocus = m_undoLine->button().hasFocus();
+    m_undoLine->setText(m_state.deletions().text());
+    if (m_undoLine->isOffering())
+        m_undoLine->show();
+    closeUndoLine();
+    if (hadFocus && !m_undoLine->isOffering())
+        list().setFocus();
+}
+
+/// What was offered is over; its place is kept as long as a row could move.
+void WordListView::closeUndoLine()
+{
+    if (!m_undoLine->isOffering() && list().keepsRowsWhenGrownBy(m_undoLine->height()))
+        m_undoLine->hide();
 }
 
 void WordListView::focusSearch()

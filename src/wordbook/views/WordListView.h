@@ -18,6 +18,7 @@ namespace nimbrelle {
 class DetailPane;
 class NotebookList;
 class Segments;
+class UndoLine;
 
 /// The content of the notebook's window: lists of words, grammar points, affixes and notes on one side, the
 /// chosen one on the other.
@@ -53,12 +54,15 @@ private:
     void refresh();
     void refreshList();
     void refreshDetail();
+    void refreshUndoLine();
+    void closeUndoLine();
     QWidget *makeDetail(const DetailFacts &facts, QWidget *parent);
 
     void choose(const RowKey &key);
     void showAnotherDetail();
     void goToWord(const QUuid &id);
     void remove(const RowKey &key);
+    void undoDeletion();
     void focusSearch();
     NotebookList &list() const;
 
@@ -77,6 +81,7 @@ private:
     QStackedWidget *m_lists = nullptr; // in the order of the tabs, and last the text of an empty list
     std::array<NotebookList *, 4> m_listOf{};
     QLabel *m_emptyText = nullptr;
+    UndoLine *m_undoLine = nullptr;
     DetailPane *m_detail = nullptr;
     std::optional<DetailFacts> m_shown; // what the detail pane was made from; null to make it anew
     Tab m_shownTab = Tab::words;

@@ -11,7 +11,7 @@ class WordStore;
 /// What the notebook's views are made with; all of it outlives them.
 struct WordbookParts {
     const Theme &theme;
-    const Clock &clock;
+    Clock &clock;
     const ConfigStore &config;
     WordStore &words;
     Speaker &speaker;

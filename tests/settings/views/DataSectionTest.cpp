@@ -90,6 +90,35 @@ TEST_F(DataSectionTest, ABackupIsToldBeforeItIsMerged)
     EXPECT_EQ(message(), u"找不到文件 "_s + path(u"none.zip"_s));
 }
 
+TEST_F(DataSectionTest, ABackupThatWasKeptIsListedAndComesBackAsAnyOther)
+{
+    EXPECT_FALSE(shows("keptBackup"));
+    notebook.save("run");
+    backups.beforeSync();
+    settle();
+    EXPECT_EQ(text("keptBackup"), u"2026 年 3 月 1 日 16:30 · 1 个词 · 同步前"_s);
+    notebook.fill({}); // as if the file was lost
+    notebook.clock.advance(std::chrono::minutes(1));
+    press("restoreBackup");
+    EXPECT_TRUE(text("backupPlan").contains(u"新增 1 个词"_s));
+    press("bringBack");
+    EXPECT_EQ(notebook.word("run").headword, u"run"_s);
+    EXPECT_THAT(texts("keptBackup"),
+        ElementsAre(
+            u"2026 年 3 月 1 日 16:31 · 0 个词 · 导入前"_s, u"2026 年 3 月 1 日 16:30 · 1 个词 · 同步前"_s));
+    EXPECT_TRUE(isEnabled("restoreBackup"));
+
+    const QString backup = path(u"x.zip"_s);
+    exchange.exportTo(ExportKind::backup, backup);
+    notebook.fill({});
+    QDir(notebook.paths.backups).removeRecursively();
+    ASSERT_TRUE(replaceFile(notebook.paths.backups, "in the way"));
+    exchange.readBackup(backup);
+    press("bringBack");
+    EXPECT_TRUE(message().startsWith(u"没有导入：要先留一份备份"_s)) << message().toStdString();
+    EXPECT_TRUE(notebook.store.entries().isEmpty());
+}
+
 TEST_F(DataSectionTest, WhatIsLearnedDuringAMergeStays)
 {
     notebook.save("run");
@@ -97,6 +126,7 @@ TEST_F(DataSectionTest, WhatIsLearnedDuringAMergeStays)
     exchange.exportTo(ExportKind::backup, backup);
     notebook.fill({});
     exchange.readBackup(backup);
+    background.pass = 1; // the backup before it
     background.meanwhile = [this] {
         EXPECT_TRUE(exchange.isBusy());
         notebook.save("walk");
@@ -105,6 +135,7 @@ TEST_F(DataSectionTest, WhatIsLearnedDuringAMergeStays)
     exchange.bringBack();
     EXPECT_EQ(notebook.store.entries().size(), 2);
     EXPECT_TRUE(notebook.events().contains(u"glance walk"_s));
+    background.pass = 2;
     background.meanwhile = [this] { notebook.log.add(LogKind::glance, u"run"_s); };
     exchange.readBackup(backup);
     exchange.bringBack();

@@ -84,13 +84,15 @@ struct SettingsStage : ViewStage {
     CoachHistory coach{notebook.paths, notebook.clock};
     WordImport wordImport{notebook.store, notebook.config, notebook.paths, notebook.clock, ai.factory()};
     FakeBackground background;
+    LocalBackups backups{notebook.paths, notebook.clock, background};
     DataExchange exchange{{.paths = notebook.paths,
         .config = notebook.config,
         .words = notebook.store,
         .coach = coach,
         .wordImport = wordImport,
         .clock = notebook.clock,
-        .background = background}};
+        .background = background,
+        .backups = backups}};
     QList<MenuEntry> offers;
     DataWriter writer;
     SettingsView view{{
