@@ -257,7 +257,7 @@ private:
                 ++all;
                 enclosed += open[i] == 0 ? 1 : 0;
             }
-        const bool areEnclosed = enclosed * 4 > all; // else they only have a shadow
+        const bool areEnclosed = enclosed * 6 > all; // else they only have a shadow
         for (std::size_t i = 0; i < count(); ++i)
             if (isCandidate(i) && (open[i] == 0 || !areEnclosed)) {
                 const Colour each = colour(i);
