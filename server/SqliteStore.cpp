@@ -2,7 +2,6 @@
 
 #include "server/SqliteConnection.h"
 
-#include <algorithm>
 #include <mutex>
 
 namespace nimbrelle::server {
@@ -12,28 +11,12 @@ namespace {
 constexpr std::string_view selectNotebook =
     "SELECT id, name, token_salt, token_hash, version, created_at FROM notebooks ";
 
-// An index finds the row by a part of the hash; whether the token is right is then decided in constant time.
-std::string_view selectorOf(const Digest &tokenHash)
-{
-    return bytesOf(tokenHash).substr(0, 8);
-}
-
-std::optional<Digest> digestIn(const BoundStatement &row, int column)
-{
-    const std::string bytes = row.bytes(column);
-    Digest digest{};
-    if (row.isNull(column) || bytes.size() != digest.size())
-        return std::nullopt;
-    std::copy(bytes.begin(), bytes.end(), digest.begin());
-    return digest;
-}
-
 Notebook notebookIn(const BoundStatement &row)
 {
     return {.id = row.number(0),
         .name = row.bytes(1),
         .tokenSalt = row.bytes(2),
-        .tokenHash = digestIn(row, 3),
+        .tokenHash = digestOf(row.bytes(3)),
         .version = row.number(4),
         .createdAt = row.time(5)};
 }

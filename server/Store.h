@@ -16,7 +16,12 @@ namespace nimbrelle::server {
 
 class StoreFailure : public Failure {
 public:
-    enum class Kind { damaged, full, other };
+    enum class Kind {
+        damaged,
+        full,
+        unavailable, ///< for a while: what was asked may succeed later, and a write may have happened
+        other
+    };
 
     StoreFailure(Kind kind, const std::string &text) : Failure(text), m_kind(kind) { }
     Kind kind() const { return m_kind; }
@@ -39,6 +44,13 @@ struct Document {
     std::int64_t version = 0;
     std::string body;
 };
+
+/// An index finds a notebook by this part of its token's hash; whether the token is right is then decided in
+/// constant time.
+inline std::string_view selectorOf(const Digest &tokenHash)
+{
+    return bytesOf(tokenHash).substr(0, 8);
+}
 
 /// A document to be stored as a new version.
 struct NewDocument {

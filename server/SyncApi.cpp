@@ -19,16 +19,27 @@ Response refusal(unsigned status, std::string text)
     return {.status = status, .text = std::move(text)};
 }
 
+Response storeFailureResponse(const StoreFailure &failure)
+{
+    switch (failure.kind()) {
+    case StoreFailure::Kind::full:
+        return {.status = 507, .text = "The server's disk is full.", .errorDetail = failure.what()};
+    case StoreFailure::Kind::unavailable:
+        return {.status = 503,
+            .text = "The server's database is away; try again later.",
+            .errorDetail = failure.what()};
+    default:
+        return {.status = 500, .text = "The server's store failed.", .errorDetail = failure.what()};
+    }
+}
+
 // What to say of the exception that is being handled.
 Response failureResponse()
 {
     try {
         throw;
     } catch (const StoreFailure &failure) {
-        const bool full = failure.kind() == StoreFailure::Kind::full;
-        return {.status = full ? 507U : 500U,
-            .text = full ? "The server's disk is full." : "The server's store failed.",
-            .errorDetail = failure.what()};
+        return storeFailureResponse(failure);
     } catch (const std::exception &error) {
         return {.status = 500, .text = "The server failed.", .errorDetail = error.what()};
     }

@@ -1,6 +1,6 @@
 #include "server/StoreFactory.h"
 #include "server/VersionedWrite.h"
-#include "server/support/TestServer.h"
+#include "server/support/PostgresServer.h"
 
 #include <array>
 #include <gtest/gtest.h>
@@ -16,17 +16,14 @@ constexpr sys_seconds noon = sys_days(2026y / March / 1) + 12h;
 
 struct StoreMaker {
     const char *name;
-    /// Opens the store of this directory, and makes it where it isn't there.
-    std::unique_ptr<Store> (*open)(const std::filesystem::path &directory);
+    /// A place where no store is yet.
+    StoreLocation (*place)(const std::filesystem::path &directory);
 };
 
 const StoreMaker storeMakers[] = {
-    {.name = "Sqlite",
-        .open =
-            [](const std::filesystem::path &directory) {
-                createStore(DataDirectory(directory));
-                return openStore(DataDirectory(directory));
-            }},
+    {.name = "Sqlite", .place = [](const auto &directory) { return StoreLocation(directory.string()); }},
+    {.name = "Postgres",
+        .place = [](const auto &) { return StoreLocation(PostgresServer::shared().newDatabase()); }},
 };
 
 // What every store owes to the server.
@@ -39,7 +36,11 @@ protected:
     }
 
     // As another process has it.
-    std::unique_ptr<Store> open() const { return GetParam().open(directory.path()); }
+    std::unique_ptr<Store> open() const
+    {
+        createStore(location);
+        return openStore(location);
+    }
     std::optional<std::int64_t> write(std::int64_t over, int words, sys_seconds at = noon)
     {
         const std::string body = documentOf(words);
@@ -48,6 +49,7 @@ protected:
     }
 
     TemporaryDirectory directory;
+    StoreLocation location = GetParam().place(directory.path());
     std::unique_ptr<Store> store = open();
     std::int64_t id = 0;
 };
@@ -88,6 +90,9 @@ TEST_P(StoreSuite, AVersionIsWrittenOverOnce)
     EXPECT_EQ(store->document(id, 1)->body, documentOf(3));
     EXPECT_EQ(store->notebookNamed("first")->version, 2);
     store->check();
+    const std::string zeros("{\0}", 3);
+    EXPECT_TRUE(store->append(id, 2, {.body = zeros}, {}));
+    EXPECT_EQ(store->newestDocument(id)->body, zeros);
 
     EXPECT_FALSE(store->version(id + 1));
     EXPECT_FALSE(store->append(id + 1, 0, {.body = "{}"}, {}));
