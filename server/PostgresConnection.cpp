@@ -61,6 +61,8 @@ PostgresConnection::PostgresConnection(const std::string &url, milliseconds time
     if (!m_connection || PQstatus(m_connection.get()) != CONNECTION_OK)
         throw postgresFailure("", m_connection ? PQerrorMessage(m_connection.get()) : "out of memory");
     PQsetnonblocking(m_connection.get(), 1);
+    PQsetNoticeProcessor(
+        m_connection.get(), [](void *, const char *) {}, nullptr);
     run("SET client_min_messages = warning; " + timeoutSetting(timeout) + "; " + durability);
 }
 
@@ -72,9 +74,9 @@ void PostgresConnection::setTimeout(milliseconds timeout)
 
 bool PostgresConnection::isUsable()
 {
-    // Between statements nothing comes but the end, or a notice that leads up to it.
-    if (waitFor(PQsocket(m_connection.get()), POLLIN, milliseconds(0)) > 0)
-        PQconsumeInput(m_connection.get());
+    // Between statements nothing comes but parting words, or a notice that isn't worth telling from them.
+    if (waitFor(PQsocket(m_connection.get()), POLLIN, milliseconds(0)) != 0)
+        return false;
     return PQstatus(m_connection.get()) == CONNECTION_OK
         && PQtransactionStatus(m_connection.get()) == PQTRANS_IDLE;
 }

@@ -15,7 +15,7 @@ struct PostgresStatement {
 };
 
 /// One session with the database, with our settings for durability. Throws StoreFailure; after one of the
-/// kind `unavailable` it may be of no more use, see isUsable().
+/// kind `unavailable` it may be of no more use, see isUsable.
 class PostgresConnection {
 public:
     /// A statement that takes longer than `timeout` is given up: by the database, and a little later by us,

@@ -43,12 +43,19 @@ pid_t started(Arguments command)
     return process;
 }
 
-pid_t parentOf(const std::filesystem::path &process)
+struct ProcessState {
+    bool runs = false;
+    pid_t parent = 0;
+};
+
+ProcessState stateOf(pid_t process)
 {
-    std::ifstream file(process / "stat");
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     const auto name = text.rfind(") "); // behind which the state and then the parent stand
-    return name == std::string::npos ? 0 : std::atoi(text.c_str() + name + 4);
+    if (name == std::string::npos)
+        return {};
+    return {.runs = text[name + 2] != 'Z', .parent = std::atoi(text.c_str() + name + 4)};
 }
 
 } // namespace
@@ -96,7 +103,11 @@ void PostgresServer::start()
 {
     m_process =
         started({program("postgres"), "-D", folder() / "data", "-k", folder(), "-c", "listen_addresses="});
-    if (!eventually([&] { return PQping(url("postgres").c_str()) == PQPING_OK; }))
+    const auto answers = [&] {
+        ::usleep(5'000); // each question costs it a process
+        return PQping(url("postgres").c_str()) == PQPING_OK;
+    };
+    if (!eventually(answers))
         throw std::runtime_error("PostgreSQL does not start");
 }
 
@@ -107,7 +118,7 @@ std::vector<pid_t> PostgresServer::processes() const
         found.push_back(m_process);
     for (const auto &process : std::filesystem::directory_iterator("/proc")) {
         const pid_t id = std::atoi(process.path().filename().c_str()); // 0: something else
-        if (m_process > 0 && id > 0 && parentOf(process.path()) == m_process)
+        if (m_process > 0 && id > 0 && stateOf(id).parent == m_process)
             found.push_back(id);
     }
     return found;
@@ -124,7 +135,7 @@ void PostgresServer::kill()
     ::waitpid(m_process, nullptr, 0);
     m_process = -1;
     for (const pid_t process : all)
-        eventually([&] { return ::kill(process, 0) != 0; });
+        eventually([&] { return !stateOf(process).runs; });
 }
 
 void PostgresServer::killOneBackend(const std::string &url)
