@@ -2,6 +2,7 @@
 
 #include "server/Clock.h"
 #include "server/Identity.h"
+#include "server/MoveStore.h"
 #include "server/ServerUrl.h"
 #include "server/StoreFactory.h"
 #include "server/SyncCode.h"
@@ -25,7 +26,7 @@ struct Installation {
     explicit Installation(const Options &options) : directory(options.data)
     {
         directory.requirePrivate();
-        store = openStore(directory);
+        store = openStore(storeLocation(options));
     }
 
     DataDirectory directory;
@@ -159,6 +160,11 @@ void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 
 } // namespace
 
+StoreLocation storeLocation(const Options &options)
+{
+    return options.store.empty() ? StoreLocation(DataDirectory(options.data)) : StoreLocation(options.store);
+}
+
 void Commands::init(const Options &options, std::ostream &out, Output output)
 {
     const DataDirectory directory(options.data);
@@ -170,7 +176,7 @@ void Commands::init(const Options &options, std::ostream &out, Output output)
 
     directory.create();
     makeFiles(directory, url);
-    createStore(directory);
+    createStore(storeLocation(options));
     const Installation installation(options);
     if (!installation.store->notebooks().empty())
         throw Failure(directory.path().string()
@@ -180,7 +186,10 @@ void Commands::init(const Options &options, std::ostream &out, Output output)
     installation.store->setSetting(Setting::port, std::to_string(port));
     installation.store->setSetting(Setting::bind, options.bind.value_or(""));
 
-    out << "All that this server keeps is in " << directory.path().string() << ".\n"
+    out << "All that this server keeps is in " << directory.path().string()
+        << (options.store.empty() ? ""
+                                  : ", but for the notebooks, which are in " + storeLocation(options).shown())
+        << ".\n"
         << "Devices will look for it at " << url.text()
         << (options.url ? ".\n"
                         : ", which is a guess. If they reach it elsewhere: nimbrelle-server code --url "
@@ -252,6 +261,21 @@ void Commands::restore(const Options &options, std::ostream &out)
             + "\" is not kept. See: nimbrelle-server history " + notebook.name);
     out << "Version " << options.version << " of \"" << notebook.name << "\" is back, as version " << *raised
         << ". Each device takes it up at its next sync and adds what it has itself.\n";
+}
+
+void Commands::move(const Options &options, std::ostream &out)
+{
+    const StoreLocation from(options.moveFrom);
+    const StoreLocation to(options.moveTo);
+    const auto source = openStore(from);
+    createStore(to);
+    const auto moved = moveStore(*source, *openStore(to));
+    out << "All of " << from.shown() << " is in " << to.shown()
+        << " now and was compared: " << moved.notebooks << " notebooks, " << moved.versions << " versions, "
+        << moved.bytes << " bytes.\n"
+        << "The first one takes no more changes. Start the server again with the new one in --store, and "
+           "keep the "
+           "data folder: key and token.secret stay in use.\n";
 }
 
 } // namespace nimbrelle::server

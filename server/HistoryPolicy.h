@@ -14,6 +14,8 @@ struct VersionRecord {
     std::int64_t words = 0;
     std::int64_t bytes = 0;
     bool beforeLoss = false; ///< the version after it held at most two thirds of its words
+
+    bool operator==(const VersionRecord &) const = default;
 };
 
 /// What a new version does to the ones before it.

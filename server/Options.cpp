@@ -29,11 +29,17 @@ public:
         m_app.fallthrough();
         m_app.add_option("--data", m_options.data,
             "The data folder (else $NIMBRELLE_SERVER_DATA, else ~/.local/share/nimbrelle-server)");
+        m_app
+            .add_option("--store", m_options.store,
+                "Where the notebooks are, such as postgresql://USER@HOST/DATABASE (else a file in the data "
+                "folder)")
+            ->envname("NIMBRELLE_SERVER_STORE");
         addInit();
         addServe();
         addTokens();
         addCode();
         addHistory();
+        addMove();
         m_app.footer(firstSteps); // last, for subcommands inherit what is set before them
     }
 
@@ -86,6 +92,7 @@ private:
     void addTokens();
     void addCode();
     void addHistory();
+    void addMove();
 
     Options &m_options;
     CLI::App m_app{"Keeps Nimbrelle notebooks equal on all of a person's devices."};
@@ -138,6 +145,7 @@ void CommandLineParser::addLimits(CLI::App *serve)
         "--head-time", limits.headTimeout, "For a request's head, from connecting or the last answer (15)");
     seconds("--body-time", limits.bodyTimeout, "For its body and the answer (120)");
     count("--threads", limits.threads, "Worker threads (4)");
+    count("--store-connections", m_options.storeConnections, "Connections to a database in --store (8)");
 }
 
 void CommandLineParser::addTokens()
@@ -170,6 +178,16 @@ void CommandLineParser::addHistory()
         add(m_app, Command::restore, "restore", "Bring an earlier version back as a new, higher one");
     restore->add_option("VERSION", m_options.version, "As history lists it")->required();
     addName(restore, "The notebook; may be left out when there is only one");
+}
+
+void CommandLineParser::addMove()
+{
+    CLI::App *move = add(m_app, Command::move, "move",
+        "Copy all notebooks into another, empty store and check them; the first store then takes no more "
+        "changes");
+    move->add_option("FROM", m_options.moveFrom, "postgresql://..., or a data folder or its notebooks.db")
+        ->required();
+    move->add_option("TO", m_options.moveTo, "The same")->required();
 }
 
 std::string onOneLine(std::string text)

@@ -10,12 +10,16 @@
 
 namespace nimbrelle::server {
 
-enum class Command { init, serve, tokenAdd, tokenList, tokenRevoke, code, history, restore };
+enum class Command { init, serve, tokenAdd, tokenList, tokenRevoke, code, history, restore, move };
 
 /// What the command line says, with the defaults filled in. Absent means that what init kept holds.
 struct Options {
     Command command = Command::serve;
     std::filesystem::path data;
+    std::string store; ///< as StoreLocation takes it; empty: the file in the data folder
+    std::string moveFrom;
+    std::string moveTo;
+    unsigned storeConnections = 8;
     std::string name; ///< of a notebook; empty: the only one
     std::optional<std::string> url;
     std::optional<std::uint16_t> port;

@@ -63,6 +63,31 @@ constexpr PostgresStatement damage{.name = "damage", .sql = R"(
     LIMIT 1)"};
 constexpr PostgresStatement flushes{.name = "flushes", .sql = "SELECT current_setting('fsync')"};
 
+constexpr PostgresStatement settings{.name = "settings", .sql = "SELECT key, value FROM nimbrelle.settings"};
+constexpr PostgresStatement importNotebook{.name = "import_notebook",
+    .sql = "INSERT INTO nimbrelle.notebooks (id, name, created_at, token_salt, token_selector, token_hash, "
+           "version) "
+           "VALUES ($1, $2, $3, $4, $5, $6, $7)"};
+constexpr PostgresStatement importVersion{.name = "import_version",
+    .sql = "INSERT INTO nimbrelle.versions (notebook, version, written_at, words, bytes, before_loss, body) "
+           "VALUES ($1, $2, $3, $4, $5, $6::bigint <> 0, $7)"};
+constexpr const char *continueIds =
+    "SELECT setval(pg_get_serial_sequence('nimbrelle.notebooks', 'id'), max(id)) "
+    "FROM nimbrelle.notebooks";
+
+constexpr PostgresStatement isSealed{.name = "is_sealed",
+    .sql = "SELECT count(*) FROM pg_trigger WHERE tgname = 'sealed' AND tgrelid = "
+           "'nimbrelle.notebooks'::regclass"};
+constexpr const char *unseal = R"(
+    DROP TRIGGER IF EXISTS sealed ON nimbrelle.settings;
+    DROP TRIGGER IF EXISTS sealed ON nimbrelle.notebooks;
+    DROP TRIGGER IF EXISTS sealed ON nimbrelle.versions;)";
+// To make a trigger waits for the writes that are under way, and every later one meets it.
+constexpr const char *seal = R"(
+    CREATE TRIGGER sealed BEFORE INSERT OR UPDATE OR DELETE ON nimbrelle.settings EXECUTE FUNCTION nimbrelle.refuse();
+    CREATE TRIGGER sealed BEFORE INSERT OR UPDATE OR DELETE ON nimbrelle.notebooks EXECUTE FUNCTION nimbrelle.refuse();
+    CREATE TRIGGER sealed BEFORE INSERT OR UPDATE OR DELETE ON nimbrelle.versions EXECUTE FUNCTION nimbrelle.refuse();)";
+
 } // namespace Sql
 
 std::vector<Notebook> notebooksIn(const PostgresResult &result)
@@ -103,7 +128,7 @@ void PostgresStore::create(const std::string &url)
 }
 
 PostgresStore::PostgresStore(PostgresPool::Settings settings)
-    : m_pool(std::move(settings), &PostgresSchema::require)
+    : m_url(settings.url), m_pool(std::move(settings), &PostgresSchema::require)
 {
     m_pool.with([](PostgresConnection &) {}); // so that what is wrong shows at the start
 }
@@ -115,6 +140,8 @@ PostgresResult PostgresStore::run(const PostgresStatement &statement, const auto
 
 void PostgresStore::check()
 {
+    if (isSealed())
+        throw StoreFailure(StoreFailure::Kind::other, std::string(movedAway));
     if (run(Sql::flushes).bytes(0, 0) != "on")
         throw StoreFailure(StoreFailure::Kind::other,
             "the database was told not to wait for its disk, and would lose what was acknowledged; set fsync "
@@ -136,6 +163,15 @@ std::optional<std::string> PostgresStore::setting(std::string_view key)
 void PostgresStore::setSetting(std::string_view key, std::string_view value)
 {
     run(Sql::setSetting, std::string(key), std::string(value));
+}
+
+std::map<std::string, std::string> PostgresStore::settings()
+{
+    const auto result = run(Sql::settings);
+    std::map<std::string, std::string> found;
+    for (int row = 0; row < result.rows(); ++row)
+        found.emplace(result.bytes(row, 0), result.bytes(row, 1));
+    return found;
 }
 
 std::vector<Notebook> PostgresStore::notebooks()
@@ -209,6 +245,73 @@ bool PostgresStore::append(
     const auto result = run(Sql::append, notebook, expected, document.writtenAt, document.words,
         PostgresBytes{.bytes = document.body}, change.beforeLoss.value_or(0), listText(change.dropped));
     return result.rows() > 0;
+}
+
+bool PostgresStore::isSealed()
+{
+    return run(Sql::isSealed).number(0, 0) > 0;
+}
+
+void PostgresStore::setSealed(bool sealed)
+{
+    const std::string refuse =
+        "CREATE OR REPLACE FUNCTION nimbrelle.refuse() RETURNS trigger LANGUAGE plpgsql AS "
+        "$$ BEGIN RAISE EXCEPTION '"
+        + std::string(movedAway) + "'; END $$;";
+    m_pool.with([&](PostgresConnection &connection) {
+        PostgresTransaction transaction(connection);
+        connection.run(Sql::unseal);
+        if (sealed)
+            connection.run(refuse + Sql::seal);
+        transaction.commit();
+    });
+}
+
+// On a connection of its own, for the time limit of a request's statements is too short.
+class PostgresStore::Import final : public StoreImport {
+public:
+    explicit Import(const std::string &url)
+        : m_connection(url, std::chrono::milliseconds(0)), m_transaction(m_connection)
+    {
+    }
+
+    void addSetting(const std::string &key, const std::string &value) override
+    {
+        m_connection.run(Sql::setSetting, key, value);
+    }
+
+    void addNotebook(const Notebook &notebook) override
+    {
+        const auto add = [&](const auto &selector, const auto &hash) {
+            m_connection.run(Sql::importNotebook, notebook.id, notebook.name, notebook.createdAt,
+                PostgresBytes{.bytes = notebook.tokenSalt}, selector, hash, notebook.version);
+        };
+        if (const auto &hash = notebook.tokenHash)
+            add(PostgresBytes{.bytes = selectorOf(*hash)}, PostgresBytes{.bytes = bytesOf(*hash)});
+        else
+            add(nullptr, nullptr);
+    }
+
+    void addVersion(std::int64_t notebook, const VersionRecord &record, std::string_view body) override
+    {
+        m_connection.run(Sql::importVersion, notebook, record.version, record.writtenAt, record.words,
+            record.bytes, std::int64_t{record.beforeLoss}, PostgresBytes{.bytes = body});
+    }
+
+    void commit() override
+    {
+        m_connection.run(Sql::continueIds);
+        m_transaction.commit();
+    }
+
+private:
+    PostgresConnection m_connection;
+    PostgresTransaction m_transaction;
+};
+
+std::unique_ptr<StoreImport> PostgresStore::beginImport()
+{
+    return std::make_unique<Import>(m_url);
 }
 
 } // namespace nimbrelle::server

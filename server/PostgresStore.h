@@ -18,6 +18,7 @@ public:
 
     std::optional<std::string> setting(std::string_view key) override;
     void setSetting(std::string_view key, std::string_view value) override;
+    std::map<std::string, std::string> settings() override;
 
     std::vector<Notebook> notebooks() override;
     std::optional<Notebook> notebookNamed(std::string_view name) override;
@@ -32,10 +33,16 @@ public:
     std::vector<VersionRecord> history(std::int64_t notebook) override;
     bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
         const HistoryChange &change) override;
+    bool isSealed() override;
+    void setSealed(bool sealed) override;
+    std::unique_ptr<StoreImport> beginImport() override;
 
 private:
+    class Import;
+
     PostgresResult run(const PostgresStatement &statement, const auto &...values);
 
+    const std::string m_url;
     PostgresPool m_pool;
 };
 

@@ -73,7 +73,7 @@ void serve(const Options &options, std::ostream &messages)
     const TerminationSignals signals;
     const DataDirectory directory(options.data);
     directory.requirePrivate();
-    const auto store = openStore(directory);
+    const auto store = openStore(storeLocation(options), options.storeConnections);
     const Identity identity = loadIdentity(directory);
     store->check();
     raiseFileLimit(options.limits.maxConnections);

@@ -58,6 +58,9 @@ struct SqliteStore::Reader {
     std::mutex mutex;
 
     SQLite::Statement setting = connection.prepared("SELECT value FROM settings WHERE key = ?");
+    SQLite::Statement settings = connection.prepared("SELECT key, value FROM settings");
+    SQLite::Statement sealed = connection.prepared(
+        "SELECT count(*) FROM sqlite_master WHERE type = 'trigger' AND name LIKE 'sealed %'");
     SQLite::Statement all = connection.prepared(selectNotebook, "ORDER BY id");
     SQLite::Statement named = connection.prepared(selectNotebook, "WHERE name = ?");
     SQLite::Statement ofToken = connection.prepared(selectNotebook, "WHERE token_selector = ?");
@@ -125,6 +128,8 @@ SqliteStore::~SqliteStore() = default;
 
 void SqliteStore::check()
 {
+    if (isSealed())
+        throw StoreFailure(StoreFailure::Kind::other, std::string(movedAway));
     reading([&](Reader &reader) {
         const std::string damage = reader.connection.quickCheck();
         if (!damage.empty())
@@ -147,6 +152,16 @@ void SqliteStore::setSetting(std::string_view key, std::string_view value)
         writer.connection.run("INSERT INTO settings (key, value) VALUES (?, ?) "
                               "ON CONFLICT (key) DO UPDATE SET value = excluded.value",
             std::string(key), std::string(value));
+    });
+}
+
+std::map<std::string, std::string> SqliteStore::settings()
+{
+    return reading([&](Reader &reader) {
+        std::map<std::string, std::string> found;
+        for (BoundStatement row(reader.settings); row.step();)
+            found.emplace(row.bytes(0), row.bytes(1));
+        return found;
     });
 }
 
@@ -252,6 +267,88 @@ bool SqliteStore::append(
         transaction.commit();
         return true;
     });
+}
+
+bool SqliteStore::isSealed()
+{
+    return reading([](Reader &reader) {
+        BoundStatement row(reader.sealed);
+        return row.step() && row.number(0) > 0;
+    });
+}
+
+void SqliteStore::setSealed(bool sealed)
+{
+    writing([&](Writer &writer) {
+        auto transaction = writer.connection.begin();
+        for (const std::string table : {"settings", "notebooks", "versions"}) {
+            for (const std::string change : {"INSERT", "UPDATE", "DELETE"}) {
+                const std::string trigger = "\"sealed " + table + ' ' + change + '"';
+                writer.connection.run(("DROP TRIGGER IF EXISTS " + trigger).c_str());
+                if (sealed)
+                    writer.connection.run(("CREATE TRIGGER " + trigger + " BEFORE " + change + " ON " + table
+                        + " BEGIN SELECT RAISE(ABORT, '" + std::string(movedAway) + "'); END")
+                                              .c_str());
+            }
+        }
+        transaction.commit();
+    });
+}
+
+class SqliteStore::Import final : public StoreImport {
+public:
+    explicit Import(SqliteStore &store)
+        : m_store(store), m_lock(store.m_writer->mutex), m_transaction(store.m_writer->connection.begin())
+    {
+    }
+
+    void addSetting(const std::string &key, const std::string &value) override
+    {
+        run("INSERT INTO settings (key, value) VALUES (?, ?)", key, value);
+    }
+
+    void addNotebook(const Notebook &notebook) override
+    {
+        const auto add = [&](const auto &selector, const auto &hash) {
+            run("INSERT INTO notebooks (id, name, created_at, token_salt, token_selector, token_hash, "
+                "version) "
+                "VALUES (?, ?, ?, ?, ?, ?, ?)",
+                notebook.id, notebook.name, notebook.createdAt, Blob{.bytes = notebook.tokenSalt}, selector,
+                hash, notebook.version);
+        };
+        if (const auto &hash = notebook.tokenHash)
+            add(Blob{.bytes = selectorOf(*hash)}, Blob{.bytes = bytesOf(*hash)});
+        else
+            add(nullptr, nullptr);
+    }
+
+    void addVersion(std::int64_t notebook, const VersionRecord &record, std::string_view body) override
+    {
+        run("INSERT INTO versions (notebook, version, written_at, words, bytes, before_loss, body) "
+            "VALUES (?, ?, ?, ?, ?, ?, ?)",
+            notebook, record.version, record.writtenAt, record.words, record.bytes,
+            std::int64_t{record.beforeLoss}, Blob{.bytes = body});
+    }
+
+    void commit() override
+    {
+        translated(m_store.m_file, [&] { m_transaction.commit(); });
+    }
+
+private:
+    void run(const char *sql, const auto &...values)
+    {
+        translated(m_store.m_file, [&] { m_store.m_writer->connection.run(sql, values...); });
+    }
+
+    SqliteStore &m_store;
+    std::unique_lock<std::mutex> m_lock;
+    SQLite::Transaction m_transaction;
+};
+
+std::unique_ptr<StoreImport> SqliteStore::beginImport()
+{
+    return translated(m_file, [&] { return std::make_unique<Import>(*this); });
 }
 
 } // namespace nimbrelle::server

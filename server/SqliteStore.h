@@ -20,6 +20,7 @@ public:
 
     std::optional<std::string> setting(std::string_view key) override;
     void setSetting(std::string_view key, std::string_view value) override;
+    std::map<std::string, std::string> settings() override;
 
     std::vector<Notebook> notebooks() override;
     std::optional<Notebook> notebookNamed(std::string_view name) override;
@@ -34,10 +35,14 @@ public:
     std::vector<VersionRecord> history(std::int64_t notebook) override;
     bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
         const HistoryChange &change) override;
+    bool isSealed() override;
+    void setSealed(bool sealed) override;
+    std::unique_ptr<StoreImport> beginImport() override;
 
 private:
     struct Reader;
     struct Writer;
+    class Import;
 
     template <typename Work> auto reading(const Work &work);
     template <typename Work> auto writing(const Work &work);

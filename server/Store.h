@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,6 +31,10 @@ private:
     Kind m_kind;
 };
 
+/// What a sealed store says to whoever would change it.
+inline constexpr std::string_view movedAway =
+    "this store was moved with nimbrelle-server move; name the new one with --store";
+
 /// One notebook on this server: a name for the operator, a token for its devices, a document with a version.
 struct Notebook {
     std::int64_t id = 0;
@@ -38,6 +43,8 @@ struct Notebook {
     std::optional<Digest> tokenHash; ///< absent after a revoke: no device gets in
     std::int64_t version = 0; ///< 0: nothing stored yet; only ever rises
     std::chrono::sys_seconds createdAt;
+
+    bool operator==(const Notebook &) const = default;
 };
 
 struct Document {
@@ -59,6 +66,17 @@ struct NewDocument {
     std::chrono::sys_seconds writtenAt;
 };
 
+/// Fills an empty store with what another holds, all or nothing: without a commit nothing has happened.
+/// Throws StoreFailure.
+class StoreImport {
+public:
+    virtual ~StoreImport() = default;
+    virtual void addSetting(const std::string &key, const std::string &value) = 0;
+    virtual void addNotebook(const Notebook &notebook) = 0;
+    virtual void addVersion(std::int64_t notebook, const VersionRecord &record, std::string_view body) = 0;
+    virtual void commit() = 0;
+};
+
 /// Where notebooks are kept. Every call may come from any thread, and other processes may work on the same
 /// data. What a call has written when it returns survives a loss of power. Failures of the medium are thrown
 /// as StoreFailure.
@@ -72,6 +90,7 @@ public:
     /// A small value under a name, kept for good.
     virtual std::optional<std::string> setting(std::string_view key) = 0;
     virtual void setSetting(std::string_view key, std::string_view value) = 0;
+    virtual std::map<std::string, std::string> settings() = 0;
 
     virtual std::vector<Notebook> notebooks() = 0;
     virtual std::optional<Notebook> notebookNamed(std::string_view name) = 0;
@@ -97,6 +116,12 @@ public:
     /// caller's matter (see writeVersion).
     virtual bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
         const HistoryChange &change) = 0;
+
+    /// A sealed store can be read, but refuses every change, whichever process has it open. check() says so.
+    virtual bool isSealed() = 0;
+    virtual void setSealed(bool sealed) = 0;
+    /// This store must not be used until it is over.
+    virtual std::unique_ptr<StoreImport> beginImport() = 0;
 };
 
 } // namespace nimbrelle::server
