@@ -127,7 +127,8 @@ TEST_F(PostgresStoreTest, ADatabaseThatIsAwayIsTriedAgainAfterAWhile)
     const auto store = open({.retryAfter = 1s, .now = [&] { return now; }});
     store->addNotebook("first", "salt", sha256("one"), {});
     postgres.kill();
-    EXPECT_THAT(failure(StoreFailure::Kind::unavailable, [&] { store->version(1); }), HasSubstr("Connection refused"));
+    EXPECT_THAT(failure(StoreFailure::Kind::unavailable, [&] { store->version(1); }),
+        HasSubstr("Connection refused"));
     postgres.start();
     EXPECT_THAT(failure(StoreFailure::Kind::unavailable, [&] { store->version(1); }), HasSubstr("refused"));
     now += 1s;

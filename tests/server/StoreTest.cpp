@@ -1,3 +1,4 @@
+#include "server/MoveStore.h"
 #include "server/StoreFactory.h"
 #include "server/VersionedWrite.h"
 #include "server/support/PostgresServer.h"
@@ -163,4 +164,46 @@ TEST_P(StoreSuite, AnotherProcessSeesAndIsSeenAtOnce)
     other->setSetting("url", "https://a");
     other->setSetting("url", "https://b");
     EXPECT_EQ(store->setting("url"), "https://b");
+}
+
+TEST_P(StoreSuite, MovesWithAllThatItHoldsAndTakesNoMoreChanges)
+{
+    write(0, 30);
+    write(1, 5);
+    store->setSetting("url", "https://a");
+    store->addNotebook("revoked", std::string("\0salt", 5), sha256("two"), noon + 1h);
+    store->setToken(store->notebookNamed("revoked")->id, "pepper", std::nullopt);
+    for (const StoreMaker &maker : storeMakers) {
+        const TemporaryDirectory other;
+        const StoreLocation place = maker.place(other.path());
+        createStore(place);
+        const auto target = openStore(place);
+        EXPECT_EQ(moveStore(*store, *target).versions, 2U);
+        EXPECT_EQ(moveStore(*store, *target).notebooks, 2U); // as after an interruption
+        EXPECT_EQ(target->notebooks(), store->notebooks());
+        EXPECT_EQ(target->notebookOfToken(sha256("one"))->id, id);
+        EXPECT_EQ(target->newestDocument(id)->body, documentOf(5));
+        EXPECT_TRUE(target->history(id).front().beforeLoss);
+        EXPECT_THROW(write(2, 6), StoreFailure);
+        EXPECT_THROW(store->addNotebook("third", "salt", sha256("three"), noon), StoreFailure);
+        EXPECT_THROW(store->check(), StoreFailure);
+
+        target->check();
+        EXPECT_TRUE(target->append(id, 2, {.body = "{}"}, {}));
+        target->addNotebook("third", "salt", sha256("three"), noon);
+        EXPECT_THROW(moveStore(*store, *target), Failure);
+        EXPECT_THROW(write(2, 6), StoreFailure); // for the other one goes on already
+    }
+}
+
+TEST_P(StoreSuite, GoesOnWhenItCannotBeMoved)
+{
+    write(0, 3);
+    const TemporaryDirectory other;
+    const StoreLocation place = GetParam().place(other.path());
+    createStore(place);
+    const auto target = openStore(place);
+    target->addNotebook("stranger", "salt", sha256("two"), noon);
+    EXPECT_THROW(moveStore(*store, *target), Failure);
+    EXPECT_EQ(write(1, 4), 2);
 }
