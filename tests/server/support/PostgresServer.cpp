@@ -24,9 +24,12 @@ constexpr const char *plainUser = "nobody";
 
 pid_t started(Arguments command)
 {
+    // Gone with us, however we end.
+    Arguments wrapped{"setpriv", "--pdeathsig", "KILL"};
     if (::geteuid() == 0)
-        command.insert(
-            command.begin(), {"setpriv", "--reuid", plainUser, "--regid", "nogroup", "--clear-groups", "--"});
+        wrapped.insert(wrapped.end(), {"--reuid", plainUser, "--regid", "nogroup", "--clear-groups"});
+    wrapped.push_back("--");
+    command.insert(command.begin(), wrapped.begin(), wrapped.end());
     std::vector<char *> pointers;
     for (std::string &argument : command)
         pointers.push_back(argument.data());
