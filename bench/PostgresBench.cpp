@@ -111,6 +111,23 @@ void conditionalGet(benchmark::State &state)
         ask(*client, text, 304);
 }
 
+// The same way without a database, so far as there is one.
+void requestWithoutStore(benchmark::State &state)
+{
+    const auto client = connected(stage->servers[0]->port());
+    const std::string text = requestText("GET", "/v1/other", stage->token, "If-None-Match: \"1\"\r\n");
+    for (auto _ : state)
+        ask(*client, text, 404);
+}
+
+// All of a write but the write.
+void refusedPut(benchmark::State &state)
+{
+    const auto client = connected(stage->servers[0]->port());
+    for (auto _ : state)
+        ask(*client, putText(0), 412);
+}
+
 void pgbenchGet(benchmark::State &state)
 {
     for (auto _ : state)
@@ -162,6 +179,8 @@ void fourClients(benchmark::State &state, std::size_t processes)
 constexpr int repetitions = 5;
 
 BENCHMARK(conditionalGet)->Iterations(2'000)->UseRealTime()->Repetitions(repetitions);
+BENCHMARK(requestWithoutStore)->Iterations(2'000)->UseRealTime()->Repetitions(repetitions);
+BENCHMARK(refusedPut)->Iterations(40)->UseRealTime()->Repetitions(repetitions);
 BENCHMARK(pgbenchGet)->Iterations(1)->UseManualTime()->Repetitions(repetitions);
 BENCHMARK(putOneMegabyte)->Iterations(40)->UseRealTime()->Repetitions(repetitions);
 BENCHMARK(pgbenchPut)->Iterations(1)->UseManualTime()->Repetitions(repetitions);
@@ -177,6 +196,11 @@ int measure(int argc, char **argv)
         {
             {"conditional GET / pgbench", "conditionalGet/iterations:2000/repeats:5/real_time",
                 {"pgbenchGet/iterations:1/repeats:5/manual_time"}, 1.5},
+            {"conditional GET / pgbench, and TLS and HTTP",
+                "conditionalGet/iterations:2000/repeats:5/real_time",
+                {"pgbenchGet/iterations:1/repeats:5/manual_time",
+                    "requestWithoutStore/iterations:2000/repeats:5/real_time"},
+                1.5},
             {"durable PUT of 1 MB / pgbench", "putOneMegabyte/iterations:40/repeats:5/real_time",
                 {"pgbenchPut/iterations:1/repeats:5/manual_time"}, 1.5},
             {"processor time of a request: two processes / one",

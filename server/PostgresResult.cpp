@@ -37,7 +37,8 @@ StoreFailure postgresFailure(std::string_view state, std::string message)
 {
     while (!message.empty() && message.back() == '\n')
         message.pop_back();
-    std::ranges::replace(message, '\n', ' ');
+    std::ranges::replace_if(
+        message, [](char character) { return character == '\n' || character == '\t'; }, ' ');
     return {kindOf(state), "the database reports: " + message + adviceOn(state)};
 }
 

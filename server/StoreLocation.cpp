@@ -1,9 +1,13 @@
 #include "server/StoreLocation.h"
 
+#include "server/Failure.h"
+
 namespace nimbrelle::server {
 
 StoreLocation::StoreLocation(const std::string &text) : m_text(text)
 {
+    if (!isPostgres() && text.find("://") != std::string::npos)
+        throw UsageFailure("a store is postgresql://USER@HOST/DATABASE, a data folder, or the file in it");
     if (!isPostgres() && std::filesystem::is_directory(text))
         m_text = DataDirectory(text).database().string();
 }

@@ -9,7 +9,7 @@ class StoreLocation {
 public:
     /// The file in a data folder.
     StoreLocation(const DataDirectory &directory) : m_text(directory.database().string()) { }
-    /// As a person gives it: postgresql://…, or a file, or a data folder.
+    /// As a person gives it: postgresql://…, or a file, or a data folder. Throws UsageFailure.
     explicit StoreLocation(const std::string &text);
 
     bool isPostgres() const;

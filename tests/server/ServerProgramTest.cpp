@@ -213,7 +213,8 @@ TEST_F(ServerProgramTest, HelpIsNoErrorAndBadUsageIsOneLineAndExitCodeTwo)
     for (const auto &arguments : Lines{{}, {"unknown"}, {"--unknown"}, {"serve", "--port", "x"},
              {"serve", "--port", "70000"}, {"serve", "--max-body", "12zz"}, {"serve", "--head-time", "0"},
              {"restore"}, {"restore", "x"}, {"token"}, {"token", "add"}, {"token", "add", "two words"},
-             {"code", "--url", "http://a"}, {"init", "--url", "https://a/b"}, {"init", "extra"}})
+             {"code", "--url", "http://a"}, {"init", "--url", "https://a/b"}, {"init", "extra"},
+             {"move", "x"}, {"code", "--store", "mysql://a"}})
         failure(arguments, 2);
 }
 
