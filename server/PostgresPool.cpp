@@ -46,23 +46,39 @@ std::unique_ptr<PostgresConnection> PostgresPool::takeIdle()
 
 std::unique_ptr<PostgresConnection> PostgresPool::connect()
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        if (m_settings.now() < m_retryAt)
-            throw StoreFailure(Kind::unavailable, m_lastFailure);
-    }
+    refuseWhileAway();
     try {
-        auto connection = std::make_unique<PostgresConnection>(m_settings.url, m_settings.statementTimeout);
-        m_prepare(*connection);
+        auto connection = attempt();
+        const std::lock_guard lock(m_mutex);
+        m_lastFailure.clear();
         return connection;
     } catch (const StoreFailure &failure) {
         const std::lock_guard lock(m_mutex);
         if (failure.kind() == Kind::unavailable) {
-            m_retryAt = m_settings.now() + m_settings.retryAfter;
             m_lastFailure = failure.what();
+            m_retryAt = m_settings.now() + m_settings.retryAfter;
         }
         throw;
     }
+}
+
+// An attempt may take seconds when the other machine is gone: one at a time is enough then, and the other
+// threads answer their requests at once.
+void PostgresPool::refuseWhileAway()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_lastFailure.empty())
+        return;
+    if (m_settings.now() < m_retryAt)
+        throw StoreFailure(Kind::unavailable, m_lastFailure);
+    m_retryAt = m_settings.now() + m_settings.attemptTime;
+}
+
+std::unique_ptr<PostgresConnection> PostgresPool::attempt()
+{
+    auto connection = std::make_unique<PostgresConnection>(m_settings.url, m_settings.statementTimeout);
+    m_prepare(*connection);
+    return connection;
 }
 
 void PostgresPool::giveBack(std::unique_ptr<PostgresConnection> connection)

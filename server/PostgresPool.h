@@ -20,6 +20,8 @@ public:
         std::chrono::milliseconds waitTimeout{5'000}; ///< for a connection that others have
         /// After the database was not to be reached: nobody waits for another attempt until then.
         std::chrono::milliseconds retryAfter{1'000};
+        /// How long one attempt keeps others from trying as well.
+        std::chrono::milliseconds attemptTime{10'000};
         std::function<Clock::time_point()> now = &Clock::now;
     };
     /// Called with each new connection.
@@ -50,6 +52,8 @@ private:
 
     std::unique_ptr<PostgresConnection> take();
     std::unique_ptr<PostgresConnection> connect();
+    std::unique_ptr<PostgresConnection> attempt();
+    void refuseWhileAway();
     void giveBack(std::unique_ptr<PostgresConnection> connection);
     void reserve();
     std::unique_ptr<PostgresConnection> takeIdle();
@@ -60,8 +64,10 @@ private:
     std::condition_variable m_returned;
     std::vector<std::unique_ptr<PostgresConnection>> m_idle;
     std::size_t m_inUse = 0;
+
+    /// Why the database could not be reached at the last attempt; empty when it could.
+    std::string m_lastFailure;
     Clock::time_point m_retryAt;
-    std::string m_lastFailure; ///< why nobody tries before m_retryAt
 };
 
 } // namespace nimbrelle::server

@@ -150,3 +150,24 @@ TEST_F(PostgresStoreTest, NoMoreConnectionsAreMadeThanAllowed)
     });
     EXPECT_EQ(failure(StoreFailure::Kind::unavailable, [&] { pool.with([](PostgresConnection &) {}); }), "");
 }
+
+TEST_F(PostgresStoreTest, OneAttemptAtATimeIsMadeToReachADatabaseThatIsAway)
+{
+    PostgresStore::create(url);
+    PostgresPool::Clock::time_point now{1h};
+    std::string nested;
+    int connections = 0;
+    PostgresPool *pool = nullptr;
+    PostgresPool made({.url = url, .retryAfter = 1s, .now = [&] { return now; }}, [&](PostgresConnection &) {
+        ++connections;
+        nested = failure(StoreFailure::Kind::unavailable, [&] { pool->with([](PostgresConnection &) {}); });
+    });
+    pool = &made;
+    postgres.kill();
+    EXPECT_NE(failure(StoreFailure::Kind::unavailable, [&] { pool->with([](PostgresConnection &) {}); }), "");
+    postgres.start();
+    now += 1s;
+    pool->with([](PostgresConnection &) {});
+    EXPECT_THAT(nested, HasSubstr("refused")); // who came while the attempt was under way
+    EXPECT_EQ(connections, 1);
+}
