@@ -2,6 +2,7 @@
 
 #include "server/PostgresConnection.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
@@ -21,6 +22,7 @@ using Arguments = std::vector<std::string>;
 
 // It refuses to run as root.
 constexpr const char *plainUser = "nobody";
+constexpr int mostAtOnce = 6; // databases that one test uses
 
 pid_t started(Arguments command)
 {
@@ -98,7 +100,11 @@ std::string PostgresServer::url(const std::string &database) const
 std::string PostgresServer::newDatabase()
 {
     const std::string name = "test" + std::to_string(++m_databases);
-    PostgresConnection(url("postgres"), std::chrono::minutes(1)).run("CREATE DATABASE " + name);
+    PostgresConnection connection(url("postgres"), std::chrono::minutes(1));
+    // After a kill each file of all databases is flushed, so those of earlier tests go.
+    connection.run("DROP DATABASE IF EXISTS test" + std::to_string(std::max(0, m_databases - mostAtOnce))
+        + " WITH (FORCE)");
+    connection.run("CREATE DATABASE " + name);
     return url(name);
 }
 
