@@ -166,6 +166,7 @@ void fourClients(benchmark::State &state, std::size_t processes)
         }
         const double before = processorSecondsOfAll();
         std::vector<std::jthread> threads;
+        threads.reserve(clients.size());
         for (auto &client : clients)
             threads.emplace_back([&] {
                 for (int request = 0; request < perClient; ++request)

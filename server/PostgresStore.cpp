@@ -93,6 +93,7 @@ constexpr const char *seal = R"(
 std::vector<Notebook> notebooksIn(const PostgresResult &result)
 {
     std::vector<Notebook> found;
+    found.reserve(static_cast<std::size_t>(result.rows()));
     for (int row = 0; row < result.rows(); ++row)
         found.push_back({.id = result.number(row, 0),
             .name = result.bytes(row, 1),
@@ -230,6 +231,7 @@ std::vector<VersionRecord> PostgresStore::history(std::int64_t notebook)
 {
     const auto result = run(Sql::history, notebook);
     std::vector<VersionRecord> found;
+    found.reserve(static_cast<std::size_t>(result.rows()));
     for (int row = 0; row < result.rows(); ++row)
         found.push_back({.version = result.number(row, 0),
             .writtenAt = result.time(row, 1),
