@@ -111,17 +111,42 @@ void showCode(const Installation &installation, const Notebook &notebook, const 
         out << terminalQr(code.text()) << '\n';
 }
 
-void makeFiles(const DataDirectory &directory, const ServerUrl &url)
+struct MadeFiles {
+    bool identity = false;
+    bool secret = false;
+};
+
+MadeFiles makeFiles(const DataDirectory &directory, const ServerUrl &url)
 {
     // What is already there stays: a lost database must not cost the pin that devices remember.
-    if (!std::filesystem::exists(directory.key())) {
+    const MadeFiles made{.identity = !std::filesystem::exists(directory.key()),
+        .secret = !std::filesystem::exists(directory.tokenSecret())};
+    if (made.identity) {
         const Identity identity = makeIdentity(url.host);
         writePrivateFile(directory.certificate(), identity.certificate);
         writePrivateFile(directory.key(), identity.key);
     }
     loadIdentity(directory);
-    if (!std::filesystem::exists(directory.tokenSecret()))
+    if (made.secret)
         writePrivateFile(directory.tokenSecret(), randomBytes(secretBytes));
+    return made;
+}
+
+// What init says where notebooks are there already: a lost file was made again, or all was in its place.
+void reportMade(const DataDirectory &directory, const MadeFiles &made, std::ostream &out)
+{
+    if (!made.identity && !made.secret)
+        throw Failure(directory.path().string()
+            + " is set up already. Print a code with: nimbrelle-server code; change the address in it with: "
+              "nimbrelle-server code --url https://HOST:PORT");
+    if (made.identity)
+        out << "server.key and server.crt were made anew. Connect every device again: restart the server and "
+               "use what this prints: nimbrelle-server code\n";
+    if (made.secret)
+        out << "token.secret was made anew. Connected devices don't notice, but codes of before can't be "
+               "printed any more; for a new code: nimbrelle-server token revoke NAME and then: "
+               "nimbrelle-server token add NAME\n";
+    out << "The notebooks are as they were.\n";
 }
 
 Notebook addNotebook(const Installation &installation, const std::string &name)
@@ -169,13 +194,11 @@ void Commands::init(const Options &options, std::ostream &out, Output output)
         options.url ? parsedUrl(*options.url) : ServerUrl{.host = guessedHost(), .port = port};
 
     directory.create();
-    makeFiles(directory, url);
+    const MadeFiles made = makeFiles(directory, url);
     createStore(directory);
     const Installation installation(options);
     if (!installation.store->notebooks().empty())
-        throw Failure(directory.path().string()
-            + " is set up already. Print a code with: nimbrelle-server code; change the address in it with: "
-              "nimbrelle-server code --url https://HOST:PORT");
+        return reportMade(directory, made, out);
     installation.store->setSetting(Setting::url, url.text());
     installation.store->setSetting(Setting::port, std::to_string(port));
     installation.store->setSetting(Setting::bind, options.bind.value_or(""));

@@ -67,6 +67,9 @@ StoreFailure storeFailure(const std::filesystem::path &file, const SQLite::Excep
                 + "). Check that it is there and that it and its folder belong to the user who runs this "
                   "command."};
     default:
+        // The file was emptied or put in the place of ours; its tables are made by init only.
+        if (std::string_view(error.what()).starts_with("no such table"))
+            return damagedStore(file, error.what());
         return {StoreFailure::Kind::other, "the database " + file.string() + " reports: " + error.what()};
     }
 }

@@ -122,7 +122,10 @@ TEST_F(ServerProgramTest, InitFinishesWhatIsMissingAndKeepsTheKey)
 {
     std::filesystem::remove(data / "token.secret");
     EXPECT_THAT(failure({"code"}), HasSubstr("run init again"));
-    run({"init"});
+    const auto again = run({"init"});
+    EXPECT_EQ(again.exitCode, 0) << again.errors;
+    EXPECT_THAT(again.out, AllOf(HasSubstr("token.secret was made anew"), Not(HasSubstr("server.key"))));
+    EXPECT_THAT(failure({"init"}), HasSubstr("set up already"));
     EXPECT_THAT(failure({"code"}), HasSubstr("token revoke"));
     EXPECT_EQ(run({"token", "add", "second"}).exitCode, 0);
 

@@ -47,6 +47,14 @@ TEST_F(SqliteStoreTest, ADamagedFileSaysWhatToDo)
     std::fstream(file, std::ios::in | std::ios::out).seekp(8192) << std::string(20'000, '\xaa');
     EXPECT_THAT(failure(StoreFailure::Kind::damaged),
         AllOf(HasSubstr("put the file back from a backup"), Not(HasSubstr("\n"))));
+
+    std::filesystem::remove(file);
+    SqliteStore::create(file);
+    SQLite::Database(file, SQLite::OPEN_READWRITE).exec("DROP TABLE versions");
+    EXPECT_THAT(failure(StoreFailure::Kind::damaged),
+        AllOf(HasSubstr("no such table"), HasSubstr("put the file back from a backup")));
+    std::filesystem::resize_file(file, 0);
+    EXPECT_THAT(failure(StoreFailure::Kind::other), HasSubstr("nimbrelle-server init"));
 }
 
 TEST_F(SqliteStoreTest, AFileThatIsNotOursIsLeftAsItIs)
