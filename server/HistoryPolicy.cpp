@@ -1,5 +1,9 @@
 #include "server/HistoryPolicy.h"
 
+#include <functional>
+#include <map>
+#include <ranges>
+#include <set>
 #include <span>
 
 namespace nimbrelle::server {
@@ -7,16 +11,24 @@ namespace nimbrelle::server {
 namespace {
 
 constexpr std::size_t newestKept = 20;
-constexpr std::chrono::days dailyKept{60};
+constexpr std::size_t daysKept = 60;
 
 std::chrono::sys_days dayOf(const VersionRecord &record)
 {
     return std::chrono::floor<std::chrono::days>(record.writtenAt);
 }
 
-bool isLastOfItsDay(std::span<const VersionRecord> records, std::size_t index)
+// The last version of each of the newest days that have one. Days are counted by what was written on them and
+// not back from a clock: a clock that runs far ahead adds one day, where it would else let all others go.
+std::set<std::int64_t> dailyVersions(std::span<const VersionRecord> records)
 {
-    return index + 1 == records.size() || dayOf(records[index]) != dayOf(records[index + 1]);
+    std::map<std::chrono::sys_days, std::int64_t, std::greater<>> lastOfDay;
+    for (const VersionRecord &record : records)
+        lastOfDay[dayOf(record)] = record.version;
+    std::set<std::int64_t> kept;
+    for (const auto &[day, version] : lastOfDay | std::views::take(daysKept))
+        kept.insert(version);
+    return kept;
 }
 
 bool losesThird(std::int64_t wordsBefore, std::int64_t wordsAfter)
@@ -27,11 +39,10 @@ bool losesThird(std::int64_t wordsBefore, std::int64_t wordsAfter)
 std::vector<std::int64_t> versionsToDrop(std::span<const VersionRecord> records)
 {
     std::vector<std::int64_t> dropped;
-    const auto firstDay = dayOf(records.back()) - dailyKept;
+    const auto daily = dailyVersions(records);
     for (std::size_t index = 0; index + newestKept < records.size(); ++index) {
         const VersionRecord &record = records[index];
-        const bool daily = dayOf(record) > firstDay && isLastOfItsDay(records, index);
-        if (!daily && !record.beforeLoss)
+        if (!daily.contains(record.version) && !record.beforeLoss)
             dropped.push_back(record.version);
     }
     return dropped;

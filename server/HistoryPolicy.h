@@ -24,8 +24,8 @@ struct HistoryChange {
 
 namespace HistoryPolicy {
 
-/// Kept are the newest twenty, the last of each UTC day of the past sixty, and all before a loss. `records`
-/// are those kept so far, in order of version; the past is counted from when `added` was written.
+/// Kept are the newest twenty, the last of each of the newest sixty UTC days on which something was written,
+/// and all before a loss. `records` are those kept so far, in order of version.
 HistoryChange changeFor(const VersionRecord &added, std::vector<VersionRecord> records);
 
 } // namespace HistoryPolicy
