@@ -110,13 +110,13 @@ Exchange::Exchange(HttpServer &server, HttpServer::Connection &connection, MHD_C
     , m_path(std::move(path))
 {
     m_server.beginRequest();
-    m_server.m_watchdog.setTimeout(m_connection.entry, m_server.m_limits.bodyTimeout);
+    m_server.m_watchdog.enter(m_connection.entry, ConnectionWatchdog::Phase::inExchange);
 }
 
 Exchange::~Exchange()
 {
     log();
-    m_server.m_watchdog.setTimeout(m_connection.entry, m_server.m_limits.headTimeout);
+    m_server.m_watchdog.enter(m_connection.entry, ConnectionWatchdog::Phase::awaitsHead);
     m_server.endRequest();
 }
 

@@ -3,6 +3,7 @@
 #include "server/ConnectionWatchdog.h"
 #include "server/Identity.h"
 #include "server/ListeningSocket.h"
+#include "server/PeerConnections.h"
 #include "server/RequestBody.h"
 #include "server/SyncApi.h"
 
@@ -19,8 +20,10 @@ struct ServerLimits {
     std::uint64_t maxBody = 64ULL << 20; ///< bytes
     std::uint64_t maxBuffered = 256ULL << 20; ///< bytes of unfinished bodies, all connections together
     unsigned maxConnections = 512;
-    unsigned maxPerAddress = 32;
-    std::chrono::milliseconds headTimeout{15'000}; ///< from connect, or the last answer, to the end of a head
+    unsigned maxPerAddress = 32; ///< or from one /64 network of IPv6
+    std::chrono::milliseconds headTimeout{
+        15'000}; ///< from connect, or the last answer, to the end of a head;
+                 ///< less while more than half of the connections are taken
     std::chrono::milliseconds bodyTimeout{120'000}; ///< from there to the end of the answer
     unsigned threads = 4;
 };
@@ -56,11 +59,14 @@ private:
     friend struct HttpCallbacks;
 
     struct Connection {
+        std::string peer;
         ConnectionWatchdog::Entry *entry = nullptr;
         ConnectionWatchdog::Close close = ConnectionWatchdog::Close::immediate;
     };
 
     void startDaemon(const Identity &identity);
+    std::unique_ptr<Connection> opened(MHD_Connection *mhd);
+    void closed(const Connection &connection);
     void beginRequest();
     void endRequest();
 
@@ -70,6 +76,7 @@ private:
     SyncApi m_api;
     BodyBudget m_budget;
     ConnectionWatchdog m_watchdog;
+    PeerConnections m_peers;
 
     std::mutex m_mutex;
     std::condition_variable m_idle;

@@ -133,9 +133,10 @@ void CommandLineParser::addLimits(CLI::App *serve)
     bytes("--max-body", limits.maxBody, "The longest document, such as 64MiB (the default)");
     bytes("--max-held", limits.maxBuffered, "All unfinished documents together (256MiB)");
     count("--max-connections", limits.maxConnections, "Connections in all (512)");
-    count("--max-per-address", limits.maxPerAddress, "Connections from one address (32)");
-    seconds(
-        "--head-time", limits.headTimeout, "For a request's head, from connecting or the last answer (15)");
+    count("--max-per-address", limits.maxPerAddress,
+        "Connections from one IPv4 address or IPv6 /64 network (32)");
+    seconds("--head-time", limits.headTimeout,
+        "For a request's head, from connecting or the last answer; less while many are connected (15)");
     seconds("--body-time", limits.bodyTimeout, "For its body and the answer (120)");
     count("--threads", limits.threads, "Worker threads (4)");
 }

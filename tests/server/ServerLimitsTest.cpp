@@ -74,6 +74,20 @@ TEST(ServerLimits, OneAddressCannotTakeAllConnections)
     EXPECT_TRUE(eventually(connected));
 }
 
+TEST(ServerLimits, SilentConnectionsDoNotShutOthersOut)
+{
+    constexpr milliseconds headTime = 16s; // an eighth of it when all are taken
+    TestServer server({.maxConnections = 64, .maxPerAddress = 8, .headTimeout = headTime});
+    std::vector<std::unique_ptr<TlsClient>> silent;
+    for (int index = 0; index < 90; ++index) {
+        const std::string from = "127.0.1." + std::to_string(index % 15 + 1);
+        silent.push_back(std::make_unique<TlsClient>(server.port(), from));
+    }
+    const auto start = steady_clock::now();
+    EXPECT_EQ(server.get().status, 404);
+    EXPECT_LT(steady_clock::now() - start, headTime / 2);
+}
+
 // A deadline can't come early, and without one a connection would stay for an hour: no machine is too slow.
 TEST(ServerLimits, ATricklingClientIsCutAtItsDeadline)
 {
