@@ -168,7 +168,7 @@ void Exchange::receive(std::string_view piece)
     if (outcome == RequestBody::Outcome::tooLong)
         m_response = {.status = 413, .text = "The body is too long."};
     else
-        m_response = {.status = 503, .text = "Too much is being received; try again later."};
+        m_response = {.status = 503, .text = "Too much is under way; try again later."};
 }
 
 MHD_Result Exchange::respond()

@@ -91,8 +91,8 @@ HttpServer::HttpServer(std::unique_ptr<ListeningSocket> socket, const Identity &
     : m_socket(std::move(socket))
     , m_limits(limits)
     , m_log(std::move(log))
-    , m_api(store, limits.maxBody)
-    , m_budget(limits.maxBuffered)
+    , m_budget(limits.maxHeld)
+    , m_api(store, m_budget, limits.maxBody)
     , m_watchdog(
           {.headTime = limits.headTimeout, .bodyTime = limits.bodyTimeout, .capacity = limits.maxConnections})
     , m_peers(limits.maxPerAddress)

@@ -18,7 +18,7 @@ namespace nimbrelle::server {
 
 struct ServerLimits {
     std::uint64_t maxBody = 64ULL << 20; ///< bytes
-    std::uint64_t maxBuffered = 256ULL << 20; ///< bytes of unfinished bodies, all connections together
+    std::uint64_t maxHeld = 256ULL << 20; ///< bytes of documents in memory, all connections together
     unsigned maxConnections = 512;
     unsigned maxPerAddress = 32; ///< or from one /64 network of IPv6
     std::chrono::milliseconds headTimeout{
@@ -47,8 +47,8 @@ public:
 
     std::uint16_t port() const { return m_socket->port(); }
 
-    /// Bytes of unfinished bodies now.
-    std::uint64_t bufferedBytes() const { return m_budget.reserved(); }
+    /// Bytes of documents in memory now: received, kept ready, and being sent.
+    std::uint64_t heldBytes() const { return m_budget.reserved(); }
 
     /// Takes no further connection and lets the requests that are under way finish, as long as `grace`
     /// allows.
@@ -73,8 +73,8 @@ private:
     std::unique_ptr<ListeningSocket> m_socket;
     const ServerLimits m_limits;
     const Log m_log;
-    SyncApi m_api;
     BodyBudget m_budget;
+    SyncApi m_api;
     ConnectionWatchdog m_watchdog;
     PeerConnections m_peers;
 

@@ -131,7 +131,7 @@ void CommandLineParser::addLimits(CLI::App *serve)
             ->type_name("SECONDS");
     };
     bytes("--max-body", limits.maxBody, "The longest document, such as 64MiB (the default)");
-    bytes("--max-held", limits.maxBuffered, "All unfinished documents together (256MiB)");
+    bytes("--max-held", limits.maxHeld, "All documents in memory together (256MiB)");
     count("--max-connections", limits.maxConnections, "Connections in all (512)");
     count("--max-per-address", limits.maxPerAddress,
         "Connections from one IPv4 address or IPv6 /64 network (32)");
