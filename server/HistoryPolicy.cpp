@@ -1,7 +1,9 @@
 #include "server/HistoryPolicy.h"
 
+#include <algorithm>
 #include <functional>
 #include <map>
+#include <numeric>
 #include <ranges>
 #include <set>
 #include <span>
@@ -48,9 +50,33 @@ std::vector<std::int64_t> versionsToDrop(std::span<const VersionRecord> records)
     return dropped;
 }
 
+bool exceeds(std::span<const VersionRecord> records, const Quota &quota)
+{
+    const auto sum = [](std::int64_t bytes, const VersionRecord &record) { return bytes + record.bytes; };
+    return (quota.versions > 0 && std::ssize(records) > quota.versions)
+        || (quota.bytes > 0
+            && std::accumulate(records.begin(), records.end(), std::int64_t{0}, sum) > quota.bytes);
+}
+
+// `records` are what would be kept with the new one at the end.
+void applyQuota(std::vector<VersionRecord> records, const Quota &quota, HistoryChange &change)
+{
+    while (exceeds(records, quota)) {
+        const auto oldest = std::ranges::find(records, false, &VersionRecord::beforeLoss);
+        if (oldest == std::prev(records.end())) {
+            change.exceedsQuota = true;
+            return;
+        }
+        change.dropped.push_back(oldest->version);
+        records.erase(oldest);
+    }
+    std::ranges::sort(change.dropped);
+}
+
 } // namespace
 
-HistoryChange HistoryPolicy::changeFor(const VersionRecord &added, std::vector<VersionRecord> records)
+HistoryChange HistoryPolicy::changeFor(
+    const VersionRecord &added, std::vector<VersionRecord> records, const Quota &quota)
 {
     HistoryChange change;
     if (!records.empty() && losesThird(records.back().words, added.words)) {
@@ -59,7 +85,24 @@ HistoryChange HistoryPolicy::changeFor(const VersionRecord &added, std::vector<V
     }
     records.push_back(added);
     change.dropped = versionsToDrop(records);
+    std::erase_if(records, [&](const VersionRecord &record) {
+        return std::ranges::binary_search(change.dropped, record.version);
+    });
+    applyQuota(std::move(records), quota, change);
     return change;
+}
+
+std::vector<std::int64_t> HistoryPolicy::versionsToPrune(
+    const std::vector<VersionRecord> &records, const Pruning &pruning)
+{
+    std::vector<std::int64_t> pruned;
+    const std::size_t kept = std::max<std::size_t>(pruning.keptNewest, 1);
+    for (std::size_t index = 0; index + kept < records.size(); ++index) {
+        const VersionRecord &record = records[index];
+        if (record.writtenAt < pruning.before && (pruning.alsoBeforeLoss || !record.beforeLoss))
+            pruned.push_back(record.version);
+    }
+    return pruned;
 }
 
 } // namespace nimbrelle::server

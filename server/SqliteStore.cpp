@@ -10,7 +10,8 @@ namespace nimbrelle::server {
 namespace {
 
 constexpr std::string_view selectNotebook =
-    "SELECT id, name, token_salt, token_hash, version, created_at FROM notebooks ";
+    "SELECT id, name, token_salt, token_hash, version, created_at, quota_bytes, quota_versions "
+    "FROM notebooks ";
 
 // An index finds the row by a part of the hash; whether the token is right is then decided in constant time.
 std::string_view selectorOf(const Digest &tokenHash)
@@ -35,7 +36,8 @@ Notebook notebookIn(const BoundStatement &row)
         .tokenSalt = row.bytes(2),
         .tokenHash = digestIn(row, 3),
         .version = row.number(4),
-        .createdAt = row.time(5)};
+        .createdAt = row.time(5),
+        .quota = {.bytes = row.number(6), .versions = row.number(7)}};
 }
 
 VersionRecord recordIn(const BoundStatement &row)
@@ -223,6 +225,14 @@ void SqliteStore::setToken(std::int64_t notebook, std::string_view salt, std::op
     });
 }
 
+void SqliteStore::setQuota(std::int64_t notebook, const Quota &quota)
+{
+    writing([&](Writer &writer) {
+        writer.connection.run("UPDATE notebooks SET quota_bytes = ?, quota_versions = ? WHERE id = ?",
+            quota.bytes, quota.versions, notebook);
+    });
+}
+
 std::optional<std::int64_t> SqliteStore::version(std::int64_t notebook)
 {
     return reading([&](Reader &reader) {
@@ -268,6 +278,18 @@ bool SqliteStore::append(
             BoundStatement(writer.drop, notebook, version).run();
         transaction.commit();
         return true;
+    });
+}
+
+void SqliteStore::drop(std::int64_t notebook, const std::vector<std::int64_t> &versions)
+{
+    writing([&](Writer &writer) {
+        auto transaction = writer.connection.begin();
+        for (const std::int64_t version : versions)
+            writer.connection.run("DELETE FROM versions WHERE notebook = ?1 AND version = ?2 AND version < "
+                                  "(SELECT version FROM notebooks WHERE id = ?1)",
+                notebook, version);
+        transaction.commit();
     });
 }
 
