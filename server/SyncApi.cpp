@@ -15,6 +15,7 @@ constexpr std::string_view pingPath = "/v1/ping";
 constexpr std::string_view bundlePath = "/v1/bundle";
 constexpr std::uint64_t maxCacheBytes = 64UL * 1024 * 1024;
 
+constexpr const char *quotaUsed = "The notebook's quota is used up; its operator can raise it.";
 constexpr const char *tooMuch = "Too much is under way; try again later.";
 
 Response refusal(unsigned status, std::string text)
@@ -32,6 +33,8 @@ Response failureResponse()
         return {.status = full ? 507U : 500U,
             .text = full ? "The server's disk is full." : "The server's store failed.",
             .errorDetail = failure.what()};
+    } catch (const QuotaExceeded &) {
+        return refusal(507, quotaUsed);
     } catch (const std::exception &error) {
         return {.status = 500, .text = "The server failed.", .errorDetail = error.what()};
     }
@@ -179,7 +182,10 @@ std::variant<Response, PendingWrite> SyncApi::beginWrite(const RequestHead &head
     if (conditions->isEmpty())
         return refusal(
             428, "A write needs If-Match with the version it is based on; \"0\" when there is none.");
-    return PendingWrite{.notebook = notebook.id, .conditions = std::move(*conditions)};
+    const Quota quota = quotaOf(m_store, notebook);
+    if (quota.bytes > 0 && std::cmp_greater(head.contentLength.value_or(0), quota.bytes))
+        return refusal(507, quotaUsed);
+    return PendingWrite{.notebook = notebook.id, .conditions = std::move(*conditions), .quota = quota};
 }
 
 Response SyncApi::handleBody(const PendingWrite &write, HeldBytes body)
@@ -197,8 +203,9 @@ Response SyncApi::store(const PendingWrite &write, HeldBytes body)
     if (!words)
         return refusal(400, "The body is not a JSON object with a list of words.");
     const NewDocument document{.body = body.bytes, .words = *words, .writtenAt = now()};
-    const auto version = writeVersion(m_store, write.notebook, document,
-        [&](std::int64_t current) { return write.conditions.allowWriteOver(current); });
+    const auto version = writeVersion(
+        m_store, write.notebook, document,
+        [&](std::int64_t current) { return write.conditions.allowWriteOver(current); }, write.quota);
     if (!version)
         return refusal(412, "Another version is stored.");
     auto written =

@@ -32,6 +32,7 @@ struct Response {
 struct PendingWrite {
     std::int64_t notebook = 0;
     Conditions conditions;
+    Quota quota;
 };
 
 /// What a request comes to before its body.
