@@ -2,6 +2,7 @@
 
 #include "server/Clock.h"
 #include "server/Identity.h"
+#include "server/Installation.h"
 #include "server/ServerUrl.h"
 #include "server/StoreFactory.h"
 #include "server/SyncCode.h"
@@ -11,6 +12,7 @@
 #include <array>
 #include <ctime>
 #include <iomanip>
+#include <numeric>
 #include <ostream>
 
 namespace nimbrelle::server {
@@ -19,18 +21,6 @@ namespace {
 
 constexpr std::size_t secretBytes = 32;
 constexpr std::size_t maxNameBytes = 64;
-
-// The data folder and its store, checked.
-struct Installation {
-    explicit Installation(const Options &options) : directory(options.data)
-    {
-        directory.requirePrivate();
-        store = openStore(directory);
-    }
-
-    DataDirectory directory;
-    std::unique_ptr<Store> store;
-};
 
 void requireUsableName(const std::string &name)
 {
@@ -48,21 +38,6 @@ ServerUrl parsedUrl(const std::string &text)
         return *url;
     throw UsageFailure(
         "--url takes https://HOST or https://HOST:PORT and nothing behind it, not \"" + text + "\"");
-}
-
-Notebook selectedNotebook(Store &store, const std::string &name)
-{
-    if (!name.empty()) {
-        if (const auto notebook = store.notebookNamed(name))
-            return *notebook;
-        throw Failure("there is no notebook \"" + name + "\". See: nimbrelle-server token list");
-    }
-    const auto all = store.notebooks();
-    if (all.size() == 1)
-        return all.front();
-    throw UsageFailure(all.empty()
-            ? "there is no notebook yet; make one with: nimbrelle-server token add NAME"
-            : "there are several notebooks; say which. See: nimbrelle-server token list");
 }
 
 std::string tokenSecret(const DataDirectory &directory)
@@ -174,6 +149,12 @@ std::string localTimeText(std::chrono::sys_seconds time)
     return text.data();
 }
 
+std::int64_t bytesOf(const std::vector<VersionRecord> &history)
+{
+    const auto add = [](std::int64_t sum, const VersionRecord &record) { return sum + record.bytes; };
+    return std::accumulate(history.begin(), history.end(), std::int64_t{0}, add);
+}
+
 void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 {
     out << std::setw(9) << record.version << "  " << localTimeText(record.writtenAt) << std::setw(9)
@@ -233,7 +214,8 @@ void Commands::listTokens(const Options &options, std::ostream &out)
             out << ", nothing stored yet\n";
         else
             out << ", version " << notebook.version << " of " << localTimeText(history.back().writtenAt)
-                << " with " << history.back().words << " words, " << history.size() << " versions kept\n";
+                << " with " << history.back().words << " words, " << history.size() << " versions kept with "
+                << bytesOf(history) << " bytes\n";
     }
 }
 

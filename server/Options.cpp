@@ -34,6 +34,8 @@ public:
         addTokens();
         addCode();
         addHistory();
+        addQuota();
+        addPrune();
         m_app.footer(firstSteps); // last, for subcommands inherit what is set before them
     }
 
@@ -86,6 +88,8 @@ private:
     void addTokens();
     void addCode();
     void addHistory();
+    void addQuota();
+    void addPrune();
 
     Options &m_options;
     CLI::App m_app{"Keeps Nimbrelle notebooks equal on all of a person's devices."};
@@ -171,6 +175,37 @@ void CommandLineParser::addHistory()
         add(m_app, Command::restore, "restore", "Bring an earlier version back as a new, higher one");
     restore->add_option("VERSION", m_options.version, "As history lists it")->required();
     addName(restore, "The notebook; may be left out when there is only one");
+}
+
+void CommandLineParser::addQuota()
+{
+    CLI::App *quota = add(m_app, Command::quota, "quota", "Say or set what a notebook may keep");
+    addName(quota, "The notebook; left out: all that have no quota of their own");
+    quota->add_option("--bytes", m_options.quotaBytes, "Of all kept versions, such as 200MiB; 0 for no limit")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->transform(CLI::AsSizeValue(false).description("")) // runs before the check
+        ->type_name("BYTES");
+    quota->add_option("--versions", m_options.quotaVersions, "Kept versions; 0 for no limit")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->type_name("N");
+}
+
+void CommandLineParser::addPrune()
+{
+    CLI::App *prune = add(m_app, Command::prune, "prune", "Drop earlier versions for good");
+    addName(prune, "The notebook; may be left out when there is only one");
+    prune->add_flag("--all", m_options.allNotebooks, "Those of all notebooks");
+    prune
+        ->add_option(
+            "--keep", m_options.keptNewest, "So many of the newest stay, the current among them (20)")
+        ->check(CLI::Range(1, 100'000).description(""))
+        ->type_name("N");
+    prune->add_option("--older-than", m_options.olderThanDays, "Only those older than this (0)")
+        ->check(CLI::Range(0, 36'500).description(""))
+        ->type_name("DAYS");
+    prune->add_flag("--before-loss", m_options.alsoBeforeLoss,
+        "Also those from before a third of the words went, which else are kept for good");
+    prune->add_flag("--dry-run", m_options.dryRun, "Only say what would go");
 }
 
 std::string onOneLine(std::string text)
