@@ -115,6 +115,7 @@ Exchange::Exchange(HttpServer &server, HttpServer::Connection &connection, MHD_C
 
 Exchange::~Exchange()
 {
+    count();
     log();
     m_server.m_watchdog.enter(m_connection.entry, ConnectionWatchdog::Phase::awaitsHead);
     m_server.endRequest();
@@ -188,6 +189,16 @@ MHD_Result Exchange::send(const Response &response)
     m_status = response.status;
     m_sent = document && m_method != "HEAD" ? document->body.size() : 0;
     return MHD_queue_response(m_mhd, response.status, mhdResponse.get());
+}
+
+void Exchange::count() const
+{
+    m_server.m_metrics.count({.kind = Metrics::kindOf(m_method, m_path),
+        .status = m_status,
+        .received = m_received,
+        .sent = m_sent,
+        .took = ConnectionWatchdog::Clock::now() - m_start,
+        .storeFailed = !m_response.errorDetail.empty()});
 }
 
 void Exchange::log() const

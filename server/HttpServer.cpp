@@ -37,7 +37,11 @@ struct HttpCallbacks {
     // Only asks: a connection that is let in may still come to nothing, and then isn't counted.
     static MHD_Result admit(void *context, const sockaddr *address, socklen_t)
     {
-        return static_cast<HttpServer *>(context)->m_peers.hasRoom(peerOf(address)) ? MHD_YES : MHD_NO;
+        auto &server = *static_cast<HttpServer *>(context);
+        if (server.m_peers.hasRoom(peerOf(address)))
+            return MHD_YES;
+        server.m_metrics.connectionRefused();
+        return MHD_NO;
     }
 
     static void connection(
@@ -150,6 +154,7 @@ std::unique_ptr<HttpServer::Connection> HttpServer::opened(MHD_Connection *mhd)
     auto connection = std::make_unique<Connection>();
     connection->peer = peerOf(address->client_addr);
     m_peers.add(connection->peer);
+    m_metrics.connectionOpened();
     connection->entry = m_watchdog.add(socket->connect_fd);
     return connection;
 }
@@ -157,6 +162,7 @@ std::unique_ptr<HttpServer::Connection> HttpServer::opened(MHD_Connection *mhd)
 void HttpServer::closed(const Connection &connection)
 {
     m_peers.remove(connection.peer);
+    m_metrics.connectionClosed();
     m_watchdog.remove(connection.entry, connection.close);
 }
 

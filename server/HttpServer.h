@@ -3,6 +3,7 @@
 #include "server/ConnectionWatchdog.h"
 #include "server/Identity.h"
 #include "server/ListeningSocket.h"
+#include "server/Metrics.h"
 #include "server/PeerConnections.h"
 #include "server/RequestBody.h"
 #include "server/SyncApi.h"
@@ -50,6 +51,8 @@ public:
     /// Bytes of documents in memory now: received, kept ready, and being sent.
     std::uint64_t heldBytes() const { return m_budget.reserved(); }
 
+    const Metrics &metrics() const { return m_metrics; }
+
     /// Takes no further connection and lets the requests that are under way finish, as long as `grace`
     /// allows.
     void stop(std::chrono::milliseconds grace);
@@ -73,6 +76,7 @@ private:
     std::unique_ptr<ListeningSocket> m_socket;
     const ServerLimits m_limits;
     const Log m_log;
+    Metrics m_metrics;
     BodyBudget m_budget;
     SyncApi m_api;
     ConnectionWatchdog m_watchdog;

@@ -110,6 +110,11 @@ void CommandLineParser::addServe()
     addListenAddress(serve);
     serve->add_flag_callback(
         "--no-access-log", [this] { m_options.accessLog = false; }, "Write no line for each request");
+    serve
+        ->add_option("--metrics-port", m_options.metricsPort, "Serve /healthz and /metrics at this port, too")
+        ->type_name("N");
+    serve->add_option("--metrics-bind", m_options.metricsBind, "At this address (127.0.0.1)")
+        ->type_name("ADDRESS");
     addLimits(serve);
 }
 

@@ -31,6 +31,8 @@ struct Options {
     enum class Qr { inTerminal, always, never } qr = Qr::inTerminal;
     ServerLimits limits;
     bool accessLog = true;
+    std::optional<std::uint16_t> metricsPort; ///< absent: no metrics are served
+    std::string metricsBind = "127.0.0.1";
 };
 
 /// The options, or the exit code when all is said: a help text on `out`, or one line on `errors` and 2.
