@@ -149,13 +149,14 @@ void HttpServer::stop(std::chrono::milliseconds grace)
 
 std::unique_ptr<HttpServer::Connection> HttpServer::opened(MHD_Connection *mhd)
 {
-    const auto *socket = MHD_get_connection_info(mhd, MHD_CONNECTION_INFO_CONNECTION_FD);
+    // Newer versions of the library answer both questions in the same place.
+    const int socket = MHD_get_connection_info(mhd, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
     const auto *address = MHD_get_connection_info(mhd, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
     auto connection = std::make_unique<Connection>();
     connection->peer = peerOf(address->client_addr);
     m_peers.add(connection->peer);
     m_metrics.connectionOpened();
-    connection->entry = m_watchdog.add(socket->connect_fd);
+    connection->entry = m_watchdog.add(socket);
     return connection;
 }
 

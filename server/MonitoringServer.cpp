@@ -65,6 +65,7 @@ MonitoringServer::MonitoringServer(
 
 MonitoringServer::~MonitoringServer()
 {
+    MHD_quiesce_daemon(m_daemon); // else it would close the socket, which is ours to close
     MHD_stop_daemon(m_daemon);
 }
 
