@@ -19,6 +19,8 @@ void revokeToken(const Options &options, std::ostream &out);
 void printCode(const Options &options, std::ostream &out, Output output);
 void printHistory(const Options &options, std::ostream &out);
 void restore(const Options &options, std::ostream &out);
+void quota(const Options &options, std::ostream &out);
+void prune(const Options &options, std::ostream &out);
 void move(const Options &options, std::ostream &out);
 
 } // namespace Commands

@@ -5,7 +5,7 @@ namespace nimbrelle::server {
 namespace {
 
 // Each step leads from one version to the next: what stands here is never changed, only added to.
-constexpr std::array<const char *, 1> steps{
+constexpr std::array<const char *, 2> steps{
     // Documents are kept as they come: packing one takes longer than writing it.
     R"(
     CREATE SCHEMA IF NOT EXISTS nimbrelle;
@@ -33,6 +33,11 @@ constexpr std::array<const char *, 1> steps{
         PRIMARY KEY (notebook, version)
     );
     ALTER TABLE nimbrelle.versions ALTER COLUMN body SET STORAGE EXTERNAL;
+    )",
+    R"(
+    ALTER TABLE nimbrelle.notebooks
+        ADD COLUMN quota_bytes bigint NOT NULL DEFAULT 0,
+        ADD COLUMN quota_versions bigint NOT NULL DEFAULT 0;
     )",
 };
 

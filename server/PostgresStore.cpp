@@ -9,7 +9,8 @@ namespace {
 namespace Sql {
 
 #define NOTEBOOK_COLUMNS                                                                                     \
-    "SELECT id, name, token_salt, token_hash, version, created_at FROM nimbrelle.notebooks "
+    "SELECT id, name, token_salt, token_hash, version, created_at, quota_bytes, quota_versions "             \
+    "FROM nimbrelle.notebooks "
 
 constexpr PostgresStatement setting{
     .name = "setting", .sql = "SELECT value FROM nimbrelle.settings WHERE key = $1"};
@@ -26,6 +27,8 @@ constexpr PostgresStatement addNotebook{.name = "add_notebook",
 constexpr PostgresStatement setToken{.name = "set_token",
     .sql =
         "UPDATE nimbrelle.notebooks SET token_salt = $2, token_selector = $3, token_hash = $4 WHERE id = $1"};
+constexpr PostgresStatement setQuota{.name = "set_quota",
+    .sql = "UPDATE nimbrelle.notebooks SET quota_bytes = $2, quota_versions = $3 WHERE id = $1"};
 constexpr PostgresStatement version{
     .name = "version", .sql = "SELECT version FROM nimbrelle.notebooks WHERE id = $1"};
 constexpr PostgresStatement newest{.name = "newest",
@@ -55,6 +58,11 @@ constexpr PostgresStatement append{.name = "append", .sql = R"(
     )
     SELECT version FROM raised)"};
 
+constexpr PostgresStatement drop{.name = "drop", .sql = R"(
+    DELETE FROM nimbrelle.versions AS kept USING nimbrelle.notebooks
+    WHERE notebooks.id = $1 AND kept.notebook = $1 AND kept.version < notebooks.version
+        AND kept.version = ANY (string_to_array($2, ',')::bigint[]))"};
+
 // A notebook whose newest version is not kept, or whose document has another length than was noted.
 constexpr PostgresStatement damage{.name = "damage", .sql = R"(
     SELECT notebooks.id FROM nimbrelle.notebooks
@@ -66,8 +74,7 @@ constexpr PostgresStatement flushes{.name = "flushes", .sql = "SELECT current_se
 constexpr PostgresStatement settings{.name = "settings", .sql = "SELECT key, value FROM nimbrelle.settings"};
 constexpr PostgresStatement importNotebook{.name = "import_notebook",
     .sql = "INSERT INTO nimbrelle.notebooks (id, name, created_at, token_salt, token_selector, token_hash, "
-           "version) "
-           "VALUES ($1, $2, $3, $4, $5, $6, $7)"};
+           "version, quota_bytes, quota_versions) VALUES ($1, $2, $3, $4, $5, $6, $7, $8, $9)"};
 constexpr PostgresStatement importVersion{.name = "import_version",
     .sql = "INSERT INTO nimbrelle.versions (notebook, version, written_at, words, bytes, before_loss, body) "
            "VALUES ($1, $2, $3, $4, $5, $6::bigint <> 0, $7)"};
@@ -100,7 +107,8 @@ std::vector<Notebook> notebooksIn(const PostgresResult &result)
             .tokenSalt = result.bytes(row, 2),
             .tokenHash = digestOf(result.bytes(row, 3)),
             .version = result.number(row, 4),
-            .createdAt = result.time(row, 5)});
+            .createdAt = result.time(row, 5),
+            .quota = {.bytes = result.number(row, 6), .versions = result.number(row, 7)}});
     return found;
 }
 
@@ -211,6 +219,11 @@ void PostgresStore::setToken(std::int64_t notebook, std::string_view salt, std::
         run(Sql::setToken, notebook, PostgresBytes{.bytes = salt}, nullptr, nullptr);
 }
 
+void PostgresStore::setQuota(std::int64_t notebook, const Quota &quota)
+{
+    run(Sql::setQuota, notebook, quota.bytes, quota.versions);
+}
+
 std::optional<std::int64_t> PostgresStore::version(std::int64_t notebook)
 {
     const auto result = run(Sql::version, notebook);
@@ -247,6 +260,11 @@ bool PostgresStore::append(
     const auto result = run(Sql::append, notebook, expected, document.writtenAt, document.words,
         PostgresBytes{.bytes = document.body}, change.beforeLoss.value_or(0), listText(change.dropped));
     return result.rows() > 0;
+}
+
+void PostgresStore::drop(std::int64_t notebook, const std::vector<std::int64_t> &versions)
+{
+    run(Sql::drop, notebook, listText(versions));
 }
 
 bool PostgresStore::isSealed()
@@ -286,7 +304,8 @@ public:
     {
         const auto add = [&](const auto &selector, const auto &hash) {
             m_connection.run(Sql::importNotebook, notebook.id, notebook.name, notebook.createdAt,
-                PostgresBytes{.bytes = notebook.tokenSalt}, selector, hash, notebook.version);
+                PostgresBytes{.bytes = notebook.tokenSalt}, selector, hash, notebook.version,
+                notebook.quota.bytes, notebook.quota.versions);
         };
         if (const auto &hash = notebook.tokenHash)
             add(PostgresBytes{.bytes = selectorOf(*hash)}, PostgresBytes{.bytes = bytesOf(*hash)});

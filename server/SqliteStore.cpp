@@ -9,7 +9,8 @@ namespace nimbrelle::server {
 namespace {
 
 constexpr std::string_view selectNotebook =
-    "SELECT id, name, token_salt, token_hash, version, created_at FROM notebooks ";
+    "SELECT id, name, token_salt, token_hash, version, created_at, quota_bytes, quota_versions "
+    "FROM notebooks ";
 
 Notebook notebookIn(const BoundStatement &row)
 {
@@ -18,7 +19,8 @@ Notebook notebookIn(const BoundStatement &row)
         .tokenSalt = row.bytes(2),
         .tokenHash = digestOf(row.bytes(3)),
         .version = row.number(4),
-        .createdAt = row.time(5)};
+        .createdAt = row.time(5),
+        .quota = {.bytes = row.number(6), .versions = row.number(7)}};
 }
 
 VersionRecord recordIn(const BoundStatement &row)
@@ -221,6 +223,14 @@ void SqliteStore::setToken(std::int64_t notebook, std::string_view salt, std::op
     });
 }
 
+void SqliteStore::setQuota(std::int64_t notebook, const Quota &quota)
+{
+    writing([&](Writer &writer) {
+        writer.connection.run("UPDATE notebooks SET quota_bytes = ?, quota_versions = ? WHERE id = ?",
+            quota.bytes, quota.versions, notebook);
+    });
+}
+
 std::optional<std::int64_t> SqliteStore::version(std::int64_t notebook)
 {
     return reading([&](Reader &reader) {
@@ -269,6 +279,18 @@ bool SqliteStore::append(
     });
 }
 
+void SqliteStore::drop(std::int64_t notebook, const std::vector<std::int64_t> &versions)
+{
+    writing([&](Writer &writer) {
+        auto transaction = writer.connection.begin();
+        for (const std::int64_t version : versions)
+            writer.connection.run("DELETE FROM versions WHERE notebook = ?1 AND version = ?2 AND version < "
+                                  "(SELECT version FROM notebooks WHERE id = ?1)",
+                notebook, version);
+        transaction.commit();
+    });
+}
+
 bool SqliteStore::isSealed()
 {
     return reading([](Reader &reader) {
@@ -311,10 +333,9 @@ public:
     {
         const auto add = [&](const auto &selector, const auto &hash) {
             run("INSERT INTO notebooks (id, name, created_at, token_salt, token_selector, token_hash, "
-                "version) "
-                "VALUES (?, ?, ?, ?, ?, ?, ?)",
+                "version, quota_bytes, quota_versions) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
                 notebook.id, notebook.name, notebook.createdAt, Blob{.bytes = notebook.tokenSalt}, selector,
-                hash, notebook.version);
+                hash, notebook.version, notebook.quota.bytes, notebook.quota.versions);
         };
         if (const auto &hash = notebook.tokenHash)
             add(Blob{.bytes = selectorOf(*hash)}, Blob{.bytes = bytesOf(*hash)});

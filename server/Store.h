@@ -43,6 +43,7 @@ struct Notebook {
     std::optional<Digest> tokenHash; ///< absent after a revoke: no device gets in
     std::int64_t version = 0; ///< 0: nothing stored yet; only ever rises
     std::chrono::sys_seconds createdAt;
+    Quota quota; ///< its own; where it has none, the server's (see quotaOf)
 
     bool operator==(const Notebook &) const = default;
 };
@@ -102,6 +103,8 @@ public:
     /// Absent: nobody gets in until another token is set. The document stays.
     virtual void setToken(std::int64_t notebook, std::string_view salt, std::optional<Digest> tokenHash) = 0;
 
+    virtual void setQuota(std::int64_t notebook, const Quota &quota) = 0;
+
     /// The current version, 0 when nothing is stored; absent when there is no such notebook.
     virtual std::optional<std::int64_t> version(std::int64_t notebook) = 0;
     /// Null when nothing is stored.
@@ -116,6 +119,8 @@ public:
     /// caller's matter (see writeVersion).
     virtual bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
         const HistoryChange &change) = 0;
+    /// All or nothing, and never the current version.
+    virtual void drop(std::int64_t notebook, const std::vector<std::int64_t> &versions) = 0;
 
     /// A sealed store can be read, but refuses every change, whichever process has it open. check() says so.
     virtual bool isSealed() = 0;

@@ -142,6 +142,22 @@ TEST_F(PostgresProgramTest, TwoServersOnOneDatabaseAnswerAlike)
     EXPECT_FALSE(std::filesystem::exists(data / "notebooks.db"));
 }
 
+TEST_F(PostgresProgramTest, AQuotaHoldsForTwoServersAndPruningMakesRoom)
+{
+    const auto first = serve();
+    const auto second = serve();
+    put(*first, 0, documentOf(90));
+    put(*second, 1, documentOf(1));
+    EXPECT_THAT(run({"quota", "--versions", "3"}).out, HasSubstr("in 3 versions"));
+    EXPECT_EQ(put(*first, 2, documentOf(1)).status, 200);
+    EXPECT_EQ(put(*second, 3, documentOf(1)).status, 200);
+    EXPECT_THAT(run({"quota", "notebook", "--versions", "1"}).out, HasSubstr("in 1 versions"));
+    EXPECT_EQ(put(*first, 4, documentOf(1)).status, 507);
+    EXPECT_EQ(get(*second).header("etag"), entityTag(4));
+    EXPECT_THAT(run({"prune", "--keep", "1", "--before-loss"}).out, HasSubstr("notebook: 2 of 3"));
+    EXPECT_EQ(put(*second, 4, documentOf(1)).status, 200);
+}
+
 TEST_F(PostgresProgramTest, WhileTheDatabaseIsAwayRequestsAreToldToWait)
 {
     const auto server = serve();

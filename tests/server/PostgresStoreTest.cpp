@@ -76,6 +76,17 @@ TEST_F(PostgresStoreTest, TablesOfANewerVersionAreLeftAlone)
     EXPECT_THROW(PostgresStore::create(url), StoreFailure);
 }
 
+TEST_F(PostgresStoreTest, AnEarlierVersionsTablesAreTakenOver)
+{
+    PostgresStore::create(url);
+    open()->addNotebook("first", "salt", sha256("one"), {});
+    run("ALTER TABLE nimbrelle.notebooks DROP COLUMN quota_bytes, DROP COLUMN quota_versions;"
+        "UPDATE nimbrelle.schema_version SET version = 1");
+    const auto store = open();
+    store->setQuota(1, {.bytes = 7, .versions = 8});
+    EXPECT_EQ(store->notebookOfToken(sha256("one"))->quota, (Quota{.bytes = 7, .versions = 8}));
+}
+
 TEST_F(PostgresStoreTest, WritesWaitForTheDiskWhateverTheDatabaseWasTold)
 {
     PostgresStore::create(url);

@@ -112,6 +112,56 @@ TEST_P(StoreSuite, WhatStoodBeforeALossOutlivesAllElse)
     EXPECT_EQ(records.back().bytes, std::ssize(documentOf(20)));
 }
 
+TEST_P(StoreSuite, AQuotaDropsWhatMayGoAndRefusesTheRest)
+{
+    store->setQuota(id, {.versions = 3});
+    setDefaultQuota(*store, {.bytes = 2000, .versions = 9});
+    const Quota quota = quotaOf(*store, *store->notebookNamed("first"));
+    EXPECT_EQ(quota, (Quota{.bytes = 2000, .versions = 3}));
+    const auto writeUnderQuota = [&](int words) {
+        const std::string body = documentOf(words);
+        return writeVersion(
+            *store, id, {.body = body, .words = words, .writtenAt = noon}, [](std::int64_t) { return true; },
+            quota);
+    };
+    const auto kept = [&] {
+        std::vector<std::int64_t> versions;
+        for (const VersionRecord &record : store->history(id))
+            versions.push_back(record.version);
+        return versions;
+    };
+    for (const int words : {9, 5, 5, 5, 5})
+        writeUnderQuota(words);
+    EXPECT_EQ(kept(), (std::vector<std::int64_t>{1, 4, 5})); // 1 stood before a loss
+    writeUnderQuota(1);
+    EXPECT_EQ(kept(), (std::vector<std::int64_t>{1, 5, 6}));
+    EXPECT_THROW(writeUnderQuota(0), QuotaExceeded);
+    EXPECT_THROW(writeUnderQuota(200), QuotaExceeded); // which alone is longer
+    EXPECT_EQ(store->version(id), 6);
+    EXPECT_TRUE(restoreVersion(*store, id, 1, noon));
+}
+
+TEST_P(StoreSuite, PruningSparesTheNewestAndWhatItWasNotAskedFor)
+{
+    for (const int words : {9, 9, 1, 1, 1})
+        write(store->version(id).value(), words);
+    const auto pruned = [&](const Pruning &pruning) {
+        return HistoryPolicy::versionsToPrune(store->history(id), pruning);
+    };
+    using Versions = std::vector<std::int64_t>;
+    EXPECT_EQ(pruned({.keptNewest = 2, .before = noon}), Versions{});
+    EXPECT_EQ(pruned({.keptNewest = 2, .before = noon + 1s}), (Versions{1, 3}));
+    EXPECT_EQ(pruned({.keptNewest = 0, .before = noon + 1s, .alsoBeforeLoss = true}), (Versions{1, 2, 3, 4}));
+    store->addNotebook("other", "pepper", sha256("two"), noon);
+    const auto other = store->notebookNamed("other")->id;
+    ASSERT_TRUE(store->append(other, 0, {.body = "{}"}, {}));
+    ASSERT_TRUE(store->append(other, 1, {.body = "{}"}, {}));
+    store->drop(id, {1, 2, 5, 17});
+    EXPECT_EQ(store->history(other).size(), 2U);
+    EXPECT_EQ(pruned({.keptNewest = 1, .before = noon + 1s, .alsoBeforeLoss = true}), (Versions{3, 4}));
+    EXPECT_EQ(store->newestDocument(id)->version, 5);
+}
+
 TEST_P(StoreSuite, RestoringMakesANewHigherVersion)
 {
     write(0, 30);
@@ -171,6 +221,7 @@ TEST_P(StoreSuite, MovesWithAllThatItHoldsAndTakesNoMoreChanges)
     write(0, 30);
     write(1, 5);
     store->setSetting("url", "https://a");
+    store->setQuota(id, {.bytes = 900, .versions = 9});
     store->addNotebook("revoked", std::string("\0salt", 5), sha256("two"), noon + 1h);
     store->setToken(store->notebookNamed("revoked")->id, "pepper", std::nullopt);
     for (const StoreMaker &maker : storeMakers) {
@@ -185,6 +236,8 @@ TEST_P(StoreSuite, MovesWithAllThatItHoldsAndTakesNoMoreChanges)
         EXPECT_EQ(target->newestDocument(id)->body, documentOf(5));
         EXPECT_TRUE(target->history(id).front().beforeLoss);
         EXPECT_THROW(write(2, 6), StoreFailure);
+        EXPECT_THROW(store->setQuota(id, {}), StoreFailure);
+        EXPECT_THROW(store->drop(id, {1}), StoreFailure);
         EXPECT_THROW(store->addNotebook("third", "salt", sha256("three"), noon), StoreFailure);
         EXPECT_THROW(store->check(), StoreFailure);
 
