@@ -4,12 +4,11 @@
 
 #include "Nginx.h"
 #include "Ratios.h"
+#include "ServerRequests.h"
 #include "server/DataDirectory.h"
 #include "server/support/ServerProgram.h"
-#include "server/support/TlsClient.h"
 
 #include <cstdio>
-#include <ctime>
 #include <fcntl.h>
 #include <memory>
 #include <stdexcept>
@@ -19,21 +18,6 @@ using namespace nimbrelle::bench;
 using namespace nimbrelle::server;
 
 namespace {
-
-/// About a megabyte that looks like a notebook.
-std::string sampleBundle()
-{
-    std::string text = R"({"affixes":[],"deleted":[],"format":1,"grammar":[],"log":[],"notes":[],"words":[)";
-    for (int word = 0; text.size() < 1'000'000; ++word) {
-        text += word > 0 ? "," : "";
-        text += R"({"addedAt":"2026-03-01T08:30:05Z","examples":[{"at":"2026-03-01T08:30:05Z","sentence":)"
-                R"("They were reluctant to merge the branch before the release.","translation":"他们不愿意)"
-                R"(在发布前合并这个分支。"}],"headword":"word)"
-            + std::to_string(word)
-            + R"(","lapses":0,"meaningZh":"不情愿的","phonetic":"rɪˈlʌktənt","reps":12,"stability":34.25})";
-    }
-    return text + "]}";
-}
 
 class Servers {
 public:
@@ -86,36 +70,6 @@ private:
 
 std::unique_ptr<Servers> servers;
 
-double processorSeconds(pid_t process)
-{
-    clockid_t clock{};
-    timespec time{};
-    if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &time) != 0)
-        return 0;
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-std::unique_ptr<TlsClient> connected(std::uint16_t port)
-{
-    for (int attempt = 0;; ++attempt) {
-        try {
-            return std::make_unique<TlsClient>(port);
-        } catch (const std::runtime_error &) {
-            if (attempt == 100)
-                throw;
-            ::usleep(20'000); // nginx is still starting
-        }
-    }
-}
-
-Reply ask(TlsClient &client, const std::string &request, int status)
-{
-    auto reply = client.exchange(request);
-    if (reply.status != status)
-        throw std::runtime_error("an answer is missing or wrong: " + std::to_string(reply.status));
-    return reply;
-}
-
 std::string getText(const std::string &headers = {})
 {
     return requestText("GET", "/v1/bundle", servers->token, headers);
@@ -125,12 +79,6 @@ std::string putText(std::int64_t over)
 {
     return requestText("PUT", "/v1/bundle", servers->token, "If-Match: \"" + std::to_string(over) + "\"\r\n",
         servers->body());
-}
-
-std::int64_t currentVersion(TlsClient &client)
-{
-    const auto reply = client.exchange(getText());
-    return reply.status == 200 ? std::stoll(reply.header("etag").substr(1)) : 0;
 }
 
 void measureRequests(benchmark::State &state, std::uint16_t port, pid_t process, bool conditional)
@@ -173,7 +121,7 @@ void getOneMegabyte(benchmark::State &state)
 void putOneMegabyte(benchmark::State &state)
 {
     const auto client = connected(servers->ours->port());
-    std::int64_t version = currentVersion(*client);
+    std::int64_t version = currentVersion(*client, servers->token);
     for (auto _ : state)
         ask(*client, putText(version++), 200);
 }

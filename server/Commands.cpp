@@ -2,6 +2,8 @@
 
 #include "server/Clock.h"
 #include "server/Identity.h"
+#include "server/Installation.h"
+#include "server/MoveStore.h"
 #include "server/ServerUrl.h"
 #include "server/StoreFactory.h"
 #include "server/SyncCode.h"
@@ -11,6 +13,7 @@
 #include <array>
 #include <ctime>
 #include <iomanip>
+#include <numeric>
 #include <ostream>
 
 namespace nimbrelle::server {
@@ -19,18 +22,6 @@ namespace {
 
 constexpr std::size_t secretBytes = 32;
 constexpr std::size_t maxNameBytes = 64;
-
-// The data folder and its store, checked.
-struct Installation {
-    explicit Installation(const Options &options) : directory(options.data)
-    {
-        directory.requirePrivate();
-        store = openStore(directory);
-    }
-
-    DataDirectory directory;
-    std::unique_ptr<Store> store;
-};
 
 void requireUsableName(const std::string &name)
 {
@@ -48,21 +39,6 @@ ServerUrl parsedUrl(const std::string &text)
         return *url;
     throw UsageFailure(
         "--url takes https://HOST or https://HOST:PORT and nothing behind it, not \"" + text + "\"");
-}
-
-Notebook selectedNotebook(Store &store, const std::string &name)
-{
-    if (!name.empty()) {
-        if (const auto notebook = store.notebookNamed(name))
-            return *notebook;
-        throw Failure("there is no notebook \"" + name + "\". See: nimbrelle-server token list");
-    }
-    const auto all = store.notebooks();
-    if (all.size() == 1)
-        return all.front();
-    throw UsageFailure(all.empty()
-            ? "there is no notebook yet; make one with: nimbrelle-server token add NAME"
-            : "there are several notebooks; say which. See: nimbrelle-server token list");
 }
 
 std::string tokenSecret(const DataDirectory &directory)
@@ -111,17 +87,42 @@ void showCode(const Installation &installation, const Notebook &notebook, const 
         out << terminalQr(code.text()) << '\n';
 }
 
-void makeFiles(const DataDirectory &directory, const ServerUrl &url)
+struct MadeFiles {
+    bool identity = false;
+    bool secret = false;
+};
+
+MadeFiles makeFiles(const DataDirectory &directory, const ServerUrl &url)
 {
     // What is already there stays: a lost database must not cost the pin that devices remember.
-    if (!std::filesystem::exists(directory.key())) {
+    const MadeFiles made{.identity = !std::filesystem::exists(directory.key()),
+        .secret = !std::filesystem::exists(directory.tokenSecret())};
+    if (made.identity) {
         const Identity identity = makeIdentity(url.host);
         writePrivateFile(directory.certificate(), identity.certificate);
         writePrivateFile(directory.key(), identity.key);
     }
     loadIdentity(directory);
-    if (!std::filesystem::exists(directory.tokenSecret()))
+    if (made.secret)
         writePrivateFile(directory.tokenSecret(), randomBytes(secretBytes));
+    return made;
+}
+
+// What init says where notebooks are there already: a lost file was made again, or all was in its place.
+void reportMade(const DataDirectory &directory, const MadeFiles &made, std::ostream &out)
+{
+    if (!made.identity && !made.secret)
+        throw Failure(directory.path().string()
+            + " is set up already. Print a code with: nimbrelle-server code; change the address in it with: "
+              "nimbrelle-server code --url https://HOST:PORT");
+    if (made.identity)
+        out << "server.key and server.crt were made anew. Connect every device again: restart the server and "
+               "use what this prints: nimbrelle-server code\n";
+    if (made.secret)
+        out << "token.secret was made anew. Connected devices don't notice, but codes of before can't be "
+               "printed any more; for a new code: nimbrelle-server token revoke NAME and then: "
+               "nimbrelle-server token add NAME\n";
+    out << "The notebooks are as they were.\n";
 }
 
 Notebook addNotebook(const Installation &installation, const std::string &name)
@@ -149,6 +150,12 @@ std::string localTimeText(std::chrono::sys_seconds time)
     return text.data();
 }
 
+std::int64_t bytesOf(const std::vector<VersionRecord> &history)
+{
+    const auto add = [](std::int64_t sum, const VersionRecord &record) { return sum + record.bytes; };
+    return std::accumulate(history.begin(), history.end(), std::int64_t{0}, add);
+}
+
 void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 {
     out << std::setw(9) << record.version << "  " << localTimeText(record.writtenAt) << std::setw(9)
@@ -158,6 +165,11 @@ void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 }
 
 } // namespace
+
+StoreLocation storeLocation(const Options &options)
+{
+    return options.store.empty() ? StoreLocation(DataDirectory(options.data)) : StoreLocation(options.store);
+}
 
 void Commands::init(const Options &options, std::ostream &out, Output output)
 {
@@ -169,18 +181,19 @@ void Commands::init(const Options &options, std::ostream &out, Output output)
         options.url ? parsedUrl(*options.url) : ServerUrl{.host = guessedHost(), .port = port};
 
     directory.create();
-    makeFiles(directory, url);
-    createStore(directory);
+    const MadeFiles made = makeFiles(directory, url);
+    createStore(storeLocation(options));
     const Installation installation(options);
     if (!installation.store->notebooks().empty())
-        throw Failure(directory.path().string()
-            + " is set up already. Print a code with: nimbrelle-server code; change the address in it with: "
-              "nimbrelle-server code --url https://HOST:PORT");
+        return reportMade(directory, made, out);
     installation.store->setSetting(Setting::url, url.text());
     installation.store->setSetting(Setting::port, std::to_string(port));
     installation.store->setSetting(Setting::bind, options.bind.value_or(""));
 
-    out << "All that this server keeps is in " << directory.path().string() << ".\n"
+    out << "All that this server keeps is in " << directory.path().string()
+        << (options.store.empty() ? ""
+                                  : ", but for the notebooks, which are in " + storeLocation(options).shown())
+        << ".\n"
         << "Devices will look for it at " << url.text()
         << (options.url ? ".\n"
                         : ", which is a guess. If they reach it elsewhere: nimbrelle-server code --url "
@@ -210,7 +223,8 @@ void Commands::listTokens(const Options &options, std::ostream &out)
             out << ", nothing stored yet\n";
         else
             out << ", version " << notebook.version << " of " << localTimeText(history.back().writtenAt)
-                << " with " << history.back().words << " words, " << history.size() << " versions kept\n";
+                << " with " << history.back().words << " words, " << history.size() << " versions kept with "
+                << bytesOf(history) << " bytes\n";
     }
 }
 
@@ -252,6 +266,21 @@ void Commands::restore(const Options &options, std::ostream &out)
             + "\" is not kept. See: nimbrelle-server history " + notebook.name);
     out << "Version " << options.version << " of \"" << notebook.name << "\" is back, as version " << *raised
         << ". Each device takes it up at its next sync and adds what it has itself.\n";
+}
+
+void Commands::move(const Options &options, std::ostream &out)
+{
+    const StoreLocation from(options.moveFrom);
+    const StoreLocation to(options.moveTo);
+    const auto source = openStore(from);
+    createStore(to);
+    const auto moved = moveStore(*source, *openStore(to));
+    out << "All of " << from.shown() << " is in " << to.shown()
+        << " now and was compared: " << moved.notebooks << " notebooks, " << moved.versions << " versions, "
+        << moved.bytes << " bytes.\n"
+        << "The first one takes no more changes. Start the server again with the new one in --store, and "
+           "keep the "
+           "data folder: key and token.secret stay in use.\n";
 }
 
 } // namespace nimbrelle::server

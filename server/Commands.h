@@ -1,7 +1,7 @@
 #pragma once
 
 #include "server/Options.h"
-#include "server/Store.h"
+#include "server/StoreLocation.h"
 
 #include <iosfwd>
 
@@ -19,6 +19,9 @@ void revokeToken(const Options &options, std::ostream &out);
 void printCode(const Options &options, std::ostream &out, Output output);
 void printHistory(const Options &options, std::ostream &out);
 void restore(const Options &options, std::ostream &out);
+void quota(const Options &options, std::ostream &out);
+void prune(const Options &options, std::ostream &out);
+void move(const Options &options, std::ostream &out);
 
 } // namespace Commands
 
@@ -31,6 +34,8 @@ inline constexpr std::string_view url = "url";
 inline constexpr std::string_view port = "port";
 inline constexpr std::string_view bind = "bind";
 } // namespace Setting
+
+StoreLocation storeLocation(const Options &options);
 
 inline constexpr std::uint16_t defaultPort = 8443;
 

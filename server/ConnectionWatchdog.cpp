@@ -43,7 +43,10 @@ bool drain(int socket)
 
 } // namespace
 
-ConnectionWatchdog::ConnectionWatchdog() : m_wakeEvent(newEvent()), m_thread([this] { run(); }) { }
+ConnectionWatchdog::ConnectionWatchdog(const Limits &limits)
+    : m_limits(limits), m_headTime(limits.headTime), m_wakeEvent(newEvent()), m_thread([this] { run(); })
+{
+}
 
 ConnectionWatchdog::~ConnectionWatchdog()
 {
@@ -58,21 +61,39 @@ ConnectionWatchdog::~ConnectionWatchdog()
     ::close(m_wakeEvent);
 }
 
-ConnectionWatchdog::Entry *ConnectionWatchdog::add(int socket, Clock::duration timeout)
+ConnectionWatchdog::Clock::duration ConnectionWatchdog::headTimeAt(const Limits &limits, std::size_t open)
+{
+    const std::size_t half = limits.capacity / 2;
+    if (open <= half)
+        return limits.headTime;
+    const auto least = limits.headTime / 8;
+    const auto left = static_cast<Clock::rep>(limits.capacity - std::min(open, limits.capacity));
+    return least + (limits.headTime - least) * left / static_cast<Clock::rep>(limits.capacity - half);
+}
+
+ConnectionWatchdog::Entry *ConnectionWatchdog::add(int socket)
 {
     const std::lock_guard lock(m_mutex);
     Entry &entry = m_entries.emplace_back();
     entry.m_socket = socket;
-    entry.m_deadline = Clock::now() + timeout;
-    wakeBefore(entry.m_deadline);
+    entry.m_since = Clock::now();
+    wakeIfSooner(entry);
     return &entry;
 }
 
-void ConnectionWatchdog::setTimeout(Entry *entry, Clock::duration timeout)
+void ConnectionWatchdog::enter(Entry *entry, Phase phase)
 {
     const std::lock_guard lock(m_mutex);
-    entry->m_deadline = Clock::now() + timeout;
-    wakeBefore(entry->m_deadline);
+    entry->m_phase = phase;
+    entry->m_since = Clock::now();
+    wakeIfSooner(*entry);
+}
+
+ConnectionWatchdog::Clock::time_point ConnectionWatchdog::deadlineOf(const Entry &entry) const
+{
+    if (entry.m_phase == Phase::inExchange)
+        return entry.m_since + m_limits.bodyTime;
+    return entry.m_since + headTimeAt(m_limits, m_entries.size());
 }
 
 void ConnectionWatchdog::remove(Entry *entry, Close close)
@@ -94,10 +115,12 @@ void ConnectionWatchdog::wake()
     [[maybe_unused]] const ssize_t written = ::write(m_wakeEvent, &one, sizeof one);
 }
 
-// Waking the thread for each request would cost more than the request.
-void ConnectionWatchdog::wakeBefore(Clock::time_point deadline)
+// Waking the thread for each request would cost more than the request; and for each connection while the pool
+// fills, so that others' time grows shorter, as well: it looks again when that has become markedly less.
+void ConnectionWatchdog::wakeIfSooner(const Entry &entry)
 {
-    if (deadline < m_nextLook)
+    const auto headTime = headTimeAt(m_limits, m_entries.size());
+    if (deadlineOf(entry) < m_nextLook || headTime < m_headTime - m_limits.headTime / 32)
         wake();
 }
 
@@ -121,16 +144,18 @@ void ConnectionWatchdog::run()
 int ConnectionWatchdog::shutDownExpired(Clock::time_point now)
 {
     auto next = now + std::chrono::milliseconds(maxWaitMilliseconds);
+    m_headTime = headTimeAt(m_limits, m_entries.size());
     for (Entry &entry : m_entries) {
         if (entry.m_expired)
             continue;
-        if (entry.m_deadline <= now) {
+        const auto deadline = deadlineOf(entry);
+        if (deadline <= now) {
             // The server library sees the end of the stream and closes; the descriptor stays valid until
             // then.
             ::shutdown(entry.m_socket, SHUT_RDWR);
             entry.m_expired = true;
         } else {
-            next = std::min(next, entry.m_deadline);
+            next = std::min(next, deadline);
         }
     }
     for (const Lingering &each : m_lingering)

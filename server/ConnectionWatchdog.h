@@ -13,23 +13,36 @@ class ConnectionWatchdog {
 public:
     using Clock = std::chrono::steady_clock;
 
+    struct Limits {
+        Clock::duration headTime; ///< from connect, or the last answer, to the end of a head
+        Clock::duration bodyTime; ///< from there to the end of the answer
+        std::size_t capacity = 0; ///< connections that there is room for
+    };
+    enum class Phase { awaitsHead, inExchange };
+
     class Entry {
         friend class ConnectionWatchdog;
         int m_socket = -1;
-        Clock::time_point m_deadline;
+        Phase m_phase = Phase::awaitsHead;
+        Clock::time_point m_since;
         bool m_expired = false;
     };
     enum class Close { immediate, lingering };
 
-    ConnectionWatchdog();
+    explicit ConnectionWatchdog(const Limits &limits);
     ConnectionWatchdog(const ConnectionWatchdog &) = delete;
     ConnectionWatchdog &operator=(const ConnectionWatchdog &) = delete;
     ~ConnectionWatchdog();
 
+    /// How long a head may take while so many connections are open: the whole time up to half of the
+    /// capacity, and from there less and less, to an eighth. So silent connections, from however many
+    /// addresses, can't keep others out for long.
+    static Clock::duration headTimeAt(const Limits &limits, std::size_t open);
+
     /// The socket stays the caller's, who removes the entry before closing it.
-    Entry *add(int socket, Clock::duration timeout);
-    /// Counted from now, in place of what is left.
-    void setTimeout(Entry *entry, Clock::duration timeout);
+    Entry *add(int socket);
+    /// Its time is counted from now.
+    void enter(Entry *entry, Phase phase);
     /// A lingering close reads and drops for a moment what the other side still sends, even after the caller
     /// has closed the socket: a close over unread bytes would reset the connection and could destroy the
     /// answer.
@@ -43,13 +56,16 @@ private:
 
     void run();
     void wake();
-    void wakeBefore(Clock::time_point deadline);
+    void wakeIfSooner(const Entry &entry);
+    Clock::time_point deadlineOf(const Entry &entry) const;
     int shutDownExpired(Clock::time_point now);
     void waitForEvents(int milliseconds);
     void drainLingering(Clock::time_point now);
 
+    const Limits m_limits;
     std::mutex m_mutex;
     std::list<Entry> m_entries;
+    Clock::duration m_headTime; ///< what the thread reckoned with when it last looked
     std::list<Lingering> m_lingering;
     Clock::time_point m_nextLook; ///< when the thread looks next without being woken
     bool m_stopping = false;

@@ -41,6 +41,15 @@ std::string_view bytesOf(const Digest &digest)
     return {reinterpret_cast<const char *>(digest.data()), digest.size()};
 }
 
+std::optional<Digest> digestOf(std::string_view bytes)
+{
+    Digest digest{};
+    if (bytes.size() != digest.size())
+        return std::nullopt;
+    std::copy(bytes.begin(), bytes.end(), digest.begin());
+    return digest;
+}
+
 std::string hexText(std::string_view bytes)
 {
     constexpr std::string_view digits = "0123456789abcdef";

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,8 @@ Digest hmacSha256(std::string_view key, std::string_view text);
 bool equalInConstantTime(const Digest &a, const Digest &b);
 
 std::string_view bytesOf(const Digest &digest);
+/// Absent when these bytes, as they were kept, are no digest.
+std::optional<Digest> digestOf(std::string_view bytes);
 
 /// Lower case.
 std::string hexText(std::string_view bytes);

@@ -32,6 +32,13 @@ void DocumentCache::put(std::int64_t notebook, std::shared_ptr<const Document> d
     m_entries.emplace(notebook, Entry{.document = std::move(document), .lastUse = ++m_uses});
 }
 
+void DocumentCache::clear()
+{
+    const std::lock_guard lock(m_mutex);
+    m_entries.clear();
+    m_bytes = 0;
+}
+
 void DocumentCache::drop(std::int64_t notebook)
 {
     const auto entry = m_entries.find(notebook);

@@ -17,6 +17,8 @@ public:
     std::shared_ptr<const Document> find(std::int64_t notebook, std::int64_t version);
     /// Takes the place of an earlier version of the notebook; the ones not asked for longest make room.
     void put(std::int64_t notebook, std::shared_ptr<const Document> document);
+    /// For whoever needs the memory now.
+    void clear();
 
 private:
     struct Entry {

@@ -110,13 +110,14 @@ Exchange::Exchange(HttpServer &server, HttpServer::Connection &connection, MHD_C
     , m_path(std::move(path))
 {
     m_server.beginRequest();
-    m_server.m_watchdog.setTimeout(m_connection.entry, m_server.m_limits.bodyTimeout);
+    m_server.m_watchdog.enter(m_connection.entry, ConnectionWatchdog::Phase::inExchange);
 }
 
 Exchange::~Exchange()
 {
+    count();
     log();
-    m_server.m_watchdog.setTimeout(m_connection.entry, m_server.m_limits.headTimeout);
+    m_server.m_watchdog.enter(m_connection.entry, ConnectionWatchdog::Phase::awaitsHead);
     m_server.endRequest();
 }
 
@@ -168,7 +169,7 @@ void Exchange::receive(std::string_view piece)
     if (outcome == RequestBody::Outcome::tooLong)
         m_response = {.status = 413, .text = "The body is too long."};
     else
-        m_response = {.status = 503, .text = "Too much is being received; try again later."};
+        m_response = {.status = 503, .text = "Too much is under way; try again later."};
 }
 
 MHD_Result Exchange::respond()
@@ -188,6 +189,16 @@ MHD_Result Exchange::send(const Response &response)
     m_status = response.status;
     m_sent = document && m_method != "HEAD" ? document->body.size() : 0;
     return MHD_queue_response(m_mhd, response.status, mhdResponse.get());
+}
+
+void Exchange::count() const
+{
+    m_server.m_metrics.count({.kind = Metrics::kindOf(m_method, m_path),
+        .status = m_status,
+        .received = m_received,
+        .sent = m_sent,
+        .took = ConnectionWatchdog::Clock::now() - m_start,
+        .storeFailed = !m_response.errorDetail.empty()});
 }
 
 void Exchange::log() const

@@ -23,6 +23,7 @@ private:
     RequestHead head() const;
     bool refusesBody(const RequestHead &request) const;
     MHD_Result send(const Response &response);
+    void count() const;
     void log() const;
 
     HttpServer &m_server;

@@ -34,20 +34,28 @@ MHD_OptionItem callback(MHD_OPTION option, auto *function, void *context)
 /// What the server library calls; its signatures, and contexts that are our objects. No exception may pass
 /// through it.
 struct HttpCallbacks {
+    // Only asks: a connection that is let in may still come to nothing, and then isn't counted.
+    static MHD_Result admit(void *context, const sockaddr *address, socklen_t)
+    {
+        auto &server = *static_cast<HttpServer *>(context);
+        if (server.m_peers.hasRoom(peerOf(address)))
+            return MHD_YES;
+        server.m_metrics.connectionRefused();
+        return MHD_NO;
+    }
+
     static void connection(
         void *context, MHD_Connection *mhd, void **state, MHD_ConnectionNotificationCode code)
     {
         auto &server = *static_cast<HttpServer *>(context);
         if (code == MHD_CONNECTION_NOTIFY_STARTED) {
-            const auto *socket = MHD_get_connection_info(mhd, MHD_CONNECTION_INFO_CONNECTION_FD);
-            auto *entry = server.m_watchdog.add(socket->connect_fd, server.m_limits.headTimeout);
-            *state = new HttpServer::Connection{.entry = entry};
+            *state = server.opened(mhd).release();
             return;
         }
         const std::unique_ptr<HttpServer::Connection> closed(static_cast<HttpServer::Connection *>(*state));
         *state = nullptr;
         if (closed)
-            server.m_watchdog.remove(closed->entry, closed->close);
+            server.closed(*closed);
     }
 
     static MHD_Result request(void *context, MHD_Connection *mhd, const char *url, const char *method,
@@ -87,8 +95,11 @@ HttpServer::HttpServer(std::unique_ptr<ListeningSocket> socket, const Identity &
     : m_socket(std::move(socket))
     , m_limits(limits)
     , m_log(std::move(log))
-    , m_api(store, limits.maxBody)
-    , m_budget(limits.maxBuffered)
+    , m_budget(limits.maxHeld)
+    , m_api(store, m_budget, limits.maxBody)
+    , m_watchdog(
+          {.headTime = limits.headTimeout, .bodyTime = limits.bodyTimeout, .capacity = limits.maxConnections})
+    , m_peers(limits.maxPerAddress)
 {
     std::signal(SIGPIPE, SIG_IGN); // a peer that is gone is an error of the write, not our end
     startDaemon(identity);
@@ -107,14 +118,13 @@ void HttpServer::startDaemon(const Identity &identity)
         text(MHD_OPTION_HTTPS_PRIORITIES, tlsPriorities),
         number(MHD_OPTION_THREAD_POOL_SIZE, threads),
         number(MHD_OPTION_CONNECTION_LIMIT, m_limits.maxConnections),
-        number(MHD_OPTION_PER_IP_CONNECTION_LIMIT, m_limits.maxPerAddress),
         number(MHD_OPTION_CONNECTION_MEMORY_LIMIT, connectionMemory),
         callback(MHD_OPTION_NOTIFY_CONNECTION, &HttpCallbacks::connection, this),
         callback(MHD_OPTION_NOTIFY_COMPLETED, &HttpCallbacks::completed, this),
         number(MHD_OPTION_END, 0),
     };
-    m_daemon = MHD_start_daemon(flags, 0, nullptr, nullptr, &HttpCallbacks::request, this, MHD_OPTION_ARRAY,
-        options.data(), MHD_OPTION_END);
+    m_daemon = MHD_start_daemon(flags, 0, &HttpCallbacks::admit, this, &HttpCallbacks::request, this,
+        MHD_OPTION_ARRAY, options.data(), MHD_OPTION_END);
     if (!m_daemon)
         throw Failure("the server cannot start; check the key, the certificate and the limit on open files");
 }
@@ -135,6 +145,26 @@ void HttpServer::stop(std::chrono::milliseconds grace)
     }
     MHD_stop_daemon(m_daemon);
     m_daemon = nullptr;
+}
+
+std::unique_ptr<HttpServer::Connection> HttpServer::opened(MHD_Connection *mhd)
+{
+    // Newer versions of the library answer both questions in the same place.
+    const int socket = MHD_get_connection_info(mhd, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
+    const auto *address = MHD_get_connection_info(mhd, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
+    auto connection = std::make_unique<Connection>();
+    connection->peer = peerOf(address->client_addr);
+    m_peers.add(connection->peer);
+    m_metrics.connectionOpened();
+    connection->entry = m_watchdog.add(socket);
+    return connection;
+}
+
+void HttpServer::closed(const Connection &connection)
+{
+    m_peers.remove(connection.peer);
+    m_metrics.connectionClosed();
+    m_watchdog.remove(connection.entry, connection.close);
 }
 
 void HttpServer::beginRequest()

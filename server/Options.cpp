@@ -29,11 +29,19 @@ public:
         m_app.fallthrough();
         m_app.add_option("--data", m_options.data,
             "The data folder (else $NIMBRELLE_SERVER_DATA, else ~/.local/share/nimbrelle-server)");
+        m_app
+            .add_option("--store", m_options.store,
+                "Where the notebooks are, such as postgresql://USER@HOST/DATABASE (else a file in the data "
+                "folder)")
+            ->envname("NIMBRELLE_SERVER_STORE");
         addInit();
         addServe();
         addTokens();
         addCode();
         addHistory();
+        addQuota();
+        addPrune();
+        addMove();
         m_app.footer(firstSteps); // last, for subcommands inherit what is set before them
     }
 
@@ -86,6 +94,9 @@ private:
     void addTokens();
     void addCode();
     void addHistory();
+    void addQuota();
+    void addPrune();
+    void addMove();
 
     Options &m_options;
     CLI::App m_app{"Keeps Nimbrelle notebooks equal on all of a person's devices."};
@@ -106,6 +117,11 @@ void CommandLineParser::addServe()
     addListenAddress(serve);
     serve->add_flag_callback(
         "--no-access-log", [this] { m_options.accessLog = false; }, "Write no line for each request");
+    serve
+        ->add_option("--metrics-port", m_options.metricsPort, "Serve /healthz and /metrics at this port, too")
+        ->type_name("N");
+    serve->add_option("--metrics-bind", m_options.metricsBind, "At this address (127.0.0.1)")
+        ->type_name("ADDRESS");
     addLimits(serve);
 }
 
@@ -131,13 +147,15 @@ void CommandLineParser::addLimits(CLI::App *serve)
             ->type_name("SECONDS");
     };
     bytes("--max-body", limits.maxBody, "The longest document, such as 64MiB (the default)");
-    bytes("--max-held", limits.maxBuffered, "All unfinished documents together (256MiB)");
+    bytes("--max-held", limits.maxHeld, "All documents in memory together (256MiB)");
     count("--max-connections", limits.maxConnections, "Connections in all (512)");
-    count("--max-per-address", limits.maxPerAddress, "Connections from one address (32)");
-    seconds(
-        "--head-time", limits.headTimeout, "For a request's head, from connecting or the last answer (15)");
+    count("--max-per-address", limits.maxPerAddress,
+        "Connections from one IPv4 address or IPv6 /64 network (32)");
+    seconds("--head-time", limits.headTimeout,
+        "For a request's head, from connecting or the last answer; less while many are connected (15)");
     seconds("--body-time", limits.bodyTimeout, "For its body and the answer (120)");
     count("--threads", limits.threads, "Worker threads (4)");
+    count("--store-connections", m_options.storeConnections, "Connections to a database in --store (8)");
 }
 
 void CommandLineParser::addTokens()
@@ -170,6 +188,47 @@ void CommandLineParser::addHistory()
         add(m_app, Command::restore, "restore", "Bring an earlier version back as a new, higher one");
     restore->add_option("VERSION", m_options.version, "As history lists it")->required();
     addName(restore, "The notebook; may be left out when there is only one");
+}
+
+void CommandLineParser::addQuota()
+{
+    CLI::App *quota = add(m_app, Command::quota, "quota", "Say or set what a notebook may keep");
+    addName(quota, "The notebook; left out: all that have no quota of their own");
+    quota->add_option("--bytes", m_options.quotaBytes, "Of all kept versions, such as 200MiB; 0 for no limit")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->transform(CLI::AsSizeValue(false).description("")) // runs before the check
+        ->type_name("BYTES");
+    quota->add_option("--versions", m_options.quotaVersions, "Kept versions; 0 for no limit")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->type_name("N");
+}
+
+void CommandLineParser::addPrune()
+{
+    CLI::App *prune = add(m_app, Command::prune, "prune", "Drop earlier versions for good");
+    addName(prune, "The notebook; may be left out when there is only one");
+    prune->add_flag("--all", m_options.allNotebooks, "Those of all notebooks");
+    prune
+        ->add_option(
+            "--keep", m_options.keptNewest, "So many of the newest stay, the current among them (20)")
+        ->check(CLI::Range(1, 100'000).description(""))
+        ->type_name("N");
+    prune->add_option("--older-than", m_options.olderThanDays, "Only those older than this (0)")
+        ->check(CLI::Range(0, 36'500).description(""))
+        ->type_name("DAYS");
+    prune->add_flag("--before-loss", m_options.alsoBeforeLoss,
+        "Also those from before a third of the words went, which else are kept for good");
+    prune->add_flag("--dry-run", m_options.dryRun, "Only say what would go");
+}
+
+void CommandLineParser::addMove()
+{
+    CLI::App *move = add(m_app, Command::move, "move",
+        "Copy all notebooks into another, empty store and check them; the first store then takes no more "
+        "changes");
+    move->add_option("FROM", m_options.moveFrom, "postgresql://..., or a data folder or its notebooks.db")
+        ->required();
+    move->add_option("TO", m_options.moveTo, "The same")->required();
 }
 
 std::string onOneLine(std::string text)

@@ -1,6 +1,7 @@
 #include "server/Commands.h"
 #include "server/DataDirectory.h"
 #include "server/Failure.h"
+#include "server/MonitoringServer.h"
 #include "server/StoreFactory.h"
 
 #include <charconv>
@@ -73,16 +74,26 @@ void serve(const Options &options, std::ostream &messages)
     const TerminationSignals signals;
     const DataDirectory directory(options.data);
     directory.requirePrivate();
-    const auto store = openStore(directory);
+    const auto store = openStore(storeLocation(options), options.storeConnections);
     const Identity identity = loadIdentity(directory);
     store->check();
     raiseFileLimit(options.limits.maxConnections);
     const std::string address = options.bind.value_or(store->setting(Setting::bind).value_or(""));
     auto socket = std::make_unique<ListeningSocket>(address, options.port.value_or(storedPort(*store)));
     const HttpServer::Log log{.write = writeLine, .eachRequest = options.accessLog};
+    auto metricsSocket = options.metricsPort
+        ? std::make_unique<ListeningSocket>(options.metricsBind, *options.metricsPort)
+        : nullptr;
     HttpServer server(std::move(socket), identity, *store, options.limits, log);
+    std::optional<MonitoringServer> monitoring;
+    if (metricsSocket)
+        monitoring.emplace(std::move(metricsSocket), server, *store);
     messages << "nimbrelle-server: listening at " << (address.empty() ? "all addresses" : address) << " port "
-             << server.port() << "; devices use " << store->setting(Setting::url).value_or("") << std::endl;
+             << server.port() << "; devices use " << store->setting(Setting::url).value_or("")
+             << (monitoring ? "; metrics at " + options.metricsBind + " port "
+                            + std::to_string(monitoring->port())
+                            : "")
+             << std::endl;
     signals.wait();
     server.stop(shutdownGrace);
     messages << "nimbrelle-server: ended" << std::endl;

@@ -8,7 +8,7 @@ namespace nimbrelle::server {
 namespace {
 
 constexpr int applicationId = 0x4e6d6253; // "NmbS", which tells our file from another program's
-constexpr int schemaVersion = 1;
+constexpr int schemaVersion = 2;
 constexpr int busyMilliseconds = 10'000;
 
 constexpr const char *tables = R"(
@@ -20,7 +20,9 @@ constexpr const char *tables = R"(
         token_salt BLOB NOT NULL,
         token_selector BLOB,
         token_hash BLOB,
-        version INTEGER NOT NULL DEFAULT 0
+        version INTEGER NOT NULL DEFAULT 0,
+        quota_bytes INTEGER NOT NULL DEFAULT 0,
+        quota_versions INTEGER NOT NULL DEFAULT 0
     );
     CREATE INDEX notebooks_by_token ON notebooks (token_selector);
     CREATE TABLE versions (
@@ -33,6 +35,12 @@ constexpr const char *tables = R"(
         body BLOB NOT NULL,
         PRIMARY KEY (notebook, version)
     );
+)";
+
+// To version 2.
+constexpr const char *addQuotas = R"(
+    ALTER TABLE notebooks ADD COLUMN quota_bytes INTEGER NOT NULL DEFAULT 0;
+    ALTER TABLE notebooks ADD COLUMN quota_versions INTEGER NOT NULL DEFAULT 0;
 )";
 
 } // namespace
@@ -67,6 +75,9 @@ StoreFailure storeFailure(const std::filesystem::path &file, const SQLite::Excep
                 + "). Check that it is there and that it and its folder belong to the user who runs this "
                   "command."};
     default:
+        // The file was emptied or put in the place of ours; its tables are made by init only.
+        if (std::string_view(error.what()).starts_with("no such table"))
+            return damagedStore(file, error.what());
         return {StoreFailure::Kind::other, "the database " + file.string() + " reports: " + error.what()};
     }
 }
@@ -84,7 +95,12 @@ SqliteConnection::SqliteConnection(const std::filesystem::path &file, Opening op
     m_database.exec("PRAGMA journal_mode = WAL");
     m_database.exec("PRAGMA synchronous = FULL");
     m_database.exec("PRAGMA foreign_keys = ON");
+    // Else, where the system's library is built so, a version that goes is written over with zeros: as many
+    // bytes again for each write. The next version takes its pages anyway.
+    m_database.exec("PRAGMA secure_delete = FAST");
     m_database.exec("PRAGMA journal_size_limit = 67108864");
+    if (opening == Opening::existing || !isEmpty())
+        migrate();
 }
 
 SQLite::Statement SqliteConnection::prepared(std::string_view sql, std::string_view more)
@@ -108,6 +124,19 @@ void SqliteConnection::requireSupported(const std::filesystem::path &file)
     if (m_database.execAndGet("PRAGMA user_version").getInt() > schemaVersion)
         throw StoreFailure(StoreFailure::Kind::other,
             file.string() + " was made by a newer nimbrelle-server; install that version or a later one");
+}
+
+void SqliteConnection::migrate()
+{
+    const auto version = [&] { return m_database.execAndGet("PRAGMA user_version").getInt(); };
+    if (version() == schemaVersion)
+        return;
+    auto transaction = begin();
+    if (version() < schemaVersion) { // else another process was faster
+        m_database.exec(addQuotas);
+        m_database.exec("PRAGMA user_version = " + std::to_string(schemaVersion));
+    }
+    transaction.commit();
 }
 
 bool SqliteConnection::isEmpty()

@@ -31,6 +31,8 @@ public:
 
 private:
     void requireSupported(const std::filesystem::path &file);
+    /// Brings an earlier version's tables to this one's, in one transaction.
+    void migrate();
 
     SQLite::Database m_database;
 };

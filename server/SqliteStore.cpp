@@ -2,7 +2,6 @@
 
 #include "server/SqliteConnection.h"
 
-#include <algorithm>
 #include <mutex>
 
 namespace nimbrelle::server {
@@ -10,32 +9,18 @@ namespace nimbrelle::server {
 namespace {
 
 constexpr std::string_view selectNotebook =
-    "SELECT id, name, token_salt, token_hash, version, created_at FROM notebooks ";
-
-// An index finds the row by a part of the hash; whether the token is right is then decided in constant time.
-std::string_view selectorOf(const Digest &tokenHash)
-{
-    return bytesOf(tokenHash).substr(0, 8);
-}
-
-std::optional<Digest> digestIn(const BoundStatement &row, int column)
-{
-    const std::string bytes = row.bytes(column);
-    Digest digest{};
-    if (row.isNull(column) || bytes.size() != digest.size())
-        return std::nullopt;
-    std::copy(bytes.begin(), bytes.end(), digest.begin());
-    return digest;
-}
+    "SELECT id, name, token_salt, token_hash, version, created_at, quota_bytes, quota_versions "
+    "FROM notebooks ";
 
 Notebook notebookIn(const BoundStatement &row)
 {
     return {.id = row.number(0),
         .name = row.bytes(1),
         .tokenSalt = row.bytes(2),
-        .tokenHash = digestIn(row, 3),
+        .tokenHash = digestOf(row.bytes(3)),
         .version = row.number(4),
-        .createdAt = row.time(5)};
+        .createdAt = row.time(5),
+        .quota = {.bytes = row.number(6), .versions = row.number(7)}};
 }
 
 VersionRecord recordIn(const BoundStatement &row)
@@ -75,6 +60,9 @@ struct SqliteStore::Reader {
     std::mutex mutex;
 
     SQLite::Statement setting = connection.prepared("SELECT value FROM settings WHERE key = ?");
+    SQLite::Statement settings = connection.prepared("SELECT key, value FROM settings");
+    SQLite::Statement sealed = connection.prepared(
+        "SELECT count(*) FROM sqlite_master WHERE type = 'trigger' AND name LIKE 'sealed %'");
     SQLite::Statement all = connection.prepared(selectNotebook, "ORDER BY id");
     SQLite::Statement named = connection.prepared(selectNotebook, "WHERE name = ?");
     SQLite::Statement ofToken = connection.prepared(selectNotebook, "WHERE token_selector = ?");
@@ -142,6 +130,8 @@ SqliteStore::~SqliteStore() = default;
 
 void SqliteStore::check()
 {
+    if (isSealed())
+        throw StoreFailure(StoreFailure::Kind::other, std::string(movedAway));
     reading([&](Reader &reader) {
         const std::string damage = reader.connection.quickCheck();
         if (!damage.empty())
@@ -164,6 +154,16 @@ void SqliteStore::setSetting(std::string_view key, std::string_view value)
         writer.connection.run("INSERT INTO settings (key, value) VALUES (?, ?) "
                               "ON CONFLICT (key) DO UPDATE SET value = excluded.value",
             std::string(key), std::string(value));
+    });
+}
+
+std::map<std::string, std::string> SqliteStore::settings()
+{
+    return reading([&](Reader &reader) {
+        std::map<std::string, std::string> found;
+        for (BoundStatement row(reader.settings); row.step();)
+            found.emplace(row.bytes(0), row.bytes(1));
+        return found;
     });
 }
 
@@ -223,6 +223,14 @@ void SqliteStore::setToken(std::int64_t notebook, std::string_view salt, std::op
     });
 }
 
+void SqliteStore::setQuota(std::int64_t notebook, const Quota &quota)
+{
+    writing([&](Writer &writer) {
+        writer.connection.run("UPDATE notebooks SET quota_bytes = ?, quota_versions = ? WHERE id = ?",
+            quota.bytes, quota.versions, notebook);
+    });
+}
+
 std::optional<std::int64_t> SqliteStore::version(std::int64_t notebook)
 {
     return reading([&](Reader &reader) {
@@ -269,6 +277,99 @@ bool SqliteStore::append(
         transaction.commit();
         return true;
     });
+}
+
+void SqliteStore::drop(std::int64_t notebook, const std::vector<std::int64_t> &versions)
+{
+    writing([&](Writer &writer) {
+        auto transaction = writer.connection.begin();
+        for (const std::int64_t version : versions)
+            writer.connection.run("DELETE FROM versions WHERE notebook = ?1 AND version = ?2 AND version < "
+                                  "(SELECT version FROM notebooks WHERE id = ?1)",
+                notebook, version);
+        transaction.commit();
+    });
+}
+
+bool SqliteStore::isSealed()
+{
+    return reading([](Reader &reader) {
+        BoundStatement row(reader.sealed);
+        return row.step() && row.number(0) > 0;
+    });
+}
+
+void SqliteStore::setSealed(bool sealed)
+{
+    writing([&](Writer &writer) {
+        auto transaction = writer.connection.begin();
+        for (const std::string table : {"settings", "notebooks", "versions"}) {
+            for (const std::string change : {"INSERT", "UPDATE", "DELETE"}) {
+                const std::string trigger = "\"sealed " + table + ' ' + change + '"';
+                writer.connection.run(("DROP TRIGGER IF EXISTS " + trigger).c_str());
+                if (sealed)
+                    writer.connection.run(("CREATE TRIGGER " + trigger + " BEFORE " + change + " ON " + table
+                        + " BEGIN SELECT RAISE(ABORT, '" + std::string(movedAway) + "'); END")
+                                              .c_str());
+            }
+        }
+        transaction.commit();
+    });
+}
+
+class SqliteStore::Import final : public StoreImport {
+public:
+    explicit Import(SqliteStore &store)
+        : m_store(store), m_lock(store.m_writer->mutex), m_transaction(store.m_writer->connection.begin())
+    {
+    }
+
+    void addSetting(const std::string &key, const std::string &value) override
+    {
+        run("INSERT INTO settings (key, value) VALUES (?, ?)", key, value);
+    }
+
+    void addNotebook(const Notebook &notebook) override
+    {
+        const auto add = [&](const auto &selector, const auto &hash) {
+            run("INSERT INTO notebooks (id, name, created_at, token_salt, token_selector, token_hash, "
+                "version, quota_bytes, quota_versions) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
+                notebook.id, notebook.name, notebook.createdAt, Blob{.bytes = notebook.tokenSalt}, selector,
+                hash, notebook.version, notebook.quota.bytes, notebook.quota.versions);
+        };
+        if (const auto &hash = notebook.tokenHash)
+            add(Blob{.bytes = selectorOf(*hash)}, Blob{.bytes = bytesOf(*hash)});
+        else
+            add(nullptr, nullptr);
+    }
+
+    void addVersion(std::int64_t notebook, const VersionRecord &record, std::string_view body) override
+    {
+        run("INSERT INTO versions (notebook, version, written_at, words, bytes, before_loss, body) "
+            "VALUES (?, ?, ?, ?, ?, ?, ?)",
+            notebook, record.version, record.writtenAt, record.words, record.bytes,
+            std::int64_t{record.beforeLoss}, Blob{.bytes = body});
+    }
+
+    void commit() override
+    {
+        translated(m_store.m_file, [&] { m_transaction.commit(); });
+    }
+
+private:
+    void run(const char *sql, const auto &...values)
+    {
+        translated(m_store.m_file, [&] { m_store.m_writer->connection.run(sql, values...); });
+    }
+
+    SqliteStore &m_store;
+    std::unique_lock<std::mutex> m_lock;
+    SQLite::Transaction m_transaction;
+};
+
+std::unique_ptr<StoreImport> SqliteStore::beginImport()
+{
+    return translated(m_file, [&] { return std::make_unique<Import>(*this); });
 }
 
 } // namespace nimbrelle::server

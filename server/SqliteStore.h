@@ -20,6 +20,7 @@ public:
 
     std::optional<std::string> setting(std::string_view key) override;
     void setSetting(std::string_view key, std::string_view value) override;
+    std::map<std::string, std::string> settings() override;
 
     std::vector<Notebook> notebooks() override;
     std::optional<Notebook> notebookNamed(std::string_view name) override;
@@ -27,6 +28,7 @@ public:
     void addNotebook(std::string_view name, std::string_view salt, const Digest &tokenHash,
         std::chrono::sys_seconds now) override;
     void setToken(std::int64_t notebook, std::string_view salt, std::optional<Digest> tokenHash) override;
+    void setQuota(std::int64_t notebook, const Quota &quota) override;
 
     std::optional<std::int64_t> version(std::int64_t notebook) override;
     std::shared_ptr<const Document> newestDocument(std::int64_t notebook) override;
@@ -34,10 +36,15 @@ public:
     std::vector<VersionRecord> history(std::int64_t notebook) override;
     bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
         const HistoryChange &change) override;
+    void drop(std::int64_t notebook, const std::vector<std::int64_t> &versions) override;
+    bool isSealed() override;
+    void setSealed(bool sealed) override;
+    std::unique_ptr<StoreImport> beginImport() override;
 
 private:
     struct Reader;
     struct Writer;
+    class Import;
 
     template <typename Work> auto reading(const Work &work);
     template <typename Work> auto writing(const Work &work);

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,7 +17,12 @@ namespace nimbrelle::server {
 
 class StoreFailure : public Failure {
 public:
-    enum class Kind { damaged, full, other };
+    enum class Kind {
+        damaged,
+        full,
+        unavailable, ///< for a while: what was asked may succeed later, and a write may have happened
+        other
+    };
 
     StoreFailure(Kind kind, const std::string &text) : Failure(text), m_kind(kind) { }
     Kind kind() const { return m_kind; }
@@ -24,6 +30,10 @@ public:
 private:
     Kind m_kind;
 };
+
+/// What a sealed store says to whoever would change it.
+inline constexpr std::string_view movedAway =
+    "this store was moved with nimbrelle-server move; name the new one with --store";
 
 /// One notebook on this server: a name for the operator, a token for its devices, a document with a version.
 struct Notebook {
@@ -33,6 +43,9 @@ struct Notebook {
     std::optional<Digest> tokenHash; ///< absent after a revoke: no device gets in
     std::int64_t version = 0; ///< 0: nothing stored yet; only ever rises
     std::chrono::sys_seconds createdAt;
+    Quota quota; ///< its own; where it has none, the server's (see quotaOf)
+
+    bool operator==(const Notebook &) const = default;
 };
 
 struct Document {
@@ -40,11 +53,29 @@ struct Document {
     std::string body;
 };
 
+/// An index finds a notebook by this part of its token's hash; whether the token is right is then decided in
+/// constant time.
+inline std::string_view selectorOf(const Digest &tokenHash)
+{
+    return bytesOf(tokenHash).substr(0, 8);
+}
+
 /// A document to be stored as a new version.
 struct NewDocument {
     std::string_view body;
     std::int64_t words = 0;
     std::chrono::sys_seconds writtenAt;
+};
+
+/// Fills an empty store with what another holds, all or nothing: without a commit nothing has happened.
+/// Throws StoreFailure.
+class StoreImport {
+public:
+    virtual ~StoreImport() = default;
+    virtual void addSetting(const std::string &key, const std::string &value) = 0;
+    virtual void addNotebook(const Notebook &notebook) = 0;
+    virtual void addVersion(std::int64_t notebook, const VersionRecord &record, std::string_view body) = 0;
+    virtual void commit() = 0;
 };
 
 /// Where notebooks are kept. Every call may come from any thread, and other processes may work on the same
@@ -60,6 +91,7 @@ public:
     /// A small value under a name, kept for good.
     virtual std::optional<std::string> setting(std::string_view key) = 0;
     virtual void setSetting(std::string_view key, std::string_view value) = 0;
+    virtual std::map<std::string, std::string> settings() = 0;
 
     virtual std::vector<Notebook> notebooks() = 0;
     virtual std::optional<Notebook> notebookNamed(std::string_view name) = 0;
@@ -70,6 +102,8 @@ public:
         std::chrono::sys_seconds now) = 0;
     /// Absent: nobody gets in until another token is set. The document stays.
     virtual void setToken(std::int64_t notebook, std::string_view salt, std::optional<Digest> tokenHash) = 0;
+
+    virtual void setQuota(std::int64_t notebook, const Quota &quota) = 0;
 
     /// The current version, 0 when nothing is stored; absent when there is no such notebook.
     virtual std::optional<std::int64_t> version(std::int64_t notebook) = 0;
@@ -85,6 +119,14 @@ public:
     /// caller's matter (see writeVersion).
     virtual bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
         const HistoryChange &change) = 0;
+    /// All or nothing, and never the current version.
+    virtual void drop(std::int64_t notebook, const std::vector<std::int64_t> &versions) = 0;
+
+    /// A sealed store can be read, but refuses every change, whichever process has it open. check() says so.
+    virtual bool isSealed() = 0;
+    virtual void setSealed(bool sealed) = 0;
+    /// This store must not be used until it is over.
+    virtual std::unique_ptr<StoreImport> beginImport() = 0;
 };
 
 } // namespace nimbrelle::server

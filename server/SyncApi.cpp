@@ -4,6 +4,7 @@
 #include "server/Clock.h"
 #include "server/VersionedWrite.h"
 
+#include <algorithm>
 #include <strings.h>
 
 namespace nimbrelle::server {
@@ -12,11 +13,28 @@ namespace {
 
 constexpr std::string_view pingPath = "/v1/ping";
 constexpr std::string_view bundlePath = "/v1/bundle";
-constexpr std::size_t cacheBytes = 64UL * 1024 * 1024;
+constexpr std::uint64_t maxCacheBytes = 64UL * 1024 * 1024;
+
+constexpr const char *quotaUsed = "The notebook's quota is used up; its operator can raise it.";
+constexpr const char *tooMuch = "Too much is under way; try again later.";
 
 Response refusal(unsigned status, std::string text)
 {
     return {.status = status, .text = std::move(text)};
+}
+
+Response storeFailureResponse(const StoreFailure &failure)
+{
+    switch (failure.kind()) {
+    case StoreFailure::Kind::full:
+        return {.status = 507, .text = "The server's disk is full.", .errorDetail = failure.what()};
+    case StoreFailure::Kind::unavailable:
+        return {.status = 503,
+            .text = "The server's database is away; try again later.",
+            .errorDetail = failure.what()};
+    default:
+        return {.status = 500, .text = "The server's store failed.", .errorDetail = failure.what()};
+    }
 }
 
 // What to say of the exception that is being handled.
@@ -25,10 +43,9 @@ Response failureResponse()
     try {
         throw;
     } catch (const StoreFailure &failure) {
-        const bool full = failure.kind() == StoreFailure::Kind::full;
-        return {.status = full ? 507U : 500U,
-            .text = full ? "The server's disk is full." : "The server's store failed.",
-            .errorDetail = failure.what()};
+        return storeFailureResponse(failure);
+    } catch (const QuotaExceeded &) {
+        return refusal(507, quotaUsed);
     } catch (const std::exception &error) {
         return {.status = 500, .text = "The server failed.", .errorDetail = error.what()};
     }
@@ -72,8 +89,11 @@ Response malformedCondition()
 
 } // namespace
 
-SyncApi::SyncApi(Store &store, std::uint64_t maxBody)
-    : m_store(store), m_maxBody(maxBody), m_cache(cacheBytes)
+SyncApi::SyncApi(Store &store, BodyBudget &budget, std::uint64_t maxBody)
+    : m_store(store)
+    , m_budget(budget)
+    , m_maxBody(maxBody)
+    , m_cache(std::min(maxCacheBytes, budget.limit() / 4))
 {
 }
 
@@ -125,20 +145,41 @@ Response SyncApi::read(const RequestHead &head, const Notebook &notebook)
         return refusal(412, "Another version is stored.");
     if (conditions->ifNoneMatch && conditions->ifNoneMatch->matchWeakly(notebook.version))
         return {.status = 304, .version = notebook.version};
-    auto document = current(notebook);
-    if (!document)
-        return refusal(404, "Nothing is stored yet.");
+    return sendNewest(notebook);
+}
+
+Response SyncApi::sendNewest(const Notebook &notebook)
+{
+    auto document = m_cache.find(notebook.id, notebook.version);
+    if (!document) {
+        // Before it is read, and again with its true length, for it may have been replaced in between.
+        BodyBudget::Reservation reservation(m_budget);
+        if (!reserve(reservation, newestBytes(notebook)))
+            return refusal(503, tooMuch);
+        document = m_store.newestDocument(notebook.id);
+        if (!document)
+            return refusal(404, "Nothing is stored yet.");
+        if (!reserve(reservation, document->body.size()))
+            return refusal(503, tooMuch);
+        document = heldDocument(std::move(document), std::move(reservation));
+        m_cache.put(notebook.id, document);
+    }
     return {.status = 200, .version = document->version, .document = document};
 }
 
-std::shared_ptr<const Document> SyncApi::current(const Notebook &notebook)
+std::uint64_t SyncApi::newestBytes(const Notebook &notebook)
 {
-    if (auto cached = m_cache.find(notebook.id, notebook.version))
-        return cached;
-    auto document = m_store.newestDocument(notebook.id);
-    if (document)
-        m_cache.put(notebook.id, document);
-    return document;
+    const auto records = m_store.history(notebook.id);
+    return records.empty() ? 0 : static_cast<std::uint64_t>(records.back().bytes);
+}
+
+// What is only kept ready makes room.
+bool SyncApi::reserve(BodyBudget::Reservation &reservation, std::uint64_t bytes)
+{
+    if (reservation.growTo(bytes))
+        return true;
+    m_cache.clear();
+    return reservation.growTo(bytes);
 }
 
 std::variant<Response, PendingWrite> SyncApi::beginWrite(const RequestHead &head, const Notebook &notebook)
@@ -152,10 +193,13 @@ std::variant<Response, PendingWrite> SyncApi::beginWrite(const RequestHead &head
     if (conditions->isEmpty())
         return refusal(
             428, "A write needs If-Match with the version it is based on; \"0\" when there is none.");
-    return PendingWrite{.notebook = notebook.id, .conditions = std::move(*conditions)};
+    const Quota quota = quotaOf(m_store, notebook);
+    if (quota.bytes > 0 && std::cmp_greater(head.contentLength.value_or(0), quota.bytes))
+        return refusal(507, quotaUsed);
+    return PendingWrite{.notebook = notebook.id, .conditions = std::move(*conditions), .quota = quota};
 }
 
-Response SyncApi::handleBody(const PendingWrite &write, std::string body)
+Response SyncApi::handleBody(const PendingWrite &write, HeldBytes body)
 {
     try {
         return store(write, std::move(body));
@@ -164,18 +208,20 @@ Response SyncApi::handleBody(const PendingWrite &write, std::string body)
     }
 }
 
-Response SyncApi::store(const PendingWrite &write, std::string body)
+Response SyncApi::store(const PendingWrite &write, HeldBytes body)
 {
-    const auto words = countWords(body);
+    const auto words = countWords(body.bytes);
     if (!words)
         return refusal(400, "The body is not a JSON object with a list of words.");
-    const NewDocument document{.body = body, .words = *words, .writtenAt = now()};
-    const auto version = writeVersion(m_store, write.notebook, document,
-        [&](std::int64_t current) { return write.conditions.allowWriteOver(current); });
+    const NewDocument document{.body = body.bytes, .words = *words, .writtenAt = now()};
+    const auto version = writeVersion(
+        m_store, write.notebook, document,
+        [&](std::int64_t current) { return write.conditions.allowWriteOver(current); }, write.quota);
     if (!version)
         return refusal(412, "Another version is stored.");
-    m_cache.put(write.notebook,
-        std::make_shared<const Document>(Document{.version = *version, .body = std::move(body)}));
+    auto written =
+        std::make_shared<const Document>(Document{.version = *version, .body = std::move(body.bytes)});
+    m_cache.put(write.notebook, heldDocument(std::move(written), std::move(body.reservation)));
     return {.status = 200, .version = version};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/BodyBudget.h"
 #include "server/Conditions.h"
 #include "server/DocumentCache.h"
 #include "server/Store.h"
@@ -31,6 +32,7 @@ struct Response {
 struct PendingWrite {
     std::int64_t notebook = 0;
     Conditions conditions;
+    Quota quota;
 };
 
 /// What a request comes to before its body.
@@ -42,10 +44,11 @@ struct HeadResult {
 /// The protocol without HTTP's transport. Calls may come from any thread; none throws.
 class SyncApi {
 public:
-    SyncApi(Store &store, std::uint64_t maxBody);
+    /// What is kept ready takes a quarter of the budget at most, and gives way to what is read.
+    SyncApi(Store &store, BodyBudget &budget, std::uint64_t maxBody);
 
     HeadResult handleHead(const RequestHead &head);
-    Response handleBody(const PendingWrite &write, std::string body);
+    Response handleBody(const PendingWrite &write, HeldBytes body);
 
     /// A path that the log may show; another path could hold a secret.
     static bool knowsPath(std::string_view path);
@@ -54,10 +57,13 @@ private:
     HeadResult route(const RequestHead &head);
     Response read(const RequestHead &head, const Notebook &notebook);
     std::variant<Response, PendingWrite> beginWrite(const RequestHead &head, const Notebook &notebook);
-    Response store(const PendingWrite &write, std::string body);
-    std::shared_ptr<const Document> current(const Notebook &notebook);
+    Response store(const PendingWrite &write, HeldBytes body);
+    Response sendNewest(const Notebook &notebook);
+    std::uint64_t newestBytes(const Notebook &notebook);
+    bool reserve(BodyBudget::Reservation &reservation, std::uint64_t bytes);
 
     Store &m_store;
+    BodyBudget &m_budget;
     const std::uint64_t m_maxBody;
     DocumentCache m_cache;
 };

@@ -1,10 +1,22 @@
 #include "server/VersionedWrite.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace nimbrelle::server {
 
 namespace {
+
+constexpr std::string_view quotaBytes = "quota-bytes";
+constexpr std::string_view quotaVersions = "quota-versions";
+
+std::int64_t storedNumber(Store &store, std::string_view key)
+{
+    const std::string text = store.setting(key).value_or("");
+    std::int64_t number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
 
 VersionRecord recordOf(std::int64_t version, const NewDocument &document)
 {
@@ -16,8 +28,27 @@ VersionRecord recordOf(std::int64_t version, const NewDocument &document)
 
 } // namespace
 
-std::optional<std::int64_t> writeVersion(
-    Store &store, std::int64_t notebook, const NewDocument &document, const WriteCondition &condition)
+Quota defaultQuota(Store &store)
+{
+    return {.bytes = storedNumber(store, quotaBytes), .versions = storedNumber(store, quotaVersions)};
+}
+
+void setDefaultQuota(Store &store, const Quota &quota)
+{
+    store.setSetting(quotaBytes, std::to_string(quota.bytes));
+    store.setSetting(quotaVersions, std::to_string(quota.versions));
+}
+
+Quota quotaOf(Store &store, const Notebook &notebook)
+{
+    const Quota fallback = defaultQuota(store);
+    const Quota &own = notebook.quota;
+    return {.bytes = own.bytes > 0 ? own.bytes : fallback.bytes,
+        .versions = own.versions > 0 ? own.versions : fallback.versions};
+}
+
+std::optional<std::int64_t> writeVersion(Store &store, std::int64_t notebook, const NewDocument &document,
+    const WriteCondition &condition, const Quota &quota)
 {
     // A further turn means that another writer was faster, so somebody always gets on.
     while (const auto current = store.version(notebook)) {
@@ -26,7 +57,10 @@ std::optional<std::int64_t> writeVersion(
         const std::int64_t next = *current + 1;
         // The history is read after the version: if that version is still there at the append, nobody wrote
         // in between, and the change fits.
-        const auto change = HistoryPolicy::changeFor(recordOf(next, document), store.history(notebook));
+        const auto change =
+            HistoryPolicy::changeFor(recordOf(next, document), store.history(notebook), quota);
+        if (change.exceedsQuota)
+            throw QuotaExceeded();
         if (store.append(notebook, *current, document, change))
             return next;
     }

@@ -29,6 +29,12 @@ void run(const Options &options)
         return Commands::printHistory(options, std::cout);
     case Command::restore:
         return Commands::restore(options, std::cout);
+    case Command::quota:
+        return Commands::quota(options, std::cout);
+    case Command::prune:
+        return Commands::prune(options, std::cout);
+    case Command::move:
+        return Commands::move(options, std::cout);
     }
 }
 

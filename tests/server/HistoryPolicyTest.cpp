@@ -48,6 +48,19 @@ TEST(HistoryPolicy, KeepsTheLastOfEachDayForSixtyDays)
     EXPECT_EQ(dropped(records, records.back().writtenAt + 12h), expected);
 }
 
+TEST(HistoryPolicy, AClockThatRunsAheadCostsNothing)
+{
+    // One a day for fifty days; then a day that the clock puts forty years ahead, and back again.
+    auto records = versions(50, noon, 24h);
+    for (int write = 0; write < 25; ++write) {
+        const auto at = noon + days(50) + minutes(write) + (write < 22 ? years(40) : years(0));
+        const auto gone = dropped(records, at);
+        EXPECT_THAT(gone, testing::Each(testing::Gt(50)));
+        const auto next = records.back().version + 1;
+        records.push_back({.version = next, .writtenAt = at, .words = 10});
+    }
+}
+
 TEST(HistoryPolicy, KeepsForGoodWhatStoodBeforeALoss)
 {
     auto records = versions(29, noon, 1min);

@@ -1,6 +1,7 @@
 #include "server/support/TestServer.h"
 
 #include <gmock/gmock.h>
+#include <map>
 
 using namespace nimbrelle::server;
 using namespace std::chrono;
@@ -74,6 +75,20 @@ TEST(ServerLimits, OneAddressCannotTakeAllConnections)
     EXPECT_TRUE(eventually(connected));
 }
 
+TEST(ServerLimits, SilentConnectionsDoNotShutOthersOut)
+{
+    constexpr milliseconds headTime = 16s; // an eighth of it when all are taken
+    TestServer server({.maxConnections = 64, .maxPerAddress = 8, .headTimeout = headTime});
+    std::vector<std::unique_ptr<TlsClient>> silent;
+    for (int index = 0; index < 90; ++index) {
+        const std::string from = "127.0.1." + std::to_string(index % 15 + 1);
+        silent.push_back(std::make_unique<TlsClient>(server.port(), from));
+    }
+    const auto start = steady_clock::now();
+    EXPECT_EQ(server.get().status, 404);
+    EXPECT_LT(steady_clock::now() - start, headTime / 2);
+}
+
 // A deadline can't come early, and without one a connection would stay for an hour: no machine is too slow.
 TEST(ServerLimits, ATricklingClientIsCutAtItsDeadline)
 {
@@ -120,23 +135,52 @@ TEST(ServerLimits, AnOverlongBodyIsRefusedBeforeItIsRead)
 
 TEST(ServerLimits, UnfinishedBodiesShareABudget)
 {
-    TestServer server({.maxBuffered = 1 << 20});
-    const auto bufferedBytes = [&] { return server.http().bufferedBytes(); };
+    TestServer server({.maxHeld = 1 << 20});
+    const auto heldBytes = [&] { return server.http().heldBytes(); };
     TlsClient announcing(server.port());
     announcing.send(unfinishedPut(1'000'000, " "));
-    EXPECT_TRUE(eventually([&] { return bufferedBytes() > 0; }));
-    EXPECT_LT(bufferedBytes(), 100'000U);
+    EXPECT_TRUE(eventually([&] { return heldBytes() > 0; }));
+    EXPECT_LT(heldBytes(), 100'000U);
     TlsClient sending(server.port());
     sending.send(unfinishedPut(900'000, std::string(800'000, ' ')));
-    EXPECT_TRUE(eventually([&] { return bufferedBytes() >= 800'000; }));
+    EXPECT_TRUE(eventually([&] { return heldBytes() >= 800'000; }));
     const std::string body = documentOf(1, "a", 700'000);
     const Reply refused = server.put("\"0\"", body);
     EXPECT_EQ(refused.status, 503);
     EXPECT_EQ(refused.header("retry-after"), "30");
     announcing.abort();
     sending.abort();
-    EXPECT_TRUE(eventually([&] { return bufferedBytes() == 0; }));
+    EXPECT_TRUE(eventually([&] { return heldBytes() == 0; }));
     EXPECT_EQ(server.put("\"0\"", body).status, 200);
+}
+
+TEST(ServerLimits, UnreadAnswersShareTheBudgetToo)
+{
+    TestServer server({.maxHeld = 40 << 20});
+    const auto addNotebook = [&](int index) {
+        const std::string token = TestServer::token + std::to_string(index);
+        server.store().addNotebook(std::to_string(index), "salt", sha256(token), {});
+        const auto id = server.store().notebookOfToken(sha256(token))->id;
+        server.store().append(id, 0, {.body = documentOf(1, "a", 9 << 20)}, {});
+        return requestText("GET", "/v1/bundle", token);
+    };
+    std::vector<std::unique_ptr<TlsClient>> unread;
+    std::map<int, int> statuses;
+    for (int index = 0; index < 6; ++index) {
+        const auto &client = unread.emplace_back(std::make_unique<TlsClient>(server.port()));
+        client->send(addNotebook(index));
+        ++statuses[client->receive(false).status];
+    }
+    EXPECT_EQ(statuses, (std::map<int, int>{{200, 4}, {503, 2}}));
+    EXPECT_LE(server.http().heldBytes(), 40U << 20);
+
+    // Who leaves makes room.
+    unread.clear();
+    const std::string again = addNotebook(7);
+    EXPECT_TRUE(eventually([&] { return server.request(again).status == 200; }));
+    // What is longer than the whole budget passes alone.
+    server.store().append(1, 0, {.body = documentOf(1, "a", 50 << 20)}, {});
+    EXPECT_TRUE(eventually([&] { return server.get().status == 200; }));
 }
 
 TEST(ServerLimits, MalformedInputIsSurvived)

@@ -122,7 +122,10 @@ TEST_F(ServerProgramTest, InitFinishesWhatIsMissingAndKeepsTheKey)
 {
     std::filesystem::remove(data / "token.secret");
     EXPECT_THAT(failure({"code"}), HasSubstr("run init again"));
-    run({"init"});
+    const auto again = run({"init"});
+    EXPECT_EQ(again.exitCode, 0) << again.errors;
+    EXPECT_THAT(again.out, AllOf(HasSubstr("token.secret was made anew"), Not(HasSubstr("server.key"))));
+    EXPECT_THAT(failure({"init"}), HasSubstr("set up already"));
     EXPECT_THAT(failure({"code"}), HasSubstr("token revoke"));
     EXPECT_EQ(run({"token", "add", "second"}).exitCode, 0);
 
@@ -162,6 +165,26 @@ TEST_F(ServerProgramTest, RestoreReachesARunningServersDevices)
     EXPECT_EQ(reply.header("etag"), "\"3\"");
     EXPECT_EQ(reply.body, documentOf(90));
     failure({"restore", "17"});
+}
+
+TEST_F(ServerProgramTest, AQuotaHoldsAtOnceAndPruningMakesRoom)
+{
+    const ServerProgram server(data);
+    put(server, 0, documentOf(90));
+    put(server, 1, documentOf(1));
+    EXPECT_THAT(run({"quota", "--versions", "2", "--bytes", "1MiB"}).out, HasSubstr("1048576 bytes in 2"));
+    EXPECT_THAT(run({"quota", "notebook", "--versions", "1"}).out, HasSubstr("1048576 bytes in 1 versions"));
+    EXPECT_EQ(put(server, 2, documentOf(1)), 507);
+    EXPECT_EQ(put(server, 2, documentOf(1, "a", 2 << 20)), 507);
+    EXPECT_THAT(run({"prune", "--keep", "1"}).out, HasSubstr("0 of 2 versions"));
+    EXPECT_THAT(run({"prune", "--keep", "1", "--before-loss", "--dry-run"}).out, HasSubstr("1 of 2"));
+    run({"token", "add", "second"});
+    failure({"prune"}, 2);
+    EXPECT_THAT(run({"prune", "--all", "--keep", "1", "--before-loss", "--older-than", "1"}).out,
+        HasSubstr("notebook: 0 of 2"));
+    EXPECT_THAT(run({"prune", "--all", "--keep", "1", "--before-loss"}).out, HasSubstr("notebook: 1 of 2"));
+    EXPECT_EQ(put(server, 2, documentOf(1)), 200);
+    EXPECT_THAT(run({"history", "notebook"}).out, Not(HasSubstr("words went")));
 }
 
 TEST_F(ServerProgramTest, KilledUnderLoadItLosesNothingAcknowledged)
@@ -210,10 +233,12 @@ TEST_F(ServerProgramTest, HelpIsNoErrorAndBadUsageIsOneLineAndExitCodeTwo)
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_THAT(outcome.out, HasSubstr("Usage: nimbrelle-server"));
     }
-    for (const auto &arguments : Lines{{}, {"unknown"}, {"--unknown"}, {"serve", "--port", "x"},
-             {"serve", "--port", "70000"}, {"serve", "--max-body", "12zz"}, {"serve", "--head-time", "0"},
-             {"restore"}, {"restore", "x"}, {"token"}, {"token", "add"}, {"token", "add", "two words"},
-             {"code", "--url", "http://a"}, {"init", "--url", "https://a/b"}, {"init", "extra"}})
+    for (const auto &arguments :
+        Lines{{}, {"unknown"}, {"--unknown"}, {"serve", "--port", "x"}, {"serve", "--port", "70000"},
+            {"serve", "--max-body", "12zz"}, {"serve", "--head-time", "0"}, {"restore"}, {"restore", "x"},
+            {"token"}, {"token", "add"}, {"token", "add", "two words"}, {"code", "--url", "http://a"},
+            {"init", "--url", "https://a/b"}, {"init", "extra"}, {"quota", "--bytes", "-1"},
+            {"prune", "--keep", "0"}, {"move", "x"}, {"code", "--store", "mysql://a"}})
         failure(arguments, 2);
 }
 

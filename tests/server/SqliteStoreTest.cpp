@@ -47,6 +47,14 @@ TEST_F(SqliteStoreTest, ADamagedFileSaysWhatToDo)
     std::fstream(file, std::ios::in | std::ios::out).seekp(8192) << std::string(20'000, '\xaa');
     EXPECT_THAT(failure(StoreFailure::Kind::damaged),
         AllOf(HasSubstr("put the file back from a backup"), Not(HasSubstr("\n"))));
+
+    std::filesystem::remove(file);
+    SqliteStore::create(file);
+    SQLite::Database(file, SQLite::OPEN_READWRITE).exec("DROP TABLE versions");
+    EXPECT_THAT(failure(StoreFailure::Kind::damaged),
+        AllOf(HasSubstr("no such table"), HasSubstr("put the file back from a backup")));
+    std::filesystem::resize_file(file, 0);
+    EXPECT_THAT(failure(StoreFailure::Kind::other), HasSubstr("nimbrelle-server init"));
 }
 
 TEST_F(SqliteStoreTest, AFileThatIsNotOursIsLeftAsItIs)
@@ -59,6 +67,19 @@ TEST_F(SqliteStoreTest, AFileThatIsNotOursIsLeftAsItIs)
 
     std::filesystem::remove(file);
     SqliteStore::create(file);
-    SQLite::Database(file, SQLite::OPEN_READWRITE).exec("PRAGMA user_version = 2");
+    SQLite::Database(file, SQLite::OPEN_READWRITE).exec("PRAGMA user_version = 3");
     EXPECT_THAT(failure(StoreFailure::Kind::other), HasSubstr("newer nimbrelle-server"));
+}
+
+TEST_F(SqliteStoreTest, AnEarlierVersionsFileIsTakenOver)
+{
+    SqliteStore::create(file);
+    SqliteStore(file).addNotebook("first", "salt", sha256("one"), {});
+    SQLite::Database(file, SQLite::OPEN_READWRITE)
+        .exec("ALTER TABLE notebooks DROP COLUMN quota_bytes;"
+              "ALTER TABLE notebooks DROP COLUMN quota_versions; PRAGMA user_version = 1");
+    SqliteStore::create(file);
+    SqliteStore store(file);
+    store.setQuota(1, {.bytes = 7, .versions = 8});
+    EXPECT_EQ(store.notebookOfToken(sha256("one"))->quota, (Quota{.bytes = 7, .versions = 8}));
 }

@@ -1,6 +1,7 @@
+#include "server/MoveStore.h"
 #include "server/StoreFactory.h"
 #include "server/VersionedWrite.h"
-#include "server/support/TestServer.h"
+#include "server/support/PostgresServer.h"
 
 #include <array>
 #include <gtest/gtest.h>
@@ -16,17 +17,14 @@ constexpr sys_seconds noon = sys_days(2026y / March / 1) + 12h;
 
 struct StoreMaker {
     const char *name;
-    /// Opens the store of this directory, and makes it where it isn't there.
-    std::unique_ptr<Store> (*open)(const std::filesystem::path &directory);
+    /// A place where no store is yet.
+    StoreLocation (*place)(const std::filesystem::path &directory);
 };
 
 const StoreMaker storeMakers[] = {
-    {.name = "Sqlite",
-        .open =
-            [](const std::filesystem::path &directory) {
-                createStore(DataDirectory(directory));
-                return openStore(DataDirectory(directory));
-            }},
+    {.name = "Sqlite", .place = [](const auto &directory) { return StoreLocation(directory.string()); }},
+    {.name = "Postgres",
+        .place = [](const auto &) { return StoreLocation(PostgresServer::shared().newDatabase()); }},
 };
 
 // What every store owes to the server.
@@ -39,7 +37,11 @@ protected:
     }
 
     // As another process has it.
-    std::unique_ptr<Store> open() const { return GetParam().open(directory.path()); }
+    std::unique_ptr<Store> open() const
+    {
+        createStore(location);
+        return openStore(location);
+    }
     std::optional<std::int64_t> write(std::int64_t over, int words, sys_seconds at = noon)
     {
         const std::string body = documentOf(words);
@@ -48,6 +50,7 @@ protected:
     }
 
     TemporaryDirectory directory;
+    StoreLocation location = GetParam().place(directory.path());
     std::unique_ptr<Store> store = open();
     std::int64_t id = 0;
 };
@@ -88,6 +91,9 @@ TEST_P(StoreSuite, AVersionIsWrittenOverOnce)
     EXPECT_EQ(store->document(id, 1)->body, documentOf(3));
     EXPECT_EQ(store->notebookNamed("first")->version, 2);
     store->check();
+    const std::string zeros("{\0}", 3);
+    EXPECT_TRUE(store->append(id, 2, {.body = zeros}, {}));
+    EXPECT_EQ(store->newestDocument(id)->body, zeros);
 
     EXPECT_FALSE(store->version(id + 1));
     EXPECT_FALSE(store->append(id + 1, 0, {.body = "{}"}, {}));
@@ -104,6 +110,56 @@ TEST_P(StoreSuite, WhatStoodBeforeALossOutlivesAllElse)
     EXPECT_TRUE(records.front().beforeLoss);
     EXPECT_EQ(records.back().writtenAt, noon + 39min);
     EXPECT_EQ(records.back().bytes, std::ssize(documentOf(20)));
+}
+
+TEST_P(StoreSuite, AQuotaDropsWhatMayGoAndRefusesTheRest)
+{
+    store->setQuota(id, {.versions = 3});
+    setDefaultQuota(*store, {.bytes = 2000, .versions = 9});
+    const Quota quota = quotaOf(*store, *store->notebookNamed("first"));
+    EXPECT_EQ(quota, (Quota{.bytes = 2000, .versions = 3}));
+    const auto writeUnderQuota = [&](int words) {
+        const std::string body = documentOf(words);
+        return writeVersion(
+            *store, id, {.body = body, .words = words, .writtenAt = noon}, [](std::int64_t) { return true; },
+            quota);
+    };
+    const auto kept = [&] {
+        std::vector<std::int64_t> versions;
+        for (const VersionRecord &record : store->history(id))
+            versions.push_back(record.version);
+        return versions;
+    };
+    for (const int words : {9, 5, 5, 5, 5})
+        writeUnderQuota(words);
+    EXPECT_EQ(kept(), (std::vector<std::int64_t>{1, 4, 5})); // 1 stood before a loss
+    writeUnderQuota(1);
+    EXPECT_EQ(kept(), (std::vector<std::int64_t>{1, 5, 6}));
+    EXPECT_THROW(writeUnderQuota(0), QuotaExceeded);
+    EXPECT_THROW(writeUnderQuota(200), QuotaExceeded); // which alone is longer
+    EXPECT_EQ(store->version(id), 6);
+    EXPECT_TRUE(restoreVersion(*store, id, 1, noon));
+}
+
+TEST_P(StoreSuite, PruningSparesTheNewestAndWhatItWasNotAskedFor)
+{
+    for (const int words : {9, 9, 1, 1, 1})
+        write(store->version(id).value(), words);
+    const auto pruned = [&](const Pruning &pruning) {
+        return HistoryPolicy::versionsToPrune(store->history(id), pruning);
+    };
+    using Versions = std::vector<std::int64_t>;
+    EXPECT_EQ(pruned({.keptNewest = 2, .before = noon}), Versions{});
+    EXPECT_EQ(pruned({.keptNewest = 2, .before = noon + 1s}), (Versions{1, 3}));
+    EXPECT_EQ(pruned({.keptNewest = 0, .before = noon + 1s, .alsoBeforeLoss = true}), (Versions{1, 2, 3, 4}));
+    store->addNotebook("other", "pepper", sha256("two"), noon);
+    const auto other = store->notebookNamed("other")->id;
+    ASSERT_TRUE(store->append(other, 0, {.body = "{}"}, {}));
+    ASSERT_TRUE(store->append(other, 1, {.body = "{}"}, {}));
+    store->drop(id, {1, 2, 5, 17});
+    EXPECT_EQ(store->history(other).size(), 2U);
+    EXPECT_EQ(pruned({.keptNewest = 1, .before = noon + 1s, .alsoBeforeLoss = true}), (Versions{3, 4}));
+    EXPECT_EQ(store->newestDocument(id)->version, 5);
 }
 
 TEST_P(StoreSuite, RestoringMakesANewHigherVersion)
@@ -158,4 +214,49 @@ TEST_P(StoreSuite, AnotherProcessSeesAndIsSeenAtOnce)
     other->setSetting("url", "https://a");
     other->setSetting("url", "https://b");
     EXPECT_EQ(store->setting("url"), "https://b");
+}
+
+TEST_P(StoreSuite, MovesWithAllThatItHoldsAndTakesNoMoreChanges)
+{
+    write(0, 30);
+    write(1, 5);
+    store->setSetting("url", "https://a");
+    store->setQuota(id, {.bytes = 900, .versions = 9});
+    store->addNotebook("revoked", std::string("\0salt", 5), sha256("two"), noon + 1h);
+    store->setToken(store->notebookNamed("revoked")->id, "pepper", std::nullopt);
+    for (const StoreMaker &maker : storeMakers) {
+        const TemporaryDirectory other;
+        const StoreLocation place = maker.place(other.path());
+        createStore(place);
+        const auto target = openStore(place);
+        EXPECT_EQ(moveStore(*store, *target).versions, 2U);
+        EXPECT_EQ(moveStore(*store, *target).notebooks, 2U); // as after an interruption
+        EXPECT_EQ(target->notebooks(), store->notebooks());
+        EXPECT_EQ(target->notebookOfToken(sha256("one"))->id, id);
+        EXPECT_EQ(target->newestDocument(id)->body, documentOf(5));
+        EXPECT_TRUE(target->history(id).front().beforeLoss);
+        EXPECT_THROW(write(2, 6), StoreFailure);
+        EXPECT_THROW(store->setQuota(id, {}), StoreFailure);
+        EXPECT_THROW(store->drop(id, {1}), StoreFailure);
+        EXPECT_THROW(store->addNotebook("third", "salt", sha256("three"), noon), StoreFailure);
+        EXPECT_THROW(store->check(), StoreFailure);
+
+        target->check();
+        EXPECT_TRUE(target->append(id, 2, {.body = "{}"}, {}));
+        target->addNotebook("third", "salt", sha256("three"), noon);
+        EXPECT_THROW(moveStore(*store, *target), Failure);
+        EXPECT_THROW(write(2, 6), StoreFailure); // for the other one goes on already
+    }
+}
+
+TEST_P(StoreSuite, GoesOnWhenItCannotBeMoved)
+{
+    write(0, 3);
+    const TemporaryDirectory other;
+    const StoreLocation place = GetParam().place(other.path());
+    createStore(place);
+    const auto target = openStore(place);
+    target->addNotebook("stranger", "salt", sha256("two"), noon);
+    EXPECT_THROW(moveStore(*store, *target), Failure);
+    EXPECT_EQ(write(1, 4), 2);
 }

@@ -2,6 +2,7 @@
 
 #include "server/StoreFactory.h"
 
+#include <SQLiteCpp/SQLiteCpp.h>
 #include <cstdlib>
 #include <stdexcept>
 #include <thread>
@@ -55,6 +56,12 @@ TestServer::TestServer(const ServerLimits &limits)
     };
     m_http = std::make_unique<HttpServer>(std::make_unique<ListeningSocket>("127.0.0.1", 0), identity,
         *m_store, limits, HttpServer::Log{.write = log});
+}
+
+void TestServer::breakStore()
+{
+    SQLite::Database(DataDirectory(m_directory.path()).database().string(), SQLite::OPEN_READWRITE)
+        .exec("ALTER TABLE notebooks RENAME TO elsewhere");
 }
 
 std::string TestServer::log()

@@ -37,6 +37,8 @@ public:
     Store &store() { return *m_store; }
     HttpServer &http() { return *m_http; }
     std::string log();
+    /// From now on the store fails.
+    void breakStore();
 
     /// For /v1/bundle, with the token.
     static std::string bundleRequest(

@@ -79,6 +79,17 @@ bool TlsClient::sendRaw(std::string_view bytes)
     return ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
 }
 
+std::string TlsClient::receiveRaw()
+{
+    const timeval limit{.tv_sec = timeoutSeconds, .tv_usec = 0};
+    ::setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+    std::string text;
+    std::array<char, 4096> piece{};
+    for (ssize_t count = 0; (count = ::recv(m_socket, piece.data(), piece.size(), 0)) > 0;)
+        text.append(piece.data(), static_cast<std::size_t>(count));
+    return text;
+}
+
 bool TlsClient::send(std::string_view bytes)
 {
     if (!m_session && !handshake())

@@ -30,6 +30,8 @@ public:
     bool handshake();
     /// Bytes below TLS.
     bool sendRaw(std::string_view bytes);
+    /// All up to the end of the connection.
+    std::string receiveRaw();
     /// Shakes hands first where that wasn't done.
     bool send(std::string_view bytes);
     Reply receive(bool expectBody = true);
