@@ -257,10 +257,12 @@ private:
                 ++all;
                 enclosed += open[i] == 0 ? 1 : 0;
             }
+        std::vector<Colour> candidates;
         const bool areEnclosed = enclosed * 6 > all; // else they only have a shadow
         for (std::size_t i = 0; i < count(); ++i)
             if (isCandidate(i) && (open[i] == 0 || !areEnclosed)) {
                 const Colour each = colour(i);
+                candidates.push_back(each);
                 ++counts[cell(each.blue / cells, each.green / cells, each.red / cells)];
             }
         int best = -1;
@@ -277,17 +279,17 @@ private:
                         ink = {.blue = (b + 1) * cells, .green = (g + 1) * cells, .red = (r + 1) * cells};
                     }
                 }
-        return meanNear(ink);
+        return meanNear(ink, candidates);
     }
 
-    Colour meanNear(Colour about) const
+    static Colour meanNear(Colour about, const std::vector<Colour> &candidates)
     {
         qint64 all = 0;
         qint64 blue = 0;
         qint64 green = 0;
         qint64 red = 0;
-        for (std::size_t i = 0; i < count(); ++i)
-            if (const Colour each = colour(i); each.distance(about) <= 16) {
+        for (const Colour &each : candidates)
+            if (each.distance(about) <= 16) {
                 blue += each.blue;
                 green += each.green;
                 red += each.red;
