@@ -36,8 +36,11 @@ XConnection::XConnection()
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &XConnection::dispatch);
     // A reply that somebody waits for may bring events with it, and then the socket stays silent about them.
-    if (auto *dispatcher = QAbstractEventDispatcher::instance())
+    // A loop that only looks, as one with a time limit does, tells that it is awake and never that it blocks.
+    if (auto *dispatcher = QAbstractEventDispatcher::instance()) {
         connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &XConnection::dispatch);
+        connect(dispatcher, &QAbstractEventDispatcher::awake, this, &XConnection::dispatch);
+    }
 }
 
 XConnection::~XConnection()

@@ -249,6 +249,15 @@ TEST_F(Clipboards, SixFormatsWithThreeMegabytesComeBackByteForByte)
         finished(platform.desktop.clipboard.snapshot()), before); // our own is read without asking anybody
 }
 
+TEST_F(Clipboards, AChangeThatComesWithAReplyIsToldByALoopThatOnlyLooks)
+{
+    const quint64 before = otherClient.clipboard.changeCount();
+    otherClient.clipboard.restore({{{u"UTF8_STRING"_s, "copied"}}});
+    otherClient.sync(); // brings the event along, and the socket has no more to tell
+    QCoreApplication::processEvents();
+    EXPECT_EQ(otherClient.clipboard.changeCount(), before + 1);
+}
+
 TEST_F(Clipboards, AnEmptyClipboardStaysEmpty)
 {
     platform.desktop.clipboard.restore({});
