@@ -29,7 +29,8 @@ bool XWindowSystem::hasCompositingOwner() const
 }
 
 /// Whether somebody draws the windows in the server's place. Only one client can, and a window that is never
-/// shown is enough to be refused.
+/// shown is enough to be refused. It is gone before the answer is waited for, since a compositor that starts
+/// while it is there would be refused itself.
 bool XWindowSystem::isRedirected() const
 {
     if (!m_x.has(&xcb_composite_id))
@@ -41,10 +42,10 @@ bool XWindowSystem::isRedirected() const
     const quint32 isUnmanaged = 1;
     xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, m_x.root(), -1, -1, 1, 1, 0,
         XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &isUnmanaged);
-    const XReply<xcb_generic_error_t> refusal(xcb_request_check(connection,
-        xcb_composite_redirect_window_checked(connection, window, XCB_COMPOSITE_REDIRECT_MANUAL)));
+    const xcb_void_cookie_t redirected =
+        xcb_composite_redirect_window_checked(connection, window, XCB_COMPOSITE_REDIRECT_MANUAL);
     xcb_destroy_window(connection, window);
-    xcb_flush(connection);
+    const XReply<xcb_generic_error_t> refusal(xcb_request_check(connection, redirected));
     return version && refusal && refusal->error_code == badAccess;
 }
 
