@@ -1,7 +1,6 @@
 #include "coach/FactPieces.h"
 #include "coach/FactTexts.h"
 #include "frame/RecordCodec.h"
-#include "frame/Text.h"
 
 #include <algorithm>
 
@@ -214,7 +213,7 @@ QStringList forgottenWords(const ActivityLog &log, const QList<WordEntry> &words
         if (word->count(u"again"_s) < 2)
             continue;
         QString line = ratingLine(word.key(), *word);
-        if (const WordEntry *entry = known.value(trimmedBlanks(word.key()).toLower()))
+        if (const WordEntry *entry = known.value(headwordKey(word.key())))
             line += knowledgeOf(*entry);
         lines.append(line);
     }

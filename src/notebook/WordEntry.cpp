@@ -3,6 +3,7 @@
 #include "frame/AppConfig.h"
 #include "frame/DayKey.h"
 #include "frame/RecordCodec.h"
+#include "frame/Text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -126,6 +127,11 @@ double priorityOf(
     sum += entry.register_ == Register::technical ? 3 : 0;
     sum += entry.lapses() >= config.leechThreshold ? 5 : 0;
     return sum;
+}
+
+QString headwordKey(const QString &headword)
+{
+    return trimmedBlanks(headword).toLower();
 }
 
 } // namespace nimbrelle

@@ -91,6 +91,9 @@ using MidnightOf = std::function<std::optional<Timestamp>(const QString &day)>;
 double priorityOf(
     const WordEntry &entry, const AppConfig &config, Timestamp now, const MidnightOf &midnightOf);
 
+/// What two spellings of one headword have in common, blanks round them and letter case aside.
+QString headwordKey(const QString &headword);
+
 template <Is<WordEntry> Record>
 inline constexpr auto fieldsOf<Record> = fields(field("id", &Record::id),
     field("headword", &Record::headword), field("phonetic", &Record::phonetic), field("pos", &Record::pos),

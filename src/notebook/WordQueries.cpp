@@ -1,7 +1,5 @@
 #include "notebook/WordQueries.h"
 
-#include "frame/Text.h"
-
 #include <QHash>
 
 #include <algorithm>
@@ -55,7 +53,7 @@ QStringList pageTitles(const QList<WordEntry> &entries)
 
 std::optional<qsizetype> index(const QList<WordEntry> &entries, const QString &text)
 {
-    const QString wanted = trimmedBlanks(text).toLower();
+    const QString wanted = headwordKey(text);
     return firstWhere(
         entries, [&wanted](const WordEntry &entry) { return entry.headword.toLower() == wanted; });
 }

@@ -65,7 +65,7 @@ Unlock WordStore::recordEncounter(
 {
     Unlock unlock;
     // A headword that came with blanks round it is stored so, and no look-up by text finds it again.
-    if (trimmedBlanks(explanation.headword).toLower() != word.headword.toLower())
+    if (headwordKey(explanation.headword) != word.headword.toLower())
         return unlock;
     Encounters::recordForm(word, explanation, m_clock.now(), unlock);
     recordGrammar(explanation, source, unlock);

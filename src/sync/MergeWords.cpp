@@ -1,7 +1,5 @@
 #include "sync/MergeWords.h"
 
-#include "frame/Text.h"
-
 #include <utility>
 
 namespace nimbrelle::SyncMerge {
@@ -227,7 +225,7 @@ QList<WordEntry> mergeBySpelling(const QList<WordEntry> &entries, const Dead &de
     held.reserve(entries.size());
     QHash<QString, qsizetype> places;
     for (const WordEntry &entry : entries) {
-        const QString key = trimmedBlanks(entry.headword).toLower();
+        const QString key = headwordKey(entry.headword);
         const auto place = places.constFind(key);
         if (place != places.cend()) {
             held[*place] = mergeEntry(held[*place], entry, dead);
