@@ -6,7 +6,7 @@ using namespace nimbrelle;
 using namespace nimbrelle::fuzz;
 
 /// Any bytes are a list of words or no list: then they fail with a sentence. What comes out can be asked for
-/// as it is, and a list of it reads as the same.
+/// as it is.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     try {

@@ -93,6 +93,15 @@ QString tagsOf(const WordEntry &word, const AppConfig &config, Timestamp now)
     return u"Nimbrelle Nimbrelle::"_s + label(word.displayStage(config, now));
 }
 
+/// Of the headword, which stays when the word is deleted and taken back, or merged with that of another
+/// device; its id does not.
+QString noteId(const WordEntry &word)
+{
+    static const QUuid ofNotes(u"6b1f4c52-8a0e-4f0b-9d55-2f7c1f6f7a10"_s);
+    const QUuid id = QUuid::createUuidV5(ofNotes, headwordKey(word.headword));
+    return u"nimbrelle-"_s + id.toString(QUuid::WithoutBraces);
+}
+
 QStringList cardFields(const WordEntry &word, const Example &example)
 {
     return {html(word.headword), html(word.phonetic), html(word.meaningZh),
@@ -142,7 +151,7 @@ QByteArray text(const QList<WordEntry> &entries, Variant variant, const AppConfi
     QByteArray bytes = header(variant);
     for (const WordEntry &word : entries) {
         const Example example = ReviewQuestion::example(word).value_or(Example{});
-        const QString id = u"nimbrelle-"_s + idText(word.id).toLower() + (isCloze ? u"-cloze"_s : QString());
+        const QString id = noteId(word) + (isCloze ? u"-cloze"_s : QString());
         const QStringList fields = isCloze ? clozeFields(word, example) : cardFields(word, example);
         bytes +=
             (QStringList{id} + fields + QStringList{tagsOf(word, config, now)}).join(u'\t').toUtf8() + '\n';

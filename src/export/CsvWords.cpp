@@ -65,7 +65,14 @@ public:
     {
         separate();
         if (time)
-            m_bytes.append(localText(*time));
+            m_bytes.append(localText(*time).toLatin1());
+    }
+    /// Such as 2026-03-01 16:30:05.
+    QString localText(Timestamp time)
+    {
+        const auto text = isoCharacters(time + m_times.offsetAt(time));
+        constexpr qsizetype withoutZone = 19;
+        return QString::fromLatin1(text.data(), withoutZone).replace(u'T', u' ');
     }
     void endRow()
     {
@@ -81,13 +88,6 @@ private:
         if (m_isRowBegun)
             m_bytes.append(',');
         m_isRowBegun = true;
-    }
-
-    QByteArray localText(Timestamp time)
-    {
-        const auto text = isoCharacters(time + m_times.offsetAt(time));
-        constexpr qsizetype withoutZone = 19;
-        return QByteArray(text.data(), withoutZone).replace('T', ' ');
     }
 
     LocalTimes m_times;
@@ -133,13 +133,12 @@ void stage(Table &table, const WordEntry &word, const AppConfig &config, Timesta
 
 void exampleSources(Table &table, const WordEntry &word, const AppConfig &, Timestamp)
 {
-    table.cell(lines(word.examples, &WordTexts::source));
+    table.cell(lines(word.examples, [](const Example &example) { return WordTexts::source(example); }));
 }
 
-void notes(Table &table, const WordEntry &word, const AppConfig &, Timestamp)
+template <class TextOf> void notes(Table &table, const WordEntry &word, TextOf textOf)
 {
-    table.cell(lines(word.notes.value_or(QList<AINote>()),
-        [](const AINote &note) { return note.question + u'\n' + note.answer; }));
+    table.cell(lines(word.notes.value_or(QList<AINote>()), textOf));
 }
 
 void days(Table &table, const WordEntry &word, const AppConfig &, Timestamp)
@@ -165,6 +164,11 @@ const QList<Column> &columns()
         {u"例句译文"_s, examples<&Example::sentenceZh>},
         {u"例句里的意思"_s, examples<&Example::meaningZh>},
         {u"例句来源"_s, exampleSources},
+        {u"例句时间"_s,
+            [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
+                table.cell(lines(word.examples,
+                    [&table](const Example &example) { return table.localText(example.addedAt); }));
+            }},
         {u"词形"_s,
             [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
                 table.cell(WordTexts::forms(word));
@@ -173,13 +177,41 @@ const QList<Column> &columns()
             [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
                 table.cell(WordTexts::metForms(word));
             }},
+        {u"词形第一次遇到"_s,
+            [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
+                table.cell(lines(word.forms.value_or(QList<FormRecord>()), [&table](const FormRecord &form) {
+                    return QStringList{
+                        form.form, table.localText(form.firstSeenAt), form.sentence.value_or(QString())}
+                        .join(u' ')
+                        .trimmed();
+                }));
+            }},
         {u"词根"_s, plain<&WordEntry::familyRoot>},
         {u"词缀"_s,
             [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
                 table.cell(displayForms(word.affixes.value_or(QList<Affix>())).join(u"，"_s));
             }},
         {u"换个记法"_s, plain<&WordEntry::mnemonic>},
-        {u"AI 解释"_s, notes},
+        {u"AI 解释"_s,
+            [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
+                notes(table, word, [](const AINote &note) { return note.question + u'\n' + note.answer; });
+            }},
+        {u"AI 解释的原文"_s,
+            [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
+                notes(table, word, [](const AINote &note) {
+                    return QStringList{note.original, note.translation.value_or(QString())}
+                        .join(u'\n')
+                        .trimmed();
+                });
+            }},
+        {u"AI 解释的来源"_s,
+            [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
+                notes(table, word, [](const AINote &note) { return WordTexts::source(note); });
+            }},
+        {u"AI 解释的时间"_s,
+            [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
+                notes(table, word, [&table](const AINote &note) { return table.localText(note.addedAt); });
+            }},
         {u"来源"_s,
             [](Table &table, const WordEntry &word, const AppConfig &, Timestamp) {
                 table.cell(word.sourceKeys.value_or(QStringList()).join(u"，"_s));
@@ -215,6 +247,12 @@ const QList<Column> &columns()
 }
 
 } // namespace
+
+QString withoutGuard(const QString &cell)
+{
+    const bool isGuarded = cell.startsWith(u'\'') && readsAsFormula(QStringView(cell).sliced(1));
+    return isGuarded ? cell.sliced(1) : cell;
+}
 
 QByteArray table(const QList<WordEntry> &entries, const AppConfig &config, Timestamp now)
 {

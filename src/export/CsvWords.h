@@ -10,4 +10,7 @@ namespace nimbrelle::CsvWords {
 /// one cell, numbered, a line each. Times are local.
 QByteArray table(const QList<WordEntry> &entries, const AppConfig &config, Timestamp now);
 
+/// Without the apostrophe that keeps a spreadsheet from taking the cell for a formula.
+QString withoutGuard(const QString &cell);
+
 } // namespace nimbrelle::CsvWords

@@ -1,7 +1,5 @@
 #include "export/GrowthHistory.h"
 
-#include "frame/Text.h"
-
 #include <algorithm>
 
 namespace nimbrelle {
@@ -30,7 +28,7 @@ GrowthHistory::GrowthHistory(const GrowthSource &source, Timestamp now, const QT
 
 GrowthHistory::Word &GrowthHistory::wordOf(const QString &headword)
 {
-    const QString folded = trimmedBlanks(headword).toLower();
+    const QString folded = headwordKey(headword);
     auto place = m_positions.constFind(folded);
     if (place == m_positions.constEnd()) {
         place = m_positions.insert(folded, m_words.size());

@@ -32,7 +32,8 @@ qint64 wordsGone(const GrowthHistory &history)
 
 bool isPlace(const QString &key)
 {
-    return !key.isEmpty() && key != u"常拼"_s; // a word put on the always-spell list has no source
+    // A word put on the always-spell list or added by hand was read nowhere.
+    return !key.isEmpty() && key != u"常拼"_s && key != u"手动添加"_s;
 }
 
 local_days sameDay(local_days day, years distance)
@@ -43,21 +44,14 @@ local_days sameDay(local_days day, years distance)
 
 QList<MarkedPiece> marked(const QString &sentence, const WordEntry &word)
 {
-    const QString met = [&] {
-        for (const QString &form : WordPattern::longestFirst(word.formTexts())) {
-            if (WordPattern::firstMatch(WordPattern::whole(form, WordPattern::Blanks::anySpace), sentence))
-                return form;
-        }
-        return QString();
-    }();
-    const auto at = met.isEmpty()
-        ? std::nullopt
-        : WordPattern::firstMatch(WordPattern::whole(met, WordPattern::Blanks::anySpace), sentence);
-    if (!at)
-        return {{.text = sentence}};
-    QList<MarkedPiece> pieces{{.text = sentence.first(at->start)},
-        {.text = sentence.mid(at->start, at->length), .isWord = true},
-        {.text = sentence.mid(at->start + at->length)}};
+    QList<MarkedPiece> pieces;
+    qsizetype end = 0;
+    for (const TextRange &range : WordPattern::wholeOccurrences(sentence, word.formTexts())) {
+        pieces.append({.text = sentence.sliced(end, range.start - end)});
+        pieces.append({.text = sentence.sliced(range.start, range.length), .isWord = true});
+        end = range.start + range.length;
+    }
+    pieces.append({.text = sentence.sliced(end)});
     pieces.removeIf([](const MarkedPiece &piece) { return piece.text.isEmpty(); });
     return pieces;
 }

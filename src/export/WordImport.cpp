@@ -5,7 +5,6 @@
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
 #include "frame/RecordFile.h"
-#include "frame/Text.h"
 #include "http/TransportError.h"
 #include "notebook/Explanation.h"
 #include "notebook/PageSource.h"
@@ -21,12 +20,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto retryAfter = 60s;
-constexpr int mostFailuresInARow = 3;
-
-QString keyOf(const QString &word)
-{
-    return trimmedBlanks(word).toLower();
-}
+constexpr qsizetype mostInARow = 3;
 
 /// Nothing that another word would change.
 bool needsTheUser(const std::exception &failure)
@@ -110,12 +104,12 @@ qsizetype WordImport::add(const QStringList &words)
         m_queue = {};
     QSet<QString> saved, waiting;
     for (const WordEntry &word : m_words.entries())
-        saved.insert(keyOf(word.headword));
+        saved.insert(headwordKey(word.headword));
     for (const QString &word : std::as_const(m_queue.words))
-        waiting.insert(keyOf(word));
+        waiting.insert(headwordKey(word));
     qsizetype count = 0;
     for (const QString &word : words) {
-        const QString key = keyOf(word);
+        const QString key = headwordKey(word);
         if (saved.contains(key))
             continue;
         ++count;
@@ -147,7 +141,7 @@ void WordImport::resume()
     if (m_queue.words.isEmpty())
         return;
     m_queue.isPaused = false;
-    m_failuresInARow = 0;
+    m_inARow.clear();
     m_notice.clear();
     write();
     if (m_state != State::looking)
@@ -230,13 +224,13 @@ QCoro::Task<> WordImport::run(std::stop_token stop)
 // What was asked for may be another form or spelling of a word that is saved.
 void WordImport::take(const Explanation &explanation)
 {
-    m_failuresInARow = 0;
+    m_inARow.clear();
     if (m_words.findHeadword(explanation.headword)) {
         ++m_queue.known;
         settle(explanation.headword + u" 已经在生词本里"_s);
         return;
     }
-    m_words.save(explanation, {.app = u"导入"_s, .url = std::nullopt, .title = std::nullopt});
+    m_words.save(explanation, {}); // a list is no place where it was read
     ++m_queue.saved;
     settle(u"已保存："_s + explanation.headword + u' ' + explanation.meaningZh);
 }
@@ -251,10 +245,29 @@ void WordImport::meet(const std::exception &failure)
         setState(State::waiting);
         return;
     }
-    m_queue.failed.append(m_queue.words.first());
-    settle(m_queue.words.first() + u" 没查到："_s + reason);
-    if (++m_failuresInARow == mostFailuresInARow)
+    const QString word = m_queue.words.first();
+    m_queue.failed.append(word);
+    m_inARow.append(word);
+    const bool isEnough = m_inARow.size() == mostInARow;
+    if (isEnough)
+        putBack();
+    settle(word + u" 没查到："_s + reason);
+    if (isEnough && !m_queue.words.isEmpty())
         halt(reason);
+}
+
+// What failed one after the other may have failed for a reason of the settings', so it gets one more try.
+void WordImport::putBack()
+{
+    QStringList again;
+    for (const QString &word : std::exchange(m_inARow, {})) {
+        if (m_putBack.contains(word))
+            continue;
+        m_putBack.insert(word);
+        m_queue.failed.removeOne(word);
+        again.append(word);
+    }
+    m_queue.words = m_queue.words.first(1) + again + m_queue.words.sliced(1);
 }
 
 void WordImport::halt(const QString &reason)

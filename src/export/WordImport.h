@@ -5,6 +5,7 @@
 #include "frame/TaskSlot.h"
 
 #include <QObject>
+#include <QSet>
 
 namespace nimbrelle {
 
@@ -30,8 +31,8 @@ inline constexpr auto fieldsOf<Record> =
         field("failed", &Record::failed), field("isPaused", &Record::isPaused));
 
 /// Looks the words of a list up and saves them, one after another, and goes on where it was after a restart.
-/// A wrong or missing key, an empty account and three failures in a row pause it; without a network it waits
-/// and tries again by itself. Main thread only.
+/// A wrong or missing key, an empty account and three failures in a row pause it, the three to be tried once
+/// more; without a network it waits and tries again by itself. Main thread only.
 class WordImport : public QObject {
     Q_OBJECT
 
@@ -71,6 +72,7 @@ private:
     QCoro::Task<> run(std::stop_token stop);
     void take(const Explanation &explanation);
     void meet(const std::exception &failure);
+    void putBack();
     void halt(const QString &reason);
     /// The word in hand is done with.
     void settle(const QString &line);
@@ -86,7 +88,8 @@ private:
     LookupQueue m_queue;
     State m_state = State::idle;
     QString m_notice; ///< why it waits or was paused; empty for the user's own pause
-    int m_failuresInARow = 0;
+    QStringList m_inARow; ///< failed one after the other
+    QSet<QString> m_putBack; ///< that failed and got another try
     TaskSlot m_task;
 };
 

@@ -13,6 +13,26 @@ QString textOf(const FormSlot &slot)
     return slot.form + u'（' + label(slot.kind) + u'）';
 }
 
+template <class Record> PageSource pageOf(const Record &record)
+{
+    return {.app = record.sourceApp, .url = record.sourceURL, .title = record.sourceTitle};
+}
+
+QString nameOf(const PageSource &page)
+{
+    QStringList parts;
+    for (const auto &part : {page.app, page.host(), page.title})
+        if (part && !part->isEmpty() && !parts.contains(*part))
+            parts.append(*part);
+    return parts.join(u" · "_s);
+}
+
+QString withAddress(const QString &name, const std::optional<QString> &url)
+{
+    const QString address = url.value_or(QString());
+    return name.isEmpty() || address.isEmpty() ? name + address : name + u' ' + address;
+}
+
 } // namespace
 
 QString forms(const WordEntry &word)
@@ -35,21 +55,17 @@ QString metForms(const WordEntry &word)
 
 QString sourceName(const Example &example)
 {
-    if (example.isGenerated)
-        return u"AI 例句"_s;
-    const PageSource page{.app = example.sourceApp, .url = example.sourceURL, .title = example.sourceTitle};
-    QStringList parts;
-    for (const auto &part : {page.app, page.host(), page.title})
-        if (part && !part->isEmpty() && !parts.contains(*part))
-            parts.append(*part);
-    return parts.join(u" · "_s);
+    return example.isGenerated ? u"AI 例句"_s : nameOf(pageOf(example));
 }
 
 QString source(const Example &example)
 {
-    const QString name = sourceName(example);
-    const QString address = example.sourceURL.value_or(QString());
-    return name.isEmpty() || address.isEmpty() ? name + address : name + u' ' + address;
+    return withAddress(sourceName(example), example.sourceURL);
+}
+
+QString source(const AINote &note)
+{
+    return withAddress(nameOf(pageOf(note)), note.sourceURL);
 }
 
 } // namespace nimbrelle::WordTexts

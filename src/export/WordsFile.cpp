@@ -1,10 +1,13 @@
 #include "export/WordsFile.h"
 
+#include "export/CsvWords.h"
 #include "frame/AtomicFile.h"
 #include "frame/Failure.h"
 #include "frame/Text.h"
 
 #include <QFileInfo>
+#include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 #include <QStringDecoder>
 
@@ -127,12 +130,71 @@ std::optional<qsizetype> columnOfWords(const QStringList &headings)
     return std::nullopt;
 }
 
-/// Without what an export puts in front of a text that a spreadsheet could take for a formula.
 QString wordOf(const QString &cell)
 {
-    const bool isGuarded = cell.size() > 1 && cell.startsWith(u'\'') && u"=+-@"_s.contains(cell[1]);
-    return withoutControls((isGuarded ? cell.mid(1) : cell).simplified()).simplified();
+    return withoutControls(CsvWords::withoutGuard(cell).simplified()).simplified();
 }
+
+QString characterOf(const QString &entity)
+{
+    static const QHash<QString, QString> named{{u"amp"_s, u"&"_s}, {u"lt"_s, u"<"_s}, {u"gt"_s, u">"_s},
+        {u"quot"_s, u"\""_s}, {u"apos"_s, u"'"_s}, {u"nbsp"_s, u" "_s}};
+    if (!entity.startsWith(u'#'))
+        return named.value(entity, u'&' + entity + u';');
+    const bool isHex = entity.size() > 1 && entity[1].toLower() == u'x';
+    const uint code = QStringView(entity).sliced(isHex ? 2 : 1).toUInt(nullptr, isHex ? 16 : 10);
+    const bool isCharacter = code > 0 && code <= QChar::LastValidCodePoint && !QChar::isSurrogate(code);
+    return isCharacter ? QString::fromUcs4(reinterpret_cast<const char32_t *>(&code), 1) : QString();
+}
+
+QString plainText(QString html)
+{
+    static const QRegularExpression tag(u"<[^<>]*>"_s);
+    static const QRegularExpression entity(u"&(#[xX][0-9a-fA-F]{1,6}|#[0-9]{1,7}|[a-z]{2,4});"_s);
+    html.replace(tag, u" "_s);
+    QString text;
+    qsizetype end = 0;
+    for (auto all = entity.globalMatch(html); all.hasNext();) {
+        const QRegularExpressionMatch each = all.next();
+        text.append(QStringView(html).sliced(end, each.capturedStart() - end))
+            .append(characterOf(each.captured(1)));
+        end = each.capturedEnd();
+    }
+    return text.append(QStringView(html).sliced(end));
+}
+
+/// What the header lines of one of Anki's text files say.
+class AnkiHeader {
+public:
+    void read(const QString &line)
+    {
+        static const QRegularExpression column(u"^#(?:guid|tags|deck|notetype) column:([0-9]{1,3})$"_s);
+        if (const auto match = column.match(line.trimmed()); match.hasMatch())
+            m_notText.insert(match.captured(1).toInt() - 1);
+        m_isHtml |= line.trimmed().compare(u"#html:true"_s, Qt::CaseInsensitive) == 0;
+    }
+
+    qsizetype firstText() const
+    {
+        qsizetype column = 0;
+        while (m_notText.contains(column))
+            ++column;
+        return column;
+    }
+
+    /// The word is the gap of a cloze, else all of the field.
+    QString text(const QString &field) const
+    {
+        static const QRegularExpression gap(u"\\{\\{c[0-9]+::(.*?)(?:::.*?)?\\}\\}"_s);
+        const auto match = gap.match(field);
+        const QString text = match.hasMatch() ? match.captured(1) : field;
+        return m_isHtml ? plainText(text) : text;
+    }
+
+private:
+    QSet<qsizetype> m_notText;
+    bool m_isHtml = false;
+};
 
 bool isWord(const QString &text)
 {
@@ -174,6 +236,7 @@ Words parse(QByteArrayView bytes)
     const QChar separator = separatorOf(text);
     Rows rows(text, separator);
     Collector collector;
+    AnkiHeader anki;
     std::optional<qsizetype> column;
     bool isFirst = separator != noSeparator;
     while (!rows.isAtEnd()) {
@@ -184,8 +247,10 @@ Words parse(QByteArrayView bytes)
         const bool isHeading = isAnkiHeading || (isFirst && !isRemark(row) && columnOfWords(row));
         if (isHeading)
             column = columnOfWords(row);
-        else if (!isRemark(row))
-            collector.take(row.value(column.value_or(0)));
+        else if (isRemark(row))
+            anki.read(row.first());
+        else
+            collector.take(anki.text(row.value(column.value_or(anki.firstText()))));
         isFirst = isFirst && isRemark(row);
     }
     return std::move(collector).words();

@@ -87,7 +87,15 @@ WordEntry fullWord()
     word.examples[0].sentenceZh = u"他跑回家。"_s;
     word.examples[0].meaningZh = u"跑"_s;
     word.examples[0].sourceURL = u"https://a.example/x"_s;
-    word.notes = {{.question = u"为什么？"_s, .answer = u"因为。"_s}};
+    word.examples[0].addedAt = word.examples[1].addedAt = now;
+    word.forms->first().sentence = u"I ran."_s;
+    word.notes = {{.question = u"为什么？"_s,
+        .answer = u"因为。"_s,
+        .original = u"He ran."_s,
+        .translation = u"他跑了。"_s,
+        .sourceApp = u"Firefox"_s,
+        .sourceURL = u"https://a.example/y"_s,
+        .addedAt = now}};
     return word;
 }
 
@@ -105,12 +113,16 @@ TEST(CsvWords, TellsEverythingOfAWordThatAPersonCanRead)
         {u"例句来源"_s, u"1. a.example https://a.example/x\n2. AI 例句"_s},
         {u"词形"_s, u"running（-ing 形式），ran（过去式）"_s}, {u"遇到过的词形"_s, u"ran（过去式） × 2"_s},
         {u"词根"_s, u"run"_s}, {u"词缀"_s, u"re-"_s}, {u"换个记法"_s, u"想着跑"_s},
-        {u"AI 解释"_s, u"为什么？\n因为。"_s}, {u"来源"_s, u"a.example，b.example"_s},
-        {u"查过几次"_s, u"3"_s}, {u"遇到的日子"_s, u"2026-02-01 2026-02-03"_s}, {u"保存时间"_s, time},
-        {u"上次查询"_s, time}, {u"想学"_s, u"是"_s}, {u"休息到"_s, time}, {u"状态变于"_s, time},
-        {u"复习过几次"_s, u"4"_s}, {u"忘记过几次"_s, u"1"_s}, {u"复习等级"_s, u"2"_s},
-        {u"记忆强度（天）"_s, u"3.14"_s}, {u"难度"_s, u"5.00"_s}, {u"上次复习"_s, time},
-        {u"下次复习"_s, time}, {u"常拼"_s, u"是"_s}, {u"拼写等级"_s, u"2"_s}, {u"上次拼写"_s, time}};
+        {u"例句时间"_s, u"1. "_s + time + u"\n2. "_s + time},
+        {u"词形第一次遇到"_s, u"ran "_s + time + u" I ran."_s}, {u"AI 解释"_s, u"为什么？\n因为。"_s},
+        {u"AI 解释的原文"_s, u"He ran.\n他跑了。"_s},
+        {u"AI 解释的来源"_s, u"Firefox · a.example https://a.example/y"_s}, {u"AI 解释的时间"_s, time},
+        {u"来源"_s, u"a.example，b.example"_s}, {u"查过几次"_s, u"3"_s},
+        {u"遇到的日子"_s, u"2026-02-01 2026-02-03"_s}, {u"保存时间"_s, time}, {u"上次查询"_s, time},
+        {u"想学"_s, u"是"_s}, {u"休息到"_s, time}, {u"状态变于"_s, time}, {u"复习过几次"_s, u"4"_s},
+        {u"忘记过几次"_s, u"1"_s}, {u"复习等级"_s, u"2"_s}, {u"记忆强度（天）"_s, u"3.14"_s},
+        {u"难度"_s, u"5.00"_s}, {u"上次复习"_s, time}, {u"下次复习"_s, time}, {u"常拼"_s, u"是"_s},
+        {u"拼写等级"_s, u"2"_s}, {u"上次拼写"_s, time}};
     for (const auto &[heading, text] : expected)
         EXPECT_EQ(cells.value(heading), text) << heading.toStdString();
     EXPECT_EQ(cells.size(), std::size(expected));

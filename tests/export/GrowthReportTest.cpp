@@ -273,8 +273,8 @@ TEST(GrowthMemories, AreOfTheDaysRoundThatOfAYearAgo)
     EXPECT_EQ(memories.sentences[0].translation, u"一句。"_s);
     EXPECT_EQ(memories.sentences[1].day, day(2027, 2, 28));
     EXPECT_THAT(memories.sentences[1].sentence,
-        ElementsAre(
-            MarkedPiece{u"They "_s}, MarkedPiece{u"ran"_s, true}, MarkedPiece{u" home; we ran too."_s}));
+        ElementsAre(MarkedPiece{u"They "_s}, MarkedPiece{u"ran"_s, true}, MarkedPiece{u" home; we "_s},
+            MarkedPiece{u"ran"_s, true}, MarkedPiece{u" too."_s}));
     EXPECT_EQ(memories.sentences[1].place, u"example.org"_s);
     EXPECT_EQ(memories.sentences[1].meaning, u"跑"_s);
     EXPECT_THAT(memories.sentences[2].sentence, ElementsAre(MarkedPiece{u"Nothing marked."_s}));

@@ -68,7 +68,7 @@ TEST_F(WordImportTest, LooksUpOneWordAfterTheOtherAndLeavesWhatIsSaved)
     EXPECT_THAT(asked(), ElementsAre(u"run"_s, u"gave up"_s, u"walks"_s, u"hop"_s));
     EXPECT_THAT(headwords(), ElementsAre(u"Walk"_s, u"run"_s, u"give up"_s, u"hop"_s));
     EXPECT_EQ(word("walk"), walk);
-    EXPECT_EQ(word("run").sourceKeys, QStringList{u"导入"_s});
+    EXPECT_EQ(word("run").sourceKeys, std::nullopt) << "a list is no place to read";
     EXPECT_EQ(import->state(), State::idle);
     EXPECT_EQ(import->statusText(), u"查完了：存了 3 个词，1 个已经在生词本里"_s);
 }
@@ -161,10 +161,34 @@ TEST_F(WordImportTest, AWordThatFailsIsToldAndThreeInARowPause)
     fail();
     EXPECT_EQ(import->state(), State::looking);
     fail();
-    EXPECT_EQ(import->statusText(), u"AI 返回的内容看不懂，再试一次吧。还有 1 个词没查"_s);
+    EXPECT_EQ(import->statusText(), u"AI 返回的内容看不懂，再试一次吧。还有 4 个词没查"_s)
+        << "for a setting may be wrong, they get one more try";
     import->resume();
+    answer("jump");
+    fail();
+    fail();
     answer("hop");
-    EXPECT_EQ(import->statusText(), u"查完了：存了 2 个词，5 个没查到：a1、b2、c3、d4、e5"_s);
+    EXPECT_EQ(import->statusText(), u"查完了：存了 3 个词，4 个没查到：a1、b2、d4、e5"_s);
+}
+
+TEST_F(WordImportTest, AListOfWhichNoWordIsAnsweredComesToItsEnd)
+{
+    import->add({u"a1"_s, u"b2"_s, u"c3"_s});
+    const auto failAll = [this] {
+        for (int i = 0; i < 3; ++i)
+            ai.fail(AIError(AIError::Kind::badResponse));
+    };
+    failAll();
+    EXPECT_EQ(import->statusText(), u"AI 返回的内容看不懂，再试一次吧。还有 3 个词没查"_s);
+    restart();
+    EXPECT_EQ(import->total(), 3);
+    import->resume();
+    failAll();
+    EXPECT_EQ(import->state(), State::paused) << "a new process knows of no earlier try";
+    import->resume();
+    failAll();
+    EXPECT_EQ(import->state(), State::idle);
+    EXPECT_EQ(import->statusText(), u"查完了：存了 0 个词，3 个没查到：a1、b2、c3"_s);
 }
 
 TEST_F(WordImportTest, CancelForgetsWhatWaitsForGood)

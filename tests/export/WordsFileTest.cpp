@@ -44,6 +44,10 @@ TEST(WordsFile, ReadsListsAndTables)
         {"放弃\ncafé\n", "放弃|café"},
         {"---\n12\nrun\nthis line is much longer than any word or phrase that anybody would look up\n",
             "run (3)"},
+        {"#separator:tab\n#html:true\n#notetype column:1\n#deck column:2\nBasic\tMine\t<i>give</i>&nbsp;up "
+         "&#x26; &bogus;\t放弃\n",
+            "give up & &bogus;"},
+        {"#separator:tab\n#guid column:1\nid1\tHe {{c1::ran::hint}} and {{c2::fell}}\n", "ran"},
         {"run \x0e\nwa\u200Dlk\n", "run|wa\u200Dlk"},
         {"", ""},
     };
@@ -53,10 +57,12 @@ TEST(WordsFile, ReadsListsAndTables)
 
 TEST(WordsFile, ReadsWhatTheProgramItselfExports)
 {
-    const QList<WordEntry> words{
-        wordNamed(u"-tion"_s), wordNamed(u"say \"hi\", then"_s), wordNamed(u"run"_s)};
-    EXPECT_EQ(read(CsvWords::table(words, {}, {})), u"-tion|say \"hi\", then|run"_s);
-    EXPECT_EQ(read(AnkiNotes::text({words[2]}, AnkiNotes::Variant::cards, {}, {})), u"run"_s);
+    const QList<WordEntry> words{wordNamed(u"-tion"_s), wordNamed(u"say \"hi\", then"_s),
+        wordNamed(u"＝1x"_s), wordNamed(u"o'clock & co"_s), wordNamed(u"run"_s)};
+    EXPECT_EQ(read(CsvWords::table(words, {}, {})), u"-tion|say \"hi\", then|＝1x|o'clock & co|run"_s);
+    const QString fromAnki = u"-tion|say \"hi\", then|＝1x|o'clock & co|run"_s;
+    EXPECT_EQ(read(AnkiNotes::text(words, AnkiNotes::Variant::cards, {}, {})), fromAnki);
+    EXPECT_EQ(read(AnkiNotes::text(words, AnkiNotes::Variant::cloze, {}, {})), fromAnki);
 }
 
 TEST(WordsFile, RefusesWhatIsNoText)
