@@ -18,6 +18,7 @@ constexpr int freeCore = 200;
 constexpr double enclosedEdge = 2; // points from a core to the softest of its pixels
 constexpr double freeEdge = 1;
 constexpr double enclosedShare = 0.8; // then all letters are meant to be
+constexpr double enclosedInk = 1.0 / 6; // then the others are no ink
 constexpr double pageShare = 0.5;
 constexpr int sameColour = 14; // without grain
 constexpr int mostGrain = 48;
@@ -237,49 +238,61 @@ private:
         return from;
     }
 
-    /// Of the bright pixels beside dark ones; those of the scenery are of many colours.
     Colour commonestInk() const
     {
-        constexpr int cells = 16; // for each of the three
+        const std::vector<Colour> candidates = maybeInk();
+        return meanNear(commonestOf(candidates), candidates);
+    }
+
+    /// The bright pixels beside dark ones; of those that something dark surrounds, where there are enough.
+    std::vector<Colour> maybeInk() const
+    {
         const Plane darkest = spread(m_brightness, m_size, points(edgeReach), least);
+        const Plane open = groundOf(above(m_brightness, dark));
+        std::vector<Colour> enclosed;
+        std::vector<Colour> all;
+        for (std::size_t i = 0; i < count(); ++i)
+            if (m_brightness[i] >= bright && darkest[i] <= dark) {
+                all.push_back(colour(i));
+                if (open[i] == 0)
+                    enclosed.push_back(all.back());
+            }
+        return static_cast<double>(enclosed.size()) > enclosedInk * static_cast<double>(all.size())
+            ? enclosed
+            : all; // they only have a shadow
+    }
+
+    /// Where in the cube of colours most of them lie; those of the scenery are of many colours.
+    static Colour commonestOf(const std::vector<Colour> &candidates)
+    {
+        constexpr int cells = 16; // for each of the three
         std::vector<int> counts(std::size_t{cells} * cells * cells);
         const auto cell = [](int b, int g, int r) {
             return static_cast<std::size_t>((b * cells + g) * cells + r);
         };
-        const Plane open = groundOf(above(m_brightness, dark));
-        const auto isCandidate = [&](std::size_t i) {
-            return m_brightness[i] >= bright && darkest[i] <= dark;
+        for (const Colour &each : candidates)
+            ++counts[cell(each.blue / cells, each.green / cells, each.red / cells)];
+        const auto inEight = [&](Colour corner) { // cells together, for a colour may lie on a border
+            int sum = 0;
+            for (const int next : {0, 1, 2, 3, 4, 5, 6, 7})
+                sum += counts[cell(
+                    corner.blue + (next & 1), corner.green + (next >> 1 & 1), corner.red + (next >> 2))];
+            return sum;
         };
-        std::size_t all = 0;
-        std::size_t enclosed = 0;
-        for (std::size_t i = 0; i < count(); ++i)
-            if (isCandidate(i)) {
-                ++all;
-                enclosed += open[i] == 0 ? 1 : 0;
+        Colour best{};
+        int most = -1;
+        constexpr int corners = cells - 1;
+        for (int i = 0; i < corners * corners * corners; ++i) {
+            const Colour corner{
+                .blue = i / (corners * corners), .green = i / corners % corners, .red = i % corners};
+            if (const int sum = inEight(corner); sum > most) {
+                most = sum;
+                best = corner;
             }
-        std::vector<Colour> candidates;
-        const bool areEnclosed = enclosed * 6 > all; // else they only have a shadow
-        for (std::size_t i = 0; i < count(); ++i)
-            if (isCandidate(i) && (open[i] == 0 || !areEnclosed)) {
-                const Colour each = colour(i);
-                candidates.push_back(each);
-                ++counts[cell(each.blue / cells, each.green / cells, each.red / cells)];
-            }
-        int best = -1;
-        Colour ink{};
-        for (int b = 0; b + 1 < cells; ++b)
-            for (int g = 0; g + 1 < cells; ++g)
-                for (int r = 0; r + 1 < cells;
-                     ++r) { // eight cells together, for a colour may lie on a border
-                    int sum = 0;
-                    for (const int corner : {0, 1, 2, 3, 4, 5, 6, 7})
-                        sum += counts[cell(b + (corner & 1), g + (corner >> 1 & 1), r + (corner >> 2))];
-                    if (sum > best) {
-                        best = sum;
-                        ink = {.blue = (b + 1) * cells, .green = (g + 1) * cells, .red = (r + 1) * cells};
-                    }
-                }
-        return meanNear(ink, candidates);
+        }
+        return {.blue = (best.blue + 1) * cells,
+            .green = (best.green + 1) * cells,
+            .red = (best.red + 1) * cells};
     }
 
     static Colour meanNear(Colour about, const std::vector<Colour> &candidates)
