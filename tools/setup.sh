@@ -20,12 +20,15 @@ is_offered() { # PACKAGE
     LC_ALL=C apt-cache policy "$1" 2>/dev/null | grep -q '^  Candidate: [^(]'
 }
 
-# One version for compiler, sanitizer runtime and tools: that of the newest clang that is installed, or else
-# offered. Such as 19; the build refuses what is older than 16.
+# One version for compiler, sanitizer runtime and tools, such as 19, of what is installed, or else offered: the
+# system's own clang, since its libraries are tried with that, or else the oldest from 16 on. Newer ones may
+# refuse the system's headers, as 19 does those of RapidJSON in Debian 12.
 llvm_version() {
-    local test version
+    local test version own
+    own=$(LC_ALL=C apt-cache depends clang 2>/dev/null | sed -n 's/^ *Depends: clang-\([0-9]*\)$/\1/p' | head -n 1) || true
+    ((${own:-0} >= 16)) || own=
     for test in is_installed is_offered; do
-        for version in {30..16}; do
+        for version in $own {16..30}; do
             if "$test" "clang-$version"; then
                 echo "$version"
                 return
