@@ -17,7 +17,8 @@ is_installed() { # PACKAGE
 }
 
 is_offered() { # PACKAGE
-    LC_ALL=C apt-cache policy "$1" 2>/dev/null | grep -q '^  Candidate: [^(]'
+    # Read to its end: a pipe that is closed early would count as a failure.
+    LC_ALL=C apt-cache policy "$1" 2>/dev/null | grep '^  Candidate: [^(]' >/dev/null
 }
 
 # One version for compiler, sanitizer runtime and tools, such as 19, of what is installed, or else offered: the
