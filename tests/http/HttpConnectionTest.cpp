@@ -267,6 +267,18 @@ TEST_F(HttpConnectionTest, GoesByTheProxyOfTheSystem)
     EXPECT_EQ(post(QUrl(u"https://host.invalid/"_s)).failure, Kind::proxy);
 }
 
+TEST_F(HttpConnectionTest, OnlyTheServerOfThatNameIsTrusted)
+{
+    encrypted.handle([](const auto &) { return Script::response(200, "named"); });
+    const QUrl localhost(u"https://localhost:%1/"_s.arg(encrypted.port()));
+    EXPECT_EQ(post(localhost), (Outcome{{}, 200, "named"})) << "though the socket knows only the address";
+    TunnelProxy tunnel; // as one that leads elsewhere, or a name server that lies
+    tunnel.port = encrypted.port();
+    const Variable tls("https_proxy", "http://127.0.0.1:" + QByteArray::number(tunnel.serverPort()));
+    EXPECT_EQ(post(QUrl(u"https://host.invalid/"_s)).failure, Kind::tls);
+    EXPECT_EQ(encrypted.requests().size(), 1);
+}
+
 TEST_F(HttpConnectionTest, ReachesAnAddressOfTheSixthVersion)
 {
     QTcpServer sixth;
