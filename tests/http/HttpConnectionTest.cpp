@@ -269,14 +269,14 @@ TEST_F(HttpConnectionTest, GoesByTheProxyOfTheSystem)
 
 TEST_F(HttpConnectionTest, OnlyTheServerOfThatNameIsTrusted)
 {
-    encrypted.handle([](const auto &) { return Script::response(200, "named"); });
-    const QUrl localhost(u"https://localhost:%1/"_s.arg(encrypted.port()));
-    EXPECT_EQ(post(localhost), (Outcome{{}, 200, "named"})) << "though the socket knows only the address";
-    TunnelProxy tunnel; // as one that leads elsewhere, or a name server that lies
-    tunnel.port = encrypted.port();
-    const Variable tls("https_proxy", "http://127.0.0.1:" + QByteArray::number(tunnel.serverPort()));
-    EXPECT_EQ(post(QUrl(u"https://host.invalid/"_s)).failure, Kind::tls);
-    EXPECT_EQ(encrypted.requests().size(), 1);
+    ScriptedServer named(tlsListener(namedCertificate, validKey));
+    named.handle([](const auto &) { return Script::response(200, "named"); });
+    trust = {};
+    trust.configuration.addCaCertificate(QSslCertificate(QByteArray(namedCertificate)));
+    EXPECT_EQ(post(QUrl(u"https://localhost:%1/"_s.arg(named.port()))), (Outcome{{}, 200, "named"}))
+        << "though the socket knows only the address";
+    EXPECT_EQ(post(QUrl(u"https://127.0.0.1:%1/"_s.arg(named.port()))).failure, Kind::tls);
+    EXPECT_EQ(named.requests().size(), 1);
 }
 
 TEST_F(HttpConnectionTest, ReachesAnAddressOfTheSixthVersion)

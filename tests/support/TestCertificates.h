@@ -22,6 +22,19 @@ JmbZ+L/65e3/7SEqPyOcyc+I3kHXGpyXdw==
 -----END EC PRIVATE KEY-----
 )";
 
+/// With the same key and as long, for localhost by that name alone.
+inline constexpr char namedCertificate[] = R"(-----BEGIN CERTIFICATE-----
+MIIBYDCCAQegAwIBAgIBAjAKBggqhkjOPQQDAjAUMRIwEAYDVQQDDAlsb2NhbGhv
+c3QwIBcNMjAwMTAxMDAwMDAwWhgPMjExOTEyMzEyMzU5NTlaMBQxEjAQBgNVBAMM
+CWxvY2FsaG9zdDBZMBMGByqGSM49AgEGCCqGSM49AwEHA0IABKS8WVwrOdXYQJyw
+CtSefpVBMMr7w3WKf5ODy6Dg6B+Wz+FTiDaiQCZm2fi/+uXt/+0hKj8jnMnPiN5B
+1xqcl3ejSDBGMBQGA1UdEQQNMAuCCWxvY2FsaG9zdDAPBgNVHRMBAf8EBTADAQH/
+MB0GA1UdDgQWBBRTJJ4QbpBWQqqK2mIX4yhN/Cq8XzAKBggqhkjOPQQDAgNHADBE
+AiBELmvSY8aC2Nm4+7ckDmeBXE4sidIDnNON8khvnedVrAIgf+uSVLmafBXo2sWw
+qK9rvq6cvDLiNeF5ypoS7OF0NYg=
+-----END CERTIFICATE-----
+)";
+
 /// For elsewhere.example, expired in 2002.
 inline constexpr char expiredCertificate[] = R"(-----BEGIN CERTIFICATE-----
 MIIBdDCCARqgAwIBAgIBATAKBggqhkjOPQQDAjAcMRowGAYDVQQDDBFlbHNld2hl
