@@ -164,6 +164,30 @@ void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
         << '\n';
 }
 
+// Whatever keeps the other store from being opened: what an interrupted move left of this one goes on.
+std::unique_ptr<Store> openTarget(Store &source, const StoreLocation &location)
+{
+    try {
+        createStore(location);
+        return openStore(location);
+    } catch (const Failure &) {
+        abandonMove(source);
+        throw;
+    }
+}
+
+void undoMove(Store &source, const StoreLocation &location, std::ostream &out)
+{
+    const StoreState before = source.state();
+    source.setState(StoreState::open);
+    out << location.shown() << " takes changes" << (before == StoreState::open ? ", as before" : " again")
+        << ".\n";
+    if (before == StoreState::moved)
+        out << "What was written into the store that it was moved to is not in it: let no server use that "
+               "one "
+               "any more.\n";
+}
+
 } // namespace
 
 StoreLocation storeLocation(const Options &options)
@@ -270,11 +294,14 @@ void Commands::restore(const Options &options, std::ostream &out)
 
 void Commands::move(const Options &options, std::ostream &out)
 {
+    if (options.undoMove != options.moveTo.empty())
+        throw UsageFailure("move takes the two stores FROM and TO, or --undo and the one that was moved");
     const StoreLocation from(options.moveFrom);
-    const StoreLocation to(options.moveTo);
     const auto source = openStore(from);
-    createStore(to);
-    const auto moved = moveStore(*source, *openStore(to));
+    if (options.undoMove)
+        return undoMove(*source, from, out);
+    const StoreLocation to(options.moveTo);
+    const auto moved = moveStore(*source, *openTarget(*source, to));
     out << "All of " << from.shown() << " is in " << to.shown()
         << " now and was compared: " << moved.notebooks << " notebooks, " << moved.versions << " versions, "
         << moved.bytes << " bytes.\n"

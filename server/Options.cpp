@@ -226,9 +226,11 @@ void CommandLineParser::addMove()
     CLI::App *move = add(m_app, Command::move, "move",
         "Copy all notebooks into another, empty store and check them; the first store then takes no more "
         "changes");
+    move->add_flag("--undo", m_options.undoMove,
+        "Let FROM take changes again, after a move that was interrupted or is not wanted any more");
     move->add_option("FROM", m_options.moveFrom, "postgresql://..., or a data folder or its notebooks.db")
         ->required();
-    move->add_option("TO", m_options.moveTo, "The same")->required();
+    move->add_option("TO", m_options.moveTo, "The same; not with --undo");
 }
 
 std::string onOneLine(std::string text)

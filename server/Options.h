@@ -30,7 +30,8 @@ struct Options {
     std::filesystem::path data;
     std::string store; ///< as StoreLocation takes it; empty: the file in the data folder
     std::string moveFrom;
-    std::string moveTo;
+    std::string moveTo; ///< empty with undoMove
+    bool undoMove = false;
     unsigned storeConnections = 8;
     std::string name; ///< of a notebook; empty: the only one
     std::optional<std::string> url;

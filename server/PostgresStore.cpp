@@ -82,18 +82,9 @@ constexpr const char *continueIds =
     "SELECT setval(pg_get_serial_sequence('nimbrelle.notebooks', 'id'), max(id)) "
     "FROM nimbrelle.notebooks";
 
-constexpr PostgresStatement isSealed{.name = "is_sealed",
-    .sql = "SELECT count(*) FROM pg_trigger WHERE tgname = 'sealed' AND tgrelid = "
+constexpr PostgresStatement state{.name = "state",
+    .sql = "SELECT tgname::text FROM pg_trigger WHERE tgname IN ('moving', 'sealed') AND tgrelid = "
            "'nimbrelle.notebooks'::regclass"};
-constexpr const char *unseal = R"(
-    DROP TRIGGER IF EXISTS sealed ON nimbrelle.settings;
-    DROP TRIGGER IF EXISTS sealed ON nimbrelle.notebooks;
-    DROP TRIGGER IF EXISTS sealed ON nimbrelle.versions;)";
-// To make a trigger waits for the writes that are under way, and every later one meets it.
-constexpr const char *seal = R"(
-    CREATE TRIGGER sealed BEFORE INSERT OR UPDATE OR DELETE ON nimbrelle.settings EXECUTE FUNCTION nimbrelle.refuse();
-    CREATE TRIGGER sealed BEFORE INSERT OR UPDATE OR DELETE ON nimbrelle.notebooks EXECUTE FUNCTION nimbrelle.refuse();
-    CREATE TRIGGER sealed BEFORE INSERT OR UPDATE OR DELETE ON nimbrelle.versions EXECUTE FUNCTION nimbrelle.refuse();)";
 
 } // namespace Sql
 
@@ -149,8 +140,8 @@ PostgresResult PostgresStore::run(const PostgresStatement &statement, const auto
 
 void PostgresStore::check()
 {
-    if (isSealed())
-        throw StoreFailure(StoreFailure::Kind::other, std::string(movedAway));
+    if (const StoreState current = state(); current != StoreState::open)
+        throw StoreFailure(StoreFailure::Kind::other, std::string(refusalOf(current)));
     if (run(Sql::flushes).bytes(0, 0) != "on")
         throw StoreFailure(StoreFailure::Kind::other,
             "the database was told not to wait for its disk, and would lose what was acknowledged; set fsync "
@@ -267,22 +258,31 @@ void PostgresStore::drop(std::int64_t notebook, const std::vector<std::int64_t> 
     run(Sql::drop, notebook, listText(versions));
 }
 
-bool PostgresStore::isSealed()
+StoreState PostgresStore::state()
 {
-    return run(Sql::isSealed).number(0, 0) > 0;
+    const auto result = run(Sql::state);
+    if (result.rows() == 0)
+        return StoreState::open;
+    return result.bytes(0, 0) == "moving" ? StoreState::moving : StoreState::moved;
 }
 
-void PostgresStore::setSealed(bool sealed)
+// To make a trigger waits for the writes that are under way, and every later one meets it.
+void PostgresStore::setState(StoreState state)
 {
-    const std::string refuse =
-        "CREATE OR REPLACE FUNCTION nimbrelle.refuse() RETURNS trigger LANGUAGE plpgsql AS "
-        "$$ BEGIN RAISE EXCEPTION '"
-        + std::string(movedAway) + "'; END $$;";
+    const std::string added = state == StoreState::moving ? "moving" : "sealed";
+    std::string sql = "CREATE OR REPLACE FUNCTION nimbrelle.refuse() RETURNS trigger LANGUAGE plpgsql AS "
+                      "$$ BEGIN RAISE EXCEPTION '"
+        + std::string(refusalOf(state)) + "'; END $$;";
+    for (const std::string table : {"nimbrelle.settings", "nimbrelle.notebooks", "nimbrelle.versions"}) {
+        for (const std::string present : {"moving", "sealed"})
+            sql += "DROP TRIGGER IF EXISTS " + present + " ON " + table + ';';
+        if (state != StoreState::open)
+            sql += "CREATE TRIGGER " + added + " BEFORE INSERT OR UPDATE OR DELETE ON " + table
+                + " EXECUTE FUNCTION nimbrelle.refuse();";
+    }
     m_pool.with([&](PostgresConnection &connection) {
         PostgresTransaction transaction(connection);
-        connection.run(Sql::unseal);
-        if (sealed)
-            connection.run(refuse + Sql::seal);
+        connection.run(sql);
         transaction.commit();
     });
 }

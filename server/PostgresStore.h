@@ -35,8 +35,8 @@ public:
     bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
         const HistoryChange &change) override;
     void drop(std::int64_t notebook, const std::vector<std::int64_t> &versions) override;
-    bool isSealed() override;
-    void setSealed(bool sealed) override;
+    StoreState state() override;
+    void setState(StoreState state) override;
     std::unique_ptr<StoreImport> beginImport() override;
 
 private:

@@ -61,8 +61,9 @@ struct SqliteStore::Reader {
 
     SQLite::Statement setting = connection.prepared("SELECT value FROM settings WHERE key = ?");
     SQLite::Statement settings = connection.prepared("SELECT key, value FROM settings");
-    SQLite::Statement sealed = connection.prepared(
-        "SELECT count(*) FROM sqlite_master WHERE type = 'trigger' AND name LIKE 'sealed %'");
+    SQLite::Statement state = connection.prepared(
+        "SELECT name LIKE 'moving %' FROM sqlite_master "
+        "WHERE type = 'trigger' AND (name LIKE 'moving %' OR name LIKE 'sealed %') LIMIT 1");
     SQLite::Statement all = connection.prepared(selectNotebook, "ORDER BY id");
     SQLite::Statement named = connection.prepared(selectNotebook, "WHERE name = ?");
     SQLite::Statement ofToken = connection.prepared(selectNotebook, "WHERE token_selector = ?");
@@ -130,8 +131,8 @@ SqliteStore::~SqliteStore() = default;
 
 void SqliteStore::check()
 {
-    if (isSealed())
-        throw StoreFailure(StoreFailure::Kind::other, std::string(movedAway));
+    if (const StoreState current = state(); current != StoreState::open)
+        throw StoreFailure(StoreFailure::Kind::other, std::string(refusalOf(current)));
     reading([&](Reader &reader) {
         const std::string damage = reader.connection.quickCheck();
         if (!damage.empty())
@@ -291,26 +292,30 @@ void SqliteStore::drop(std::int64_t notebook, const std::vector<std::int64_t> &v
     });
 }
 
-bool SqliteStore::isSealed()
+StoreState SqliteStore::state()
 {
     return reading([](Reader &reader) {
-        BoundStatement row(reader.sealed);
-        return row.step() && row.number(0) > 0;
+        BoundStatement row(reader.state);
+        if (!row.step())
+            return StoreState::open;
+        return row.number(0) != 0 ? StoreState::moving : StoreState::moved;
     });
 }
 
-void SqliteStore::setSealed(bool sealed)
+void SqliteStore::setState(StoreState state)
 {
     writing([&](Writer &writer) {
+        const auto run = [&](const std::string &sql) { writer.connection.run(sql.c_str()); };
+        const std::string added = state == StoreState::moving ? "\"moving " : "\"sealed ";
         auto transaction = writer.connection.begin();
         for (const std::string table : {"settings", "notebooks", "versions"}) {
             for (const std::string change : {"INSERT", "UPDATE", "DELETE"}) {
-                const std::string trigger = "\"sealed " + table + ' ' + change + '"';
-                writer.connection.run(("DROP TRIGGER IF EXISTS " + trigger).c_str());
-                if (sealed)
-                    writer.connection.run(("CREATE TRIGGER " + trigger + " BEFORE " + change + " ON " + table
-                        + " BEGIN SELECT RAISE(ABORT, '" + std::string(movedAway) + "'); END")
-                                              .c_str());
+                const std::string refused = table + ' ' + change + '"';
+                for (const std::string present : {"\"moving ", "\"sealed "})
+                    run("DROP TRIGGER IF EXISTS " + present + refused);
+                if (state != StoreState::open)
+                    run("CREATE TRIGGER " + added + refused + " BEFORE " + change + " ON " + table
+                        + " BEGIN SELECT RAISE(ABORT, '" + std::string(refusalOf(state)) + "'); END");
             }
         }
         transaction.commit();

@@ -31,9 +31,18 @@ private:
     Kind m_kind;
 };
 
-/// What a sealed store says to whoever would change it.
-inline constexpr std::string_view movedAway =
-    "this store was moved with nimbrelle-server move; name the new one with --store";
+/// Whether a store takes changes: not while it is being moved into another one, nor once it was.
+enum class StoreState { open, moving, moved };
+
+/// What a store in this state says to whoever would change it.
+constexpr std::string_view refusalOf(StoreState state)
+{
+    return state == StoreState::moving
+        ? "this store is being moved with nimbrelle-server move; if that was interrupted, run it again or "
+          "end "
+          "it with its option --undo"
+        : "this store was moved with nimbrelle-server move; name the new one with --store";
+}
 
 /// One notebook on this server: a name for the operator, a token for its devices, a document with a version.
 struct Notebook {
@@ -122,9 +131,10 @@ public:
     /// All or nothing, and never the current version.
     virtual void drop(std::int64_t notebook, const std::vector<std::int64_t> &versions) = 0;
 
-    /// A sealed store can be read, but refuses every change, whichever process has it open. check() says so.
-    virtual bool isSealed() = 0;
-    virtual void setSealed(bool sealed) = 0;
+    /// A store that is not open can be read, but refuses every change, whichever process has it open.
+    /// check() says so.
+    virtual StoreState state() = 0;
+    virtual void setState(StoreState state) = 0;
     /// This store must not be used until it is over.
     virtual std::unique_ptr<StoreImport> beginImport() = 0;
 };

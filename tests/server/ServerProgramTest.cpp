@@ -187,6 +187,26 @@ TEST_F(ServerProgramTest, AQuotaHoldsAtOnceAndPruningMakesRoom)
     EXPECT_THAT(run({"history", "notebook"}).out, Not(HasSubstr("words went")));
 }
 
+TEST_F(ServerProgramTest, AMoveCanBeUndone)
+{
+    const ServerProgram server(data);
+    EXPECT_THAT(failure({"move", data, data / "notebooks.db"}), HasSubstr("the same one"));
+    EXPECT_EQ(put(server, 0, documentOf(3)), 200);
+    const auto other = directory.path() / "other";
+    DataDirectory(other).create();
+    EXPECT_EQ(run({"move", data, other}).exitCode, 0);
+    EXPECT_EQ(put(server, 1, documentOf(4)), 500);
+    EXPECT_THAT(failure({"serve", "--port", "0"}), HasSubstr("--store"));
+    EXPECT_THAT(failure({"move", other, data}), HasSubstr("was itself moved"));
+    EXPECT_THAT(run({"move", "--undo", data}).out, HasSubstr("takes changes again"));
+    EXPECT_EQ(put(server, 1, documentOf(4)), 200);
+
+    openStore(DataDirectory(data))->setState(StoreState::moving);
+    EXPECT_THAT(failure({"serve", "--port", "0"}), HasSubstr("--undo"));
+    failure({"move", data, "postgresql:///none?host=" + directory.path().string()});
+    EXPECT_EQ(put(server, 2, documentOf(5)), 200);
+}
+
 TEST_F(ServerProgramTest, KilledUnderLoadItLosesNothingAcknowledged)
 {
     const std::string second = tokenIn(run({"token", "add", "second"}).out);
@@ -233,12 +253,12 @@ TEST_F(ServerProgramTest, HelpIsNoErrorAndBadUsageIsOneLineAndExitCodeTwo)
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_THAT(outcome.out, HasSubstr("Usage: nimbrelle-server"));
     }
-    for (const auto &arguments :
-        Lines{{}, {"unknown"}, {"--unknown"}, {"serve", "--port", "x"}, {"serve", "--port", "70000"},
-            {"serve", "--max-body", "12zz"}, {"serve", "--head-time", "0"}, {"restore"}, {"restore", "x"},
-            {"token"}, {"token", "add"}, {"token", "add", "two words"}, {"code", "--url", "http://a"},
-            {"init", "--url", "https://a/b"}, {"init", "extra"}, {"quota", "--bytes", "-1"},
-            {"prune", "--keep", "0"}, {"move", "x"}, {"code", "--store", "mysql://a"}})
+    for (const auto &arguments : Lines{{}, {"unknown"}, {"--unknown"}, {"serve", "--port", "x"},
+             {"serve", "--port", "70000"}, {"serve", "--max-body", "12zz"}, {"serve", "--head-time", "0"},
+             {"restore"}, {"restore", "x"}, {"token"}, {"token", "add"}, {"token", "add", "two words"},
+             {"code", "--url", "http://a"}, {"init", "--url", "https://a/b"}, {"init", "extra"},
+             {"quota", "--bytes", "-1"}, {"prune", "--keep", "0"}, {"move", "x"}, {"move", "--undo"},
+             {"move", "--undo", "x", "y"}, {"code", "--store", "mysql://a"}})
         failure(arguments, 2);
 }
 

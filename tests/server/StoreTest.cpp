@@ -1,4 +1,5 @@
 #include "server/MoveStore.h"
+#include "server/PostgresConnection.h"
 #include "server/StoreFactory.h"
 #include "server/VersionedWrite.h"
 #include "server/support/PostgresServer.h"
@@ -256,7 +257,51 @@ TEST_P(StoreSuite, GoesOnWhenItCannotBeMoved)
     const StoreLocation place = GetParam().place(other.path());
     createStore(place);
     const auto target = openStore(place);
-    target->addNotebook("stranger", "salt", sha256("two"), noon);
+    target->addNotebook("another", "salt", sha256("two"), noon);
     EXPECT_THROW(moveStore(*store, *target), Failure);
     EXPECT_EQ(write(1, 4), 2);
+
+    store->setState(StoreState::moving); // as an interruption leaves it
+    EXPECT_THROW(write(2, 5), StoreFailure);
+    EXPECT_THROW(store->check(), StoreFailure);
+    EXPECT_THROW(moveStore(*store, *target), Failure);
+    EXPECT_EQ(write(2, 5), 3);
+}
+
+TEST_P(StoreSuite, NeverEndsWithoutAStoreThatTakesChanges)
+{
+    write(0, 3);
+    EXPECT_THROW(moveStore(*store, *open()), Failure);
+    EXPECT_EQ(write(1, 4), 2);
+
+    const TemporaryDirectory other;
+    const StoreLocation place = GetParam().place(other.path());
+    createStore(place);
+    const auto target = openStore(place);
+    moveStore(*store, *target);
+    EXPECT_THROW(moveStore(*target, *store), Failure);
+    EXPECT_TRUE(target->append(id, 2, {.body = "{}"}, {}));
+    EXPECT_THROW(moveStore(*store, *open()), Failure);
+    EXPECT_THROW(write(2, 5), StoreFailure);
+    store->setState(StoreState::open);
+    EXPECT_EQ(write(2, 5), 3);
+    store->check();
+}
+
+TEST_P(StoreSuite, IsOnlyTakenForMovedOnceAllIsCompared)
+{
+    write(0, 3);
+    const std::string url = PostgresServer::shared().newDatabase();
+    createStore(StoreLocation(url));
+    const auto target = openStore(StoreLocation(url));
+    PostgresConnection other(url, 1min);
+    auto copyIsHeldUp = std::make_unique<PostgresTransaction>(other);
+    other.run("LOCK TABLE nimbrelle.versions IN SHARE MODE");
+    std::jthread mover([&] { moveStore(*store, *target); });
+    EXPECT_TRUE(eventually([&] { return store->state() == StoreState::moving; }));
+    EXPECT_THROW(write(1, 4), StoreFailure);
+    EXPECT_EQ(store->state(), StoreState::moving);
+    copyIsHeldUp.reset();
+    mover.join();
+    EXPECT_EQ(store->state(), StoreState::moved);
 }
