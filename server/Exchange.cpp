@@ -142,8 +142,13 @@ MHD_Result Exchange::begin()
         return MHD_YES;
     }
     m_response = std::get<Response>(std::move(result.next));
-    if (!refusesBody(request))
+    if (!refusesBody(request)) {
+        // Who has nothing to write gets no more time for a body than for a head: else a few bytes that never
+        // come, and no token, would hold a connection.
+        if (request.contentLength.value_or(0) > 0 || headerOf(m_mhd, "Transfer-Encoding"))
+            m_server.m_watchdog.returnToHead(m_connection.entry);
         return MHD_YES;
+    }
     m_connection.close = ConnectionWatchdog::Close::lingering;
     return send(m_response);
 }
@@ -176,6 +181,8 @@ MHD_Result Exchange::respond()
 {
     if (m_write)
         m_response = m_server.m_api.handleBody(*m_write, m_body->take());
+    else
+        m_server.m_watchdog.enter(m_connection.entry, ConnectionWatchdog::Phase::inExchange);
     return send(m_response);
 }
 
