@@ -13,7 +13,6 @@
 #include <array>
 #include <ctime>
 #include <iomanip>
-#include <numeric>
 #include <ostream>
 
 namespace nimbrelle::server {
@@ -150,12 +149,6 @@ std::string localTimeText(std::chrono::sys_seconds time)
     return text.data();
 }
 
-std::int64_t bytesOf(const std::vector<VersionRecord> &history)
-{
-    const auto add = [](std::int64_t sum, const VersionRecord &record) { return sum + record.bytes; };
-    return std::accumulate(history.begin(), history.end(), std::int64_t{0}, add);
-}
-
 void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 {
     out << std::setw(9) << record.version << "  " << localTimeText(record.writtenAt) << std::setw(9)
@@ -248,7 +241,7 @@ void Commands::listTokens(const Options &options, std::ostream &out)
         else
             out << ", version " << notebook.version << " of " << localTimeText(history.back().writtenAt)
                 << " with " << history.back().words << " words, " << history.size() << " versions kept with "
-                << bytesOf(history) << " bytes\n";
+                << totalBytes(history) << " bytes\n";
     }
 }
 

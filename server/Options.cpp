@@ -201,6 +201,8 @@ void CommandLineParser::addQuota()
     quota->add_option("--versions", m_options.quotaVersions, "Kept versions; 0 for no limit")
         ->check(CLI::NonNegativeNumber.description(""))
         ->type_name("N");
+    quota->add_flag("--default", m_options.dropOwnQuota,
+        "What holds for all holds for this notebook again, but for what is given besides");
 }
 
 void CommandLineParser::addPrune()

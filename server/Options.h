@@ -40,6 +40,7 @@ struct Options {
     std::int64_t version = 0;
     std::optional<std::int64_t> quotaBytes; ///< absent: as it is
     std::optional<std::int64_t> quotaVersions;
+    bool dropOwnQuota = false;
     bool allNotebooks = false;
     unsigned keptNewest = 20;
     unsigned olderThanDays = 0;

@@ -20,7 +20,7 @@ Notebook notebookIn(const BoundStatement &row)
         .tokenHash = digestOf(row.bytes(3)),
         .version = row.number(4),
         .createdAt = row.time(5),
-        .quota = {.bytes = row.number(6), .versions = row.number(7)}};
+        .quota = {.bytes = limitIn(row.number(6)), .versions = limitIn(row.number(7))}};
 }
 
 VersionRecord recordIn(const BoundStatement &row)
@@ -36,7 +36,8 @@ std::shared_ptr<const Document> documentIn(BoundStatement &&row)
 {
     if (!row.step())
         return nullptr;
-    return std::make_shared<const Document>(Document{.version = row.number(0), .body = row.bytes(1)});
+    return std::make_shared<const Document>(
+        Document{.version = row.number(0), .writtenAt = row.time(2), .body = row.bytes(1)});
 }
 
 template <typename Work> auto translated(const std::filesystem::path &file, const Work &work)
@@ -69,12 +70,15 @@ struct SqliteStore::Reader {
     SQLite::Statement ofToken = connection.prepared(selectNotebook, "WHERE token_selector = ?");
     SQLite::Statement version = connection.prepared("SELECT version FROM notebooks WHERE id = ?");
     SQLite::Statement newest = connection.prepared(
-        "SELECT version, body FROM versions WHERE notebook = ? ORDER BY version DESC LIMIT 1");
-    SQLite::Statement document =
-        connection.prepared("SELECT version, body FROM versions WHERE notebook = ? AND version = ?");
+        "SELECT version, body, written_at FROM versions WHERE notebook = ? ORDER BY version DESC LIMIT 1");
+    SQLite::Statement document = connection.prepared(
+        "SELECT version, body, written_at FROM versions WHERE notebook = ? AND version = ?");
     SQLite::Statement history =
         connection.prepared("SELECT version, written_at, words, bytes, before_loss FROM versions "
                             "WHERE notebook = ? ORDER BY version");
+    SQLite::Statement newestRecord =
+        connection.prepared("SELECT version, written_at, words, bytes, before_loss FROM versions "
+                            "WHERE notebook = ? ORDER BY version DESC LIMIT 1");
 };
 
 struct SqliteStore::Writer {
@@ -224,11 +228,11 @@ void SqliteStore::setToken(std::int64_t notebook, std::string_view salt, std::op
     });
 }
 
-void SqliteStore::setQuota(std::int64_t notebook, const Quota &quota)
+void SqliteStore::setQuota(std::int64_t notebook, const OwnQuota &quota)
 {
     writing([&](Writer &writer) {
         writer.connection.run("UPDATE notebooks SET quota_bytes = ?, quota_versions = ? WHERE id = ?",
-            quota.bytes, quota.versions, notebook);
+            storedLimit(quota.bytes), storedLimit(quota.versions), notebook);
     });
 }
 
@@ -258,6 +262,14 @@ std::vector<VersionRecord> SqliteStore::history(std::int64_t notebook)
         for (BoundStatement row(reader.history, notebook); row.step();)
             found.push_back(recordIn(row));
         return found;
+    });
+}
+
+std::optional<VersionRecord> SqliteStore::newestRecord(std::int64_t notebook)
+{
+    return reading([&](Reader &reader) {
+        BoundStatement row(reader.newestRecord, notebook);
+        return row.step() ? std::optional(recordIn(row)) : std::nullopt;
     });
 }
 
@@ -340,7 +352,8 @@ public:
             run("INSERT INTO notebooks (id, name, created_at, token_salt, token_selector, token_hash, "
                 "version, quota_bytes, quota_versions) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
                 notebook.id, notebook.name, notebook.createdAt, Blob{.bytes = notebook.tokenSalt}, selector,
-                hash, notebook.version, notebook.quota.bytes, notebook.quota.versions);
+                hash, notebook.version, storedLimit(notebook.quota.bytes),
+                storedLimit(notebook.quota.versions));
         };
         if (const auto &hash = notebook.tokenHash)
             add(Blob{.bytes = selectorOf(*hash)}, Blob{.bytes = bytesOf(*hash)});

@@ -59,7 +59,6 @@ private:
     std::variant<Response, PendingWrite> beginWrite(const RequestHead &head, const Notebook &notebook);
     Response store(const PendingWrite &write, HeldBytes body);
     Response sendNewest(const Notebook &notebook);
-    std::uint64_t newestBytes(const Notebook &notebook);
     bool reserve(BodyBudget::Reservation &reservation, std::uint64_t bytes);
 
     Store &m_store;

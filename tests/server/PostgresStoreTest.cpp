@@ -84,7 +84,7 @@ TEST_F(PostgresStoreTest, AnEarlierVersionsTablesAreTakenOver)
         "UPDATE nimbrelle.schema_version SET version = 1");
     const auto store = open();
     store->setQuota(1, {.bytes = 7, .versions = 8});
-    EXPECT_EQ(store->notebookOfToken(sha256("one"))->quota, (Quota{.bytes = 7, .versions = 8}));
+    EXPECT_EQ(store->notebookOfToken(sha256("one"))->quota, (OwnQuota{.bytes = 7, .versions = 8}));
 }
 
 TEST_F(PostgresStoreTest, WritesWaitForTheDiskWhateverTheDatabaseWasTold)

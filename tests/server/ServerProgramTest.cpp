@@ -184,6 +184,11 @@ TEST_F(ServerProgramTest, AQuotaHoldsAtOnceAndPruningMakesRoom)
         HasSubstr("notebook: 0 of 2"));
     EXPECT_THAT(run({"prune", "--all", "--keep", "1", "--before-loss"}).out, HasSubstr("notebook: 1 of 2"));
     EXPECT_EQ(put(server, 2, documentOf(1)), 200);
+    EXPECT_THAT(
+        run({"quota", "notebook", "--bytes", "0"}).out, HasSubstr("any number of bytes in 1 versions"));
+    EXPECT_EQ(put(server, 3, documentOf(1, "a", 2 << 20)), 200);
+    EXPECT_THAT(run({"quota", "notebook", "--default"}).out, HasSubstr("1048576 bytes in 2 versions"));
+    EXPECT_EQ(put(server, 4, documentOf(1, "a", 2 << 20)), 507);
     EXPECT_THAT(run({"history", "notebook"}).out, Not(HasSubstr("words went")));
 }
 
@@ -260,8 +265,8 @@ TEST_F(ServerProgramTest, HelpIsNoErrorAndBadUsageIsOneLineAndExitCodeTwo)
              {"serve", "--port", "70000"}, {"serve", "--max-body", "12zz"}, {"serve", "--head-time", "0"},
              {"restore"}, {"restore", "x"}, {"token"}, {"token", "add"}, {"token", "add", "two words"},
              {"code", "--url", "http://a"}, {"init", "--url", "https://a/b"}, {"init", "extra"},
-             {"quota", "--bytes", "-1"}, {"prune", "--keep", "0"}, {"move", "x"}, {"move", "--undo"},
-             {"move", "--undo", "x", "y"}, {"code", "--store", "mysql://a"}})
+             {"quota", "--bytes", "-1"}, {"quota", "--default"}, {"prune", "--keep", "0"}, {"move", "x"},
+             {"move", "--undo"}, {"move", "--undo", "x", "y"}, {"code", "--store", "mysql://a"}})
         failure(arguments, 2);
 }
 

@@ -82,6 +82,7 @@ TEST_P(StoreSuite, ATokenOpensItsOwnNotebookOnly)
 TEST_P(StoreSuite, AVersionIsWrittenOverOnce)
 {
     EXPECT_EQ(store->newestDocument(id), nullptr);
+    EXPECT_FALSE(store->newestRecord(id));
     EXPECT_EQ(store->version(id), 0);
     EXPECT_EQ(write(0, 3), 1);
     EXPECT_FALSE(store->append(id, 0, {.body = "{}"}, {}));
@@ -111,13 +112,22 @@ TEST_P(StoreSuite, WhatStoodBeforeALossOutlivesAllElse)
     EXPECT_TRUE(records.front().beforeLoss);
     EXPECT_EQ(records.back().writtenAt, noon + 39min);
     EXPECT_EQ(records.back().bytes, std::ssize(documentOf(20)));
+    EXPECT_EQ(store->newestRecord(id), records.back());
+    EXPECT_EQ(store->newestDocument(id)->writtenAt, records.back().writtenAt);
+    EXPECT_EQ(store->document(id, 1)->writtenAt, noon);
 }
 
 TEST_P(StoreSuite, AQuotaDropsWhatMayGoAndRefusesTheRest)
 {
-    store->setQuota(id, {.versions = 3});
     setDefaultQuota(*store, {.bytes = 2000, .versions = 9});
-    const Quota quota = quotaOf(*store, *store->notebookNamed("first"));
+    const auto quotaWith = [&](const OwnQuota &own) {
+        store->setQuota(id, own);
+        return quotaOf(*store, *store->notebookNamed("first"));
+    };
+    EXPECT_EQ(quotaWith({}), (Quota{.bytes = 2000, .versions = 9}));
+    EXPECT_EQ(quotaWith({.bytes = 0, .versions = 0}), Quota{}); // no limit at all
+    EXPECT_EQ(quotaWith({.bytes = 0}), (Quota{.versions = 9}));
+    const Quota quota = quotaWith({.versions = 3});
     EXPECT_EQ(quota, (Quota{.bytes = 2000, .versions = 3}));
     const auto writeUnderQuota = [&](int words) {
         const std::string body = documentOf(words);
@@ -222,7 +232,7 @@ TEST_P(StoreSuite, MovesWithAllThatItHoldsAndTakesNoMoreChanges)
     write(0, 30);
     write(1, 5);
     store->setSetting("url", "https://a");
-    store->setQuota(id, {.bytes = 900, .versions = 9});
+    store->setQuota(id, {.bytes = 900, .versions = 0});
     store->addNotebook("revoked", std::string("\0salt", 5), sha256("two"), noon + 1h);
     store->setToken(store->notebookNamed("revoked")->id, "pepper", std::nullopt);
     for (const StoreMaker &maker : storeMakers) {
