@@ -201,11 +201,11 @@ MHD_Result Exchange::send(const Response &response)
 void Exchange::count() const
 {
     m_server.m_metrics.count({.kind = Metrics::kindOf(m_method, m_path),
-        .status = m_status,
+        .status = m_aborted ? 0 : m_status,
         .received = m_received,
-        .sent = m_sent,
+        .sent = m_aborted ? 0 : m_sent,
         .took = ConnectionWatchdog::Clock::now() - m_start,
-        .storeFailed = !m_response.errorDetail.empty()});
+        .storeFailed = m_response.storeFailed});
 }
 
 void Exchange::log() const
@@ -219,7 +219,7 @@ void Exchange::log() const
         + (m_notebookName.empty() ? "-" : m_notebookName) + ' ' + shownMethod(m_method) + ' '
         + (SyncApi::knowsPath(m_path) ? m_path : "(other)") + ' '
         + (m_status > 0 ? std::to_string(m_status) : "-") + " in=" + std::to_string(m_received)
-        + " out=" + std::to_string(m_sent) + ' ' + std::to_string(took.count()) + "ms";
+        + " out=" + (m_aborted ? "-" : std::to_string(m_sent)) + ' ' + std::to_string(took.count()) + "ms";
     if (m_aborted)
         line += " broken off";
     if (!m_response.errorDetail.empty())

@@ -25,15 +25,16 @@ Response refusal(unsigned status, std::string text)
 
 Response storeFailureResponse(const StoreFailure &failure)
 {
+    const auto response = [&](unsigned status, const char *text) {
+        return Response{.status = status, .text = text, .errorDetail = failure.what(), .storeFailed = true};
+    };
     switch (failure.kind()) {
     case StoreFailure::Kind::full:
-        return {.status = 507, .text = "The server's disk is full.", .errorDetail = failure.what()};
+        return response(507, "The server's disk is full.");
     case StoreFailure::Kind::unavailable:
-        return {.status = 503,
-            .text = "The server's database is away; try again later.",
-            .errorDetail = failure.what()};
+        return response(503, "The server's database is away; try again later.");
     default:
-        return {.status = 500, .text = "The server's store failed.", .errorDetail = failure.what()};
+        return response(500, "The server's store failed.");
     }
 }
 

@@ -26,6 +26,7 @@ struct Response {
     std::string text; ///< a line for a person; may be empty
     std::string allow; ///< the methods, with 405
     std::string errorDetail; ///< for the log
+    bool storeFailed = false;
 };
 
 /// A write whose body is awaited.
