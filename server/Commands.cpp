@@ -158,9 +158,11 @@ void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 }
 
 // Whatever keeps the other store from being opened: what an interrupted move left of this one goes on.
-std::unique_ptr<Store> openTarget(Store &source, const StoreLocation &location)
+std::unique_ptr<Store> openTarget(Store &source, const std::string &text)
 {
     try {
+        const StoreLocation location(text);
+        location.requirePrivate();
         createStore(location);
         return openStore(location);
     } catch (const Failure &) {
@@ -290,12 +292,12 @@ void Commands::move(const Options &options, std::ostream &out)
     if (options.undoMove != options.moveTo.empty())
         throw UsageFailure("move takes the two stores FROM and TO, or --undo and the one that was moved");
     const StoreLocation from(options.moveFrom);
+    from.requirePrivate();
     const auto source = openStore(from);
     if (options.undoMove)
         return undoMove(*source, from, out);
-    const StoreLocation to(options.moveTo);
-    const auto moved = moveStore(*source, *openTarget(*source, to));
-    out << "All of " << from.shown() << " is in " << to.shown()
+    const auto moved = moveStore(*source, *openTarget(*source, options.moveTo));
+    out << "All of " << from.shown() << " is in " << StoreLocation(options.moveTo).shown()
         << " now and was compared: " << moved.notebooks << " notebooks, " << moved.versions << " versions, "
         << moved.bytes << " bytes.\n"
         << "The first one takes no more changes. Start the server again with the new one in --store, and "

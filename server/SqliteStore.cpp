@@ -12,6 +12,9 @@ constexpr std::string_view selectNotebook =
     "SELECT id, name, token_salt, token_hash, version, created_at, quota_bytes, quota_versions "
     "FROM notebooks ";
 
+constexpr const char *setSettingSql = "INSERT INTO settings (key, value) VALUES (?, ?) "
+                                      "ON CONFLICT (key) DO UPDATE SET value = excluded.value";
+
 Notebook notebookIn(const BoundStatement &row)
 {
     return {.id = row.number(0),
@@ -155,11 +158,8 @@ std::optional<std::string> SqliteStore::setting(std::string_view key)
 
 void SqliteStore::setSetting(std::string_view key, std::string_view value)
 {
-    writing([&](Writer &writer) {
-        writer.connection.run("INSERT INTO settings (key, value) VALUES (?, ?) "
-                              "ON CONFLICT (key) DO UPDATE SET value = excluded.value",
-            std::string(key), std::string(value));
-    });
+    writing(
+        [&](Writer &writer) { writer.connection.run(setSettingSql, std::string(key), std::string(value)); });
 }
 
 std::map<std::string, std::string> SqliteStore::settings()
@@ -343,7 +343,7 @@ public:
 
     void addSetting(const std::string &key, const std::string &value) override
     {
-        run("INSERT INTO settings (key, value) VALUES (?, ?)", key, value);
+        run(setSettingSql, key, value);
     }
 
     void addNotebook(const Notebook &notebook) override

@@ -103,6 +103,7 @@ struct NewDocument {
 class StoreImport {
 public:
     virtual ~StoreImport() = default;
+    /// Takes the place of one that is there already, as an interrupted init leaves it.
     virtual void addSetting(const std::string &key, const std::string &value) = 0;
     virtual void addNotebook(const Notebook &notebook) = 0;
     virtual void addVersion(std::int64_t notebook, const VersionRecord &record, std::string_view body) = 0;

@@ -201,7 +201,11 @@ TEST_F(ServerProgramTest, AMoveCanBeUndone)
     EXPECT_THAT(failure({"move", data, data / "notebooks.db"}), HasSubstr("the same one"));
     EXPECT_EQ(put(server, 0, documentOf(3)), 200);
     const auto other = directory.path() / "other";
-    DataDirectory(other).create();
+    EXPECT_THAT(failure({"move", data, other}, 2), HasSubstr("mkdir -m 700"));
+    std::filesystem::create_directory(other);
+    ::chmod(other.c_str(), 0750);
+    EXPECT_THAT(failure({"move", data, other}), HasSubstr("chmod 700"));
+    ::chmod(other.c_str(), 0700);
     EXPECT_EQ(run({"move", data, other}).exitCode, 0);
     EXPECT_EQ(put(server, 1, documentOf(4)), 500);
     EXPECT_THAT(failure(serve), HasSubstr("--store"));

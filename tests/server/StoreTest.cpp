@@ -61,6 +61,19 @@ INSTANTIATE_TEST_SUITE_P(, StoreSuite, testing::ValuesIn(storeMakers),
 
 } // namespace
 
+TEST(StoreLocation, IsShownWithoutAPassword)
+{
+    const auto shown = [](const std::string &rest) {
+        return StoreLocation("postgresql://" + rest).shown().substr(std::string("postgresql://").size());
+    };
+    EXPECT_EQ(shown("/base?host=/run"), "/base");
+    EXPECT_EQ(shown("host:5432/base?password=se@cret"), "...");
+    EXPECT_EQ(shown("host:5432/base?password=secret"), "host:5432/base");
+    for (const char *password : {"secret", "se?cret", "se@cret", "se:cr?e@t", "?", "%2F"})
+        EXPECT_EQ(shown("user:" + std::string(password) + "@host/base?user=a@b"), "host/base") << password;
+    EXPECT_EQ(shown("user:se/cr?et@host/base"), "...");
+}
+
 TEST_P(StoreSuite, ATokenOpensItsOwnNotebookOnly)
 {
     store->addNotebook("second", "pepper", sha256("two"), noon);
@@ -240,6 +253,7 @@ TEST_P(StoreSuite, MovesWithAllThatItHoldsAndTakesNoMoreChanges)
         const StoreLocation place = maker.place(other.path());
         createStore(place);
         const auto target = openStore(place);
+        target->setSetting("url", "https://from-an-interrupted-init");
         EXPECT_EQ(moveStore(*store, *target).versions, 2U);
         EXPECT_EQ(moveStore(*store, *target).notebooks, 2U); // as after an interruption
         EXPECT_EQ(target->notebooks(), store->notebooks());
