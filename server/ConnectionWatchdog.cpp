@@ -17,7 +17,6 @@ namespace nimbrelle::server {
 
 namespace {
 
-constexpr std::size_t maxLingering = 64;
 constexpr std::chrono::seconds lingeringTime{5};
 constexpr int maxWaitMilliseconds = 60'000;
 

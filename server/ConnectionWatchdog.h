@@ -29,6 +29,7 @@ public:
         bool m_expired = false;
     };
     enum class Close { immediate, lingering };
+    static constexpr std::size_t maxLingering = 64; ///< connections that linger at once
 
     explicit ConnectionWatchdog(const Limits &limits);
     ConnectionWatchdog(const ConnectionWatchdog &) = delete;

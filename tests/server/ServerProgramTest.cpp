@@ -3,8 +3,10 @@
 #include "server/StoreFactory.h"
 #include "server/support/TestServer.h"
 
+#include <array>
 #include <atomic>
 #include <csignal>
+#include <cstdio>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -282,6 +284,15 @@ TEST_F(ServerProgramTest, WhatKeepsItFromStartingSaysWhatToDo)
         "serve", "--bind", "127.0.0.1", "--port", std::to_string(server.port())};
     EXPECT_THAT(failure(serve), HasSubstr("another port with --port"));
     EXPECT_THAT(failure({"serve", "--bind", "203.0.113.9", "--port", "0"}), HasSubstr("--bind"));
+
+    // 512 connections and the 64 that may linger leave nothing for the database.
+    const std::string limited = "ulimit -n 580; exec " NIMBRELLE_SERVER_PROGRAM " serve --data "
+        + data.string() + " --bind 127.0.0.1 --port " + serve.back() + " 2>&1";
+    std::FILE *pipe = ::popen(limited.c_str(), "r");
+    std::array<char, 400> answer{};
+    EXPECT_GT(std::fread(answer.data(), 1, answer.size() - 1, pipe), 0U);
+    ::pclose(pipe);
+    EXPECT_THAT(answer.data(), HasSubstr("only 580 files may be open"));
 
     const auto key = data / "server.key";
     ::chmod(key.c_str(), 0640);
