@@ -5,6 +5,7 @@
 #include "Ratios.h"
 #include "ServerRequests.h"
 #include "server/Crypto.h"
+#include "server/PostgresStatements.h"
 #include "server/StoreFactory.h"
 #include "server/support/PostgresServer.h"
 #include "server/support/ServerProgram.h"
@@ -53,31 +54,32 @@ std::string putText(std::int64_t over)
         "PUT", "/v1/bundle", stage->token, "If-Match: \"" + std::to_string(over) + "\"\r\n", stage->body);
 }
 
-// The statements that the server runs, with the same values.
-const char *const selectNotebook = "SELECT id, name, token_salt, token_hash, version, created_at FROM "
-                                   "nimbrelle.notebooks WHERE token_selector = "
-                                   "decode(:selector, 'hex')";
+// A statement that the server runs, with what pgbench gives for its values.
+std::string bound(const PostgresStatement &statement, const std::vector<std::string> &values)
+{
+    std::string sql = statement.sql;
+    for (std::size_t index = values.size(); index > 0; --index) {
+        const std::string parameter = '$' + std::to_string(index);
+        for (auto at = sql.find(parameter); at != std::string::npos; at = sql.find(parameter, at))
+            sql.replace(at, parameter.size(), values[index - 1]);
+    }
+    return sql;
+}
+
+std::string selectNotebook()
+{
+    return bound(Sql::ofToken, {"decode(:selector, 'hex')"}) + ";\n";
+}
 
 std::string putScript()
 {
     return "\\if :begun = 0\nSELECT repeat('x', " + std::to_string(stage->body.size())
-        + ") AS body \\gset\n\\set begun 1\n\\endif\n" + selectNotebook
-        + ";\nSELECT version AS now FROM nimbrelle.notebooks WHERE id = 1 \\gset\n"
-          "SELECT version, written_at, words, bytes, before_loss::int::bigint FROM nimbrelle.versions "
-          "WHERE notebook = 1 ORDER BY version;\n"
-          "WITH raised AS (UPDATE nimbrelle.notebooks SET version = version + 1 WHERE id = 1 AND version = "
-          ":now "
-          "RETURNING id, version), stored AS (INSERT INTO nimbrelle.versions (notebook, version, written_at, "
-          "words, "
-          "bytes, body) SELECT id, version, extract(epoch FROM now())::bigint, 2000, "
-          "octet_length(:body::bytea), :body "
-          "FROM raised), marked AS (UPDATE nimbrelle.versions AS kept SET before_loss = true FROM raised "
-          "WHERE "
-          "kept.notebook = raised.id AND kept.version = 0), dropped AS (DELETE FROM nimbrelle.versions AS "
-          "kept USING "
-          "raised WHERE kept.notebook = raised.id AND kept.version = ANY (ARRAY[:now - 20])) SELECT version "
-          "FROM "
-          "raised;\n";
+        + ") AS body \\gset\n\\set begun 1\n\\endif\n" + selectNotebook() + bound(Sql::settings, {}) + ";\n"
+        + bound(Sql::version, {"1"}) + " \\gset\n" + bound(Sql::history, {"1"}) + ";\n"
+        + bound(Sql::append,
+            {"1", ":version", "extract(epoch FROM now())::bigint", "2000", ":body", "0",
+                "(:version - 20)::text"})
+        + ";\n";
 }
 
 // The seconds that pgbench gives for one run of the script.
@@ -131,7 +133,7 @@ void refusedPut(benchmark::State &state)
 void pgbenchGet(benchmark::State &state)
 {
     for (auto _ : state)
-        state.SetIterationTime(pgbenchSeconds(std::string(selectNotebook) + ";\n", 2'000));
+        state.SetIterationTime(pgbenchSeconds(selectNotebook(), 2'000));
 }
 
 void putOneMegabyte(benchmark::State &state)

@@ -13,7 +13,6 @@
 #include <array>
 #include <ctime>
 #include <iomanip>
-#include <numeric>
 #include <ostream>
 
 namespace nimbrelle::server {
@@ -150,18 +149,38 @@ std::string localTimeText(std::chrono::sys_seconds time)
     return text.data();
 }
 
-std::int64_t bytesOf(const std::vector<VersionRecord> &history)
-{
-    const auto add = [](std::int64_t sum, const VersionRecord &record) { return sum + record.bytes; };
-    return std::accumulate(history.begin(), history.end(), std::int64_t{0}, add);
-}
-
 void printRecord(const VersionRecord &record, bool isNewest, std::ostream &out)
 {
     out << std::setw(9) << record.version << "  " << localTimeText(record.writtenAt) << std::setw(9)
         << record.words << " words" << std::setw(12) << record.bytes << " bytes"
         << (isNewest ? "  current" : "") << (record.beforeLoss ? "  before a third of the words went" : "")
         << '\n';
+}
+
+// Whatever keeps the other store from being opened: what an interrupted move left of this one goes on.
+std::unique_ptr<Store> openTarget(Store &source, const std::string &text)
+{
+    try {
+        const StoreLocation location(text);
+        location.requirePrivate();
+        createStore(location);
+        return openStore(location);
+    } catch (const Failure &) {
+        abandonMove(source);
+        throw;
+    }
+}
+
+void undoMove(Store &source, const StoreLocation &location, std::ostream &out)
+{
+    const StoreState before = source.state();
+    source.setState(StoreState::open);
+    out << location.shown() << " takes changes" << (before == StoreState::open ? ", as before" : " again")
+        << ".\n";
+    if (before == StoreState::moved)
+        out << "What was written into the store that it was moved to is not in it: let no server use that "
+               "one "
+               "any more.\n";
 }
 
 } // namespace
@@ -224,7 +243,7 @@ void Commands::listTokens(const Options &options, std::ostream &out)
         else
             out << ", version " << notebook.version << " of " << localTimeText(history.back().writtenAt)
                 << " with " << history.back().words << " words, " << history.size() << " versions kept with "
-                << bytesOf(history) << " bytes\n";
+                << totalBytes(history) << " bytes\n";
     }
 }
 
@@ -270,12 +289,15 @@ void Commands::restore(const Options &options, std::ostream &out)
 
 void Commands::move(const Options &options, std::ostream &out)
 {
+    if (options.undoMove != options.moveTo.empty())
+        throw UsageFailure("move takes the two stores FROM and TO, or --undo and the one that was moved");
     const StoreLocation from(options.moveFrom);
-    const StoreLocation to(options.moveTo);
+    from.requirePrivate();
     const auto source = openStore(from);
-    createStore(to);
-    const auto moved = moveStore(*source, *openStore(to));
-    out << "All of " << from.shown() << " is in " << to.shown()
+    if (options.undoMove)
+        return undoMove(*source, from, out);
+    const auto moved = moveStore(*source, *openTarget(*source, options.moveTo));
+    out << "All of " << from.shown() << " is in " << StoreLocation(options.moveTo).shown()
         << " now and was compared: " << moved.notebooks << " notebooks, " << moved.versions << " versions, "
         << moved.bytes << " bytes.\n"
         << "The first one takes no more changes. Start the server again with the new one in --store, and "

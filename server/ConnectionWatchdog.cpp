@@ -17,7 +17,6 @@ namespace nimbrelle::server {
 
 namespace {
 
-constexpr std::size_t maxLingering = 64;
 constexpr std::chrono::seconds lingeringTime{5};
 constexpr int maxWaitMilliseconds = 60'000;
 
@@ -76,7 +75,7 @@ ConnectionWatchdog::Entry *ConnectionWatchdog::add(int socket)
     const std::lock_guard lock(m_mutex);
     Entry &entry = m_entries.emplace_back();
     entry.m_socket = socket;
-    entry.m_since = Clock::now();
+    entry.m_headSince = Clock::now();
     wakeIfSooner(entry);
     return &entry;
 }
@@ -85,15 +84,22 @@ void ConnectionWatchdog::enter(Entry *entry, Phase phase)
 {
     const std::lock_guard lock(m_mutex);
     entry->m_phase = phase;
-    entry->m_since = Clock::now();
+    (phase == Phase::awaitsHead ? entry->m_headSince : entry->m_exchangeSince) = Clock::now();
+    wakeIfSooner(*entry);
+}
+
+void ConnectionWatchdog::returnToHead(Entry *entry)
+{
+    const std::lock_guard lock(m_mutex);
+    entry->m_phase = Phase::awaitsHead;
     wakeIfSooner(*entry);
 }
 
 ConnectionWatchdog::Clock::time_point ConnectionWatchdog::deadlineOf(const Entry &entry) const
 {
     if (entry.m_phase == Phase::inExchange)
-        return entry.m_since + m_limits.bodyTime;
-    return entry.m_since + headTimeAt(m_limits, m_entries.size());
+        return entry.m_exchangeSince + m_limits.bodyTime;
+    return entry.m_headSince + headTimeAt(m_limits, m_entries.size());
 }
 
 void ConnectionWatchdog::remove(Entry *entry, Close close)

@@ -24,10 +24,12 @@ public:
         friend class ConnectionWatchdog;
         int m_socket = -1;
         Phase m_phase = Phase::awaitsHead;
-        Clock::time_point m_since;
+        Clock::time_point m_headSince;
+        Clock::time_point m_exchangeSince;
         bool m_expired = false;
     };
     enum class Close { immediate, lingering };
+    static constexpr std::size_t maxLingering = 64; ///< connections that linger at once
 
     explicit ConnectionWatchdog(const Limits &limits);
     ConnectionWatchdog(const ConnectionWatchdog &) = delete;
@@ -43,6 +45,8 @@ public:
     Entry *add(int socket);
     /// Its time is counted from now.
     void enter(Entry *entry, Phase phase);
+    /// From the exchange back to the deadline that the head had, as if it had not come yet.
+    void returnToHead(Entry *entry);
     /// A lingering close reads and drops for a moment what the other side still sends, even after the caller
     /// has closed the socket: a close over unread bytes would reset the connection and could destroy the
     /// answer.

@@ -7,14 +7,15 @@
 
 namespace nimbrelle::server {
 
-/// Documents that were asked for lately, ready to be sent. A version's body never changes, so nothing here
-/// can be out of date; whoever asks names the version that the store holds now.
+/// Documents that were asked for lately, ready to be sent. What was written once never changes, so nothing
+/// here can be out of date; whoever asks says what the store holds now. Its number alone would not do: a
+/// database that failed over may have lost a version, and written another one of that number since.
 class DocumentCache {
 public:
     explicit DocumentCache(std::size_t byteLimit);
 
-    /// Null when this version isn't here.
-    std::shared_ptr<const Document> find(std::int64_t notebook, std::int64_t version);
+    /// Null when this very version isn't here.
+    std::shared_ptr<const Document> find(std::int64_t notebook, const VersionRecord &newest);
     /// Takes the place of an earlier version of the notebook; the ones not asked for longest make room.
     void put(std::int64_t notebook, std::shared_ptr<const Document> document);
     /// For whoever needs the memory now.

@@ -142,8 +142,13 @@ MHD_Result Exchange::begin()
         return MHD_YES;
     }
     m_response = std::get<Response>(std::move(result.next));
-    if (!refusesBody(request))
+    if (!refusesBody(request)) {
+        // Who has nothing to write gets no more time for a body than for a head: else a few bytes that never
+        // come, and no token, would hold a connection.
+        if (request.contentLength.value_or(0) > 0 || headerOf(m_mhd, "Transfer-Encoding"))
+            m_server.m_watchdog.returnToHead(m_connection.entry);
         return MHD_YES;
+    }
     m_connection.close = ConnectionWatchdog::Close::lingering;
     return send(m_response);
 }
@@ -176,6 +181,8 @@ MHD_Result Exchange::respond()
 {
     if (m_write)
         m_response = m_server.m_api.handleBody(*m_write, m_body->take());
+    else
+        m_server.m_watchdog.enter(m_connection.entry, ConnectionWatchdog::Phase::inExchange);
     return send(m_response);
 }
 
@@ -194,11 +201,11 @@ MHD_Result Exchange::send(const Response &response)
 void Exchange::count() const
 {
     m_server.m_metrics.count({.kind = Metrics::kindOf(m_method, m_path),
-        .status = m_status,
+        .status = m_aborted ? 0 : m_status,
         .received = m_received,
-        .sent = m_sent,
+        .sent = m_aborted ? 0 : m_sent,
         .took = ConnectionWatchdog::Clock::now() - m_start,
-        .storeFailed = !m_response.errorDetail.empty()});
+        .storeFailed = m_response.storeFailed});
 }
 
 void Exchange::log() const
@@ -212,7 +219,7 @@ void Exchange::log() const
         + (m_notebookName.empty() ? "-" : m_notebookName) + ' ' + shownMethod(m_method) + ' '
         + (SyncApi::knowsPath(m_path) ? m_path : "(other)") + ' '
         + (m_status > 0 ? std::to_string(m_status) : "-") + " in=" + std::to_string(m_received)
-        + " out=" + std::to_string(m_sent) + ' ' + std::to_string(took.count()) + "ms";
+        + " out=" + (m_aborted ? "-" : std::to_string(m_sent)) + ' ' + std::to_string(took.count()) + "ms";
     if (m_aborted)
         line += " broken off";
     if (!m_response.errorDetail.empty())

@@ -38,7 +38,7 @@ private:
     std::optional<RequestBody> m_body;
     Response m_response;
     std::uint64_t m_received = 0;
-    std::size_t m_sent = 0;
+    std::size_t m_sent = 0; ///< unless aborted: how much of it went out then nobody knows
     unsigned m_status = 0; ///< 0: no response yet
     bool m_aborted = false;
 };

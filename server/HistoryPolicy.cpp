@@ -6,7 +6,6 @@
 #include <numeric>
 #include <ranges>
 #include <set>
-#include <span>
 
 namespace nimbrelle::server {
 
@@ -52,10 +51,8 @@ std::vector<std::int64_t> versionsToDrop(std::span<const VersionRecord> records)
 
 bool exceeds(std::span<const VersionRecord> records, const Quota &quota)
 {
-    const auto sum = [](std::int64_t bytes, const VersionRecord &record) { return bytes + record.bytes; };
     return (quota.versions > 0 && std::ssize(records) > quota.versions)
-        || (quota.bytes > 0
-            && std::accumulate(records.begin(), records.end(), std::int64_t{0}, sum) > quota.bytes);
+        || (quota.bytes > 0 && totalBytes(records) > quota.bytes);
 }
 
 // `records` are what would be kept with the new one at the end.
@@ -74,6 +71,12 @@ void applyQuota(std::vector<VersionRecord> records, const Quota &quota, HistoryC
 }
 
 } // namespace
+
+std::int64_t totalBytes(std::span<const VersionRecord> records)
+{
+    const auto add = [](std::int64_t sum, const VersionRecord &record) { return sum + record.bytes; };
+    return std::accumulate(records.begin(), records.end(), std::int64_t{0}, add);
+}
 
 HistoryChange HistoryPolicy::changeFor(
     const VersionRecord &added, std::vector<VersionRecord> records, const Quota &quota)

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace nimbrelle::server {
@@ -17,6 +18,8 @@ struct VersionRecord {
 
     bool operator==(const VersionRecord &) const = default;
 };
+
+std::int64_t totalBytes(std::span<const VersionRecord> records);
 
 /// What the kept versions of a notebook may come to, the newest among them. 0: no limit.
 struct Quota {

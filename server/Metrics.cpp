@@ -1,6 +1,7 @@
 #include "server/Metrics.h"
 
 #include <algorithm>
+#include <charconv>
 #include <sstream>
 
 namespace nimbrelle::server {
@@ -31,6 +32,14 @@ std::string heading(const char *name, const char *type, const char *help)
 std::string single(const char *name, const char *type, const char *help, std::uint64_t value)
 {
     return heading(name, type, help) + "nimbrelle_" + name + ' ' + std::to_string(value) + '\n';
+}
+
+// The shortest text that gives the same number again.
+std::string exactText(double value)
+{
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    return {text.data(), end};
 }
 
 } // namespace
@@ -82,7 +91,7 @@ std::string Metrics::text(std::uint64_t heldBytes) const
     const std::lock_guard lock(m_mutex);
     return requestLines() + latencyLines()
         + single("received_bytes_total", "counter", "Bytes of request bodies.", m_received)
-        + single("sent_bytes_total", "counter", "Bytes of documents sent.", m_sent)
+        + single("sent_bytes_total", "counter", "Bytes of documents sent whole.", m_sent)
         + single("store_errors_total", "counter", "Requests that failed in the store.", m_storeErrors)
         + single("open_connections", "gauge", "Connections that are open now.", m_open)
         + single("refused_connections_total", "counter", "Connections beyond the limit of their address.",
@@ -114,7 +123,7 @@ std::string Metrics::latencyLines() const
         }
         below += latency.counts.back();
         lines << "nimbrelle_request_seconds_bucket{" << label << ",le=\"+Inf\"} " << below << '\n'
-              << "nimbrelle_request_seconds_sum{" << label << "} " << latency.sum << '\n'
+              << "nimbrelle_request_seconds_sum{" << label << "} " << exactText(latency.sum) << '\n'
               << "nimbrelle_request_seconds_count{" << label << "} " << below << '\n';
     }
     return lines.str();

@@ -18,9 +18,9 @@ public:
 
     struct Request {
         RequestKind kind = RequestKind::other;
-        unsigned status = 0; ///< 0: the connection broke off before an answer
+        unsigned status = 0; ///< 0: the connection broke off before the end of the answer
         std::uint64_t received = 0; ///< bytes of the body
-        std::uint64_t sent = 0;
+        std::uint64_t sent = 0; ///< bytes of a document that was sent whole
         std::chrono::duration<double> took{};
         bool storeFailed = false;
     };

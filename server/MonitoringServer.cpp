@@ -8,8 +8,6 @@ namespace nimbrelle::server {
 
 namespace {
 
-// Few ask here, and rarely.
-constexpr unsigned maxConnections = 16;
 constexpr unsigned idleSeconds = 10;
 
 } // namespace
@@ -53,7 +51,8 @@ MonitoringServer::MonitoringServer(
     std::unique_ptr<ListeningSocket> socket, const HttpServer &server, Store &store)
     : m_socket(std::move(socket)), m_server(server), m_store(store)
 {
-    unsigned flags = MHD_USE_EPOLL_INTERNAL_THREAD | MHD_USE_ITC;
+    // A thread for each, as the store may keep one waiting.
+    unsigned flags = MHD_USE_POLL_INTERNAL_THREAD | MHD_USE_THREAD_PER_CONNECTION | MHD_USE_ITC;
     if (m_socket->isIPv6())
         flags |= MHD_USE_DUAL_STACK;
     m_daemon = MHD_start_daemon(flags, 0, nullptr, nullptr, &MonitoringCallbacks::request, this,
@@ -69,7 +68,7 @@ MonitoringServer::~MonitoringServer()
     MHD_stop_daemon(m_daemon);
 }
 
-MonitoringServer::Answer MonitoringServer::answer(std::string_view method, std::string_view path) const
+MonitoringServer::Answer MonitoringServer::answer(std::string_view method, std::string_view path)
 {
     if (path != "/healthz" && path != "/metrics")
         return {.status = 404, .text = "The paths are /healthz and /metrics.\n"};
@@ -81,14 +80,18 @@ MonitoringServer::Answer MonitoringServer::answer(std::string_view method, std::
 }
 
 // Whoever runs this learns more from the log; here only whether the store can be read.
-MonitoringServer::Answer MonitoringServer::health() const
+MonitoringServer::Answer MonitoringServer::health()
 {
+    if (!m_healthQuestions.try_acquire())
+        return {.status = 503, .text = "The store does not answer.\n"};
+    Answer answer{.text = "ok\n"};
     try {
         m_store.version(0);
-        return {.text = "ok\n"};
     } catch (const std::exception &) {
-        return {.status = 503, .text = "The store fails.\n"};
+        answer = {.status = 503, .text = "The store fails.\n"};
     }
+    m_healthQuestions.release();
+    return answer;
 }
 
 } // namespace nimbrelle::server

@@ -2,6 +2,8 @@
 
 #include "server/HttpServer.h"
 
+#include <semaphore>
+
 namespace nimbrelle::server {
 
 /// Answers `GET /healthz` and `GET /metrics` without TLS on a port of its own, from construction to
@@ -16,6 +18,9 @@ public:
 
     std::uint16_t port() const { return m_socket->port(); }
 
+    /// Few ask here, and rarely.
+    static constexpr unsigned maxConnections = 16;
+
 private:
     friend struct MonitoringCallbacks;
     struct Answer {
@@ -23,12 +28,14 @@ private:
         std::string text;
     };
 
-    Answer answer(std::string_view method, std::string_view path) const;
-    Answer health() const;
+    Answer answer(std::string_view method, std::string_view path);
+    Answer health();
 
     std::unique_ptr<ListeningSocket> m_socket;
     const HttpServer &m_server;
     Store &m_store;
+    /// A store that is stuck must not take all connections, for what is counted can still be told.
+    std::counting_semaphore<> m_healthQuestions{maxConnections / 2};
     MHD_Daemon *m_daemon = nullptr;
 };
 

@@ -4,29 +4,35 @@ namespace nimbrelle::server {
 
 namespace {
 
-// Sealed from here on, and for good unless an exception passes.
-class Seal {
+// The store takes no changes from here on; unless it was moved in the end, it takes them again. One that was
+// moved earlier stays as it is.
+class Move {
 public:
-    explicit Seal(Store &store) : m_store(store), m_wasSealed(store.isSealed()) { m_store.setSealed(true); }
-    Seal(const Seal &) = delete;
-    Seal &operator=(const Seal &) = delete;
-    ~Seal()
+    explicit Move(Store &store) : m_store(store), m_isMoved(store.state() == StoreState::moved)
     {
-        // One that was moved earlier stays as it is.
-        if (m_keep || m_wasSealed)
-            return;
-        try {
-            m_store.setSealed(false);
-        } catch (const Failure &) {
-            // Then the store itself fails, and says so whenever it is used.
-        }
+        if (!m_isMoved)
+            m_store.setState(StoreState::moving);
     }
-    void keep() { m_keep = true; }
+    Move(const Move &) = delete;
+    Move &operator=(const Move &) = delete;
+    ~Move()
+    {
+        if (!m_isMoved)
+            abandonMove(m_store);
+    }
+    void complete()
+    {
+        if (m_isMoved)
+            return;
+        if (m_store.state() != StoreState::moving)
+            throw Failure("the store took changes again meanwhile, as another move of it ended; try again");
+        m_store.setState(StoreState::moved);
+        m_isMoved = true;
+    }
 
 private:
     Store &m_store;
-    const bool m_wasSealed;
-    bool m_keep = false;
+    bool m_isMoved;
 };
 
 std::shared_ptr<const Document> requireDocument(Store &store, const Notebook &notebook, std::int64_t version)
@@ -79,12 +85,25 @@ MovedContent compared(Store &from, Store &to)
 
 MovedContent moveStore(Store &from, Store &to)
 {
-    Seal seal(from);
+    Move move(from);
+    // By now this is so for the same store as well, however the two are named.
+    if (to.state() != StoreState::open)
+        throw Failure("the store to move to is the same one, or was itself moved; name an empty one");
     if (to.notebooks().empty())
         copy(from, to);
     const auto content = compared(from, to);
-    seal.keep();
+    move.complete();
     return content;
+}
+
+void abandonMove(Store &from) noexcept
+{
+    try {
+        if (from.state() == StoreState::moving)
+            from.setState(StoreState::open);
+    } catch (const Failure &) {
+        // Then the store itself fails, and says so whenever it is used.
+    }
 }
 
 } // namespace nimbrelle::server

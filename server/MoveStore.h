@@ -15,4 +15,7 @@ struct MovedContent {
 /// fails does it go on as before. Throws Failure. May be called again after an interruption.
 MovedContent moveStore(Store &from, Store &to);
 
+/// What an interrupted move left behind takes changes again.
+void abandonMove(Store &from) noexcept;
+
 } // namespace nimbrelle::server

@@ -201,6 +201,8 @@ void CommandLineParser::addQuota()
     quota->add_option("--versions", m_options.quotaVersions, "Kept versions; 0 for no limit")
         ->check(CLI::NonNegativeNumber.description(""))
         ->type_name("N");
+    quota->add_flag("--default", m_options.dropOwnQuota,
+        "What holds for all holds for this notebook again, but for what is given besides");
 }
 
 void CommandLineParser::addPrune()
@@ -226,9 +228,11 @@ void CommandLineParser::addMove()
     CLI::App *move = add(m_app, Command::move, "move",
         "Copy all notebooks into another, empty store and check them; the first store then takes no more "
         "changes");
+    move->add_flag("--undo", m_options.undoMove,
+        "Let FROM take changes again, after a move that was interrupted or is not wanted any more");
     move->add_option("FROM", m_options.moveFrom, "postgresql://..., or a data folder or its notebooks.db")
         ->required();
-    move->add_option("TO", m_options.moveTo, "The same")->required();
+    move->add_option("TO", m_options.moveTo, "The same; not with --undo");
 }
 
 std::string onOneLine(std::string text)

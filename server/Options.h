@@ -30,7 +30,8 @@ struct Options {
     std::filesystem::path data;
     std::string store; ///< as StoreLocation takes it; empty: the file in the data folder
     std::string moveFrom;
-    std::string moveTo;
+    std::string moveTo; ///< empty with undoMove
+    bool undoMove = false;
     unsigned storeConnections = 8;
     std::string name; ///< of a notebook; empty: the only one
     std::optional<std::string> url;
@@ -39,6 +40,7 @@ struct Options {
     std::int64_t version = 0;
     std::optional<std::int64_t> quotaBytes; ///< absent: as it is
     std::optional<std::int64_t> quotaVersions;
+    bool dropOwnQuota = false;
     bool allNotebooks = false;
     unsigned keptNewest = 20;
     unsigned olderThanDays = 0;

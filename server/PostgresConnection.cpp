@@ -124,6 +124,7 @@ PostgresResult PostgresConnection::result()
     if (!last.isPresent())
         throw postgresFailure("", PQerrorMessage(m_connection.get()));
     last.requireSuccess();
+    m_carried = std::max(m_carried, last.bytes());
     return last;
 }
 
@@ -143,10 +144,13 @@ PostgresResult PostgresConnection::runBound(
     }
     std::vector<const char *> data;
     std::vector<int> sizes;
+    std::size_t sent = 0;
     for (const PostgresValue &value : values) {
         data.push_back(value.data());
         sizes.push_back(value.size());
+        sent += static_cast<std::size_t>(value.size());
     }
+    m_carried = std::max(m_carried, sent);
     const std::vector<int> formats(values.size(), binaryFormat);
     requireSent(PQsendQueryPrepared(m_connection.get(), statement.name, static_cast<int>(values.size()),
         data.data(), sizes.data(), formats.data(), binaryFormat));

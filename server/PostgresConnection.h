@@ -25,6 +25,8 @@ public:
 
     /// False once the connection is lost, also when the database ended it while nobody used it.
     bool isUsable();
+    /// The library keeps its buffers as long as the connection, as large as they once had to be.
+    bool hasGrown() const { return m_carried > keptBuffers; }
 
     /// Values: std::int64_t, std::chrono::sys_seconds, text as std::string, PostgresBytes, nullptr.
     template <typename... Values>
@@ -33,6 +35,8 @@ public:
     PostgresResult run(const std::string &sql);
 
 private:
+    static constexpr std::size_t keptBuffers = 4UL << 20;
+
     void requireSent(int sent);
     PostgresResult result();
     PostgresResult runBound(const PostgresStatement &statement, std::span<const PostgresValue> values);
@@ -42,6 +46,7 @@ private:
     std::unique_ptr<PGconn, decltype(&PQfinish)> m_connection;
     std::set<std::string_view> m_prepared;
     std::chrono::milliseconds m_timeout;
+    std::size_t m_carried = 0; ///< bytes of the largest statement or answer
 };
 
 template <typename... Values>

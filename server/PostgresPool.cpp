@@ -83,7 +83,7 @@ std::unique_ptr<PostgresConnection> PostgresPool::attempt()
 
 void PostgresPool::giveBack(std::unique_ptr<PostgresConnection> connection)
 {
-    const bool usable = connection && connection->isUsable();
+    const bool usable = connection && connection->isUsable() && !connection->hasGrown();
     const std::lock_guard lock(m_mutex);
     --m_inUse;
     if (usable)

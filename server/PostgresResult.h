@@ -43,6 +43,7 @@ public:
 
     bool isPresent() const { return m_result != nullptr; }
     bool isFailure() const;
+    std::size_t bytes() const { return PQresultMemorySize(m_result.get()); } ///< in memory
     int rows() const { return PQntuples(m_result.get()); }
     std::int64_t number(int row, int column) const;
     std::string bytes(int row, int column) const;

@@ -1,101 +1,11 @@
 #include "server/PostgresStore.h"
 
 #include "server/PostgresSchema.h"
+#include "server/PostgresStatements.h"
 
 namespace nimbrelle::server {
 
 namespace {
-
-namespace Sql {
-
-#define NOTEBOOK_COLUMNS                                                                                     \
-    "SELECT id, name, token_salt, token_hash, version, created_at, quota_bytes, quota_versions "             \
-    "FROM nimbrelle.notebooks "
-
-constexpr PostgresStatement setting{
-    .name = "setting", .sql = "SELECT value FROM nimbrelle.settings WHERE key = $1"};
-constexpr PostgresStatement setSetting{.name = "set_setting",
-    .sql = "INSERT INTO nimbrelle.settings (key, value) VALUES ($1, $2) "
-           "ON CONFLICT (key) DO UPDATE SET value = excluded.value"};
-constexpr PostgresStatement notebooks{.name = "notebooks", .sql = NOTEBOOK_COLUMNS "ORDER BY id"};
-constexpr PostgresStatement named{.name = "notebook_named", .sql = NOTEBOOK_COLUMNS "WHERE name = $1"};
-constexpr PostgresStatement ofToken{
-    .name = "notebook_of_token", .sql = NOTEBOOK_COLUMNS "WHERE token_selector = $1"};
-constexpr PostgresStatement addNotebook{.name = "add_notebook",
-    .sql = "INSERT INTO nimbrelle.notebooks (name, created_at, token_salt, token_selector, token_hash) "
-           "VALUES ($1, $2, $3, $4, $5)"};
-constexpr PostgresStatement setToken{.name = "set_token",
-    .sql =
-        "UPDATE nimbrelle.notebooks SET token_salt = $2, token_selector = $3, token_hash = $4 WHERE id = $1"};
-constexpr PostgresStatement setQuota{.name = "set_quota",
-    .sql = "UPDATE nimbrelle.notebooks SET quota_bytes = $2, quota_versions = $3 WHERE id = $1"};
-constexpr PostgresStatement version{
-    .name = "version", .sql = "SELECT version FROM nimbrelle.notebooks WHERE id = $1"};
-constexpr PostgresStatement newest{.name = "newest",
-    .sql = "SELECT version, body FROM nimbrelle.versions WHERE notebook = $1 ORDER BY version DESC LIMIT 1"};
-constexpr PostgresStatement document{.name = "document",
-    .sql = "SELECT version, body FROM nimbrelle.versions WHERE notebook = $1 AND version = $2"};
-constexpr PostgresStatement history{.name = "history",
-    .sql = "SELECT version, written_at, words, bytes, before_loss::int::bigint FROM nimbrelle.versions "
-           "WHERE notebook = $1 ORDER BY version"};
-
-// Compare-and-set in one statement. A writer that meets another waits for its end at the row that is raised,
-// and then finds that the version is not the expected one any more: it raises nothing, so that nothing else
-// happens either.
-constexpr PostgresStatement append{.name = "append", .sql = R"(
-    WITH raised AS (
-        UPDATE nimbrelle.notebooks SET version = version + 1 WHERE id = $1 AND version = $2
-        RETURNING id, version
-    ), stored AS (
-        INSERT INTO nimbrelle.versions (notebook, version, written_at, words, bytes, body)
-        SELECT id, version, $3, $4, octet_length($5::bytea), $5 FROM raised
-    ), marked AS (
-        UPDATE nimbrelle.versions AS kept SET before_loss = true FROM raised
-        WHERE kept.notebook = raised.id AND kept.version = $6
-    ), dropped AS (
-        DELETE FROM nimbrelle.versions AS kept USING raised
-        WHERE kept.notebook = raised.id AND kept.version = ANY (string_to_array($7, ',')::bigint[])
-    )
-    SELECT version FROM raised)"};
-
-constexpr PostgresStatement drop{.name = "drop", .sql = R"(
-    DELETE FROM nimbrelle.versions AS kept USING nimbrelle.notebooks
-    WHERE notebooks.id = $1 AND kept.notebook = $1 AND kept.version < notebooks.version
-        AND kept.version = ANY (string_to_array($2, ',')::bigint[]))"};
-
-// A notebook whose newest version is not kept, or whose document has another length than was noted.
-constexpr PostgresStatement damage{.name = "damage", .sql = R"(
-    SELECT notebooks.id FROM nimbrelle.notebooks
-    LEFT JOIN nimbrelle.versions ON notebook = notebooks.id AND versions.version = notebooks.version
-    WHERE notebooks.version > 0 AND (body IS NULL OR octet_length(body) <> bytes)
-    LIMIT 1)"};
-constexpr PostgresStatement flushes{.name = "flushes", .sql = "SELECT current_setting('fsync')"};
-
-constexpr PostgresStatement settings{.name = "settings", .sql = "SELECT key, value FROM nimbrelle.settings"};
-constexpr PostgresStatement importNotebook{.name = "import_notebook",
-    .sql = "INSERT INTO nimbrelle.notebooks (id, name, created_at, token_salt, token_selector, token_hash, "
-           "version, quota_bytes, quota_versions) VALUES ($1, $2, $3, $4, $5, $6, $7, $8, $9)"};
-constexpr PostgresStatement importVersion{.name = "import_version",
-    .sql = "INSERT INTO nimbrelle.versions (notebook, version, written_at, words, bytes, before_loss, body) "
-           "VALUES ($1, $2, $3, $4, $5, $6::bigint <> 0, $7)"};
-constexpr const char *continueIds =
-    "SELECT setval(pg_get_serial_sequence('nimbrelle.notebooks', 'id'), max(id)) "
-    "FROM nimbrelle.notebooks";
-
-constexpr PostgresStatement isSealed{.name = "is_sealed",
-    .sql = "SELECT count(*) FROM pg_trigger WHERE tgname = 'sealed' AND tgrelid = "
-           "'nimbrelle.notebooks'::regclass"};
-constexpr const char *unseal = R"(
-    DROP TRIGGER IF EXISTS sealed ON nimbrelle.settings;
-    DROP TRIGGER IF EXISTS sealed ON nimbrelle.notebooks;
-    DROP TRIGGER IF EXISTS sealed ON nimbrelle.versions;)";
-// To make a trigger waits for the writes that are under way, and every later one meets it.
-constexpr const char *seal = R"(
-    CREATE TRIGGER sealed BEFORE INSERT OR UPDATE OR DELETE ON nimbrelle.settings EXECUTE FUNCTION nimbrelle.refuse();
-    CREATE TRIGGER sealed BEFORE INSERT OR UPDATE OR DELETE ON nimbrelle.notebooks EXECUTE FUNCTION nimbrelle.refuse();
-    CREATE TRIGGER sealed BEFORE INSERT OR UPDATE OR DELETE ON nimbrelle.versions EXECUTE FUNCTION nimbrelle.refuse();)";
-
-} // namespace Sql
 
 std::vector<Notebook> notebooksIn(const PostgresResult &result)
 {
@@ -108,7 +18,20 @@ std::vector<Notebook> notebooksIn(const PostgresResult &result)
             .tokenHash = digestOf(result.bytes(row, 3)),
             .version = result.number(row, 4),
             .createdAt = result.time(row, 5),
-            .quota = {.bytes = result.number(row, 6), .versions = result.number(row, 7)}});
+            .quota = {.bytes = limitIn(result.number(row, 6)), .versions = limitIn(result.number(row, 7))}});
+    return found;
+}
+
+std::vector<VersionRecord> recordsIn(const PostgresResult &result)
+{
+    std::vector<VersionRecord> found;
+    found.reserve(static_cast<std::size_t>(result.rows()));
+    for (int row = 0; row < result.rows(); ++row)
+        found.push_back({.version = result.number(row, 0),
+            .writtenAt = result.time(row, 1),
+            .words = result.number(row, 2),
+            .bytes = result.number(row, 3),
+            .beforeLoss = result.number(row, 4) != 0});
     return found;
 }
 
@@ -117,7 +40,7 @@ std::shared_ptr<const Document> documentIn(const PostgresResult &result)
     if (result.rows() == 0)
         return nullptr;
     return std::make_shared<const Document>(
-        Document{.version = result.number(0, 0), .body = result.bytes(0, 1)});
+        Document{.version = result.number(0, 0), .writtenAt = result.time(0, 2), .body = result.bytes(0, 1)});
 }
 
 std::string listText(const std::vector<std::int64_t> &numbers)
@@ -149,8 +72,8 @@ PostgresResult PostgresStore::run(const PostgresStatement &statement, const auto
 
 void PostgresStore::check()
 {
-    if (isSealed())
-        throw StoreFailure(StoreFailure::Kind::other, std::string(movedAway));
+    if (const StoreState current = state(); current != StoreState::open)
+        throw StoreFailure(StoreFailure::Kind::other, std::string(refusalOf(current)));
     if (run(Sql::flushes).bytes(0, 0) != "on")
         throw StoreFailure(StoreFailure::Kind::other,
             "the database was told not to wait for its disk, and would lose what was acknowledged; set fsync "
@@ -219,9 +142,9 @@ void PostgresStore::setToken(std::int64_t notebook, std::string_view salt, std::
         run(Sql::setToken, notebook, PostgresBytes{.bytes = salt}, nullptr, nullptr);
 }
 
-void PostgresStore::setQuota(std::int64_t notebook, const Quota &quota)
+void PostgresStore::setQuota(std::int64_t notebook, const OwnQuota &quota)
 {
-    run(Sql::setQuota, notebook, quota.bytes, quota.versions);
+    run(Sql::setQuota, notebook, storedLimit(quota.bytes), storedLimit(quota.versions));
 }
 
 std::optional<std::int64_t> PostgresStore::version(std::int64_t notebook)
@@ -242,16 +165,13 @@ std::shared_ptr<const Document> PostgresStore::document(std::int64_t notebook, s
 
 std::vector<VersionRecord> PostgresStore::history(std::int64_t notebook)
 {
-    const auto result = run(Sql::history, notebook);
-    std::vector<VersionRecord> found;
-    found.reserve(static_cast<std::size_t>(result.rows()));
-    for (int row = 0; row < result.rows(); ++row)
-        found.push_back({.version = result.number(row, 0),
-            .writtenAt = result.time(row, 1),
-            .words = result.number(row, 2),
-            .bytes = result.number(row, 3),
-            .beforeLoss = result.number(row, 4) != 0});
-    return found;
+    return recordsIn(run(Sql::history, notebook));
+}
+
+std::optional<VersionRecord> PostgresStore::newestRecord(std::int64_t notebook)
+{
+    const auto found = recordsIn(run(Sql::newestRecord, notebook));
+    return found.empty() ? std::nullopt : std::optional(found.front());
 }
 
 bool PostgresStore::append(
@@ -267,22 +187,31 @@ void PostgresStore::drop(std::int64_t notebook, const std::vector<std::int64_t> 
     run(Sql::drop, notebook, listText(versions));
 }
 
-bool PostgresStore::isSealed()
+StoreState PostgresStore::state()
 {
-    return run(Sql::isSealed).number(0, 0) > 0;
+    const auto result = run(Sql::state);
+    if (result.rows() == 0)
+        return StoreState::open;
+    return result.bytes(0, 0) == "moving" ? StoreState::moving : StoreState::moved;
 }
 
-void PostgresStore::setSealed(bool sealed)
+// To make a trigger waits for the writes that are under way, and every later one meets it.
+void PostgresStore::setState(StoreState state)
 {
-    const std::string refuse =
-        "CREATE OR REPLACE FUNCTION nimbrelle.refuse() RETURNS trigger LANGUAGE plpgsql AS "
-        "$$ BEGIN RAISE EXCEPTION '"
-        + std::string(movedAway) + "'; END $$;";
+    const std::string added = state == StoreState::moving ? "moving" : "sealed";
+    std::string sql = "CREATE OR REPLACE FUNCTION nimbrelle.refuse() RETURNS trigger LANGUAGE plpgsql AS "
+                      "$$ BEGIN RAISE EXCEPTION '"
+        + std::string(refusalOf(state)) + "'; END $$;";
+    for (const std::string table : {"nimbrelle.settings", "nimbrelle.notebooks", "nimbrelle.versions"}) {
+        for (const std::string present : {"moving", "sealed"})
+            sql += "DROP TRIGGER IF EXISTS " + present + " ON " + table + ';';
+        if (state != StoreState::open)
+            sql += "CREATE TRIGGER " + added + " BEFORE INSERT OR UPDATE OR DELETE ON " + table
+                + " EXECUTE FUNCTION nimbrelle.refuse();";
+    }
     m_pool.with([&](PostgresConnection &connection) {
         PostgresTransaction transaction(connection);
-        connection.run(Sql::unseal);
-        if (sealed)
-            connection.run(refuse + Sql::seal);
+        connection.run(sql);
         transaction.commit();
     });
 }
@@ -305,7 +234,7 @@ public:
         const auto add = [&](const auto &selector, const auto &hash) {
             m_connection.run(Sql::importNotebook, notebook.id, notebook.name, notebook.createdAt,
                 PostgresBytes{.bytes = notebook.tokenSalt}, selector, hash, notebook.version,
-                notebook.quota.bytes, notebook.quota.versions);
+                storedLimit(notebook.quota.bytes), storedLimit(notebook.quota.versions));
         };
         if (const auto &hash = notebook.tokenHash)
             add(PostgresBytes{.bytes = selectorOf(*hash)}, PostgresBytes{.bytes = bytesOf(*hash)});

@@ -15,7 +15,6 @@ namespace nimbrelle::server {
 namespace {
 
 constexpr std::chrono::seconds shutdownGrace{5};
-constexpr rlim_t otherDescriptors = 64; // for the database, the log and lingering connections
 
 // Must stand before the first thread starts, for threads inherit what is blocked.
 class TerminationSignals {
@@ -37,17 +36,32 @@ private:
     sigset_t m_signals{};
 };
 
-void raiseFileLimit(unsigned connections)
+// Of open files, when all that may be open at once is.
+rlim_t neededDescriptors(const Options &options)
+{
+    constexpr rlim_t fileStore =
+        16; // two connections with three files each, and what SQLite needs for a moment
+    constexpr rlim_t perDatabaseConnection = 3; // while it is made, with its password file and name server
+    constexpr rlim_t perThread = 4; // an epoll and an event, and a connection that is refused
+    constexpr rlim_t others = 16; // the log, the listeners, and files that are read at the start
+    const rlim_t store = storeLocation(options).isPostgres()
+        ? rlim_t{options.storeConnections} * perDatabaseConnection
+        : fileStore;
+    const rlim_t monitoring = options.metricsPort ? MonitoringServer::maxConnections + perThread : 0;
+    return options.limits.maxConnections + ConnectionWatchdog::maxLingering + monitoring + store
+        + rlim_t{options.limits.threads} * perThread + others;
+}
+
+void raiseFileLimit(rlim_t needed)
 {
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
         return;
-    const rlim_t needed = connections + otherDescriptors;
     if (limit.rlim_cur >= needed)
         return;
     if (limit.rlim_max < needed)
-        throw Failure("only " + std::to_string(limit.rlim_max)
-            + " files may be open. Raise that limit, or lower --max-connections.");
+        throw Failure("only " + std::to_string(limit.rlim_max) + " files may be open, and "
+            + std::to_string(needed) + " may be needed. Raise that limit, or lower --max-connections.");
     limit.rlim_cur = needed;
     ::setrlimit(RLIMIT_NOFILE, &limit);
 }
@@ -77,7 +91,7 @@ void serve(const Options &options, std::ostream &messages)
     const auto store = openStore(storeLocation(options), options.storeConnections);
     const Identity identity = loadIdentity(directory);
     store->check();
-    raiseFileLimit(options.limits.maxConnections);
+    raiseFileLimit(neededDescriptors(options));
     const std::string address = options.bind.value_or(store->setting(Setting::bind).value_or(""));
     auto socket = std::make_unique<ListeningSocket>(address, options.port.value_or(storedPort(*store)));
     const HttpServer::Log log{.write = writeLine, .eachRequest = options.accessLog};

@@ -12,6 +12,9 @@ constexpr std::string_view selectNotebook =
     "SELECT id, name, token_salt, token_hash, version, created_at, quota_bytes, quota_versions "
     "FROM notebooks ";
 
+constexpr const char *setSettingSql = "INSERT INTO settings (key, value) VALUES (?, ?) "
+                                      "ON CONFLICT (key) DO UPDATE SET value = excluded.value";
+
 Notebook notebookIn(const BoundStatement &row)
 {
     return {.id = row.number(0),
@@ -20,7 +23,7 @@ Notebook notebookIn(const BoundStatement &row)
         .tokenHash = digestOf(row.bytes(3)),
         .version = row.number(4),
         .createdAt = row.time(5),
-        .quota = {.bytes = row.number(6), .versions = row.number(7)}};
+        .quota = {.bytes = limitIn(row.number(6)), .versions = limitIn(row.number(7))}};
 }
 
 VersionRecord recordIn(const BoundStatement &row)
@@ -36,7 +39,8 @@ std::shared_ptr<const Document> documentIn(BoundStatement &&row)
 {
     if (!row.step())
         return nullptr;
-    return std::make_shared<const Document>(Document{.version = row.number(0), .body = row.bytes(1)});
+    return std::make_shared<const Document>(
+        Document{.version = row.number(0), .writtenAt = row.time(2), .body = row.bytes(1)});
 }
 
 template <typename Work> auto translated(const std::filesystem::path &file, const Work &work)
@@ -61,19 +65,23 @@ struct SqliteStore::Reader {
 
     SQLite::Statement setting = connection.prepared("SELECT value FROM settings WHERE key = ?");
     SQLite::Statement settings = connection.prepared("SELECT key, value FROM settings");
-    SQLite::Statement sealed = connection.prepared(
-        "SELECT count(*) FROM sqlite_master WHERE type = 'trigger' AND name LIKE 'sealed %'");
+    SQLite::Statement state = connection.prepared(
+        "SELECT name LIKE 'moving %' FROM sqlite_master "
+        "WHERE type = 'trigger' AND (name LIKE 'moving %' OR name LIKE 'sealed %') LIMIT 1");
     SQLite::Statement all = connection.prepared(selectNotebook, "ORDER BY id");
     SQLite::Statement named = connection.prepared(selectNotebook, "WHERE name = ?");
     SQLite::Statement ofToken = connection.prepared(selectNotebook, "WHERE token_selector = ?");
     SQLite::Statement version = connection.prepared("SELECT version FROM notebooks WHERE id = ?");
     SQLite::Statement newest = connection.prepared(
-        "SELECT version, body FROM versions WHERE notebook = ? ORDER BY version DESC LIMIT 1");
-    SQLite::Statement document =
-        connection.prepared("SELECT version, body FROM versions WHERE notebook = ? AND version = ?");
+        "SELECT version, body, written_at FROM versions WHERE notebook = ? ORDER BY version DESC LIMIT 1");
+    SQLite::Statement document = connection.prepared(
+        "SELECT version, body, written_at FROM versions WHERE notebook = ? AND version = ?");
     SQLite::Statement history =
         connection.prepared("SELECT version, written_at, words, bytes, before_loss FROM versions "
                             "WHERE notebook = ? ORDER BY version");
+    SQLite::Statement newestRecord =
+        connection.prepared("SELECT version, written_at, words, bytes, before_loss FROM versions "
+                            "WHERE notebook = ? ORDER BY version DESC LIMIT 1");
 };
 
 struct SqliteStore::Writer {
@@ -130,8 +138,8 @@ SqliteStore::~SqliteStore() = default;
 
 void SqliteStore::check()
 {
-    if (isSealed())
-        throw StoreFailure(StoreFailure::Kind::other, std::string(movedAway));
+    if (const StoreState current = state(); current != StoreState::open)
+        throw StoreFailure(StoreFailure::Kind::other, std::string(refusalOf(current)));
     reading([&](Reader &reader) {
         const std::string damage = reader.connection.quickCheck();
         if (!damage.empty())
@@ -150,11 +158,8 @@ std::optional<std::string> SqliteStore::setting(std::string_view key)
 
 void SqliteStore::setSetting(std::string_view key, std::string_view value)
 {
-    writing([&](Writer &writer) {
-        writer.connection.run("INSERT INTO settings (key, value) VALUES (?, ?) "
-                              "ON CONFLICT (key) DO UPDATE SET value = excluded.value",
-            std::string(key), std::string(value));
-    });
+    writing(
+        [&](Writer &writer) { writer.connection.run(setSettingSql, std::string(key), std::string(value)); });
 }
 
 std::map<std::string, std::string> SqliteStore::settings()
@@ -223,11 +228,11 @@ void SqliteStore::setToken(std::int64_t notebook, std::string_view salt, std::op
     });
 }
 
-void SqliteStore::setQuota(std::int64_t notebook, const Quota &quota)
+void SqliteStore::setQuota(std::int64_t notebook, const OwnQuota &quota)
 {
     writing([&](Writer &writer) {
         writer.connection.run("UPDATE notebooks SET quota_bytes = ?, quota_versions = ? WHERE id = ?",
-            quota.bytes, quota.versions, notebook);
+            storedLimit(quota.bytes), storedLimit(quota.versions), notebook);
     });
 }
 
@@ -257,6 +262,14 @@ std::vector<VersionRecord> SqliteStore::history(std::int64_t notebook)
         for (BoundStatement row(reader.history, notebook); row.step();)
             found.push_back(recordIn(row));
         return found;
+    });
+}
+
+std::optional<VersionRecord> SqliteStore::newestRecord(std::int64_t notebook)
+{
+    return reading([&](Reader &reader) {
+        BoundStatement row(reader.newestRecord, notebook);
+        return row.step() ? std::optional(recordIn(row)) : std::nullopt;
     });
 }
 
@@ -291,26 +304,30 @@ void SqliteStore::drop(std::int64_t notebook, const std::vector<std::int64_t> &v
     });
 }
 
-bool SqliteStore::isSealed()
+StoreState SqliteStore::state()
 {
     return reading([](Reader &reader) {
-        BoundStatement row(reader.sealed);
-        return row.step() && row.number(0) > 0;
+        BoundStatement row(reader.state);
+        if (!row.step())
+            return StoreState::open;
+        return row.number(0) != 0 ? StoreState::moving : StoreState::moved;
     });
 }
 
-void SqliteStore::setSealed(bool sealed)
+void SqliteStore::setState(StoreState state)
 {
     writing([&](Writer &writer) {
+        const auto run = [&](const std::string &sql) { writer.connection.run(sql.c_str()); };
+        const std::string added = state == StoreState::moving ? "\"moving " : "\"sealed ";
         auto transaction = writer.connection.begin();
         for (const std::string table : {"settings", "notebooks", "versions"}) {
             for (const std::string change : {"INSERT", "UPDATE", "DELETE"}) {
-                const std::string trigger = "\"sealed " + table + ' ' + change + '"';
-                writer.connection.run(("DROP TRIGGER IF EXISTS " + trigger).c_str());
-                if (sealed)
-                    writer.connection.run(("CREATE TRIGGER " + trigger + " BEFORE " + change + " ON " + table
-                        + " BEGIN SELECT RAISE(ABORT, '" + std::string(movedAway) + "'); END")
-                                              .c_str());
+                const std::string refused = table + ' ' + change + '"';
+                for (const std::string present : {"\"moving ", "\"sealed "})
+                    run("DROP TRIGGER IF EXISTS " + present + refused);
+                if (state != StoreState::open)
+                    run("CREATE TRIGGER " + added + refused + " BEFORE " + change + " ON " + table
+                        + " BEGIN SELECT RAISE(ABORT, '" + std::string(refusalOf(state)) + "'); END");
             }
         }
         transaction.commit();
@@ -326,7 +343,7 @@ public:
 
     void addSetting(const std::string &key, const std::string &value) override
     {
-        run("INSERT INTO settings (key, value) VALUES (?, ?)", key, value);
+        run(setSettingSql, key, value);
     }
 
     void addNotebook(const Notebook &notebook) override
@@ -335,7 +352,8 @@ public:
             run("INSERT INTO notebooks (id, name, created_at, token_salt, token_selector, token_hash, "
                 "version, quota_bytes, quota_versions) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
                 notebook.id, notebook.name, notebook.createdAt, Blob{.bytes = notebook.tokenSalt}, selector,
-                hash, notebook.version, notebook.quota.bytes, notebook.quota.versions);
+                hash, notebook.version, storedLimit(notebook.quota.bytes),
+                storedLimit(notebook.quota.versions));
         };
         if (const auto &hash = notebook.tokenHash)
             add(Blob{.bytes = selectorOf(*hash)}, Blob{.bytes = bytesOf(*hash)});

@@ -28,17 +28,18 @@ public:
     void addNotebook(std::string_view name, std::string_view salt, const Digest &tokenHash,
         std::chrono::sys_seconds now) override;
     void setToken(std::int64_t notebook, std::string_view salt, std::optional<Digest> tokenHash) override;
-    void setQuota(std::int64_t notebook, const Quota &quota) override;
+    void setQuota(std::int64_t notebook, const OwnQuota &quota) override;
 
     std::optional<std::int64_t> version(std::int64_t notebook) override;
     std::shared_ptr<const Document> newestDocument(std::int64_t notebook) override;
     std::shared_ptr<const Document> document(std::int64_t notebook, std::int64_t version) override;
     std::vector<VersionRecord> history(std::int64_t notebook) override;
+    std::optional<VersionRecord> newestRecord(std::int64_t notebook) override;
     bool append(std::int64_t notebook, std::int64_t expected, const NewDocument &document,
         const HistoryChange &change) override;
     void drop(std::int64_t notebook, const std::vector<std::int64_t> &versions) override;
-    bool isSealed() override;
-    void setSealed(bool sealed) override;
+    StoreState state() override;
+    void setState(StoreState state) override;
     std::unique_ptr<StoreImport> beginImport() override;
 
 private:

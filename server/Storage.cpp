@@ -10,10 +10,22 @@ namespace nimbrelle::server {
 
 namespace {
 
-Quota changed(Quota quota, const Options &options)
+bool changesQuota(const Options &options)
+{
+    return options.quotaBytes || options.quotaVersions || options.dropOwnQuota;
+}
+
+Quota changed(const Quota &quota, const Options &options)
 {
     return {.bytes = options.quotaBytes.value_or(quota.bytes),
         .versions = options.quotaVersions.value_or(quota.versions)};
+}
+
+OwnQuota changed(const OwnQuota &quota, const Options &options)
+{
+    const OwnQuota kept = options.dropOwnQuota ? OwnQuota() : quota;
+    return {.bytes = options.quotaBytes ? options.quotaBytes : kept.bytes,
+        .versions = options.quotaVersions ? options.quotaVersions : kept.versions};
 }
 
 std::string limitText(std::int64_t limit, const char *unit)
@@ -48,13 +60,13 @@ void pruneNotebook(Store &store, const Notebook &notebook, const Options &option
         {.keptNewest = options.keptNewest,
             .before = pruneBefore(options),
             .alsoBeforeLoss = options.alsoBeforeLoss});
-    std::int64_t bytes = 0;
-    for (const VersionRecord &record : records)
-        bytes += std::ranges::binary_search(versions, record.version) ? record.bytes : 0;
+    std::vector<VersionRecord> going;
+    std::ranges::copy_if(records, std::back_inserter(going),
+        [&](const VersionRecord &record) { return std::ranges::binary_search(versions, record.version); });
     if (!options.dryRun)
         store.drop(notebook.id, versions);
-    out << notebook.name << ": " << versions.size() << " of " << records.size() << " versions with " << bytes
-        << (options.dryRun ? " bytes would go.\n" : " bytes are gone.\n");
+    out << notebook.name << ": " << versions.size() << " of " << records.size() << " versions with "
+        << totalBytes(going) << (options.dryRun ? " bytes would go.\n" : " bytes are gone.\n");
 }
 
 } // namespace
@@ -64,12 +76,14 @@ void Commands::quota(const Options &options, std::ostream &out)
     const Installation installation(options);
     Store &store = *installation.store;
     if (options.name.empty()) {
-        if (options.quotaBytes || options.quotaVersions)
+        if (options.dropOwnQuota)
+            throw UsageFailure("--default needs the name of a notebook");
+        if (changesQuota(options))
             setDefaultQuota(store, changed(defaultQuota(store), options));
         return printQuota("A notebook without a quota of its own", defaultQuota(store), out);
     }
     const Notebook notebook = selectedNotebook(store, options.name);
-    if (options.quotaBytes || options.quotaVersions)
+    if (changesQuota(options))
         store.setQuota(notebook.id, changed(notebook.quota, options));
     printQuota('"' + notebook.name + '"', quotaOf(store, selectedNotebook(store, options.name)), out);
 }

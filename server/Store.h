@@ -4,6 +4,7 @@
 #include "server/Failure.h"
 #include "server/HistoryPolicy.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <map>
@@ -31,9 +32,38 @@ private:
     Kind m_kind;
 };
 
-/// What a sealed store says to whoever would change it.
-inline constexpr std::string_view movedAway =
-    "this store was moved with nimbrelle-server move; name the new one with --store";
+/// Whether a store takes changes: not while it is being moved into another one, nor once it was.
+enum class StoreState { open, moving, moved };
+
+/// What a store in this state says to whoever would change it.
+constexpr std::string_view refusalOf(StoreState state)
+{
+    return state == StoreState::moving
+        ? "this store is being moved with nimbrelle-server move; if that was interrupted, run it again or "
+          "end "
+          "it with its option --undo"
+        : "this store was moved with nimbrelle-server move; name the new one with --store";
+}
+
+/// A notebook's own limits. Absent: the server's holds (see quotaOf); 0: no limit.
+struct OwnQuota {
+    std::optional<std::int64_t> bytes;
+    std::optional<std::int64_t> versions;
+    bool operator==(const OwnQuota &) const = default;
+};
+
+/// As a store keeps one of them: 0 stands for none of its own, and a negative number for no limit.
+constexpr std::int64_t storedLimit(std::optional<std::int64_t> limit)
+{
+    if (!limit)
+        return 0;
+    return *limit > 0 ? *limit : -1;
+}
+
+constexpr std::optional<std::int64_t> limitIn(std::int64_t stored)
+{
+    return stored == 0 ? std::nullopt : std::optional(std::max<std::int64_t>(stored, 0));
+}
 
 /// One notebook on this server: a name for the operator, a token for its devices, a document with a version.
 struct Notebook {
@@ -43,13 +73,14 @@ struct Notebook {
     std::optional<Digest> tokenHash; ///< absent after a revoke: no device gets in
     std::int64_t version = 0; ///< 0: nothing stored yet; only ever rises
     std::chrono::sys_seconds createdAt;
-    Quota quota; ///< its own; where it has none, the server's (see quotaOf)
+    OwnQuota quota;
 
     bool operator==(const Notebook &) const = default;
 };
 
 struct Document {
     std::int64_t version = 0;
+    std::chrono::sys_seconds writtenAt; ///< tells it from one of the same number that a failover lost
     std::string body;
 };
 
@@ -72,6 +103,7 @@ struct NewDocument {
 class StoreImport {
 public:
     virtual ~StoreImport() = default;
+    /// Takes the place of one that is there already, as an interrupted init leaves it.
     virtual void addSetting(const std::string &key, const std::string &value) = 0;
     virtual void addNotebook(const Notebook &notebook) = 0;
     virtual void addVersion(std::int64_t notebook, const VersionRecord &record, std::string_view body) = 0;
@@ -103,7 +135,7 @@ public:
     /// Absent: nobody gets in until another token is set. The document stays.
     virtual void setToken(std::int64_t notebook, std::string_view salt, std::optional<Digest> tokenHash) = 0;
 
-    virtual void setQuota(std::int64_t notebook, const Quota &quota) = 0;
+    virtual void setQuota(std::int64_t notebook, const OwnQuota &quota) = 0;
 
     /// The current version, 0 when nothing is stored; absent when there is no such notebook.
     virtual std::optional<std::int64_t> version(std::int64_t notebook) = 0;
@@ -114,6 +146,9 @@ public:
     /// What is kept, in order of version.
     virtual std::vector<VersionRecord> history(std::int64_t notebook) = 0;
 
+    /// The last of the history, without reading the rest; absent when nothing is stored.
+    virtual std::optional<VersionRecord> newestRecord(std::int64_t notebook) = 0;
+
     /// Compare-and-set: stores the document as version `expected` + 1 and changes the history along with it,
     /// all or nothing; false when `expected` isn't the current version. Which versions are kept is the
     /// caller's matter (see writeVersion).
@@ -122,9 +157,10 @@ public:
     /// All or nothing, and never the current version.
     virtual void drop(std::int64_t notebook, const std::vector<std::int64_t> &versions) = 0;
 
-    /// A sealed store can be read, but refuses every change, whichever process has it open. check() says so.
-    virtual bool isSealed() = 0;
-    virtual void setSealed(bool sealed) = 0;
+    /// A store that is not open can be read, but refuses every change, whichever process has it open.
+    /// check() says so.
+    virtual StoreState state() = 0;
+    virtual void setState(StoreState state) = 0;
     /// This store must not be used until it is over.
     virtual std::unique_ptr<StoreImport> beginImport() = 0;
 };

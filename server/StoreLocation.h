@@ -16,6 +16,8 @@ public:
     const std::string &text() const { return m_text; }
     /// Without a password, for messages.
     std::string shown() const;
+    /// Throws Failure when others on this machine could read a file's folder.
+    void requirePrivate() const;
 
 private:
     std::string m_text;

@@ -25,15 +25,16 @@ Response refusal(unsigned status, std::string text)
 
 Response storeFailureResponse(const StoreFailure &failure)
 {
+    const auto response = [&](unsigned status, const char *text) {
+        return Response{.status = status, .text = text, .errorDetail = failure.what(), .storeFailed = true};
+    };
     switch (failure.kind()) {
     case StoreFailure::Kind::full:
-        return {.status = 507, .text = "The server's disk is full.", .errorDetail = failure.what()};
+        return response(507, "The server's disk is full.");
     case StoreFailure::Kind::unavailable:
-        return {.status = 503,
-            .text = "The server's database is away; try again later.",
-            .errorDetail = failure.what()};
+        return response(503, "The server's database is away; try again later.");
     default:
-        return {.status = 500, .text = "The server's store failed.", .errorDetail = failure.what()};
+        return response(500, "The server's store failed.");
     }
 }
 
@@ -150,11 +151,12 @@ Response SyncApi::read(const RequestHead &head, const Notebook &notebook)
 
 Response SyncApi::sendNewest(const Notebook &notebook)
 {
-    auto document = m_cache.find(notebook.id, notebook.version);
+    const auto newest = m_store.newestRecord(notebook.id);
+    auto document = newest ? m_cache.find(notebook.id, *newest) : nullptr;
     if (!document) {
         // Before it is read, and again with its true length, for it may have been replaced in between.
         BodyBudget::Reservation reservation(m_budget);
-        if (!reserve(reservation, newestBytes(notebook)))
+        if (!reserve(reservation, newest ? static_cast<std::uint64_t>(newest->bytes) : 0))
             return refusal(503, tooMuch);
         document = m_store.newestDocument(notebook.id);
         if (!document)
@@ -165,12 +167,6 @@ Response SyncApi::sendNewest(const Notebook &notebook)
         m_cache.put(notebook.id, document);
     }
     return {.status = 200, .version = document->version, .document = document};
-}
-
-std::uint64_t SyncApi::newestBytes(const Notebook &notebook)
-{
-    const auto records = m_store.history(notebook.id);
-    return records.empty() ? 0 : static_cast<std::uint64_t>(records.back().bytes);
 }
 
 // What is only kept ready makes room.
@@ -219,8 +215,8 @@ Response SyncApi::store(const PendingWrite &write, HeldBytes body)
         [&](std::int64_t current) { return write.conditions.allowWriteOver(current); }, write.quota);
     if (!version)
         return refusal(412, "Another version is stored.");
-    auto written =
-        std::make_shared<const Document>(Document{.version = *version, .body = std::move(body.bytes)});
+    auto written = std::make_shared<const Document>(
+        Document{.version = *version, .writtenAt = document.writtenAt, .body = std::move(body.bytes)});
     m_cache.put(write.notebook, heldDocument(std::move(written), std::move(body.reservation)));
     return {.status = 200, .version = version};
 }

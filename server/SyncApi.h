@@ -26,6 +26,7 @@ struct Response {
     std::string text; ///< a line for a person; may be empty
     std::string allow; ///< the methods, with 405
     std::string errorDetail; ///< for the log
+    bool storeFailed = false;
 };
 
 /// A write whose body is awaited.
@@ -59,7 +60,6 @@ private:
     std::variant<Response, PendingWrite> beginWrite(const RequestHead &head, const Notebook &notebook);
     Response store(const PendingWrite &write, HeldBytes body);
     Response sendNewest(const Notebook &notebook);
-    std::uint64_t newestBytes(const Notebook &notebook);
     bool reserve(BodyBudget::Reservation &reservation, std::uint64_t bytes);
 
     Store &m_store;

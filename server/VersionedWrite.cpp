@@ -10,11 +10,11 @@ namespace {
 constexpr std::string_view quotaBytes = "quota-bytes";
 constexpr std::string_view quotaVersions = "quota-versions";
 
-std::int64_t storedNumber(Store &store, std::string_view key)
+std::int64_t numberIn(const std::map<std::string, std::string> &settings, std::string_view key)
 {
-    const std::string text = store.setting(key).value_or("");
     std::int64_t number = 0;
-    std::from_chars(text.data(), text.data() + text.size(), number);
+    if (const auto found = settings.find(std::string(key)); found != settings.end())
+        std::from_chars(found->second.data(), found->second.data() + found->second.size(), number);
     return number;
 }
 
@@ -30,7 +30,8 @@ VersionRecord recordOf(std::int64_t version, const NewDocument &document)
 
 Quota defaultQuota(Store &store)
 {
-    return {.bytes = storedNumber(store, quotaBytes), .versions = storedNumber(store, quotaVersions)};
+    const auto settings = store.settings();
+    return {.bytes = numberIn(settings, quotaBytes), .versions = numberIn(settings, quotaVersions)};
 }
 
 void setDefaultQuota(Store &store, const Quota &quota)
@@ -41,10 +42,10 @@ void setDefaultQuota(Store &store, const Quota &quota)
 
 Quota quotaOf(Store &store, const Notebook &notebook)
 {
-    const Quota fallback = defaultQuota(store);
-    const Quota &own = notebook.quota;
-    return {.bytes = own.bytes > 0 ? own.bytes : fallback.bytes,
-        .versions = own.versions > 0 ? own.versions : fallback.versions};
+    const OwnQuota &own = notebook.quota;
+    const Quota fallback = own.bytes && own.versions ? Quota() : defaultQuota(store);
+    return {
+        .bytes = own.bytes.value_or(fallback.bytes), .versions = own.versions.value_or(fallback.versions)};
 }
 
 std::optional<std::int64_t> writeVersion(Store &store, std::int64_t notebook, const NewDocument &document,

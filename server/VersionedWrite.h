@@ -18,7 +18,7 @@ public:
 /// The server's own quota, for notebooks without one: what each part of it is kept under as a setting.
 Quota defaultQuota(Store &store);
 void setDefaultQuota(Store &store, const Quota &quota);
-/// What holds for the notebook.
+/// What holds for the notebook: its own limits, and the server's for those that it has none of.
 Quota quotaOf(Store &store, const Notebook &notebook);
 
 /// Writes a new version into any store, by the one rule for what is kept of the earlier ones. Returns it, or

@@ -1,6 +1,7 @@
 #include "server/MonitoringServer.h"
 
-#include "server/support/TestServer.h"
+#include "server/StoreFactory.h"
+#include "server/support/PostgresServer.h"
 
 #include <gmock/gmock.h>
 
@@ -67,13 +68,55 @@ TEST(MonitoringServer, SaysWhetherTheStoreCanBeRead)
         [&] { return ask(monitoring, "GET /metrics").find("store_errors_total 1\n") != std::string::npos; }));
 }
 
+TEST(MonitoringServer, WhatIsBrokenOffIsNotCountedAsSent)
+{
+    TestServer server({.bodyTimeout = std::chrono::milliseconds(200)});
+    const MonitoringServer monitoring(
+        std::make_unique<ListeningSocket>("127.0.0.1", 0), server.http(), server.store());
+    server.store().append(1, 0, {.body = documentOf(1, "a", 32 << 20)}, {});
+    TlsClient unread(server.port());
+    unread.send(TestServer::bundleRequest("GET"));
+    EXPECT_TRUE(eventually([&] { return server.log().find("broken off") != std::string::npos; }));
+    EXPECT_THAT(ask(monitoring, "GET /metrics"),
+        AllOf(
+            HasSubstr("requests_total{kind=\"read\",status=\"0\"} 1\n"), HasSubstr("sent_bytes_total 0\n")));
+    EXPECT_THAT(server.log(), HasSubstr("out=- "));
+}
+
+TEST(MonitoringServer, TellsWhatItCountedWhileTheStoreIsStuck)
+{
+    TestServer server;
+    PostgresServer &postgres = PostgresServer::shared();
+    const StoreLocation location(postgres.newDatabase());
+    createStore(location);
+    const auto store = openStore(location);
+    const MonitoringServer monitoring(
+        std::make_unique<ListeningSocket>("127.0.0.1", 0), server.http(), *store);
+    postgres.freeze(true);
+    std::vector<std::unique_ptr<TlsClient>> waiting;
+    for (int index = 0; index < 10; ++index) {
+        waiting.push_back(std::make_unique<TlsClient>(monitoring.port()));
+        waiting.back()->sendRaw("GET /healthz HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n");
+    }
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_THAT(ask(monitoring, "GET /metrics"), StartsWith("HTTP/1.1 200"));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8)); // it may be stuck for 13
+    postgres.freeze(false);
+    EXPECT_EQ(std::ranges::count_if(waiting,
+                  [](const auto &client) {
+                      return client->receiveRaw().find("does not answer") != std::string::npos;
+                  }),
+        2);
+}
+
 TEST(Metrics, BucketsAddUp)
 {
     Metrics metrics;
-    for (const double seconds : {0.0005, 0.001, 0.3, 500.0})
+    for (const double seconds : {0.0005, 0.001, 0.3, 1'000'500.0})
         metrics.count({.kind = Metrics::RequestKind::read, .took = std::chrono::duration<double>(seconds)});
     const std::string text = metrics.text(0);
     EXPECT_THAT(text,
         AllOf(HasSubstr("le=\"0.001\"} 2\n"), HasSubstr("le=\"0.25\"} 2\n"), HasSubstr("le=\"0.5\"} 3\n"),
-            HasSubstr("le=\"120\"} 3\n"), HasSubstr("le=\"+Inf\"} 4\n")));
+            HasSubstr("le=\"120\"} 3\n"), HasSubstr("le=\"+Inf\"} 4\n"),
+            HasSubstr("_sum{kind=\"read\"} 1000500.3015\n"), HasSubstr("le=\"0.001\"")));
 }

@@ -84,7 +84,7 @@ TEST_F(PostgresStoreTest, AnEarlierVersionsTablesAreTakenOver)
         "UPDATE nimbrelle.schema_version SET version = 1");
     const auto store = open();
     store->setQuota(1, {.bytes = 7, .versions = 8});
-    EXPECT_EQ(store->notebookOfToken(sha256("one"))->quota, (Quota{.bytes = 7, .versions = 8}));
+    EXPECT_EQ(store->notebookOfToken(sha256("one"))->quota, (OwnQuota{.bytes = 7, .versions = 8}));
 }
 
 TEST_F(PostgresStoreTest, WritesWaitForTheDiskWhateverTheDatabaseWasTold)
@@ -160,6 +160,33 @@ TEST_F(PostgresStoreTest, NoMoreConnectionsAreMadeThanAllowed)
             HasSubstr("in use"));
     });
     EXPECT_EQ(failure(StoreFailure::Kind::unavailable, [&] { pool.with([](PostgresConnection &) {}); }), "");
+}
+
+TEST_F(PostgresStoreTest, AConnectionThatCarriedMuchIsNotKept)
+{
+    PostgresStore::create(url);
+    int connections = 0;
+    PostgresPool pool({.url = url}, [&](PostgresConnection &) { ++connections; });
+    constexpr PostgresStatement length{.name = "length", .sql = "SELECT octet_length($1::bytea)::bigint"};
+    constexpr PostgresStatement filled{.name = "filled", .sql = "SELECT repeat('x', $1::bigint::int)"};
+    const auto send = [&](std::size_t bytes) {
+        const std::string body(bytes, 'x');
+        pool.with(
+            [&](PostgresConnection &connection) { connection.run(length, PostgresBytes{.bytes = body}); });
+    };
+    const auto receive = [&](std::int64_t bytes) {
+        pool.with([&](PostgresConnection &connection) { connection.run(filled, bytes); });
+    };
+    for (int round = 0; round < 2; ++round) {
+        send(1 << 20);
+        receive(1 << 20);
+    }
+    EXPECT_EQ(connections, 1);
+    send(6 << 20);
+    receive(6 << 20);
+    EXPECT_EQ(connections, 2);
+    send(1);
+    EXPECT_EQ(connections, 3);
 }
 
 TEST_F(PostgresStoreTest, OneAttemptAtATimeIsMadeToReachADatabaseThatIsAway)

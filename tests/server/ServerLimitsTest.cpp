@@ -89,6 +89,26 @@ TEST(ServerLimits, SilentConnectionsDoNotShutOthersOut)
     EXPECT_LT(steady_clock::now() - start, headTime / 2);
 }
 
+TEST(ServerLimits, BodiesThatAreOnlyDroppedDoNotShutOthersOut)
+{
+    constexpr milliseconds headTime = 16s;
+    TestServer server({.maxConnections = 24, .maxPerAddress = 8, .headTimeout = headTime});
+    const std::string wrongToken = requestText("PUT", "/v1/bundle", "wrong", "If-Match: \"0\"\r\n");
+    const std::string body = "Content-Length: 10\r\n\r\n";
+    const std::string starts[] = {wrongToken.substr(0, wrongToken.size() - 2) + body,
+        wrongToken.substr(0, wrongToken.size() - 2) + "Transfer-Encoding: chunked\r\n\r\n1\r\n",
+        TestServer::bundleRequest("GET", "Content-Length: 10\r\n")};
+    std::vector<std::unique_ptr<TlsClient>> silent;
+    for (int index = 0; index < 24; ++index) {
+        const std::string from = "127.0.1." + std::to_string(index % 4 + 1);
+        silent.push_back(std::make_unique<TlsClient>(server.port(), from));
+        silent.back()->send(starts[index % 3]);
+    }
+    const auto start = steady_clock::now();
+    EXPECT_EQ(server.get().status, 404);
+    EXPECT_LT(steady_clock::now() - start, headTime / 2);
+}
+
 // A deadline can't come early, and without one a connection would stay for an hour: no machine is too slow.
 TEST(ServerLimits, ATricklingClientIsCutAtItsDeadline)
 {

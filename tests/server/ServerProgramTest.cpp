@@ -3,8 +3,10 @@
 #include "server/StoreFactory.h"
 #include "server/support/TestServer.h"
 
+#include <array>
 #include <atomic>
 #include <csignal>
+#include <cstdio>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -184,7 +186,39 @@ TEST_F(ServerProgramTest, AQuotaHoldsAtOnceAndPruningMakesRoom)
         HasSubstr("notebook: 0 of 2"));
     EXPECT_THAT(run({"prune", "--all", "--keep", "1", "--before-loss"}).out, HasSubstr("notebook: 1 of 2"));
     EXPECT_EQ(put(server, 2, documentOf(1)), 200);
+    EXPECT_THAT(
+        run({"quota", "notebook", "--bytes", "0"}).out, HasSubstr("any number of bytes in 1 versions"));
+    EXPECT_EQ(put(server, 3, documentOf(1, "a", 2 << 20)), 200);
+    EXPECT_THAT(run({"quota", "notebook", "--default"}).out, HasSubstr("1048576 bytes in 2 versions"));
+    EXPECT_EQ(put(server, 4, documentOf(1, "a", 2 << 20)), 507);
     EXPECT_THAT(run({"history", "notebook"}).out, Not(HasSubstr("words went")));
+}
+
+TEST_F(ServerProgramTest, AMoveCanBeUndone)
+{
+    const ServerProgram server(data);
+    // On a port in use, so that it ends in any case.
+    const std::vector<std::string> serve{
+        "serve", "--bind", "127.0.0.1", "--port", std::to_string(server.port())};
+    EXPECT_THAT(failure({"move", data, data / "notebooks.db"}), HasSubstr("the same one"));
+    EXPECT_EQ(put(server, 0, documentOf(3)), 200);
+    const auto other = directory.path() / "other";
+    EXPECT_THAT(failure({"move", data, other}, 2), HasSubstr("mkdir -m 700"));
+    std::filesystem::create_directory(other);
+    ::chmod(other.c_str(), 0750);
+    EXPECT_THAT(failure({"move", data, other}), HasSubstr("chmod 700"));
+    ::chmod(other.c_str(), 0700);
+    EXPECT_EQ(run({"move", data, other}).exitCode, 0);
+    EXPECT_EQ(put(server, 1, documentOf(4)), 500);
+    EXPECT_THAT(failure(serve), HasSubstr("--store"));
+    EXPECT_THAT(failure({"move", other, data}), HasSubstr("was itself moved"));
+    EXPECT_THAT(run({"move", "--undo", data}).out, HasSubstr("takes changes again"));
+    EXPECT_EQ(put(server, 1, documentOf(4)), 200);
+
+    openStore(DataDirectory(data))->setState(StoreState::moving);
+    EXPECT_THAT(failure(serve), HasSubstr("--undo"));
+    failure({"move", data, "postgresql:///none?host=" + directory.path().string()});
+    EXPECT_EQ(put(server, 2, documentOf(5)), 200);
 }
 
 TEST_F(ServerProgramTest, KilledUnderLoadItLosesNothingAcknowledged)
@@ -233,12 +267,12 @@ TEST_F(ServerProgramTest, HelpIsNoErrorAndBadUsageIsOneLineAndExitCodeTwo)
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_THAT(outcome.out, HasSubstr("Usage: nimbrelle-server"));
     }
-    for (const auto &arguments :
-        Lines{{}, {"unknown"}, {"--unknown"}, {"serve", "--port", "x"}, {"serve", "--port", "70000"},
-            {"serve", "--max-body", "12zz"}, {"serve", "--head-time", "0"}, {"restore"}, {"restore", "x"},
-            {"token"}, {"token", "add"}, {"token", "add", "two words"}, {"code", "--url", "http://a"},
-            {"init", "--url", "https://a/b"}, {"init", "extra"}, {"quota", "--bytes", "-1"},
-            {"prune", "--keep", "0"}, {"move", "x"}, {"code", "--store", "mysql://a"}})
+    for (const auto &arguments : Lines{{}, {"unknown"}, {"--unknown"}, {"serve", "--port", "x"},
+             {"serve", "--port", "70000"}, {"serve", "--max-body", "12zz"}, {"serve", "--head-time", "0"},
+             {"restore"}, {"restore", "x"}, {"token"}, {"token", "add"}, {"token", "add", "two words"},
+             {"code", "--url", "http://a"}, {"init", "--url", "https://a/b"}, {"init", "extra"},
+             {"quota", "--bytes", "-1"}, {"quota", "--default"}, {"prune", "--keep", "0"}, {"move", "x"},
+             {"move", "--undo"}, {"move", "--undo", "x", "y"}, {"code", "--store", "mysql://a"}})
         failure(arguments, 2);
 }
 
@@ -250,6 +284,15 @@ TEST_F(ServerProgramTest, WhatKeepsItFromStartingSaysWhatToDo)
         "serve", "--bind", "127.0.0.1", "--port", std::to_string(server.port())};
     EXPECT_THAT(failure(serve), HasSubstr("another port with --port"));
     EXPECT_THAT(failure({"serve", "--bind", "203.0.113.9", "--port", "0"}), HasSubstr("--bind"));
+
+    // 512 connections and the 64 that may linger leave nothing for the database.
+    const std::string limited = "ulimit -n 580; exec " NIMBRELLE_SERVER_PROGRAM " serve --data "
+        + data.string() + " --bind 127.0.0.1 --port " + serve.back() + " 2>&1";
+    std::FILE *pipe = ::popen(limited.c_str(), "r");
+    std::array<char, 400> answer{};
+    EXPECT_GT(std::fread(answer.data(), 1, answer.size() - 1, pipe), 0U);
+    ::pclose(pipe);
+    EXPECT_THAT(answer.data(), HasSubstr("only 580 files may be open"));
 
     const auto key = data / "server.key";
     ::chmod(key.c_str(), 0640);

@@ -81,5 +81,5 @@ TEST_F(SqliteStoreTest, AnEarlierVersionsFileIsTakenOver)
     SqliteStore::create(file);
     SqliteStore store(file);
     store.setQuota(1, {.bytes = 7, .versions = 8});
-    EXPECT_EQ(store.notebookOfToken(sha256("one"))->quota, (Quota{.bytes = 7, .versions = 8}));
+    EXPECT_EQ(store.notebookOfToken(sha256("one"))->quota, (OwnQuota{.bytes = 7, .versions = 8}));
 }

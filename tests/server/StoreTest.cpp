@@ -1,4 +1,5 @@
 #include "server/MoveStore.h"
+#include "server/PostgresConnection.h"
 #include "server/StoreFactory.h"
 #include "server/VersionedWrite.h"
 #include "server/support/PostgresServer.h"
@@ -60,6 +61,19 @@ INSTANTIATE_TEST_SUITE_P(, StoreSuite, testing::ValuesIn(storeMakers),
 
 } // namespace
 
+TEST(StoreLocation, IsShownWithoutAPassword)
+{
+    const auto shown = [](const std::string &rest) {
+        return StoreLocation("postgresql://" + rest).shown().substr(std::string("postgresql://").size());
+    };
+    EXPECT_EQ(shown("/base?host=/run"), "/base");
+    EXPECT_EQ(shown("host:5432/base?password=se@cret"), "...");
+    EXPECT_EQ(shown("host:5432/base?password=secret"), "host:5432/base");
+    for (const char *password : {"secret", "se?cret", "se@cret", "se:cr?e@t", "?", "%2F"})
+        EXPECT_EQ(shown("user:" + std::string(password) + "@host/base?user=a@b"), "host/base") << password;
+    EXPECT_EQ(shown("user:se/cr?et@host/base"), "...");
+}
+
 TEST_P(StoreSuite, ATokenOpensItsOwnNotebookOnly)
 {
     store->addNotebook("second", "pepper", sha256("two"), noon);
@@ -81,6 +95,7 @@ TEST_P(StoreSuite, ATokenOpensItsOwnNotebookOnly)
 TEST_P(StoreSuite, AVersionIsWrittenOverOnce)
 {
     EXPECT_EQ(store->newestDocument(id), nullptr);
+    EXPECT_FALSE(store->newestRecord(id));
     EXPECT_EQ(store->version(id), 0);
     EXPECT_EQ(write(0, 3), 1);
     EXPECT_FALSE(store->append(id, 0, {.body = "{}"}, {}));
@@ -110,13 +125,22 @@ TEST_P(StoreSuite, WhatStoodBeforeALossOutlivesAllElse)
     EXPECT_TRUE(records.front().beforeLoss);
     EXPECT_EQ(records.back().writtenAt, noon + 39min);
     EXPECT_EQ(records.back().bytes, std::ssize(documentOf(20)));
+    EXPECT_EQ(store->newestRecord(id), records.back());
+    EXPECT_EQ(store->newestDocument(id)->writtenAt, records.back().writtenAt);
+    EXPECT_EQ(store->document(id, 1)->writtenAt, noon);
 }
 
 TEST_P(StoreSuite, AQuotaDropsWhatMayGoAndRefusesTheRest)
 {
-    store->setQuota(id, {.versions = 3});
     setDefaultQuota(*store, {.bytes = 2000, .versions = 9});
-    const Quota quota = quotaOf(*store, *store->notebookNamed("first"));
+    const auto quotaWith = [&](const OwnQuota &own) {
+        store->setQuota(id, own);
+        return quotaOf(*store, *store->notebookNamed("first"));
+    };
+    EXPECT_EQ(quotaWith({}), (Quota{.bytes = 2000, .versions = 9}));
+    EXPECT_EQ(quotaWith({.bytes = 0, .versions = 0}), Quota{}); // no limit at all
+    EXPECT_EQ(quotaWith({.bytes = 0}), (Quota{.versions = 9}));
+    const Quota quota = quotaWith({.versions = 3});
     EXPECT_EQ(quota, (Quota{.bytes = 2000, .versions = 3}));
     const auto writeUnderQuota = [&](int words) {
         const std::string body = documentOf(words);
@@ -221,7 +245,7 @@ TEST_P(StoreSuite, MovesWithAllThatItHoldsAndTakesNoMoreChanges)
     write(0, 30);
     write(1, 5);
     store->setSetting("url", "https://a");
-    store->setQuota(id, {.bytes = 900, .versions = 9});
+    store->setQuota(id, {.bytes = 900, .versions = 0});
     store->addNotebook("revoked", std::string("\0salt", 5), sha256("two"), noon + 1h);
     store->setToken(store->notebookNamed("revoked")->id, "pepper", std::nullopt);
     for (const StoreMaker &maker : storeMakers) {
@@ -229,6 +253,7 @@ TEST_P(StoreSuite, MovesWithAllThatItHoldsAndTakesNoMoreChanges)
         const StoreLocation place = maker.place(other.path());
         createStore(place);
         const auto target = openStore(place);
+        target->setSetting("url", "https://from-an-interrupted-init");
         EXPECT_EQ(moveStore(*store, *target).versions, 2U);
         EXPECT_EQ(moveStore(*store, *target).notebooks, 2U); // as after an interruption
         EXPECT_EQ(target->notebooks(), store->notebooks());
@@ -256,7 +281,51 @@ TEST_P(StoreSuite, GoesOnWhenItCannotBeMoved)
     const StoreLocation place = GetParam().place(other.path());
     createStore(place);
     const auto target = openStore(place);
-    target->addNotebook("stranger", "salt", sha256("two"), noon);
+    target->addNotebook("another", "salt", sha256("two"), noon);
     EXPECT_THROW(moveStore(*store, *target), Failure);
     EXPECT_EQ(write(1, 4), 2);
+
+    store->setState(StoreState::moving); // as an interruption leaves it
+    EXPECT_THROW(write(2, 5), StoreFailure);
+    EXPECT_THROW(store->check(), StoreFailure);
+    EXPECT_THROW(moveStore(*store, *target), Failure);
+    EXPECT_EQ(write(2, 5), 3);
+}
+
+TEST_P(StoreSuite, NeverEndsWithoutAStoreThatTakesChanges)
+{
+    write(0, 3);
+    EXPECT_THROW(moveStore(*store, *open()), Failure);
+    EXPECT_EQ(write(1, 4), 2);
+
+    const TemporaryDirectory other;
+    const StoreLocation place = GetParam().place(other.path());
+    createStore(place);
+    const auto target = openStore(place);
+    moveStore(*store, *target);
+    EXPECT_THROW(moveStore(*target, *store), Failure);
+    EXPECT_TRUE(target->append(id, 2, {.body = "{}"}, {}));
+    EXPECT_THROW(moveStore(*store, *open()), Failure);
+    EXPECT_THROW(write(2, 5), StoreFailure);
+    store->setState(StoreState::open);
+    EXPECT_EQ(write(2, 5), 3);
+    store->check();
+}
+
+TEST_P(StoreSuite, IsOnlyTakenForMovedOnceAllIsCompared)
+{
+    write(0, 3);
+    const std::string url = PostgresServer::shared().newDatabase();
+    createStore(StoreLocation(url));
+    const auto target = openStore(StoreLocation(url));
+    PostgresConnection other(url, 1min);
+    auto copyIsHeldUp = std::make_unique<PostgresTransaction>(other);
+    other.run("LOCK TABLE nimbrelle.versions IN SHARE MODE");
+    std::jthread mover([&] { moveStore(*store, *target); });
+    EXPECT_TRUE(eventually([&] { return store->state() == StoreState::moving; }));
+    EXPECT_THROW(write(1, 4), StoreFailure);
+    EXPECT_EQ(store->state(), StoreState::moving);
+    copyIsHeldUp.reset();
+    mover.join();
+    EXPECT_EQ(store->state(), StoreState::moved);
 }
