@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/BackupMerge.h"
+#include "export/BackupImport.h"
 #include "export/ExportFile.h"
 #include "export/LocalBackups.h"
 #include "frame/TaskSlot.h"
@@ -65,6 +65,7 @@ signals:
     void changed();
 
 private:
+    ImportParts importParts() const;
     void begin();
     void end(const std::optional<Message> &message);
     void end(const std::exception &failure);

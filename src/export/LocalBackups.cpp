@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -78,6 +79,8 @@ WriteResult fulfil(const Order &order)
         return {};
     const QString &folder = order.paths.backups;
     const QString name = KeptBackup::nameFor(wallTime(order.now), order.occasion, draft.words);
+    if (QFileInfo::exists(folder + u'/' + name))
+        return {}; // of the same second: what it holds is not to be lost to what came right behind it
     WriteResult result = makeFolder(folder);
     if (result)
         result = Backup::put(draft, folder + u'/' + name, order.calls);
@@ -147,16 +150,29 @@ QString LocalBackups::fileOf(const KeptBackup &backup) const
     return m_paths.backups + u'/' + backup.name;
 }
 
+// The first backup of a day shows what the day's imports began with, the last what the newest one met.
 QStringList LocalBackups::superfluous(const QList<KeptBackup> &all, const KeptBackup &made)
 {
-    const QSet<QDate> days = daysToKeep(all, made);
-    QSet<std::pair<QDate, int>> seen{{made.madeAt.date(), static_cast<int>(made.occasion)}};
-    QStringList names;
+    struct Span {
+        QDateTime first, last;
+    };
+    const auto kindOf = [](const KeptBackup &backup) {
+        return std::pair(backup.madeAt.date(), static_cast<int>(backup.occasion));
+    };
+    QHash<std::pair<QDate, int>, Span> spans;
     for (const KeptBackup &backup : all) { // the newest first
-        const std::pair kind(backup.madeAt.date(), static_cast<int>(backup.occasion));
-        if (backup != made && (!days.contains(kind.first) || seen.contains(kind)))
+        const auto kind = kindOf(backup);
+        if (!spans.contains(kind))
+            spans.insert(kind, {.first = backup.madeAt, .last = backup.madeAt});
+        spans[kind].first = backup.madeAt;
+    }
+    const QSet<QDate> days = daysToKeep(all, made);
+    QStringList names;
+    for (const KeptBackup &backup : all) {
+        const Span span = spans.value(kindOf(backup));
+        const bool isBetween = backup.madeAt != span.first && backup.madeAt != span.last;
+        if (backup != made && (isBetween || !days.contains(backup.madeAt.date())))
             names.append(backup.name);
-        seen.insert(kind);
     }
     return names;
 }

@@ -84,6 +84,11 @@ TEST_F(DataSectionTest, ABackupIsToldBeforeItIsMerged)
     settle();
     EXPECT_TRUE(shows("backupPlan"));
     EXPECT_FALSE(shows("bringBack")) << "there is nothing to do";
+    const QStringList kept = QDir(notebook.paths.backups).entryList(QDir::Files);
+    notebook.clock.advance(std::chrono::minutes(1));
+    exchange.bringBack();
+    EXPECT_EQ(message(), u"这里什么都不缺，没有改动"_s);
+    EXPECT_EQ(QDir(notebook.paths.backups).entryList(QDir::Files), kept) << "and so nothing to keep";
     exchange.readBackup(path(u"none.zip"_s));
     settle();
     EXPECT_FALSE(shows("backupPlan"));
@@ -126,7 +131,6 @@ TEST_F(DataSectionTest, WhatIsLearnedDuringAMergeStays)
     exchange.exportTo(ExportKind::backup, backup);
     notebook.fill({});
     exchange.readBackup(backup);
-    background.pass = 1; // the backup before it
     background.meanwhile = [this] {
         EXPECT_TRUE(exchange.isBusy());
         notebook.save("walk");
@@ -135,9 +139,10 @@ TEST_F(DataSectionTest, WhatIsLearnedDuringAMergeStays)
     exchange.bringBack();
     EXPECT_EQ(notebook.store.entries().size(), 2);
     EXPECT_TRUE(notebook.events().contains(u"glance walk"_s));
-    background.pass = 2;
-    background.meanwhile = [this] { notebook.log.add(LogKind::glance, u"run"_s); };
+    notebook.fill({});
     exchange.readBackup(backup);
+    background.pass = 1; // the merge that tells whether a backup is needed
+    background.meanwhile = [this] { notebook.log.add(LogKind::glance, u"run"_s); };
     exchange.bringBack();
     EXPECT_TRUE(notebook.events().contains(u"glance run"_s));
 }
