@@ -185,13 +185,23 @@ QCoro::Task<> LocalBackups::beforeSync()
     };
     if (std::ranges::any_of(kept(), isOfToday))
         co_return;
-    const WriteResult result = co_await keep(BackupOccasion::sync, {});
+    WriteResult result{.error = EIO};
+    try {
+        result = co_await keep(BackupOccasion::sync, {});
+    } catch (const std::exception &) {
+        // no archive could be made
+    }
     m_writer.report(m_paths.backups, result);
 }
 
 QCoro::Task<> LocalBackups::beforeImport(QString source)
 {
-    const WriteResult result = co_await keep(BackupOccasion::import, source);
+    WriteResult result;
+    try {
+        result = co_await keep(BackupOccasion::import, source);
+    } catch (const std::exception &failure) {
+        throw Failure(u"没有导入：要先留一份备份，但是"_s + Failure::shownText(failure));
+    }
     if (!result)
         throw Failure(
             u"没有导入：要先留一份备份，但是写不进 %1（%2）"_s.arg(m_paths.backups, result.reason()));
@@ -206,13 +216,9 @@ QCoro::Task<WriteResult> LocalBackups::keep(BackupOccasion occasion, QString sou
         .source = source,
         .now = m_clock.now(),
         .calls = m_writer.calls()};
-    WriteResult result{.error = EIO};
+    WriteResult result;
     const std::function<void()> work = [&] { result = fulfil(order); };
-    try {
-        co_await m_background.run(work);
-    } catch (const std::exception &) {
-        co_return result; // no archive could be made
-    }
+    co_await m_background.run(work);
     emit changed();
     co_return result;
 }

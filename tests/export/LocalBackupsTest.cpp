@@ -165,4 +165,14 @@ TEST_F(LocalBackupsTest, AFullDiskStopsAnImportButNoSync)
     EXPECT_EQ(QDir(paths.backups).entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 
+TEST_F(LocalBackupsTest, AFileThatCannotBeReadStopsAnImportAndIsToldAtASync)
+{
+    save("run");
+    ASSERT_TRUE(QDir().mkdir(paths.notes));
+    backups.beforeSync();
+    EXPECT_THAT(writer.unwritten(), ElementsAre(UnwrittenFile{.path = paths.backups, .error = EIO}));
+    EXPECT_EQ(import(), u"没有导入：要先留一份备份，但是读不了 notes.json，备份会不完整"_s);
+    EXPECT_THAT(backups.kept(), IsEmpty());
+}
+
 } // namespace nimbrelle
