@@ -1,11 +1,11 @@
 #include "export/BackupMerge.h"
 
+#include "frame/LocalTime.h"
 #include "frame/Text.h"
 #include "notebook/WordStore.h"
 #include "sync/BundleForm.h"
 #include "sync/SyncMerge.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QSet>
 
@@ -130,13 +130,6 @@ BackupPlan planOf(const Merged &merged, const Backup::Content &backup)
     return plan;
 }
 
-QString timeText(Timestamp time)
-{
-    using namespace std::chrono;
-    const auto since = floor<milliseconds>(time.time_since_epoch());
-    return QDateTime::fromMSecsSinceEpoch(since.count()).toString(u"yyyy 年 M 月 d 日 HH:mm"_s);
-}
-
 } // namespace
 
 QString BackupPlan::resultText() const
@@ -159,7 +152,7 @@ bool BackupPlan::changesNothing() const
 
 QStringList BackupPlan::lines() const
 {
-    QStringList lines{u"%1 的备份，有 %2 个词"_s.arg(timeText(madeAt)).arg(words)};
+    QStringList lines{u"%1 的备份，有 %2 个词"_s.arg(localTimeText(localTime(madeAt))).arg(words)};
     const auto tell = [&lines](qsizetype count, const QString &text) {
         if (count > 0)
             lines.append(text.arg(count));

@@ -6,6 +6,7 @@
 #include "frame/ConfigStore.h"
 #include "frame/DataWriter.h"
 #include "frame/Failure.h"
+#include "frame/LocalTime.h"
 #include "notebook/WordStore.h"
 #include "platform/Background.h"
 
@@ -16,6 +17,11 @@ using namespace Qt::StringLiterals;
 DataExchange::DataExchange(const Parts &parts) : m_parts(parts)
 {
     connect(&parts.backups, &LocalBackups::changed, this, &DataExchange::changed);
+}
+
+QDateTime DataExchange::localNow() const
+{
+    return localTime(m_parts.clock.now());
 }
 
 QString DataExchange::suggestedName(ExportKind kind) const

@@ -49,6 +49,7 @@ public:
     const std::optional<BackupPlan> &plan() const { return m_plan; }
     /// Those that the program keeps by itself, the newest first.
     QList<KeptBackup> kept() const { return m_parts.backups.kept(); }
+    QDateTime localNow() const;
 
     /// What a file is called unless the user chooses otherwise.
     QString suggestedName(ExportKind kind) const;

@@ -4,6 +4,7 @@
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/Failure.h"
+#include "frame/LocalTime.h"
 #include "platform/Background.h"
 
 #include <QDir>
@@ -24,15 +25,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype mostDays = 7;
-const QString timeForm = u"yyyyMMdd-HHmmss"_s;
 const QString syncWord = u"sync"_s;
 const QString importWord = u"import"_s;
-
-QDateTime wallTime(Timestamp time)
-{
-    using namespace std::chrono;
-    return QDateTime::fromMSecsSinceEpoch(floor<milliseconds>(time.time_since_epoch()).count());
-}
 
 QList<KeptBackup> keptIn(const QString &folder)
 {
@@ -78,7 +72,7 @@ WriteResult fulfil(const Order &order)
     if (!draft.hasNotebook)
         return {};
     const QString &folder = order.paths.backups;
-    const QString name = KeptBackup::nameFor(wallTime(order.now), order.occasion, draft.words);
+    const QString name = KeptBackup::nameFor(localTime(order.now), order.occasion, draft.words);
     if (QFileInfo::exists(folder + u'/' + name))
         return {}; // of the same second: what it holds is not to be lost to what came right behind it
     WriteResult result = makeFolder(folder);
@@ -110,7 +104,7 @@ QSet<QDate> daysToKeep(const QList<KeptBackup> &all, const KeptBackup &made)
 
 QString KeptBackup::nameFor(QDateTime madeAt, BackupOccasion occasion, qsizetype words)
 {
-    return u"nimbrelle-%1-%2-%3.zip"_s.arg(madeAt.toString(timeForm),
+    return u"nimbrelle-%1-%2-%3.zip"_s.arg(madeAt.toString(fileTimeForm),
         occasion == BackupOccasion::sync ? syncWord : importWord, QString::number(words));
 }
 
@@ -119,7 +113,7 @@ std::optional<KeptBackup> KeptBackup::fromName(const QString &name)
     static const QRegularExpression form(
         u"^nimbrelle-([0-9]{8}-[0-9]{6})-(sync|import)-([0-9]{1,9})\\.zip$"_s);
     const auto match = form.match(name);
-    const QDateTime madeAt = QDateTime::fromString(match.captured(1), timeForm);
+    const QDateTime madeAt = QDateTime::fromString(match.captured(1), fileTimeForm);
     if (!match.hasMatch() || !madeAt.isValid())
         return std::nullopt;
     return KeptBackup{.name = name,
@@ -128,9 +122,9 @@ std::optional<KeptBackup> KeptBackup::fromName(const QString &name)
         .occasion = match.captured(2) == syncWord ? BackupOccasion::sync : BackupOccasion::import};
 }
 
-QString KeptBackup::text() const
+QString KeptBackup::text(const QDateTime &now) const
 {
-    return u"%1 · %2 个词 · %3"_s.arg(madeAt.toString(u"yyyy 年 M 月 d 日 HH:mm"_s), QString::number(words),
+    return u"%1 · %2 个词 · %3"_s.arg(localTimeText(madeAt, now), QString::number(words),
         occasion == BackupOccasion::sync ? u"同步前"_s : u"导入前"_s);
 }
 
@@ -179,7 +173,7 @@ QStringList LocalBackups::superfluous(const QList<KeptBackup> &all, const KeptBa
 
 QCoro::Task<> LocalBackups::beforeSync()
 {
-    const QDate today = wallTime(m_clock.now()).date();
+    const QDate today = localTime(m_clock.now()).date();
     const auto isOfToday = [today](const KeptBackup &backup) {
         return backup.occasion == BackupOccasion::sync && backup.madeAt.date() == today;
     };

@@ -33,7 +33,7 @@ struct KeptBackup {
     static std::optional<KeptBackup> fromName(const QString &name);
 
     /// For the user, in one line.
-    QString text() const;
+    QString text(const QDateTime &now) const;
 };
 
 /// Keeps backups of the data files in a folder of theirs, before the first sync of a day and before each

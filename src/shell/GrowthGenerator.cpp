@@ -3,8 +3,8 @@
 #include "frame/AtomicFile.h"
 #include "frame/Clock.h"
 #include "frame/Failure.h"
+#include "frame/LocalTime.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
@@ -110,9 +110,8 @@ void GrowthGenerator::install() const
 
 void GrowthGenerator::keepForeign() const
 {
-    const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(m_clock.now().time_since_epoch());
-    const QString kept = m_folder.programs()
-        + QDateTime::fromMSecsSinceEpoch(now.count()).toString(u"'/journey.kept-'yyyyMMdd-HHmmss'.py'"_s);
+    const QString kept =
+        m_folder.programs() + u"/journey.kept-%1.py"_s.arg(localTime(m_clock.now()).toString(fileTimeForm));
     if (isThere(kept)
         || ::rename(QFile::encodeName(m_folder.script()).constData(), QFile::encodeName(kept).constData())
             != 0)

@@ -1,6 +1,7 @@
 #include "export/LocalBackups.h"
 
 #include "export/Backup.h"
+#include "frame/LocalTime.h"
 #include "support/Await.h"
 #include "support/FakeBackground.h"
 #include "support/FaultyCalls.h"
@@ -32,7 +33,7 @@ struct LocalBackupsTest : testing::Test, protected Notebook {
     {
         QStringList all;
         for (const KeptBackup &backup : backups.kept())
-            all.append(backup.text());
+            all.append(backup.text(localTime(clock.now())));
         return all;
     }
     /// What is said of an import; empty for one that may go on.
@@ -74,12 +75,11 @@ TEST_F(LocalBackupsTest, IsKeptBeforeTheFirstSyncOfADayAndBeforeEachImport)
     save("deploy");
     clock.advance(6h);
     backups.beforeSync();
-    EXPECT_THAT(texts(),
-        ElementsAre(
-            u"2026 年 3 月 1 日 16:31 · 1 个词 · 同步前"_s, u"2026 年 3 月 1 日 16:30 · 1 个词 · 导入前"_s));
+    EXPECT_THAT(
+        texts(), ElementsAre(u"3 月 1 日 16:31 · 1 个词 · 同步前"_s, u"3 月 1 日 16:30 · 1 个词 · 导入前"_s));
     clock.advance(2h); // past midnight
     backups.beforeSync();
-    EXPECT_EQ(texts().first(), u"2026 年 3 月 2 日 00:31 · 2 个词 · 同步前"_s);
+    EXPECT_EQ(texts().first(), u"3 月 2 日 00:31 · 2 个词 · 同步前"_s);
     EXPECT_THAT(content(0).notebook.words, SizeIs(2));
     EXPECT_THAT(content(1).notebook.words, SizeIs(1));
     const auto ofOthers = QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
@@ -104,10 +104,13 @@ TEST_F(LocalBackupsTest, SevenDaysAreKeptAndOfEachTheFirstAndLastOfEitherKind)
     const QList<KeptBackup> kept = backups.kept();
     EXPECT_THAT(kept, SizeIs(21));
     EXPECT_THAT(texts().first(3),
-        ElementsAre(u"2026 年 3 月 9 日 19:30 · 1 个词 · 导入前"_s,
-            u"2026 年 3 月 9 日 16:30 · 1 个词 · 导入前"_s, u"2026 年 3 月 9 日 16:30 · 1 个词 · 同步前"_s));
-    EXPECT_EQ(kept.last().text(), u"2026 年 3 月 3 日 16:30 · 1 个词 · 同步前"_s);
+        ElementsAre(u"3 月 9 日 19:30 · 1 个词 · 导入前"_s, u"3 月 9 日 16:30 · 1 个词 · 导入前"_s,
+            u"3 月 9 日 16:30 · 1 个词 · 同步前"_s));
+    EXPECT_EQ(kept.last().text(localTime(clock.now())), u"3 月 3 日 16:30 · 1 个词 · 同步前"_s);
     EXPECT_EQ(readFile(own), "mine");
+
+    EXPECT_EQ(
+        kept.last().text(localTime(clock.now()).addYears(1)), u"2026 年 3 月 3 日 16:30 · 1 个词 · 同步前"_s);
 
     const QString oldest = backups.fileOf(kept.last());
     import(oldest); // on a tenth day

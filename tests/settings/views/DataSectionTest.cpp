@@ -101,7 +101,7 @@ TEST_F(DataSectionTest, ABackupThatWasKeptIsListedAndComesBackAsAnyOther)
     notebook.save("run");
     backups.beforeSync();
     settle();
-    EXPECT_EQ(text("keptBackup"), u"2026 年 3 月 1 日 16:30 · 1 个词 · 同步前"_s);
+    EXPECT_EQ(text("keptBackup"), u"3 月 1 日 16:30 · 1 个词 · 同步前"_s);
     notebook.fill({}); // as if the file was lost
     notebook.clock.advance(std::chrono::minutes(1));
     press("restoreBackup");
@@ -109,8 +109,7 @@ TEST_F(DataSectionTest, ABackupThatWasKeptIsListedAndComesBackAsAnyOther)
     press("bringBack");
     EXPECT_EQ(notebook.word("run").headword, u"run"_s);
     EXPECT_THAT(texts("keptBackup"),
-        ElementsAre(
-            u"2026 年 3 月 1 日 16:31 · 0 个词 · 导入前"_s, u"2026 年 3 月 1 日 16:30 · 1 个词 · 同步前"_s));
+        ElementsAre(u"3 月 1 日 16:31 · 0 个词 · 导入前"_s, u"3 月 1 日 16:30 · 1 个词 · 同步前"_s));
     EXPECT_TRUE(isEnabled("restoreBackup"));
 
     const QString backup = path(u"x.zip"_s);
