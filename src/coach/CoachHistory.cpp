@@ -46,18 +46,24 @@ void CoachHistory::put(const QString &today, const QList<CoachMessage> &messages
     write();
 }
 
-// A later day, from a clock that goes wrong, would stand in today's place.
+// A later day, from a clock that goes wrong, would stand in today's place, and what finds no room would be
+// missing again after each add().
 QList<CoachDay> CoachHistory::missing(const QList<CoachDay> &days) const
 {
     const QString today = DayKey::string(m_clock.now());
     QList<CoachDay> missing;
+    QStringList all;
+    for (const CoachDay &day : m_days)
+        all.append(day.day);
     for (const CoachDay &offered : days) {
-        const auto isSameDay = [&offered](const CoachDay &day) { return day.day == offered.day; };
-        const bool isKnown =
-            std::ranges::any_of(m_days, isSameDay) || std::ranges::any_of(missing, isSameDay);
-        if (!isKnown && DayKey::date(offered.day) && offered.day <= today)
-            missing.append(offered);
+        if (all.contains(offered.day) || !DayKey::date(offered.day) || offered.day > today)
+            continue;
+        missing.append(offered);
+        all.append(offered.day);
     }
+    all.sort();
+    all.remove(0, std::max<qsizetype>(0, all.size() - daysKept));
+    missing.removeIf([&all](const CoachDay &day) { return !all.contains(day.day); });
     return missing;
 }
 

@@ -60,9 +60,10 @@ public:
     /// messages leaves no day.
     void put(const QString &today, const QList<CoachMessage> &messages);
 
-    /// Of the days of another device those that are none of ours, up to today.
+    /// Of the days of another device those that are none of ours, up to today, and for which
+    /// there is room.
     QList<CoachDay> missing(const QList<CoachDay> &days) const;
-    /// Puts those in at their places, as far as room is kept for them.
+    /// Puts those in at their places.
     void add(const QList<CoachDay> &days);
 
 private:

@@ -1,5 +1,6 @@
 #include "export/Backup.h"
 
+#include "export/ChosenFile.h"
 #include "frame/AppPaths.h"
 #include "frame/Failure.h"
 #include "frame/LineFile.h"
@@ -118,28 +119,41 @@ std::optional<QByteArray> withoutSecrets(const QByteArray &config)
     return encode(settings, TextForm::file);
 }
 
-/// As it goes into the archive; absent for a file that is missing or must not be handed on.
-std::optional<Archive::Entry> entryOf(const QString &path, Content &content)
+/// Absent for a file that is missing. One that can't be read must not look like that.
+std::optional<QByteArray> bytesOf(const QString &path)
 {
-    const QString name = QFileInfo(path).fileName();
     auto bytes = readFile(path);
-    if (bytes && name == configName)
-        bytes = withoutSecrets(*bytes);
-    if (!bytes)
-        return std::nullopt;
-    const bool isWhole = takers().value(name, &passOver)(*bytes, content);
-    return Archive::Entry{.name = isWhole ? name : damagedFolder + name, .bytes = *bytes};
+    if (!bytes && QFileInfo::exists(path))
+        throw Failure(u"读不了 "_s + QFileInfo(path).fileName() + u"，备份会不完整"_s);
+    return bytes;
 }
 
-QString shownOf(const QList<Archive::Entry> &entries)
+/// As it goes into the archive; absent for what must not be handed on.
+std::optional<Archive::Entry> entryOf(const QString &name, QByteArray bytes, Content &content)
+{
+    if (name == configName) {
+        const auto shareable = withoutSecrets(bytes);
+        if (!shareable)
+            return std::nullopt;
+        bytes = *shareable;
+    }
+    const bool isWhole = takers().value(name, &passOver)(bytes, content);
+    return Archive::Entry{.name = isWhole ? name : damagedFolder + name, .bytes = bytes};
+}
+
+QString shownOf(const Draft &draft)
 {
     QStringList damaged;
-    for (const Archive::Entry &entry : entries) {
+    for (const Archive::Entry &entry : draft.entries) {
         if (entry.name.startsWith(damagedFolder))
             damaged.append(entry.name.mid(damagedFolder.size()));
     }
-    return damaged.isEmpty() ? u"已导出备份"_s
-                             : u"已导出备份；"_s + damaged.join(u'、') + u" 读不出来，原样放在里面"_s;
+    QString text = u"已导出备份"_s;
+    if (!damaged.isEmpty())
+        text += u"；"_s + damaged.join(u'、') + u" 读不出来，原样放在里面"_s;
+    if (!draft.leftOut.isEmpty())
+        text += u"；"_s + draft.leftOut.join(u'、') + u" 读不出来，里面可能有密钥，没有放进去"_s;
+    return text;
 }
 
 /// Takes the entries of an archive one by one.
@@ -201,11 +215,15 @@ Draft draftOf(const AppPaths &paths, Timestamp now)
                     .bytes = encode(manifest, TextForm::file).value_or(QByteArray())}}};
     Content content;
     for (const QString &path : paths.files()) {
-        const auto entry = entryOf(path, content);
-        if (!entry)
+        const QString name = QFileInfo(path).fileName();
+        const auto bytes = bytesOf(path);
+        if (!bytes)
             continue;
-        draft.entries.append(*entry);
-        draft.hasNotebook = draft.hasNotebook || isOfNotebook(QFileInfo(path).fileName());
+        if (const auto entry = entryOf(name, *bytes, content))
+            draft.entries.append(*entry);
+        else
+            draft.leftOut.append(name);
+        draft.hasNotebook = draft.hasNotebook || isOfNotebook(name);
     }
     draft.words = content.notebook.words.size();
     return draft;
@@ -224,20 +242,12 @@ QString write(const AppPaths &paths, const QString &file, Timestamp now, FileCal
     const WriteResult result = put(draft, file, calls);
     if (!result)
         throw Failure(u"写不进 "_s + file + u"："_s + result.reason());
-    return shownOf(draft.entries);
+    return shownOf(draft);
 }
 
 Content read(const QString &file)
 {
-    const QFileInfo info(file);
-    if (!info.isFile())
-        throw Failure(u"找不到文件 "_s + file);
-    if (info.size() > largestFile)
-        throw Failure(u"这个文件太大，不会是 Nimbrelle 的备份"_s);
-    const auto bytes = readFile(file);
-    if (!bytes)
-        throw Failure(u"读不了文件 "_s + file);
-    return parse(*bytes);
+    return parse(readChosenFile(file, largestFile, u"这个文件太大，不会是 Nimbrelle 的备份"_s));
 }
 
 Content parse(QByteArrayView archive)

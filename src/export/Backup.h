@@ -23,11 +23,13 @@ struct Content {
 /// What an archive is made of.
 struct Draft {
     QList<Archive::Entry> entries;
+    QStringList leftOut; ///< files that can't be handed on, since what they hold can't be told
     qsizetype words = 0; ///< that can be read
     bool hasNotebook = false; ///< there is more than settings and what describes the device
 };
 
-/// From the data files, also beside a running program.
+/// From the data files, also beside a running program. Throws a Failure for one that is there and can't be
+/// read.
 Draft draftOf(const AppPaths &paths, Timestamp now);
 
 /// Replaces `file`; a failure leaves the old one. Throws a Failure when the archive can't be made.

@@ -1,11 +1,11 @@
 #include "export/BackupMerge.h"
 
+#include "frame/LocalTime.h"
 #include "frame/Text.h"
 #include "notebook/WordStore.h"
 #include "sync/BundleForm.h"
 #include "sync/SyncMerge.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QSet>
 
@@ -67,51 +67,92 @@ qsizetype newOthers(const Merged &merged)
 {
     const auto &[before, after] = merged;
     return newRecords(before.notes, after.notes) + newRecords(before.grammar, after.grammar)
-        + newRecords(before.affixes, after.affixes) + newRecords(before.deleted, after.deleted)
-        + after.log.size() - before.log.size();
+        + newRecords(before.affixes, after.affixes) + after.log.size() - before.log.size();
+}
+
+using Deleted = QSet<QString>;
+
+Deleted newlyDeleted(const Merged &merged)
+{
+    Deleted ids;
+    for (const Tombstone &tombstone : merged.after.deleted)
+        ids.insert(tombstone.id);
+    for (const Tombstone &tombstone : merged.before.deleted)
+        ids.remove(tombstone.id);
+    return ids;
+}
+
+template <class Record> qsizetype removedOf(const QList<Record> &records, const Deleted &deleted)
+{
+    return std::ranges::count_if(
+        records, [&deleted](const Record &record) { return deleted.contains(idText(record.id)); });
+}
+
+qsizetype removedOthers(const SyncBundle &before, const Deleted &deleted)
+{
+    qsizetype count = removedOf(before.notes, deleted) + removedOf(before.grammar, deleted)
+        + removedOf(before.affixes, deleted);
+    for (const WordEntry &word : before.words)
+        count += removedOf(word.examples, deleted) + removedOf(word.notes.value_or(QList<AINote>()), deleted);
+    return count;
+}
+
+/// Whether more became of it than that parts of it went.
+bool isChanged(WordEntry before, const WordEntry &after, const Deleted &deleted)
+{
+    const auto isGone = [&deleted](const auto &record) { return deleted.contains(idText(record.id)); };
+    if (before == after)
+        return false;
+    before.examples.removeIf(isGone);
+    if (before.notes)
+        before.notes->removeIf(isGone);
+    return before != after;
 }
 
 BackupPlan planOf(const Merged &merged, const Backup::Content &backup)
 {
+    const Deleted deleted = newlyDeleted(merged);
     BackupPlan plan{.madeAt = backup.madeAt,
         .words = backup.notebook.words.size(),
         .buried = buriedOf(backup.notebook.words, merged),
         .otherRecords = newOthers(merged),
+        .removedRecords = removedOthers(merged.before, deleted),
+        .tombstones = deleted.size(),
         .hasSettings = merged.after.settings != merged.before.settings};
     const auto before = bySpelling(merged.before.words), after = bySpelling(merged.after.words);
     for (const auto &[key, word] : after.asKeyValueRange()) {
         const WordEntry *known = before.value(key);
         plan.added += known ? 0 : 1;
-        plan.changed += known && *known != *word ? 1 : 0;
+        plan.changed += known && isChanged(*known, *word, deleted) ? 1 : 0;
     }
     for (const QString &key : before.keys())
         plan.removed += after.contains(key) ? 0 : 1;
     return plan;
 }
 
-QString timeText(Timestamp time)
-{
-    using namespace std::chrono;
-    const auto since = floor<milliseconds>(time.time_since_epoch());
-    return QDateTime::fromMSecsSinceEpoch(since.count()).toString(u"yyyy 年 M 月 d 日 HH:mm"_s);
-}
-
 } // namespace
 
 QString BackupPlan::resultText() const
 {
-    return changesNothing() ? u"这里什么都不缺，没有改动"_s
-                            : u"已导入备份：新增 %1 个词，补全 %2 个"_s.arg(added).arg(changed);
+    if (changesNothing())
+        return u"这里什么都不缺，没有改动"_s;
+    QString text = u"已导入备份：新增 %1 个词，补全 %2 个"_s.arg(added).arg(changed);
+    if (removed > 0)
+        text += u"，去掉 %1 个"_s.arg(removed);
+    if (removedRecords > 0)
+        text += u"，去掉 %1 条笔记和句子"_s.arg(removedRecords);
+    return text;
 }
 
 bool BackupPlan::changesNothing() const
 {
-    return added + changed + removed + otherRecords + coachDays == 0 && !hasSettings;
+    return added + changed + removed + otherRecords + removedRecords + tombstones + coachDays == 0
+        && !hasSettings;
 }
 
 QStringList BackupPlan::lines() const
 {
-    QStringList lines{u"%1 的备份，有 %2 个词"_s.arg(timeText(madeAt)).arg(words)};
+    QStringList lines{u"%1 的备份，有 %2 个词"_s.arg(localTimeText(localTime(madeAt))).arg(words)};
     const auto tell = [&lines](qsizetype count, const QString &text) {
         if (count > 0)
             lines.append(text.arg(count));
@@ -119,6 +160,8 @@ QStringList BackupPlan::lines() const
     tell(added, u"新增 %1 个词"_s);
     tell(changed, u"补全 %1 个已有的词"_s);
     tell(removed, u"去掉 %1 个词：备份里已经删除"_s);
+    tell(removedRecords, u"去掉 %1 条笔记和句子：备份里已经删除"_s);
+    tell(tombstones - removed - removedRecords, u"另外记下 %1 处备份里的删除"_s);
     tell(buried, u"%1 个词在这里删除过，不会回来"_s);
     tell(otherRecords, u"新增 %1 条笔记和学习记录"_s);
     tell(coachDays, u"新增 %1 天的教练对话"_s);

@@ -16,7 +16,9 @@ struct BackupPlan {
     qsizetype changed = 0; ///< words here that get more, or a later state
     qsizetype removed = 0; ///< words here that had been deleted when the backup was made
     qsizetype buried = 0; ///< words of the backup that were deleted here since
-    qsizetype otherRecords = 0; ///< notes, grammar, affixes, tombstones and log lines that come in
+    qsizetype otherRecords = 0; ///< notes, grammar, affixes and log lines that come in
+    qsizetype removedRecords = 0; ///< notes, sentences and the like here that had been deleted by then
+    qsizetype tombstones = 0; ///< that come in, of all that
     qsizetype coachDays = 0;
     bool hasSettings = false; ///< the study settings become those of the backup
 

@@ -6,6 +6,7 @@
 #include "frame/ConfigStore.h"
 #include "frame/DataWriter.h"
 #include "frame/Failure.h"
+#include "frame/LocalTime.h"
 #include "notebook/WordStore.h"
 #include "platform/Background.h"
 
@@ -18,9 +19,22 @@ DataExchange::DataExchange(const Parts &parts) : m_parts(parts)
     connect(&parts.backups, &LocalBackups::changed, this, &DataExchange::changed);
 }
 
+QDateTime DataExchange::localNow() const
+{
+    return localTime(m_parts.clock.now());
+}
+
 QString DataExchange::suggestedName(ExportKind kind) const
 {
     return exportName(kind, m_parts.clock.now());
+}
+
+ImportParts DataExchange::importParts() const
+{
+    return {.words = m_parts.words,
+        .coach = m_parts.coach,
+        .background = m_parts.background,
+        .backups = m_parts.backups};
 }
 
 void DataExchange::begin()
@@ -82,20 +96,10 @@ void DataExchange::readBackup(const QString &file)
 
 QCoro::Task<> DataExchange::runReading(QString file, std::stop_token stop)
 {
-    const SyncBundle local = m_parts.words.snapshot();
-    Backup::Content backup;
-    BackupPlan plan;
-    const std::function<void()> work = [&] {
-        backup = Backup::read(file);
-        plan = mergeOf(local, backup).plan;
-    };
     try {
-        co_await m_parts.background.run(work);
-        if (stop.stop_requested())
-            co_return;
-        plan.coachDays = m_parts.coach.missing(backup.coach).size();
-        m_backup = std::move(backup);
-        m_plan = plan;
+        BackupReading reading = co_await nimbrelle::readBackup(importParts(), file, stop);
+        m_backup = std::move(reading.backup);
+        m_plan = reading.plan;
         end(std::nullopt);
     } catch (const std::exception &failure) {
         if (!stop.stop_requested())
@@ -112,23 +116,10 @@ void DataExchange::bringBack()
     runMerge(backup, m_source, m_task.renew());
 }
 
-// What was learned while the merge was made belongs into it: then it is made once more.
 QCoro::Task<> DataExchange::runMerge(Backup::Content backup, QString source, std::stop_token stop)
 {
-    SyncBundle local;
-    BackupMerge merge;
-    const std::function<void()> work = [&] { merge = mergeOf(local, backup); };
     try {
-        co_await m_parts.backups.beforeImport(source);
-        do {
-            if (stop.stop_requested())
-                co_return;
-            local = m_parts.words.snapshot();
-            co_await m_parts.background.run(work);
-            if (stop.stop_requested())
-                co_return;
-        } while (local != m_parts.words.snapshot());
-        const BackupPlan done = nimbrelle::bringBack(merge, backup.coach, m_parts.words, m_parts.coach);
+        const BackupPlan done = co_await mergeBackup(importParts(), backup, source, stop);
         end(Message{.isGood = true, .text = done.resultText()});
     } catch (const std::exception &failure) {
         if (!stop.stop_requested())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/BackupMerge.h"
+#include "export/BackupImport.h"
 #include "export/ExportFile.h"
 #include "export/LocalBackups.h"
 #include "frame/TaskSlot.h"
@@ -49,6 +49,7 @@ public:
     const std::optional<BackupPlan> &plan() const { return m_plan; }
     /// Those that the program keeps by itself, the newest first.
     QList<KeptBackup> kept() const { return m_parts.backups.kept(); }
+    QDateTime localNow() const;
 
     /// What a file is called unless the user chooses otherwise.
     QString suggestedName(ExportKind kind) const;
@@ -65,6 +66,7 @@ signals:
     void changed();
 
 private:
+    ImportParts importParts() const;
     void begin();
     void end(const std::optional<Message> &message);
     void end(const std::exception &failure);

@@ -2,30 +2,16 @@
 
 #include "export/AnkiNotes.h"
 #include "export/Backup.h"
+#include "export/ChosenFile.h"
 #include "export/CsvWords.h"
 #include "frame/DayKey.h"
 #include "frame/Failure.h"
-
-#include <QFileInfo>
 
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// A data file must not be replaced by another thing by a slip of the hand.
-void refuseDataFolder(const QString &file, const AppPaths &paths)
-{
-    const QFileInfo target(file);
-    const QString written = target.exists() ? target.canonicalFilePath() : target.absoluteFilePath();
-    const QString folder = QFileInfo(QFileInfo(written).path()).canonicalFilePath();
-    const auto isIt = [&folder](const QString &own) {
-        return !folder.isEmpty() && folder == QFileInfo(own).canonicalFilePath();
-    };
-    if (isIt(paths.supportDir) || isIt(paths.backups))
-        throw Failure(u"不能写进 Nimbrelle 自己的数据文件夹，请换一个地方"_s);
-}
 
 QByteArray bytesOf(ExportKind kind, const ExportSource &source)
 {

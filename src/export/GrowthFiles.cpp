@@ -1,26 +1,17 @@
 #include "export/GrowthFiles.h"
 
+#include "export/ChosenFile.h"
 #include "frame/AppPaths.h"
 #include "frame/DayKey.h"
 #include "frame/RecordFile.h"
 
 #include <QFileInfo>
 
-#include <cstring>
-
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Where a write would end, for a link is followed.
-QString folderOf(const QString &path)
-{
-    const QFileInfo file(path);
-    const QString target = file.exists() ? file.canonicalFilePath() : file.absoluteFilePath();
-    return QFileInfo(QFileInfo(target).path()).canonicalFilePath();
-}
 
 Failure unreadable(const QString &path)
 {
@@ -56,10 +47,9 @@ void writeGrowthPage(const QString &path, QByteArrayView page, const AppPaths &p
 {
     if (path.isEmpty() || QFileInfo(path).isDir())
         throw Failure(u"要写明一个文件，比如 成长档案.html。"_s);
-    if (folderOf(path) == folderOf(paths.words))
-        throw Failure(u"存放数据的文件夹里不写别的，请换一个地方。"_s);
+    refuseDataFolder(path, paths);
     if (const WriteResult result = replaceFile(path, page, FileMode::ownerOnly); !result)
-        throw Failure(u"写不了 %1：%2"_s.arg(path, QString::fromLocal8Bit(std::strerror(result.error))));
+        throw Failure(u"写不了 %1：%2"_s.arg(path, result.reason()));
 }
 
 } // namespace nimbrelle

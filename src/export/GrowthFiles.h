@@ -14,7 +14,7 @@ GrowthSource readGrowthSource(
     const AppPaths &paths, const LearningLog &log, const AppConfig &config, Timestamp now);
 
 /// Replaces the file by the page; only its owner can read it. Throws a Failure, also for a place in the
-/// folder of the data files.
+/// folders of the data files and of the backups.
 void writeGrowthPage(const QString &path, QByteArrayView page, const AppPaths &paths);
 
 } // namespace nimbrelle

@@ -4,11 +4,13 @@
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/Failure.h"
+#include "frame/LocalTime.h"
 #include "platform/Background.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -23,15 +25,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype mostDays = 7;
-const QString timeForm = u"yyyyMMdd-HHmmss"_s;
 const QString syncWord = u"sync"_s;
 const QString importWord = u"import"_s;
-
-QDateTime wallTime(Timestamp time)
-{
-    using namespace std::chrono;
-    return QDateTime::fromMSecsSinceEpoch(floor<milliseconds>(time.time_since_epoch()).count());
-}
 
 QList<KeptBackup> keptIn(const QString &folder)
 {
@@ -77,7 +72,9 @@ WriteResult fulfil(const Order &order)
     if (!draft.hasNotebook)
         return {};
     const QString &folder = order.paths.backups;
-    const QString name = KeptBackup::nameFor(wallTime(order.now), order.occasion, draft.words);
+    const QString name = KeptBackup::nameFor(localTime(order.now), order.occasion, draft.words);
+    if (QFileInfo::exists(folder + u'/' + name))
+        return {}; // of the same second: what it holds is not to be lost to what came right behind it
     WriteResult result = makeFolder(folder);
     if (result)
         result = Backup::put(draft, folder + u'/' + name, order.calls);
@@ -107,7 +104,7 @@ QSet<QDate> daysToKeep(const QList<KeptBackup> &all, const KeptBackup &made)
 
 QString KeptBackup::nameFor(QDateTime madeAt, BackupOccasion occasion, qsizetype words)
 {
-    return u"nimbrelle-%1-%2-%3.zip"_s.arg(madeAt.toString(timeForm),
+    return u"nimbrelle-%1-%2-%3.zip"_s.arg(madeAt.toString(fileTimeForm),
         occasion == BackupOccasion::sync ? syncWord : importWord, QString::number(words));
 }
 
@@ -116,7 +113,7 @@ std::optional<KeptBackup> KeptBackup::fromName(const QString &name)
     static const QRegularExpression form(
         u"^nimbrelle-([0-9]{8}-[0-9]{6})-(sync|import)-([0-9]{1,9})\\.zip$"_s);
     const auto match = form.match(name);
-    const QDateTime madeAt = QDateTime::fromString(match.captured(1), timeForm);
+    const QDateTime madeAt = QDateTime::fromString(match.captured(1), fileTimeForm);
     if (!match.hasMatch() || !madeAt.isValid())
         return std::nullopt;
     return KeptBackup{.name = name,
@@ -125,9 +122,9 @@ std::optional<KeptBackup> KeptBackup::fromName(const QString &name)
         .occasion = match.captured(2) == syncWord ? BackupOccasion::sync : BackupOccasion::import};
 }
 
-QString KeptBackup::text() const
+QString KeptBackup::text(const QDateTime &now) const
 {
-    return u"%1 · %2 个词 · %3"_s.arg(madeAt.toString(u"yyyy 年 M 月 d 日 HH:mm"_s), QString::number(words),
+    return u"%1 · %2 个词 · %3"_s.arg(localTimeText(madeAt, now), QString::number(words),
         occasion == BackupOccasion::sync ? u"同步前"_s : u"导入前"_s);
 }
 
@@ -147,35 +144,58 @@ QString LocalBackups::fileOf(const KeptBackup &backup) const
     return m_paths.backups + u'/' + backup.name;
 }
 
+// The first backup of a day shows what the day's imports began with, the last what the newest one met.
 QStringList LocalBackups::superfluous(const QList<KeptBackup> &all, const KeptBackup &made)
 {
-    const QSet<QDate> days = daysToKeep(all, made);
-    QSet<std::pair<QDate, int>> seen{{made.madeAt.date(), static_cast<int>(made.occasion)}};
-    QStringList names;
+    struct Span {
+        QDateTime first, last;
+    };
+    const auto kindOf = [](const KeptBackup &backup) {
+        return std::pair(backup.madeAt.date(), static_cast<int>(backup.occasion));
+    };
+    QHash<std::pair<QDate, int>, Span> spans;
     for (const KeptBackup &backup : all) { // the newest first
-        const std::pair kind(backup.madeAt.date(), static_cast<int>(backup.occasion));
-        if (backup != made && (!days.contains(kind.first) || seen.contains(kind)))
+        const auto kind = kindOf(backup);
+        if (!spans.contains(kind))
+            spans.insert(kind, {.first = backup.madeAt, .last = backup.madeAt});
+        spans[kind].first = backup.madeAt;
+    }
+    const QSet<QDate> days = daysToKeep(all, made);
+    QStringList names;
+    for (const KeptBackup &backup : all) {
+        const Span span = spans.value(kindOf(backup));
+        const bool isBetween = backup.madeAt != span.first && backup.madeAt != span.last;
+        if (backup != made && (isBetween || !days.contains(backup.madeAt.date())))
             names.append(backup.name);
-        seen.insert(kind);
     }
     return names;
 }
 
 QCoro::Task<> LocalBackups::beforeSync()
 {
-    const QDate today = wallTime(m_clock.now()).date();
+    const QDate today = localTime(m_clock.now()).date();
     const auto isOfToday = [today](const KeptBackup &backup) {
         return backup.occasion == BackupOccasion::sync && backup.madeAt.date() == today;
     };
     if (std::ranges::any_of(kept(), isOfToday))
         co_return;
-    const WriteResult result = co_await keep(BackupOccasion::sync, {});
+    WriteResult result{.error = EIO};
+    try {
+        result = co_await keep(BackupOccasion::sync, {});
+    } catch (const std::exception &) {
+        // no archive could be made
+    }
     m_writer.report(m_paths.backups, result);
 }
 
 QCoro::Task<> LocalBackups::beforeImport(QString source)
 {
-    const WriteResult result = co_await keep(BackupOccasion::import, source);
+    WriteResult result;
+    try {
+        result = co_await keep(BackupOccasion::import, source);
+    } catch (const std::exception &failure) {
+        throw Failure(u"没有导入：要先留一份备份，但是"_s + Failure::shownText(failure));
+    }
     if (!result)
         throw Failure(
             u"没有导入：要先留一份备份，但是写不进 %1（%2）"_s.arg(m_paths.backups, result.reason()));
@@ -190,13 +210,9 @@ QCoro::Task<WriteResult> LocalBackups::keep(BackupOccasion occasion, QString sou
         .source = source,
         .now = m_clock.now(),
         .calls = m_writer.calls()};
-    WriteResult result{.error = EIO};
+    WriteResult result;
     const std::function<void()> work = [&] { result = fulfil(order); };
-    try {
-        co_await m_background.run(work);
-    } catch (const std::exception &) {
-        co_return result; // no archive could be made
-    }
+    co_await m_background.run(work);
     emit changed();
     co_return result;
 }

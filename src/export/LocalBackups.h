@@ -33,12 +33,12 @@ struct KeptBackup {
     static std::optional<KeptBackup> fromName(const QString &name);
 
     /// For the user, in one line.
-    QString text() const;
+    QString text(const QDateTime &now) const;
 };
 
 /// Keeps backups of the data files in a folder of theirs, before the first sync of a day and before each
-/// import: of each of the seven latest days that have any, the last of either kind. Main thread only; the
-/// archives are made in the background.
+/// import that changes something: of each of the seven latest days that have any, the first and the last of
+/// either kind. Main thread only; the archives are made in the background.
 class LocalBackups : public QObject {
     Q_OBJECT
 

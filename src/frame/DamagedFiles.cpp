@@ -1,8 +1,8 @@
 #include "frame/DamagedFiles.h"
 
 #include "frame/Clock.h"
+#include "frame/LocalTime.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -60,11 +60,9 @@ WriteResult DamagedFiles::keep(const QString &path, FileMode mode)
 // Never the name of a file that was kept before.
 QString DamagedFiles::nameFor(const QString &path) const
 {
-    using namespace std::chrono;
-    const auto now = floor<milliseconds>(m_clock.now().time_since_epoch());
     const QFileInfo file(path);
-    const QString stem = u"%1/%2.damaged-%3"_s.arg(file.path(), file.completeBaseName(),
-        QDateTime::fromMSecsSinceEpoch(now.count()).toString(u"yyyyMMdd-HHmmss"_s));
+    const QString stem = u"%1/%2.damaged-%3"_s.arg(
+        file.path(), file.completeBaseName(), localTime(m_clock.now()).toString(fileTimeForm));
     QString name = stem + u'.' + file.suffix();
     for (int i = 2; QFileInfo::exists(name); ++i)
         name = u"%1-%2.%3"_s.arg(stem).arg(i).arg(file.suffix());

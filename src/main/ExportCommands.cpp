@@ -1,6 +1,6 @@
 #include "main/ExportCommands.h"
 
-#include "export/BackupMerge.h"
+#include "export/BackupImport.h"
 #include "export/ExportFile.h"
 #include "export/WordImport.h"
 #include "export/WordsFile.h"
@@ -34,6 +34,14 @@ void printPlan(const BackupPlan &plan, QTextStream &out)
         out << line << Qt::endl;
 }
 
+ImportParts importParts(Services &services)
+{
+    return {.words = services.words(),
+        .coach = services.coachHistory(),
+        .background = services.background(),
+        .backups = services.backups()};
+}
+
 } // namespace
 
 QString givenPath(const QString &value, QTextStream &)
@@ -55,23 +63,22 @@ QCoro::Task<int> exportData(ExportKind kind, OptionRun run)
 
 QCoro::Task<int> checkBackup(OptionRun run)
 {
-    Services &services = run.services;
-    co_return reporting(run.out, [&] {
-        const Backup::Content backup = Backup::read(run.value);
-        BackupPlan plan = mergeOf(services.words().snapshot(), backup).plan;
-        plan.coachDays = services.coachHistory().missing(backup.coach).size();
-        printPlan(plan, run.out);
-    });
+    try {
+        const BackupReading reading = co_await readBackup(importParts(run.services), run.value);
+        printPlan(reading.plan, run.out);
+        co_return 0;
+    } catch (const Failure &failure) {
+        run.out << failure.text() << Qt::endl;
+        co_return 1;
+    }
 }
 
 QCoro::Task<int> importBackup(OptionRun run)
 {
-    Services &services = run.services;
+    const ImportParts parts = importParts(run.services);
     try {
-        const Backup::Content backup = Backup::read(run.value);
-        co_await services.backups().beforeImport(run.value);
-        const BackupMerge merge = mergeOf(services.words().snapshot(), backup);
-        const BackupPlan done = bringBack(merge, backup.coach, services.words(), services.coachHistory());
+        const BackupReading reading = co_await readBackup(parts, run.value);
+        const BackupPlan done = co_await mergeBackup(parts, reading.backup, run.value);
         printPlan(done, run.out);
         if (!done.changesNothing())
             run.out << done.resultText() << Qt::endl;
@@ -89,7 +96,9 @@ QCoro::Task<int> importWords(OptionRun run)
         [&run](const QString &line) { run.out << line << Qt::endl; });
     bool isRead = false;
     try {
-        const WordsFile::Words list = WordsFile::read(run.value);
+        WordsFile::Words list;
+        const std::function<void()> reading = [&] { list = WordsFile::read(run.value); };
+        co_await run.services.background().run(reading);
         co_await run.services.backups().beforeImport({});
         run.out << WordsFile::addedText(list, import.add(list.words)) << Qt::endl;
         isRead = true;

@@ -3,13 +3,12 @@
 #include "frame/AtomicFile.h"
 #include "frame/Clock.h"
 #include "frame/Failure.h"
+#include "frame/LocalTime.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
 #include <cerrno>
-#include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,9 +21,9 @@ namespace {
 /// The beginning of every script of ours, whichever version wrote it.
 constexpr QByteArrayView mark{"#!/usr/bin/python3\n# nimbrelle-growth-archive\n"};
 
-Failure failed(const QString &what, const QString &path, int error)
+Failure failed(const QString &what, const QString &path, const WriteResult &result)
 {
-    return Failure(what.arg(path, QString::fromLocal8Bit(std::strerror(error))));
+    return Failure(what.arg(path, result.reason()));
 }
 
 /// As a literal that means the same bytes whatever they are.
@@ -43,7 +42,7 @@ void prepareFolder(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
     if (::mkdir(name.constData(), 0700) != 0 && errno != EEXIST)
-        throw failed(u"建不了文件夹 %1：%2"_s, path, errno);
+        throw failed(u"建不了文件夹 %1：%2"_s, path, WriteResult::ofErrno());
     struct stat status { };
     if (::lstat(name.constData(), &status) != 0 || !S_ISDIR(status.st_mode) || status.st_uid != ::geteuid())
         throw Failure(u"%1 不是自己的文件夹，没有安装。"_s.arg(path));
@@ -102,7 +101,7 @@ void GrowthGenerator::install() const
         keepForeign();
     const QString script = m_folder.script();
     if (const WriteResult result = replaceFile(script, text(), FileMode::ownerOnly); !result)
-        throw failed(u"写不了 %1：%2"_s, script, result.error);
+        throw failed(u"写不了 %1：%2"_s, script, result);
     ::chmod(QFile::encodeName(script).constData(), 0700);
     if (!m_folder.hasOwnScript())
         throw Failure(
@@ -111,9 +110,8 @@ void GrowthGenerator::install() const
 
 void GrowthGenerator::keepForeign() const
 {
-    const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(m_clock.now().time_since_epoch());
-    const QString kept = m_folder.programs()
-        + QDateTime::fromMSecsSinceEpoch(now.count()).toString(u"'/journey.kept-'yyyyMMdd-HHmmss'.py'"_s);
+    const QString kept =
+        m_folder.programs() + u"/journey.kept-%1.py"_s.arg(localTime(m_clock.now()).toString(fileTimeForm));
     if (isThere(kept)
         || ::rename(QFile::encodeName(m_folder.script()).constData(), QFile::encodeName(kept).constData())
             != 0)

@@ -1,23 +1,11 @@
 #include "sync/SyncStatus.h"
 
+#include "frame/LocalTime.h"
 #include "sync/SyncService.h"
-
-#include <QDateTime>
 
 using namespace Qt::StringLiterals;
 
 namespace nimbrelle {
-
-namespace {
-
-QString timeText(Timestamp time)
-{
-    using namespace std::chrono;
-    const auto since = floor<milliseconds>(time.time_since_epoch());
-    return QDateTime::fromMSecsSinceEpoch(since.count()).toString(u"M 月 d 日 HH:mm"_s);
-}
-
-} // namespace
 
 SyncStatus SyncStatus::of(const SyncService &service)
 {
@@ -38,7 +26,7 @@ QString SyncStatus::text(Timestamp now) const
         return lead + u"刚刚"_s;
     if (minutes < 60)
         return lead + u"%1 分钟前"_s.arg(minutes);
-    return lead + timeText(*lastSyncAt);
+    return lead + localTimeText(localTime(*lastSyncAt), localTime(now));
 }
 
 } // namespace nimbrelle

@@ -15,6 +15,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace nimbrelle {
 
@@ -64,6 +65,14 @@ struct Device : Notebook {
         return names;
     }
 };
+
+/// Another one whenever the file is written.
+ino_t inodeOf(const QString &file)
+{
+    struct stat status { };
+    EXPECT_EQ(::stat(QFile::encodeName(file).constData(), &status), 0);
+    return status.st_ino;
+}
 
 QMap<QString, QByteArray> unpacked(const QString &file)
 {
@@ -133,9 +142,9 @@ TEST(Backup, ComesBackWholeIntoAnEmptyNotebookAndOnlyOnce)
     EXPECT_EQ(fresh.config.config().sessionSize, 21);
     EXPECT_EQ(fresh.config.config().syncServer, QString()) << "what describes the other device stays there";
 
-    const auto before = QFileInfo(fresh.paths.words).lastModified();
+    const ino_t before = inodeOf(fresh.paths.words);
     EXPECT_TRUE(fresh.bringBack(device.backup).changesNothing());
-    EXPECT_EQ(QFileInfo(fresh.paths.words).lastModified(), before) << "nothing to do writes nothing";
+    EXPECT_EQ(inodeOf(fresh.paths.words), before) << "nothing to do writes nothing";
 }
 
 TEST(Backup, IsMergedAsASyncWouldAndSaysSoBefore)
@@ -193,6 +202,56 @@ TEST(Backup, ATombstoneOfTheBackupTakesItsWordAlong)
     EXPECT_EQ(copy.store.deleted().size(), 1);
 }
 
+TEST(Backup, WhatItOnlyTakesAwayIsNotCalledNew)
+{
+    Device device, copy, stranger;
+    const AINote note{.id = QUuid::createUuid(), .question = u"问"_s, .addedAt = device.clock.now()};
+    device.store.addSentenceNote(note);
+    const QUuid run = device.store.save(Notebook::explained("run", "He ran home."), {}).entry.id;
+    device.write();
+    copy.bringBack(device.backup);
+    stranger.save("own");
+    device.store.deleteSentenceNote(note.id);
+    device.store.deleteExample(device.word("run").examples.first().id, run);
+    device.write();
+    const BackupPlan plan = copy.bringBack(device.backup);
+    EXPECT_THAT(plan.lines().mid(1), ElementsAre(u"去掉 2 条笔记和句子：备份里已经删除"_s));
+    EXPECT_EQ(plan.resultText(), u"已导入备份：新增 0 个词，补全 0 个，去掉 2 条笔记和句子"_s);
+    EXPECT_TRUE(copy.store.sentenceNotes().isEmpty());
+
+    device.store.remove(run);
+    device.write();
+    EXPECT_EQ(copy.bringBack(device.backup).resultText(), u"已导入备份：新增 0 个词，补全 0 个，去掉 1 个"_s);
+    EXPECT_THAT(stranger.bringBack(device.backup).lines(), Contains(u"另外记下 3 处备份里的删除"_s));
+}
+
+TEST(Backup, CoachDaysThatFindNoRoomAreNotPromised)
+{
+    Device device, other;
+    for (int day = 1; day <= 28; ++day) {
+        device.coach.put(u"2026-01-%1"_s.arg(day, 2, 10, QChar(u'0')), {{.id = QUuid::createUuid()}});
+        other.coach.put(u"2026-02-%1"_s.arg(day, 2, 10, QChar(u'0')), {{.id = QUuid::createUuid()}});
+    }
+    device.write();
+    EXPECT_EQ(other.bringBack(device.backup).coachDays, 1);
+    EXPECT_EQ(other.coach.days().first().day, u"2026-01-28"_s);
+    EXPECT_TRUE(other.bringBack(device.backup).changesNothing());
+}
+
+TEST(Backup, NoneIsMadeWithoutAFileThatIsThere)
+{
+    Device device;
+    device.live();
+    ASSERT_TRUE(QFile::remove(device.paths.notes) && QDir().mkdir(device.paths.notes));
+    try {
+        device.write();
+        ADD_FAILURE();
+    } catch (const Failure &failure) {
+        EXPECT_EQ(failure.text(), u"读不了 notes.json，备份会不完整"_s);
+    }
+    EXPECT_FALSE(QFileInfo::exists(device.backup));
+}
+
 TEST(Backup, AFileThatCannotBeReadGoesAlongAsItIsButOneWithSecretsDoesNot)
 {
     Device device;
@@ -200,7 +259,7 @@ TEST(Backup, AFileThatCannotBeReadGoesAlongAsItIsButOneWithSecretsDoesNot)
     ASSERT_TRUE(replaceFile(device.paths.words, "[{"));
     ASSERT_TRUE(replaceFile(device.paths.config, "{\"apiKey\": \"sk-secret-key\", "));
     EXPECT_EQ(Backup::write(device.paths, device.backup, device.clock.now()),
-        u"已导出备份；words.json 读不出来，原样放在里面"_s);
+        u"已导出备份；words.json 读不出来，原样放在里面；config.json 读不出来，里面可能有密钥，没有放进去"_s);
     const auto entries = unpacked(device.backup);
     EXPECT_EQ(entries.value(u"damaged/words.json"_s), "[{");
     EXPECT_FALSE(entries.contains(u"config.json"_s) || entries.contains(u"damaged/config.json"_s));

@@ -85,7 +85,7 @@ TEST(GrowthPage, ReadsWellWithLittleInIt)
     const QString text = readText(page);
     EXPECT_TRUE(text.contains(u"从 2026 年 3 月 1 日到现在，留下了 3 个词。"_s)) << text.toStdString();
     EXPECT_TRUE(text.contains(u"遇到 3 个词，留下 3 个。"_s));
-    EXPECT_TRUE(text.contains(u"第一个句子"_s) || text.contains(u"没有留下句子"_s));
+    EXPECT_TRUE(text.contains(u"没有留下句子"_s));
     EXPECT_FALSE(text.contains(u"逐月的数字"_s)) << "one month is no course of time";
 }
 
@@ -107,13 +107,15 @@ TEST_F(GrowthFiles, AreNeverOverwrittenByThePage)
 {
     const QTemporaryDir elsewhere;
     save("word");
+    QDir().mkdir(paths.backups);
     const auto before = readFile(paths.words);
     const QString link = elsewhere.filePath(u"link.html"_s);
     QFile::link(paths.words, link);
-    for (const QString &path : {paths.words, directory.filePath(u"new.html"_s), link})
-        EXPECT_EQ(refusal(path), u"存放数据的文件夹里不写别的，请换一个地方。"_s);
+    for (const QString &path :
+        {paths.words, directory.filePath(u"new.html"_s), paths.backups + u"/kept.zip"_s, link})
+        EXPECT_EQ(refusal(path), u"不能写进 Nimbrelle 自己的数据文件夹，请换一个地方"_s);
     EXPECT_EQ(readFile(paths.words), before);
-    EXPECT_FALSE(refusal(elsewhere.filePath(u"missing/page.html"_s)).isEmpty());
+    EXPECT_TRUE(refusal(elsewhere.filePath(u"missing/page.html"_s)).endsWith(u"：没有这个文件夹"_s));
     EXPECT_FALSE(refusal(elsewhere.path()).isEmpty());
 
     const QString page = elsewhere.filePath(u"page.html"_s);

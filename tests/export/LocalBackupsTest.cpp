@@ -1,6 +1,7 @@
 #include "export/LocalBackups.h"
 
 #include "export/Backup.h"
+#include "frame/LocalTime.h"
 #include "support/Await.h"
 #include "support/FakeBackground.h"
 #include "support/FaultyCalls.h"
@@ -32,7 +33,7 @@ struct LocalBackupsTest : testing::Test, protected Notebook {
     {
         QStringList all;
         for (const KeptBackup &backup : backups.kept())
-            all.append(backup.text());
+            all.append(backup.text(localTime(clock.now())));
         return all;
     }
     /// What is said of an import; empty for one that may go on.
@@ -74,12 +75,11 @@ TEST_F(LocalBackupsTest, IsKeptBeforeTheFirstSyncOfADayAndBeforeEachImport)
     save("deploy");
     clock.advance(6h);
     backups.beforeSync();
-    EXPECT_THAT(texts(),
-        ElementsAre(
-            u"2026 年 3 月 1 日 16:31 · 1 个词 · 同步前"_s, u"2026 年 3 月 1 日 16:30 · 1 个词 · 导入前"_s));
+    EXPECT_THAT(
+        texts(), ElementsAre(u"3 月 1 日 16:31 · 1 个词 · 同步前"_s, u"3 月 1 日 16:30 · 1 个词 · 导入前"_s));
     clock.advance(2h); // past midnight
     backups.beforeSync();
-    EXPECT_EQ(texts().first(), u"2026 年 3 月 2 日 00:31 · 2 个词 · 同步前"_s);
+    EXPECT_EQ(texts().first(), u"3 月 2 日 00:31 · 2 个词 · 同步前"_s);
     EXPECT_THAT(content(0).notebook.words, SizeIs(2));
     EXPECT_THAT(content(1).notebook.words, SizeIs(1));
     const auto ofOthers = QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
@@ -87,7 +87,7 @@ TEST_F(LocalBackupsTest, IsKeptBeforeTheFirstSyncOfADayAndBeforeEachImport)
     EXPECT_EQ(QFileInfo(backups.fileOf(backups.kept().first())).permissions() & ofOthers, 0);
 }
 
-TEST_F(LocalBackupsTest, SevenDaysAreKeptAndOneOfEitherKindOfEach)
+TEST_F(LocalBackupsTest, SevenDaysAreKeptAndOfEachTheFirstAndLastOfEitherKind)
 {
     save("run");
     ASSERT_TRUE(QDir().mkpath(paths.backups));
@@ -95,22 +95,40 @@ TEST_F(LocalBackupsTest, SevenDaysAreKeptAndOneOfEitherKindOfEach)
     ASSERT_TRUE(replaceFile(own, "mine"));
     for (int day = 0; day < 9; ++day) {
         backups.beforeSync();
-        import();
-        clock.advance(1h);
-        import();
-        clock.advance(23h);
+        for (int hour = 0; hour < 4; ++hour) {
+            import();
+            clock.advance(1h);
+        }
+        clock.advance(20h);
     }
     const QList<KeptBackup> kept = backups.kept();
-    EXPECT_THAT(kept, SizeIs(14));
-    EXPECT_EQ(kept.first().text(), u"2026 年 3 月 9 日 17:30 · 1 个词 · 导入前"_s);
-    EXPECT_EQ(kept.last().text(), u"2026 年 3 月 3 日 16:30 · 1 个词 · 同步前"_s);
+    EXPECT_THAT(kept, SizeIs(21));
+    EXPECT_THAT(texts().first(3),
+        ElementsAre(u"3 月 9 日 19:30 · 1 个词 · 导入前"_s, u"3 月 9 日 16:30 · 1 个词 · 导入前"_s,
+            u"3 月 9 日 16:30 · 1 个词 · 同步前"_s));
+    EXPECT_EQ(kept.last().text(localTime(clock.now())), u"3 月 3 日 16:30 · 1 个词 · 同步前"_s);
     EXPECT_EQ(readFile(own), "mine");
+
+    EXPECT_EQ(
+        kept.last().text(localTime(clock.now()).addYears(1)), u"2026 年 3 月 3 日 16:30 · 1 个词 · 同步前"_s);
 
     const QString oldest = backups.fileOf(kept.last());
     import(oldest); // on a tenth day
     EXPECT_TRUE(QFileInfo::exists(oldest)) << "it is just being brought back";
+    clock.advance(1s);
     import();
     EXPECT_FALSE(QFileInfo::exists(oldest));
+}
+
+TEST_F(LocalBackupsTest, ImportsInOneSecondLeaveTheNotebookOfBeforeThem)
+{
+    save("run");
+    import();
+    store.remove(word("run").id);
+    save("walk"); // as much as before
+    import();
+    ASSERT_THAT(backups.kept(), SizeIs(1));
+    EXPECT_EQ(content(0).notebook.words.first().headword, u"run"_s);
 }
 
 TEST_F(LocalBackupsTest, AClockThatWasWrongCostsNoGoodBackup)
@@ -123,9 +141,11 @@ TEST_F(LocalBackupsTest, AClockThatWasWrongCostsNoGoodBackup)
     EXPECT_THAT(LocalBackups::superfluous(all, all.at(1)), ElementsAre(all.at(0).name));
     const KeptBackup early = at("1970-01-01 08:00", sync);
     EXPECT_THAT(LocalBackups::superfluous(all.mid(1, 6) << early, early), IsEmpty());
-    const KeptBackup later = at("2026-03-09 12:00", import), now = at("2026-03-09 11:00", import);
-    EXPECT_THAT(LocalBackups::superfluous({later, now}, now), ElementsAre(later.name))
+    const KeptBackup later = at("2026-03-09 12:00", import), now = at("2026-03-09 11:00", import),
+                     first = at("2026-03-09 10:00", import);
+    EXPECT_THAT(LocalBackups::superfluous({later, now, first}, now), IsEmpty())
         << "the one just made stays, though the clock went back";
+    EXPECT_THAT(LocalBackups::superfluous({later, now, first}, later), ElementsAre(now.name));
 }
 
 TEST_F(LocalBackupsTest, AFullDiskStopsAnImportButNoSync)
@@ -146,6 +166,16 @@ TEST_F(LocalBackupsTest, AFullDiskStopsAnImportButNoSync)
     EXPECT_THAT(writer.unwritten(), IsEmpty()) << "it was told already";
     EXPECT_THAT(backups.kept(), SizeIs(1));
     EXPECT_EQ(QDir(paths.backups).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+TEST_F(LocalBackupsTest, AFileThatCannotBeReadStopsAnImportAndIsToldAtASync)
+{
+    save("run");
+    ASSERT_TRUE(QDir().mkdir(paths.notes));
+    backups.beforeSync();
+    EXPECT_THAT(writer.unwritten(), ElementsAre(UnwrittenFile{.path = paths.backups, .error = EIO}));
+    EXPECT_EQ(import(), u"没有导入：要先留一份备份，但是读不了 notes.json，备份会不完整"_s);
+    EXPECT_THAT(backups.kept(), IsEmpty());
 }
 
 } // namespace nimbrelle

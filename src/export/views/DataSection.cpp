@@ -181,7 +181,7 @@ void DataSection::refresh()
     const DataExchange &exchange = m_parts.exchange;
     for (QPushButton *button : std::as_const(m_starters))
         setEnabledKeepingFocus(*button, !exchange.isBusy());
-    m_kept->setBackups(exchange.kept());
+    m_kept->setBackups(exchange.kept(), exchange.localNow());
     m_kept->setStartable(!exchange.isBusy());
     const auto &plan = exchange.plan();
     showText(*m_plan, plan ? plan->lines().join(u'\n') : QString());

@@ -17,15 +17,19 @@ KeptList::KeptList(const Theme &theme) : m_theme(theme)
     hide();
 }
 
-void KeptList::setBackups(const QList<KeptBackup> &backups)
+void KeptList::setBackups(const QList<KeptBackup> &backups, const QDateTime &now)
 {
-    if (m_backups == backups)
+    QStringList texts;
+    for (const KeptBackup &backup : backups)
+        texts.append(backup.text(now));
+    if (m_backups == backups && m_texts == texts)
         return;
     m_backups = backups;
+    m_texts = texts;
     for (QWidget *line : findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
         takeAway(line);
-    for (const KeptBackup &backup : backups)
-        layout()->addWidget(makeLine(backup));
+    for (qsizetype i = 0; i < backups.size(); ++i)
+        layout()->addWidget(makeLine(backups[i], texts[i]));
     setVisible(!backups.isEmpty());
 }
 
@@ -35,15 +39,15 @@ void KeptList::setStartable(bool isStartable)
         setEnabledKeepingFocus(*button, isStartable);
 }
 
-QWidget *KeptList::makeLine(const KeptBackup &backup)
+QWidget *KeptList::makeLine(const KeptBackup &backup, const QString &text)
 {
     auto *line = new QWidget;
     auto *row = bareLayout<QHBoxLayout>(line, m_theme.points(8));
-    QLabel *text = makeLabel(m_theme, backup.text(), TextType::small, Tone::ink);
-    text->setObjectName(u"keptBackup"_s);
-    row->addWidget(text, 1);
+    QLabel *label = makeLabel(m_theme, text, TextType::small, Tone::ink);
+    label->setObjectName(u"keptBackup"_s);
+    row->addWidget(label, 1);
     auto *restore = makeButton(m_theme, u"restoreBackup"_s, u"恢复"_s, {.kind = ButtonKind::link});
-    restore->setAccessibleName(u"恢复 "_s + backup.text());
+    restore->setAccessibleName(u"恢复 "_s + text);
     connect(restore, &QPushButton::clicked, this, [this, backup] { emit chosen(backup); });
     row->addWidget(restore);
     return line;

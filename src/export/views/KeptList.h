@@ -15,17 +15,18 @@ class KeptList : public QWidget {
 public:
     explicit KeptList(const Theme &theme);
 
-    void setBackups(const QList<KeptBackup> &backups);
+    void setBackups(const QList<KeptBackup> &backups, const QDateTime &now);
     void setStartable(bool isStartable);
 
 signals:
     void chosen(const KeptBackup &backup);
 
 private:
-    QWidget *makeLine(const KeptBackup &backup);
+    QWidget *makeLine(const KeptBackup &backup, const QString &text);
 
     const Theme &m_theme;
     QList<KeptBackup> m_backups;
+    QStringList m_texts; ///< of those
 };
 
 } // namespace nimbrelle
