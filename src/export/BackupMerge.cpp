@@ -1,7 +1,6 @@
 #include "export/BackupMerge.h"
 
 #include "frame/LocalTime.h"
-#include "frame/Text.h"
 #include "notebook/WordStore.h"
 #include "sync/BundleForm.h"
 #include "sync/SyncMerge.h"
@@ -28,18 +27,13 @@ Merged mergedOf(const SyncBundle &local, const SyncBundle &backup)
     return {.before = SyncMerge::merge(here, here), .after = SyncMerge::merge(here, backup)};
 }
 
-QString keyOf(const WordEntry &word)
-{
-    return trimmedBlanks(word.headword).toLower();
-}
-
 // By spelling, since a merge may give a word that both sides have the other's id.
 QHash<QString, const WordEntry *> bySpelling(const QList<WordEntry> &words)
 {
     QHash<QString, const WordEntry *> found;
     found.reserve(words.size());
     for (const WordEntry &word : words)
-        found.insert(keyOf(word), &word);
+        found.insert(headwordKey(word.headword), &word);
     return found;
 }
 
@@ -50,7 +44,7 @@ qsizetype buriedOf(const QList<WordEntry> &backup, const Merged &merged)
         deletedHere.insert(tombstone.id);
     const auto after = bySpelling(merged.after.words);
     return std::ranges::count_if(backup, [&](const WordEntry &word) {
-        return deletedHere.contains(idText(word.id)) && !after.contains(keyOf(word));
+        return deletedHere.contains(idText(word.id)) && !after.contains(headwordKey(word.headword));
     });
 }
 

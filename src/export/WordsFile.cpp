@@ -1,11 +1,10 @@
 #include "export/WordsFile.h"
 
+#include "export/ChosenFile.h"
 #include "export/CsvWords.h"
-#include "frame/AtomicFile.h"
 #include "frame/Failure.h"
 #include "frame/Text.h"
 
-#include <QFileInfo>
 #include <QHash>
 #include <QRegularExpression>
 #include <QSet>
@@ -20,6 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 largestFile = 8 << 20;
+const QString tooLarge = u"这个文件太大，不像是词表"_s;
 constexpr qsizetype mostWords = 20000;
 constexpr qsizetype longestWord = 60;
 
@@ -231,7 +231,7 @@ private:
 Words parse(QByteArrayView bytes)
 {
     if (bytes.size() > largestFile)
-        throw Failure(u"这个文件太大，不像是词表"_s);
+        throw Failure(tooLarge);
     const QString text = textOf(bytes);
     const QChar separator = separatorOf(text);
     Rows rows(text, separator);
@@ -258,15 +258,7 @@ Words parse(QByteArrayView bytes)
 
 Words read(const QString &file)
 {
-    const QFileInfo info(file);
-    if (!info.isFile())
-        throw Failure(u"找不到文件 "_s + file);
-    if (info.size() > largestFile)
-        throw Failure(u"这个文件太大，不像是词表"_s);
-    const auto bytes = readFile(file);
-    if (!bytes)
-        throw Failure(u"读不了文件 "_s + file);
-    Words words = parse(*bytes);
+    Words words = parse(readChosenFile(file, largestFile, tooLarge));
     if (words.words.isEmpty())
         throw Failure(u"这个文件里没有找到单词"_s);
     return words;
