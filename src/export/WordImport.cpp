@@ -100,8 +100,10 @@ void WordImport::start()
 
 qsizetype WordImport::add(const QStringList &words)
 {
-    if (m_queue.words.isEmpty())
+    if (m_queue.words.isEmpty()) {
         m_queue = {};
+        m_putBack.clear();
+    }
     QSet<QString> saved, waiting;
     for (const WordEntry &word : m_words.entries())
         saved.insert(headwordKey(word.headword));

@@ -142,16 +142,19 @@ QString characterOf(const QString &entity)
     if (!entity.startsWith(u'#'))
         return named.value(entity, u'&' + entity + u';');
     const bool isHex = entity.size() > 1 && entity[1].toLower() == u'x';
-    const uint code = QStringView(entity).sliced(isHex ? 2 : 1).toUInt(nullptr, isHex ? 16 : 10);
+    const char32_t code = QStringView(entity).sliced(isHex ? 2 : 1).toUInt(nullptr, isHex ? 16 : 10);
     const bool isCharacter = code > 0 && code <= QChar::LastValidCodePoint && !QChar::isSurrogate(code);
-    return isCharacter ? QString::fromUcs4(reinterpret_cast<const char32_t *>(&code), 1) : QString();
+    return isCharacter ? QString::fromUcs4(&code, 1) : QString();
 }
 
+/// A tag within a word, such as one that makes some letters bold, leaves it whole.
 QString plainText(QString html)
 {
-    static const QRegularExpression tag(u"<[^<>]*>"_s);
+    static const QRegularExpression lineTag(u"</?(?:br|div|p|li|ul|ol|tr|td|th|table|h[1-6])\\b[^<>]*>"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression tag(u"</?[a-zA-Z!][^<>]*>"_s);
     static const QRegularExpression entity(u"&(#[xX][0-9a-fA-F]{1,6}|#[0-9]{1,7}|[a-z]{2,4});"_s);
-    html.replace(tag, u" "_s);
+    html.replace(lineTag, u" "_s).remove(tag);
     QString text;
     qsizetype end = 0;
     for (auto all = entity.globalMatch(html); all.hasNext();) {

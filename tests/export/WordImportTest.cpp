@@ -189,6 +189,9 @@ TEST_F(WordImportTest, AListOfWhichNoWordIsAnsweredComesToItsEnd)
     failAll();
     EXPECT_EQ(import->state(), State::idle);
     EXPECT_EQ(import->statusText(), u"查完了：存了 0 个词，3 个没查到：a1、b2、c3"_s);
+    import->add({u"a1"_s, u"b2"_s, u"c3"_s});
+    failAll();
+    EXPECT_EQ(import->state(), State::paused) << "nor does a list that is given again";
 }
 
 TEST_F(WordImportTest, CancelForgetsWhatWaitsForGood)

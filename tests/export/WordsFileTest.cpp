@@ -44,7 +44,8 @@ TEST(WordsFile, ReadsListsAndTables)
         {"放弃\ncafé\n", "放弃|café"},
         {"---\n12\nrun\nthis line is much longer than any word or phrase that anybody would look up\n",
             "run (3)"},
-        {"#separator:tab\n#html:true\n#notetype column:1\n#deck column:2\nBasic\tMine\t<i>give</i>&nbsp;up "
+        {"#separator:tab\n#html:true\n#notetype column:1\n#deck column:2\nBasic\tMine\t<i>g<b "
+         "class=x>iv</b>e</i>&nbsp;up<BR>"
          "&#x26; &bogus;\t放弃\n",
             "give up & &bogus;"},
         {"#separator:tab\n#guid column:1\nid1\tHe {{c1::ran::hint}} and {{c2::fell}}\n", "ran"},
