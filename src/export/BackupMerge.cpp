@@ -1,6 +1,6 @@
 #include "export/BackupMerge.h"
 
-#include "frame/LocalTime.h"
+#include "frame/LocalDateTime.h"
 #include "notebook/WordStore.h"
 #include "sync/BundleForm.h"
 #include "sync/SyncMerge.h"
@@ -146,7 +146,7 @@ bool BackupPlan::changesNothing() const
 
 QStringList BackupPlan::lines() const
 {
-    QStringList lines{u"%1 的备份，有 %2 个词"_s.arg(localTimeText(localTime(madeAt))).arg(words)};
+    QStringList lines{u"%1 的备份，有 %2 个词"_s.arg(localTimeText(localDateTime(madeAt))).arg(words)};
     const auto tell = [&lines](qsizetype count, const QString &text) {
         if (count > 0)
             lines.append(text.arg(count));

@@ -6,7 +6,7 @@
 #include "frame/ConfigStore.h"
 #include "frame/DataWriter.h"
 #include "frame/Failure.h"
-#include "frame/LocalTime.h"
+#include "frame/LocalDateTime.h"
 #include "notebook/WordStore.h"
 #include "platform/Background.h"
 
@@ -21,7 +21,7 @@ DataExchange::DataExchange(const Parts &parts) : m_parts(parts)
 
 QDateTime DataExchange::localNow() const
 {
-    return localTime(m_parts.clock.now());
+    return localDateTime(m_parts.clock.now());
 }
 
 QString DataExchange::suggestedName(ExportKind kind) const

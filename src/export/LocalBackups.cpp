@@ -4,7 +4,7 @@
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
 #include "frame/Failure.h"
-#include "frame/LocalTime.h"
+#include "frame/LocalDateTime.h"
 #include "platform/Background.h"
 
 #include <QDir>
@@ -72,7 +72,7 @@ WriteResult fulfil(const Order &order)
     if (!draft.hasNotebook)
         return {};
     const QString &folder = order.paths.backups;
-    const QString name = KeptBackup::nameFor(localTime(order.now), order.occasion, draft.words);
+    const QString name = KeptBackup::nameFor(localDateTime(order.now), order.occasion, draft.words);
     if (QFileInfo::exists(folder + u'/' + name))
         return {}; // of the same second: what it holds is not to be lost to what came right behind it
     WriteResult result = makeFolder(folder);
@@ -173,7 +173,7 @@ QStringList LocalBackups::superfluous(const QList<KeptBackup> &all, const KeptBa
 
 QCoro::Task<> LocalBackups::beforeSync()
 {
-    const QDate today = localTime(m_clock.now()).date();
+    const QDate today = localDateTime(m_clock.now()).date();
     const auto isOfToday = [today](const KeptBackup &backup) {
         return backup.occasion == BackupOccasion::sync && backup.madeAt.date() == today;
     };

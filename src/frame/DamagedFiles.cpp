@@ -1,7 +1,7 @@
 #include "frame/DamagedFiles.h"
 
 #include "frame/Clock.h"
-#include "frame/LocalTime.h"
+#include "frame/LocalDateTime.h"
 
 #include <QDir>
 #include <QFile>
@@ -62,7 +62,7 @@ QString DamagedFiles::nameFor(const QString &path) const
 {
     const QFileInfo file(path);
     const QString stem = u"%1/%2.damaged-%3"_s.arg(
-        file.path(), file.completeBaseName(), localTime(m_clock.now()).toString(fileTimeForm));
+        file.path(), file.completeBaseName(), localDateTime(m_clock.now()).toString(fileTimeForm));
     QString name = stem + u'.' + file.suffix();
     for (int i = 2; QFileInfo::exists(name); ++i)
         name = u"%1-%2.%3"_s.arg(stem).arg(i).arg(file.suffix());

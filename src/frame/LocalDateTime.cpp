@@ -1,10 +1,10 @@
-#include "frame/LocalTime.h"
+#include "frame/LocalDateTime.h"
 
 namespace nimbrelle {
 
 using namespace Qt::StringLiterals;
 
-QDateTime localTime(Timestamp time)
+QDateTime localDateTime(Timestamp time)
 {
     using namespace std::chrono;
     return QDateTime::fromMSecsSinceEpoch(floor<milliseconds>(time.time_since_epoch()).count());

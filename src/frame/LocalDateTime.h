@@ -7,7 +7,7 @@
 /// Moments by the clock on the user's wall.
 namespace nimbrelle {
 
-QDateTime localTime(Timestamp time);
+QDateTime localDateTime(Timestamp time);
 
 /// For the user, as 2026 年 3 月 1 日 16:30.
 QString localTimeText(const QDateTime &time);

@@ -3,7 +3,7 @@
 #include "frame/AtomicFile.h"
 #include "frame/Clock.h"
 #include "frame/Failure.h"
-#include "frame/LocalTime.h"
+#include "frame/LocalDateTime.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -110,8 +110,8 @@ void GrowthGenerator::install() const
 
 void GrowthGenerator::keepForeign() const
 {
-    const QString kept =
-        m_folder.programs() + u"/journey.kept-%1.py"_s.arg(localTime(m_clock.now()).toString(fileTimeForm));
+    const QString kept = m_folder.programs()
+        + u"/journey.kept-%1.py"_s.arg(localDateTime(m_clock.now()).toString(fileTimeForm));
     if (isThere(kept)
         || ::rename(QFile::encodeName(m_folder.script()).constData(), QFile::encodeName(kept).constData())
             != 0)

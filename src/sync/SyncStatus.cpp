@@ -1,6 +1,6 @@
 #include "sync/SyncStatus.h"
 
-#include "frame/LocalTime.h"
+#include "frame/LocalDateTime.h"
 #include "sync/SyncService.h"
 
 using namespace Qt::StringLiterals;
@@ -26,7 +26,7 @@ QString SyncStatus::text(Timestamp now) const
         return lead + u"刚刚"_s;
     if (minutes < 60)
         return lead + u"%1 分钟前"_s.arg(minutes);
-    return lead + localTime(*lastSyncAt).toString(u"M 月 d 日 HH:mm"_s);
+    return lead + localDateTime(*lastSyncAt).toString(u"M 月 d 日 HH:mm"_s);
 }
 
 } // namespace nimbrelle

@@ -1,7 +1,7 @@
 #include "export/LocalBackups.h"
 
 #include "export/Backup.h"
-#include "frame/LocalTime.h"
+#include "frame/LocalDateTime.h"
 #include "support/Await.h"
 #include "support/FakeBackground.h"
 #include "support/FaultyCalls.h"
@@ -33,7 +33,7 @@ struct LocalBackupsTest : testing::Test, protected Notebook {
     {
         QStringList all;
         for (const KeptBackup &backup : backups.kept())
-            all.append(backup.text(localTime(clock.now())));
+            all.append(backup.text(localDateTime(clock.now())));
         return all;
     }
     /// What is said of an import; empty for one that may go on.
@@ -106,11 +106,11 @@ TEST_F(LocalBackupsTest, SevenDaysAreKeptAndOfEachTheFirstAndLastOfEitherKind)
     EXPECT_THAT(texts().first(3),
         ElementsAre(u"3 月 9 日 19:30 · 1 个词 · 导入前"_s, u"3 月 9 日 16:30 · 1 个词 · 导入前"_s,
             u"3 月 9 日 16:30 · 1 个词 · 同步前"_s));
-    EXPECT_EQ(kept.last().text(localTime(clock.now())), u"3 月 3 日 16:30 · 1 个词 · 同步前"_s);
+    EXPECT_EQ(kept.last().text(localDateTime(clock.now())), u"3 月 3 日 16:30 · 1 个词 · 同步前"_s);
     EXPECT_EQ(readFile(own), "mine");
 
-    EXPECT_EQ(
-        kept.last().text(localTime(clock.now()).addYears(1)), u"2026 年 3 月 3 日 16:30 · 1 个词 · 同步前"_s);
+    EXPECT_EQ(kept.last().text(localDateTime(clock.now()).addYears(1)),
+        u"2026 年 3 月 3 日 16:30 · 1 个词 · 同步前"_s);
 
     const QString oldest = backups.fileOf(kept.last());
     import(oldest); // on a tenth day
