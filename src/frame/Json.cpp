@@ -62,6 +62,34 @@ public:
     }
 };
 
+/// The library's scan of sixteen bytes takes the last control characters for ordinary ones and writes them as they
+/// are, which no reader takes.
+bool isMissedByScan(QStringView text)
+{
+    bool isMissed = false;
+    for (const QChar c : text) // without an early end, which the compiler makes wide steps of
+        isMissed |= c.unicode() >= 0x1a && c.unicode() <= 0x1f;
+    return isMissed;
+}
+
+std::string escaped(std::string_view utf8)
+{
+    constexpr std::string_view hex = "0123456789ABCDEF";
+    constexpr std::string_view meant = "\"\\\b\f\n\r\t";
+    constexpr std::string_view letters = "\"\\bfnrt";
+    std::string text;
+    for (const char c : utf8) {
+        const auto code = static_cast<unsigned char>(c);
+        if (const std::size_t at = meant.find(c); at != std::string_view::npos)
+            text += {'\\', letters[at]};
+        else if (code < 0x20)
+            text.append("\\u00").append({hex[code / 16U], hex[code % 16U]});
+        else
+            text += c;
+    }
+    return text;
+}
+
 /// A writer that also takes strings known to need no escaping, such as keys: they are the greater part of a
 /// file.
 template <class Base> class PlainWriter : public Base {
@@ -307,6 +335,10 @@ void JsonWriter::string(QStringView text)
     const char *end = encoder.appendToBuffer(utf8.data(), text);
     if (encoder.hasError()) {
         string(wellFormed(text.toString()));
+        return;
+    }
+    if (isMissedByScan(text)) {
+        plain(escaped({utf8.constData(), end}));
         return;
     }
     m_state->run([&utf8, end](auto &writer) {
