@@ -62,8 +62,8 @@ public:
     }
 };
 
-/// The library's scan of sixteen bytes takes the last control characters for ordinary ones and writes them as they
-/// are, which no reader takes.
+/// The library's scan of sixteen bytes takes the last control characters for ordinary ones and writes them as
+/// they are, which no reader takes.
 bool isMissedByScan(QStringView text)
 {
     bool isMissed = false;

@@ -36,6 +36,9 @@ public:
     /// Absent when no window is active, or no window manager tells.
     virtual std::optional<Application> current() const = 0;
 
+    /// Whether current() can be known. Where it can't, an absent one may be any program.
+    virtual bool isTold() const { return true; }
+
     /// This program's own identifier, as current() gives it while one of our windows is active.
     virtual std::optional<QString> ownBundleID() const = 0;
 

@@ -25,6 +25,10 @@ public:
     /// Whether this session lets us see input for other programs at all.
     virtual bool canWatch() const = 0;
 
+    /// Whether presses, releases, moves and keys are told. Where they are not, only the last two signals
+    /// come.
+    virtual bool hearsPresses() const { return true; }
+
     /// A second start changes nothing. Without canWatch() no signal ever comes.
     virtual void start() = 0;
     virtual void stop() = 0;
@@ -41,6 +45,10 @@ signals:
     void mouseDragged(QPointF at); ///< between a press and its release that are told
     void keyPressed(Key key); ///< never for a modifier or a lock; auto-repeat included
     void scrolled();
+    /// The user has marked text, with the mouse or the keys, and the pointer is there.
+    void textMarked(QPointF at);
+    /// The user turns to something else: another window, or other text.
+    void attentionMoved();
 };
 
 /// The pointer and the modifiers as they are at the moment of the question.

@@ -37,10 +37,12 @@ bool GestureGuards::mayActOnClick() const
         && !isPointerElsewhere();
 }
 
-// This program's own windows are excluded too.
+// This program's own windows are excluded too, and so is any program that can't be told from an excluded one.
 bool GestureGuards::isFrontmostExcluded() const
 {
     const auto application = m_parts.front.current();
+    if (!application && !m_parts.front.isTold())
+        return !m_parts.config.config().excludedBundleIDs.isEmpty();
     return application && (application->bundleID == m_parts.front.ownBundleID() || isExcluded(*application));
 }
 

@@ -65,7 +65,7 @@ void SelectionGesture::mouseDragged(QPointF at)
 void SelectionGesture::mouseUp(QPointF at, int clickCount)
 {
     if (isDragTo(at) || clickCount >= 2) {
-        textMarked(at);
+        markEnded(at);
         m_selection.noteMouseUp(); // while the program gets its moment
     }
     m_forgetTask.schedule(nextPressWait);
@@ -88,6 +88,15 @@ void SelectionGesture::expectSelection() const
 }
 
 void SelectionGesture::textMarked(QPointF at)
+{
+    m_mouseDownPoint.reset();
+    m_beforeMark.reset();
+    m_selection.noteMarked();
+    expectSelection();
+    markEnded(at);
+}
+
+void SelectionGesture::markEnded(QPointF at)
 {
     if (mayAct())
         handleSelection(at, m_beforeMark, m_selectionTask.renew());

@@ -25,11 +25,14 @@ public:
     void mouseDragged(QPointF at);
     void mouseUp(QPointF at, int clickCount);
 
-    /// The user has marked text and the pointer is at `at`. The program in front first gets a moment to
-    /// update its selection.
+    /// The user has marked text and the pointer is at `at`, as the desktop tells where it does not tell of
+    /// presses. The program in front first gets a moment to update its selection.
     void textMarked(QPointF at);
+    /// Another gesture, which marks nothing, or not yet.
+    void attentionMoved() { m_selectionTask.cancel(); }
 
 private:
+    void markEnded(QPointF at);
     bool isDragTo(QPointF at) const;
     bool mayAct() const;
     void expectSelection() const;

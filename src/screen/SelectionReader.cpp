@@ -95,6 +95,13 @@ void SelectionReader::noteKeyDown()
         m_lateCopy.noteUserAct();
 }
 
+void SelectionReader::noteMarked()
+{
+    m_marking = {};
+    m_marking.primaryAtMouseDown = m_primary.changeCount() - 1;
+    m_marking.isOfPrimary = true;
+}
+
 QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::stop_token stop)
 {
     Marking marking = m_marking; // the next press may come while we wait
@@ -105,6 +112,8 @@ QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::s
     const std::optional<QString> primary = co_await readPrimary(marking.primaryAtMouseDown);
     if (stop.stop_requested())
         co_return std::nullopt;
+    if (marking.isOfPrimary)
+        co_return primary ? std::optional(resultOf(*primary, marked)) : std::nullopt;
     const bool isStale = marked && marked->change > 0 && marked->change <= marking.accessibilityAtMouseDown;
     if (marked && !isStale && isAllOfIt(*marked, primary))
         co_return resultOf(marked->text, marked);

@@ -43,6 +43,9 @@ public:
     /// It came up, and may have marked text.
     void noteMouseUp();
     void noteKeyDown();
+    /// Text was marked, as the primary selection tells, where nobody hears of presses: that is what this
+    /// gesture marked, and accessibility gives no more than what is round it.
+    void noteMarked();
 
     /// All ways, in their order. A stop takes effect until the clipboard is touched; from there on the read
     /// goes through, so that the clipboard is restored.
@@ -64,6 +67,7 @@ private:
         PointedWindow release;
         QRectF areaAtRelease; ///< of the window of the press
         Timestamp askedAt; ///< when the read began
+        bool isOfPrimary = false; ///< see noteMarked()
     };
 
     QCoro::Task<std::optional<MarkedText>> readAccessible();

@@ -51,6 +51,8 @@ void TriggerController::start()
     connect(&m_input, &InputMonitor::mouseMoved, this, &TriggerController::mouseMoved);
     connect(&m_input, &InputMonitor::keyPressed, this, &TriggerController::keyDown);
     connect(&m_input, &InputMonitor::scrolled, this, &TriggerController::scrolled);
+    connect(&m_input, &InputMonitor::textMarked, this, [this](QPointF at) { m_selection.textMarked(at); });
+    connect(&m_input, &InputMonitor::attentionMoved, this, &TriggerController::attentionMoved);
     connect(&m_lock, &SessionLock::changed, this, &TriggerController::lockChanged);
     m_input.start();
 }
@@ -73,6 +75,13 @@ void TriggerController::mouseDown(QPointF at, int clickCount)
 void TriggerController::mouseUp(QPointF at, int clickCount)
 {
     m_selection.mouseUp(at, clickCount);
+}
+
+void TriggerController::attentionMoved()
+{
+    m_selection.attentionMoved();
+    m_dwell.mouseDown();
+    m_parts.card.hide();
 }
 
 void TriggerController::flagsChanged(ModifierFlags mods)

@@ -51,6 +51,7 @@ public:
 private:
     void mouseDown(QPointF at, int clickCount);
     void mouseUp(QPointF at, int clickCount);
+    void attentionMoved();
     void flagsChanged(ModifierFlags mods);
     void mouseMoved(QPointF at);
     void keyDown(Key key);

@@ -153,7 +153,8 @@ TEST(RecordCodec, WritesOnlyWhatItCanReadBack)
     const QString repaired = QString::fromUtf8("a\uFFFDb\uFFFD😀\uFFFD");
     EXPECT_EQ(decode<Leaf>(*encode(leaf, TextForm::file))->name, repaired);
 
-    for (char16_t control = 0; control < 0x20; ++control) { // wherever it falls in what is scanned in wide steps
+    for (char16_t control = 0; control < 0x20;
+         ++control) { // wherever it falls in what is scanned in wide steps
         leaf.name = QString(40, u'a') + QChar(control) + u"\"\\\n\t"_s + QString(40, u'é');
         EXPECT_EQ(decode<Leaf>(*encode(leaf, TextForm::file))->name, leaf.name) << int(control);
     }

@@ -111,6 +111,48 @@ TEST_F(TriggerControllerTest, TheLockTakesCardAndFrameAway)
     EXPECT_FALSE(overlay.isOpen());
 }
 
+TEST_F(TriggerControllerTest, MarkedTextIsWhatWasClaimedWhereNoPressIsTold)
+{
+    mark(u"older text"_s, u"some older text"_s); // which accessibility still tells of
+    primary.claim(u"reluctant"_s);
+    input.mark({300, 300});
+    advance(79ms);
+    EXPECT_TRUE(card.calls.filter(u"lookup"_s).isEmpty());
+    advance(1ms);
+    EXPECT_EQ(card.calls.filter(u"lookup"_s), QStringList{u"lookup reluctant | reluctant"_s})
+        << "with what the screen shows";
+    EXPECT_EQ(card.anchor, QPointF(300, 300));
+    EXPECT_EQ(keys.copies, 0);
+
+    mark(u"reluctant"_s, u"reluctant to post"_s);
+    primary.claim(u"reluctant"_s);
+    input.mark({300, 300});
+    advance(80ms);
+    EXPECT_EQ(card.calls.filter(u"lookup"_s).last(), u"lookup reluctant | reluctant to post"_s);
+
+    primary.claim(u"word"_s);
+    input.mark({300, 300});
+    emit input.attentionMoved(); // before the program had its moment
+    advance(1s);
+    EXPECT_EQ(card.calls.filter(u"lookup"_s).size(), 2);
+    EXPECT_FALSE(card.isVisible());
+}
+
+TEST_F(TriggerControllerTest, AnUntoldProgramMayBeAnExcludedOne)
+{
+    front.front = std::nullopt;
+    front.told = false;
+    primary.claim(u"reluctant"_s);
+    input.mark({300, 300});
+    advance(1s);
+    EXPECT_TRUE(card.calls.filter(u"lookup"_s).isEmpty());
+    configure([](AppConfig &config) { config.excludedBundleIDs.clear(); });
+    primary.claim(u"reluctant"_s);
+    input.mark({300, 300});
+    advance(1s);
+    EXPECT_EQ(card.calls.filter(u"lookup"_s).size(), 1);
+}
+
 TEST_F(TriggerControllerTest, WatchesFromStartToStop)
 {
     EXPECT_TRUE(input.started);

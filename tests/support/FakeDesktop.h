@@ -16,10 +16,12 @@ namespace nimbrelle {
 class FakeFrontApplication final : public FrontApplication {
 public:
     std::optional<Application> current() const override { return front; }
+    bool isTold() const override { return told; }
     std::optional<QString> ownBundleID() const override { return own; }
     void activate(const Application &application) override { activated.append(application); }
 
     std::optional<Application> front;
+    bool told = true;
     std::optional<QString> own = QStringLiteral("nimbrelle");
     QList<Application> activated;
 };

@@ -69,6 +69,13 @@ public:
         emit modifiersChanged(flags);
     }
     void type(Key key = Key::other) { emit keyPressed(key); }
+    /// What a desktop tells that does not tell of presses.
+    void mark(QPointF at)
+    {
+        m_pointer.at = at;
+        emit attentionMoved();
+        emit textMarked(at);
+    }
 
     bool started = false;
 

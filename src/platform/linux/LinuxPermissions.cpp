@@ -9,12 +9,22 @@
 using namespace Qt::StringLiterals;
 
 namespace nimbrelle {
+namespace {
+
+const QString whatWaylandLacks =
+    u"当前是 Wayland 会话：划词可以用；停留识别、按住按键查词和双击按键框选只有 X11 会话里才有。"_s;
+
+} // namespace
+
 GrantState LinuxPermissions::state(Grant grant) const
 {
     const bool isGranted = grant == Grant::accessibility ? m_input.canWatch() : m_capture.isAllowed();
     if (!isGranted)
         return missing();
-    return grant == Grant::accessibility ? withoutAccessibilityBus() : GrantState{true, {}};
+    GrantState state = grant == Grant::accessibility ? withoutAccessibilityBus() : GrantState{true, {}};
+    if (grant == Grant::accessibility && !m_input.hearsPresses())
+        state.note = whatWaylandLacks + state.note;
+    return state;
 }
 
 // X11 has nobody to ask. A new start helps only where our own connection broke.

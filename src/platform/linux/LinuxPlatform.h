@@ -9,15 +9,20 @@
 #include "platform/linux/files/DesktopFileApplications.h"
 #include "platform/linux/ocr/TesseractRecognizer.h"
 #include "platform/linux/speech/SpeechProcess.h"
+#include "platform/linux/wayland/WaylandDesktop.h"
 #include "platform/linux/x11/X11Desktop.h"
 
 namespace nimbrelle {
 
 /// Every service of a Linux desktop, tied together. Made once the application object stands, and dies before
 /// it.
-struct LinuxPlatform {
+class LinuxPlatform {
+public:
     X11Desktop desktop;
-    AtSpiReader accessibility{desktop.frontApplication};
+    /// Absent in an X11 session.
+    std::unique_ptr<WaylandDesktop> wayland =
+        WaylandDesktop::isHere() ? std::make_unique<WaylandDesktop>(desktop) : nullptr;
+    AtSpiReader accessibility{frontApplication()};
     BusSessionLock lock{QDBusConnection::sessionBus(), QDBusConnection::systemBus()};
     TesseractRecognizer recognizer;
     SpeechProcess speaker;
@@ -25,9 +30,14 @@ struct LinuxPlatform {
     PortalAppearance appearance{
         QDBusConnection::sessionBus(), PortalAppearance::guessOfToolkit(), &desktop.settings};
     AutostartFile launchAtLogin = AutostartFile::ofThisProgram();
-    LinuxPermissions permissions{desktop.x, desktop.input, desktop.capture, accessibility};
+    LinuxPermissions permissions{desktop.x, input(), capture(), accessibility};
 
     Platform platform();
+
+private:
+    FrontApplication &frontApplication();
+    InputMonitor &input();
+    ScreenCapture &capture();
 };
 
 } // namespace nimbrelle

@@ -1,5 +1,7 @@
 #include "platform/linux/ProgramKinds.h"
 
+#include "platform/linux/files/DesktopEntry.h"
+
 #include <QHash>
 
 #include <array>
@@ -117,6 +119,27 @@ ProgramKind programKind(const QString &instance, const QString &windowClass)
     if (kind.bundleID.isEmpty())
         kind.bundleID = windowClass.isEmpty() ? instance : windowClass;
     return kind;
+}
+
+Application programOf(const WindowClass &window, ProgramNames &names)
+{
+    Application application;
+    if (window.instance.isEmpty() && window.name.isEmpty())
+        return application;
+    const ProgramKind kind = programKind(window.instance, window.name);
+    application.bundleID = kind.bundleID;
+    application.copyShortcut = kind.copyShortcut;
+    const QString shown = window.name.isEmpty() ? window.instance : window.name;
+    application.name = names.nameOf(window.name).value_or(names.nameOf(window.instance).value_or(shown));
+    return application;
+}
+
+Application ownProgram()
+{
+    Application application;
+    application.bundleID = QStringLiteral("nimbrelle");
+    application.name = QStringLiteral("Nimbrelle");
+    return application;
 }
 
 } // namespace nimbrelle

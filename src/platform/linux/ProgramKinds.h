@@ -4,6 +4,8 @@
 
 namespace nimbrelle {
 
+class ProgramNames;
+
 /// The two halves of a window's WM_CLASS.
 struct WindowClass {
     QString instance;
@@ -23,5 +25,13 @@ struct ProgramKind {
 /// all of these, and in players, virtual machines, remote desktops and whatever else has a use of its own for
 /// it. Either half of WM_CLASS may tell, whatever its case. A program that is missing goes into the table.
 ProgramKind programKind(const QString &instance, const QString &windowClass);
+
+/// The program of a window, by its class, or by what a Wayland program calls itself in the place of both
+/// halves. Nothing but its identifier, its name and its kind is filled in, and nothing at all where both are
+/// empty.
+Application programOf(const WindowClass &window, ProgramNames &names);
+
+/// This program itself, as FrontApplication tells it.
+Application ownProgram();
 
 } // namespace nimbrelle

@@ -97,6 +97,14 @@ QList<Screen> ScreenLayout::screens() const
     return screens;
 }
 
+QRect ScreenLayout::bounds() const
+{
+    QRect all;
+    for (const Monitor &each : m_monitors)
+        all |= each.frame;
+    return all;
+}
+
 QPointF ScreenLayout::pointOf(QPoint pixel) const
 {
     const Monitor *monitor = nearest(pixel);

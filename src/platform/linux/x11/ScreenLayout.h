@@ -45,6 +45,9 @@ public:
 
     QList<Screen> screens() const;
 
+    /// What all monitors cover, in pixels; null where there is none.
+    QRect bounds() const;
+
     /// Of a pixel on no monitor too: it is then counted from the nearest one, and lies on none.
     QPointF pointOf(QPoint pixel) const;
 

@@ -183,6 +183,15 @@ XPrimarySelection::XPrimarySelection(XConnection &x) : m_x(x)
         m_changes.emplace(m_x, XCB_ATOM_PRIMARY);
 }
 
+bool XPrimarySelection::isOwn() const
+{
+    if (!m_x.isOpen())
+        return false;
+    const auto owner =
+        m_x.reply(xcb_get_selection_owner_reply, xcb_get_selection_owner(m_x.get(), XCB_ATOM_PRIMARY));
+    return owner && m_x.isOwn(owner->owner);
+}
+
 QCoro::Task<std::optional<QString>> XPrimarySelection::text()
 {
     if (!m_x.isOpen())

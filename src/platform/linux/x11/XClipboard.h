@@ -61,6 +61,9 @@ class XPrimarySelection final : public PrimarySelection {
 public:
     explicit XPrimarySelection(XConnection &x);
 
+    /// Whether what is marked now is text in a window of ours.
+    bool isOwn() const;
+
     quint64 changeCount() const override { return m_changes ? m_changes->count() : 0; }
     QCoro::Task<std::optional<QString>> text() override;
 

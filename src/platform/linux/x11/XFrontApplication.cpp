@@ -2,8 +2,6 @@
 
 #include "platform/linux/ProgramKinds.h"
 
-using namespace Qt::StringLiterals;
-
 namespace nimbrelle {
 namespace {
 
@@ -46,25 +44,14 @@ Application XFrontApplication::applicationOf(xcb_window_t window) const
     const QByteArray oldTitle = bytesOf(m_x.reply(xcb_get_property_reply, oldTitleAsked));
     const auto process = m_x.reply(xcb_get_property_reply, processAsked);
 
-    Application application;
+    Application application = m_x.isOwn(window) ? ownProgram()
+                                                : programOf({.instance = QString::fromUtf8(classes.value(0)),
+                                                                .name = QString::fromUtf8(classes.value(1))},
+                                                    m_names);
     application.window = window;
     application.windowTitle = textOf(title.isEmpty() ? oldTitle : title);
     if (process && xcb_get_property_value_length(process.get()) >= 4)
         application.process = *static_cast<const quint32 *>(xcb_get_property_value(process.get()));
-    if (m_x.isOwn(window)) {
-        application.bundleID = ownBundleID();
-        application.name = u"Nimbrelle"_s;
-        return application;
-    }
-    const QString instance = QString::fromUtf8(classes.value(0));
-    const QString windowClass = QString::fromUtf8(classes.value(1));
-    if (instance.isEmpty() && windowClass.isEmpty())
-        return application;
-    const ProgramKind kind = programKind(instance, windowClass);
-    application.bundleID = kind.bundleID;
-    application.copyShortcut = kind.copyShortcut;
-    const QString shown = windowClass.isEmpty() ? instance : windowClass;
-    application.name = m_names.nameOf(windowClass).value_or(m_names.nameOf(instance).value_or(shown));
     return application;
 }
 

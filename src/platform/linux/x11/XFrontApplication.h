@@ -13,7 +13,7 @@ public:
     explicit XFrontApplication(XConnection &x) : m_x(x) { }
 
     std::optional<Application> current() const override;
-    std::optional<QString> ownBundleID() const override { return QStringLiteral("nimbrelle"); }
+    std::optional<QString> ownBundleID() const override { return ownProgram().bundleID; }
     void activate(const Application &application) override;
 
     Application applicationOf(xcb_window_t window) const;
