@@ -2,8 +2,11 @@
 
 #include "platform/Modifiers.h"
 
+#include <QCoro/QCoroTask>
 #include <QObject>
 #include <QPointF>
+
+#include <optional>
 
 namespace nimbrelle {
 
@@ -48,6 +51,10 @@ public:
     virtual QPointF location() const = 0; ///< as above; it may lie on no screen
     virtual quint32 pressedButtons() const = 0; ///< bit 0 left, bit 1 right, bit 2 middle; 0: none
     virtual ModifierFlags modifiers() const = 0;
+
+    /// Where the pointer is now, asked anew; may take some milliseconds where the desktop must be asked;
+    /// absent where it will not tell.
+    virtual QCoro::Task<std::optional<QPointF>> locate() = 0;
 };
 
 } // namespace nimbrelle

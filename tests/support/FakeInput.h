@@ -12,8 +12,13 @@ public:
     QPointF location() const override { return at; }
     quint32 pressedButtons() const override { return buttons; }
     ModifierFlags modifiers() const override { return held; }
+    QCoro::Task<std::optional<QPointF>> locate() override
+    {
+        co_return tellsLocation ? std::optional(at) : std::nullopt;
+    }
 
     QPointF at;
+    bool tellsLocation = true;
     quint32 buttons = 0;
     ModifierFlags held = 0;
 };

@@ -46,6 +46,7 @@ TEST(LinuxPlatform, WithoutADisplayEachServiceSaysSoAndNothingFails)
     EXPECT_FALSE(platform.permissions.state(Grant::screenCapture).note.isEmpty());
     EXPECT_TRUE(platform.desktop.screens.all().isEmpty());
     EXPECT_EQ(platform.desktop.pointer.location(), QPointF());
+    EXPECT_EQ(QCoro::waitFor(platform.desktop.pointer.locate()), std::nullopt);
     EXPECT_EQ(platform.desktop.pointer.modifiers(), 0U);
     EXPECT_EQ(platform.desktop.frontApplication.current(), std::nullopt);
     EXPECT_EQ(await(platform.accessibility.focusedElement()), std::nullopt);

@@ -73,6 +73,14 @@ ModifierFlags XPointer::modifiers() const
     return at ? flagsOf(at->mask) : 0;
 }
 
+QCoro::Task<std::optional<QPointF>> XPointer::locate()
+{
+    const auto at = query();
+    if (!at)
+        co_return std::nullopt;
+    co_return m_screens.layout().pointOf(QPoint(at->root_x, at->root_y));
+}
+
 XKeyboard::XKeyboard(XConnection &x) : m_x(x)
 {
     if (!m_x.isOpen())

@@ -21,8 +21,9 @@ public:
     QPointF location() const override;
     quint32 pressedButtons() const override;
     ModifierFlags modifiers() const override;
+    QCoro::Task<std::optional<QPointF>> locate() override;
 
-    /// The same in pixels of the root window; the origin after the server has gone.
+    /// location() in pixels of the root window; the origin after the server has gone.
     QPoint pixel() const;
     bool isAnyButtonDown() const;
 

@@ -53,6 +53,7 @@ TEST_F(Input, AMoveWithAButtonHeldIsADrag)
     otherClient.moveTo({300, 300});
     EXPECT_GT(recorder.takeMoves(), 0);
     EXPECT_EQ(platform.desktop.pointer.location(), QPointF(300, 500));
+    EXPECT_EQ(QCoro::waitFor(platform.desktop.pointer.locate()), QPointF(300, 500));
     otherClient.button(1, true);
     recorder.take();
     otherClient.moveTo({360, 300});
