@@ -16,7 +16,7 @@ namespace nimbrelle {
 class SelectionReader;
 
 /// Marking text with the mouse: a word is looked up, and for a longer text a translation is offered. Its
-/// failures are silent. Points are global, y upward.
+/// failures are silent, but for those of a key. Points are global, y upward.
 class SelectionGesture {
 public:
     SelectionGesture(const GestureParts &parts, SelectionReader &selection);
@@ -29,6 +29,10 @@ public:
     /// update its selection.
     void textMarked(QPointF at);
 
+    /// Looks up what is marked now, where the pointer is. The user asked, so a passage is translated at once,
+    /// and failures are shown.
+    void lookUpCurrent();
+
 private:
     bool isDragTo(QPointF at) const;
     bool mayAct() const;
@@ -36,6 +40,7 @@ private:
     QCoro::Task<> keepSnapshot(QPointF at);
     QCoro::Task<> handleSelection(
         QPointF at, std::optional<ScreenOCR::Snapshot> before, std::stop_token stop);
+    QCoro::Task<> handleCurrent(std::stop_token stop);
     QCoro::Task<> lookup(ScreenOCR::Marked marked, std::optional<QString> context,
         std::optional<ScreenOCR::Snapshot> before, std::stop_token stop);
     QCoro::Task<std::optional<QString>> contextOf(
