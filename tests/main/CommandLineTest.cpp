@@ -69,7 +69,7 @@ TEST(CommandLine, TheRunningProgramDoesWhatWritesAndNothingElse)
         {.name = u"--reads"_s, .run = routine},
         *std::ranges::find(optionTable(), u"--look-up-selection"_s, &Option::name),
         *std::ranges::find(optionTable(), u"--translate-region"_s, &Option::name)};
-    const auto given = [&table](const QString &name) {
+    const auto given = [&table, &performed](const QString &name) {
         QString printed;
         QTextStream out(&printed);
         int code = -1;
