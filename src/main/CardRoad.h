@@ -22,6 +22,7 @@ public:
 
     CardController &card() { return m_card; }
     void startWatching() { m_trigger.start(); }
+    void perform(ShortcutAction action) { m_trigger.perform(action); }
 
 private:
     SourceInfo m_source;

@@ -20,6 +20,11 @@ std::optional<QString> valueOf(const Option &option, const QStringList &argument
     return at + 1 < arguments.size() ? std::optional(arguments[at + 1]) : std::nullopt;
 }
 
+bool isForRunningProgram(const Option &option)
+{
+    return option.writes || option.needs == Option::Needs::program;
+}
+
 } // namespace
 
 std::optional<ChosenOption> chooseOption(std::span<const Option> table, const QStringList &arguments)
@@ -34,7 +39,7 @@ std::optional<ChosenOption> chooseOption(std::span<const Option> table, const QS
 QCoro::Task<int> runGiven(std::span<const Option> table, QString name, OptionRun run)
 {
     const auto option = std::ranges::find(table, name, &Option::name);
-    if (option == table.end() || !option->writes) {
+    if (option == table.end() || !isForRunningProgram(*option)) {
         run.out << u"正在运行的 Nimbrelle 不认识这个命令："_s << name << Qt::endl;
         co_return 1;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ShortcutAction.h"
+
 #include <QCoro/QCoroTask>
 #include <QStringList>
 
@@ -13,11 +15,15 @@ namespace nimbrelle {
 
 class Services;
 
+using PerformAction = std::function<void(ShortcutAction action)>;
+
 /// What a routine is given; all of it outlives the routine.
 struct OptionRun {
     Services &services;
     QTextStream &out;
     QString value; ///< empty for a flag
+    /// Does what a key of the desktop asks for; empty outside the running program.
+    PerformAction perform = {};
 };
 
 /// One command-line option: it runs one piece of logic without a window and ends the process.
@@ -29,8 +35,11 @@ struct Option {
     /// Ends in the exit code.
     using Routine = std::function<QCoro::Task<int>(OptionRun run)>;
 
-    /// Whether the routine draws, which takes more of the framework than the others need.
-    enum class Needs { nothing, drawing };
+    enum class Needs {
+        nothing,
+        drawing, ///< it takes more of the framework than the others need
+        program, ///< only the running program can do it, which is started for it
+    };
 
     QString name;
     Form form = Form::flag;
@@ -52,7 +61,7 @@ struct ChosenOption {
 /// one's value.
 std::optional<ChosenOption> chooseOption(std::span<const Option> table, const QStringList &arguments);
 
-/// Runs an option that another process gave (SingleInstance), unless it is none of those that write.
+/// Runs an option that another process gave (SingleInstance), unless it is one that any process can run.
 QCoro::Task<int> runGiven(std::span<const Option> table, QString name, OptionRun run);
 
 /// All options in the order in which they are tried.

@@ -33,6 +33,7 @@ public:
     ~Desktop();
 
     AppDelegate &delegate() { return m_delegate; }
+    void perform(ShortcutAction action) { m_road.perform(action); }
 
 private:
     std::vector<WindowRow> windowTable();

@@ -54,6 +54,14 @@ Option::Routine exporting(ExportKind kind)
     return [kind](const OptionRun &run) { return exportData(kind, run); };
 }
 
+Option::Routine performing(ShortcutAction action)
+{
+    return [action](const OptionRun &run) {
+        run.perform(action);
+        return finished(0);
+    };
+}
+
 QCoro::Task<int> renderIcon(const OptionRun &run)
 {
     try {
@@ -216,6 +224,14 @@ std::vector<Option> makeTable()
             .run = importWords,
             .writes = true,
             .meaning = givenPath},
+        {.name = u"--look-up-selection"_s,
+            .form = Form::flag,
+            .run = performing(ShortcutAction::lookUpSelection),
+            .needs = Option::Needs::program},
+        {.name = u"--translate-region"_s,
+            .form = Form::flag,
+            .run = performing(ShortcutAction::translateRegion),
+            .needs = Option::Needs::program},
     };
 }
 

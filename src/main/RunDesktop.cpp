@@ -54,20 +54,22 @@ void loadFontsSoon(QObject &owner)
     QTimer::singleShot(soon, &owner, [] { QFontInfo(QGuiApplication::font()).family(); });
 }
 
-/// What a command-line mode does beside this program, it does in here.
-CommandRunner givenCommands(Services &services)
+/// What a command-line mode does beside this program, it does in here. Commands come once the event loop
+/// runs, and `perform` is set by then.
+CommandRunner givenCommands(Services &services, const PerformAction &perform)
 {
-    return [&services](const GivenCommand &command, QTextStream *out) {
-        return runGiven(
-            optionTable(), command.option, {.services = services, .out = *out, .value = command.value});
+    return [&services, &perform](const GivenCommand &command, QTextStream *out) {
+        return runGiven(optionTable(), command.option,
+            {.services = services, .out = *out, .value = command.value, .perform = perform});
     };
 }
 
-int runUntilToldToEnd(Services &services, SingleInstance &instance)
+int runUntilToldToEnd(Services &services, SingleInstance &instance, PerformAction &perform)
 {
     const TerminationSignals termination([] { QCoreApplication::quit(); });
     LinuxPlatform platform;
     Desktop desktop(services, platform.platform());
+    perform = [&desktop](ShortcutAction action) { desktop.perform(action); };
     QObject::connect(&instance, &SingleInstance::reopened, &desktop.delegate(),
         &AppDelegate::applicationShouldHandleReopen);
     QTimer::singleShot(0, &desktop.delegate(), &AppDelegate::applicationDidFinishLaunching);
@@ -88,14 +90,15 @@ int runDesktop(int argc, char **argv)
     QApplication application(argc, argv);
     Services &services = Services::shared();
     LinuxSingleInstance instance(services.paths().supportDir);
-    const auto claim = instance.claim(givenCommands(services));
+    PerformAction perform;
+    const auto claim = instance.claim(givenCommands(services, perform));
     if (claim != SingleInstance::Claim::ours)
         return claim == SingleInstance::Claim::told ? 0 : 1;
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(windowIcon());
     QGuiApplication::setDesktopFileName(u"nimbrelle"_s);
     speakChinese(application);
-    const int code = runUntilToldToEnd(services, instance);
+    const int code = runUntilToldToEnd(services, instance, perform);
     services.end();
     return code;
 }

@@ -4,9 +4,11 @@
 #include "platform/linux/LinuxSingleInstance.h"
 
 #include <QGuiApplication>
+#include <QProcess>
 #include <QTextStream>
 #include <QTimer>
 
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -42,9 +44,28 @@ std::unique_ptr<QCoreApplication> makeApplication(Option::Needs needs, int &argc
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
+/// A detached process of its own, so that it outlives this one and its terminal.
+std::function<bool()> startProgram()
+{
+    qint64 id = 0;
+    if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), {}, {}, &id))
+        return [] { return false; };
+    return [id] { return ::kill(static_cast<pid_t>(id), 0) == 0; };
+}
+
+int giveToProgram(const Option &option, int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QTextStream out(stdout);
+    LinuxSingleInstance instance(AppPaths::shared().supportDir);
+    return instance.giveToProgram({.option = option.name, .value = {}}, startProgram, out);
+}
+
 int runOption(const ChosenOption &chosen, int argc, char **argv)
 {
     qInstallMessageHandler(dropMessage);
+    if (chosen.option->needs == Option::Needs::program)
+        return giveToProgram(*chosen.option, argc, argv);
     const auto application = makeApplication(chosen.option->needs, argc, argv);
     QTextStream out(stdout), in(stdin);
     const Option &option = *chosen.option;

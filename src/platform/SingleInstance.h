@@ -27,6 +27,9 @@ inline constexpr auto fieldsOf<Record> =
 /// Ends in the exit code; what it prints reaches the process that gave the command. `out` outlives it.
 using CommandRunner = std::function<QCoro::Task<int>(GivenCommand command, QTextStream *out)>;
 
+/// Starts the program as a process of its own. What it returns tells whether that still runs.
+using ProgramStart = std::function<std::function<bool()>()>;
+
 /// Sees to it that one process at a time works on a data directory.
 class SingleInstance : public QObject {
     Q_OBJECT
@@ -45,6 +48,10 @@ public:
     /// For a command that writes, which prints to `out`. Absent when the directory is ours for as long as
     /// this object lives; else the exit code, for the running program has done the command, or could not.
     virtual std::optional<int> claimOrGive(const GivenCommand &command, QTextStream &out) = 0;
+
+    /// For a command that only the running program can do: gives it to that one, after `start` has started it
+    /// where none runs. The exit code; what went wrong is printed to `out`.
+    virtual int giveToProgram(const GivenCommand &command, const ProgramStart &start, QTextStream &out) = 0;
 
 signals:
     /// The program was started again, and that process has ended in favour of this one.

@@ -29,7 +29,7 @@ struct GestureState {
 struct GestureParts {
     Clock &clock;
     const ConfigStore &config;
-    const Pointer &pointer;
+    Pointer &pointer;
     KeySender &keys;
     AccessibilityReader &accessibility;
     ScreenOCR &ocr;

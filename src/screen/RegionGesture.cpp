@@ -30,14 +30,21 @@ void RegionGesture::flagsChanged(ModifierFlags mods)
     if (mods != flagOf(m_parts.config.config().regionKey))
         m_doubleTap.release(now, mods == 0);
     else if (m_doubleTap.press(now))
-        startRegionSelection();
+        doubleTapped();
 }
 
-void RegionGesture::startRegionSelection()
+void RegionGesture::doubleTapped()
 {
     if (!m_parts.config.config().optionRegionTranslate || !m_parts.guards.mayAct())
         return;
     m_parts.keys.tapNothing(); // else the desktop opens its launcher when this second press ends
+    begin();
+}
+
+void RegionGesture::begin()
+{
+    if (!m_parts.guards.mayAct())
+        return;
     m_parts.state.dwellCard = false;
     m_parts.card.hide();
     if (!m_parts.ocr.isAllowed()) {

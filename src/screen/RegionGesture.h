@@ -21,8 +21,11 @@ public:
     /// A key or a click between the two taps.
     void breakDoubleTap() { m_doubleTap.reset(); }
 
+    /// Lets the user frame a region now, if any gesture may act.
+    void begin();
+
 private:
-    void startRegionSelection();
+    void doubleTapped();
     QCoro::Task<> translateRegion(QRectF rect, std::stop_token stop);
 
     const GestureParts m_parts;

@@ -3,6 +3,7 @@
 #include "card/Card.h"
 #include "frame/Clock.h"
 #include "frame/ConfigStore.h"
+#include "platform/InputMonitor.h"
 #include "screen/GestureGuards.h"
 #include "screen/SelectionKind.h"
 #include "screen/SelectionReader.h"
@@ -11,6 +12,7 @@
 
 namespace nimbrelle {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -18,6 +20,8 @@ namespace {
 constexpr double dragDistance = 4;
 constexpr auto selectionDelay = 80ms;
 constexpr auto nextPressWait = 1s; // longer than any double click's
+const QString nothingMarked = u"没有读到选中的文字，请先选中一个词或一段英文。"_s;
+const QString noEnglish = u"选中的文字里没有英文。"_s;
 
 } // namespace
 
@@ -121,6 +125,34 @@ QCoro::Task<> SelectionGesture::handleSelection(
         m_parts.card.offerTranslation(kind.text, at);
     else if (kind.kind == SelectionKind::Kind::word)
         co_await lookup({.text = kind.text, .from = from, .to = at}, selection->context, before, stop);
+}
+
+void SelectionGesture::lookUpCurrent()
+{
+    if (!m_parts.guards.mayAct())
+        return;
+    m_parts.lookupIsLikely();
+    handleCurrent(m_selectionTask.renew());
+}
+
+QCoro::Task<> SelectionGesture::handleCurrent(std::stop_token stop)
+{
+    const std::optional<QPointF> pointer = co_await m_parts.pointer.locate();
+    const QPointF at = pointer.value_or(m_parts.pointer.location());
+    if (stop.stop_requested())
+        co_return;
+    m_parts.accessibility.beginGesture();
+    const std::optional<SelectionReader::Result> selection = co_await m_selection.readCurrent(stop);
+    if (stop.stop_requested())
+        co_return;
+    m_parts.state.dwellCard = false;
+    const auto kind = selection ? SelectionKind::classify(selection->text) : SelectionKind();
+    if (kind.kind == SelectionKind::Kind::passage)
+        m_parts.card.showTranslation(kind.text, at);
+    else if (kind.kind == SelectionKind::Kind::word)
+        co_await lookup({.text = kind.text, .from = at, .to = at}, selection->context, std::nullopt, stop);
+    else
+        m_parts.card.showError({.message = selection ? noEnglish : nothingMarked}, at);
 }
 
 QCoro::Task<> SelectionGesture::lookup(ScreenOCR::Marked marked, std::optional<QString> context,

@@ -16,7 +16,7 @@ namespace nimbrelle {
 class SelectionReader;
 
 /// Marking text with the mouse: a word is looked up, and for a longer text a translation is offered. Its
-/// failures are silent. Points are global, y upward.
+/// failures are silent, but for those of a key. Points are global, y upward.
 class SelectionGesture {
 public:
     SelectionGesture(const GestureParts &parts, SelectionReader &selection);
@@ -31,6 +31,10 @@ public:
     /// Another gesture, which marks nothing, or not yet.
     void attentionMoved() { m_selectionTask.cancel(); }
 
+    /// Looks up what is marked now, where the pointer is. The user asked, so a passage is translated at once,
+    /// and failures are shown.
+    void lookUpCurrent();
+
 private:
     void markEnded(QPointF at);
     bool isDragTo(QPointF at) const;
@@ -39,6 +43,7 @@ private:
     QCoro::Task<> keepSnapshot(QPointF at);
     QCoro::Task<> handleSelection(
         QPointF at, std::optional<ScreenOCR::Snapshot> before, std::stop_token stop);
+    QCoro::Task<> handleCurrent(std::stop_token stop);
     QCoro::Task<> lookup(ScreenOCR::Marked marked, std::optional<QString> context,
         std::optional<ScreenOCR::Snapshot> before, std::stop_token stop);
     QCoro::Task<std::optional<QString>> contextOf(

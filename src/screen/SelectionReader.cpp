@@ -45,6 +45,15 @@ bool isAllOfIt(const MarkedText &marked, const std::optional<QString> &primary)
     return !isMore && !marked.text.contains(embeddedObject);
 }
 
+/// The program in front may have another mark than the one that was made last.
+bool isAbout(const QString &text, const std::optional<MarkedText> &marked)
+{
+    if (!marked)
+        return false;
+    const QString part = withoutEmbedded(marked->text).simplified();
+    return text.simplified().contains(part);
+}
+
 /// The context only if it holds the text: placeholders may hide the very place.
 SelectionReader::Result resultOf(const QString &text, const std::optional<MarkedText> &marked)
 {
@@ -125,6 +134,18 @@ QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::read(std::s
     if (stop.stop_requested() || !text)
         co_return std::nullopt;
     co_return resultOf(*text, marked);
+}
+
+QCoro::Task<std::optional<SelectionReader::Result>> SelectionReader::readCurrent(std::stop_token stop)
+{
+    const std::optional<QString> primary = unlessBlank(co_await m_primary.text());
+    if (stop.stop_requested())
+        co_return std::nullopt;
+    const std::optional<MarkedText> marked = co_await readAccessible();
+    if (stop.stop_requested() || (!primary && !marked))
+        co_return std::nullopt;
+    const QString text = primary ? *primary : withoutEmbedded(marked->text);
+    co_return resultOf(text, isAbout(text, marked) ? marked : std::nullopt);
 }
 
 QCoro::Task<std::optional<MarkedText>> SelectionReader::readAccessible()

@@ -51,6 +51,10 @@ public:
     /// goes through, so that the clipboard is restored.
     QCoro::Task<std::optional<Result>> read(std::stop_token stop);
 
+    /// What is marked at this moment, whenever that was done: by the primary selection, else through
+    /// accessibility. Leaves the clipboard alone.
+    QCoro::Task<std::optional<Result>> readCurrent(std::stop_token stop);
+
     /// 300 UTF-16 units to each side of the selection, without halves of surrogate pairs at the ends. Absent
     /// when that holds nothing.
     static std::optional<QString> contextOf(const TextPiece &piece);

@@ -64,6 +64,18 @@ void TriggerController::stop()
     m_lock.disconnect(this);
 }
 
+void TriggerController::perform(ShortcutAction action)
+{
+    switch (action) {
+    case ShortcutAction::lookUpSelection:
+        m_selection.lookUpCurrent();
+        break;
+    case ShortcutAction::translateRegion:
+        m_region.begin();
+        break;
+    }
+}
+
 void TriggerController::mouseDown(QPointF at, int clickCount)
 {
     m_selection.mouseDown(at, clickCount);

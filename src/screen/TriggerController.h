@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/InputMonitor.h"
+#include "platform/ShortcutAction.h"
 #include "screen/DwellGesture.h"
 #include "screen/GestureGuards.h"
 #include "screen/HoverGesture.h"
@@ -26,7 +27,7 @@ public:
         Clock &clock;
         const ConfigStore &config;
         InputMonitor &input;
-        const Pointer &pointer;
+        Pointer &pointer;
         KeySender &keys;
         const FrontApplication &front;
         const WindowAtPointer &window;
@@ -47,6 +48,9 @@ public:
     void start();
     /// Unsubscribes. What a gesture has begun goes on.
     void stop();
+
+    /// A key of the desktop asked for it. The settings that switch gestures on and off mean others.
+    void perform(ShortcutAction action);
 
 private:
     void mouseDown(QPointF at, int clickCount);

@@ -39,6 +39,7 @@ TEST(CommandLine, LetsTheFirstOfTheTableWin)
         {"--sync-connect --add-spelling", "--sync-connect=--add-spelling"},
         {"--add-spelling --selftest-ocr", "--selftest-ocr="},
         {"--add-spelling a --add-spelling b", "--add-spelling=a"},
+        {"--translate-region --look-up-selection", "--look-up-selection="},
         {"x --selftest-fsrs=1 --selftest-fsrs -h", "--selftest-fsrs="},
     };
     for (const auto &[arguments, expected] : cases)
@@ -63,21 +64,32 @@ TEST(CommandLine, TheRunningProgramDoesWhatWritesAndNothingElse)
         run.out << run.value;
         co_return 5;
     };
-    const Option table[]{
-        {.name = u"--writes"_s, .run = routine, .writes = true}, {.name = u"--reads"_s, .run = routine}};
-    const auto given = [&table](const QString &name) {
+    std::optional<ShortcutAction> performed;
+    const Option table[]{{.name = u"--writes"_s, .run = routine, .writes = true},
+        {.name = u"--reads"_s, .run = routine},
+        *std::ranges::find(optionTable(), u"--look-up-selection"_s, &Option::name),
+        *std::ranges::find(optionTable(), u"--translate-region"_s, &Option::name)};
+    const auto given = [&table, &performed](const QString &name) {
         QString printed;
         QTextStream out(&printed);
         int code = -1;
         const auto flow = [&]() -> QCoro::Task<> {
-            code =
-                co_await runGiven(table, name, {.services = Services::shared(), .out = out, .value = u"v"_s});
+            code = co_await runGiven(table, name,
+                {.services = Services::shared(),
+                    .out = out,
+                    .value = u"v"_s,
+                    .perform = [&](ShortcutAction action) { performed = action; }});
         };
         const auto task = flow();
         return QString::number(code) + u' ' + printed;
     };
     EXPECT_EQ(given(u"--writes"_s), u"5 v"_s);
     EXPECT_EQ(given(u"--reads"_s), u"1 正在运行的 Nimbrelle 不认识这个命令：--reads\n"_s);
+    EXPECT_EQ(performed, std::nullopt);
+    EXPECT_EQ(given(u"--look-up-selection"_s), u"0 "_s);
+    EXPECT_EQ(performed, ShortcutAction::lookUpSelection);
+    EXPECT_EQ(given(u"--translate-region"_s), u"0 "_s);
+    EXPECT_EQ(performed, ShortcutAction::translateRegion);
 }
 
 } // namespace

@@ -198,4 +198,32 @@ TEST_F(SelectionGestureTest, ANewerReleaseReplacesOneWhoseProgramStillAnswers)
     EXPECT_EQ(card.calls, QStringList{u"lookup newer | newer one"_s});
 }
 
+TEST_F(SelectionGestureTest, AKeyLooksUpWhatIsMarkedNowAndTellsItsFailures)
+{
+    input.press({100, 100});
+    input.release({100, 100}); // what is marked was so before
+    pointer.at = {300, 200};
+    const auto press = [this] {
+        trigger.perform(ShortcutAction::lookUpSelection);
+        return card.calls.takeLast();
+    };
+    capture.allowed = false;
+    EXPECT_EQ(press(), u"error 没有读到选中的文字，请先选中一个词或一段英文。"_s);
+    mark(u"reluctant"_s, u"I was reluctant to post."_s);
+    accessibility.isOldMark = true;
+    EXPECT_EQ(press(), u"lookup reluctant | I was reluctant to post."_s);
+    EXPECT_EQ(card.anchor, QPointF(300, 200));
+    primary.claim(u"was"_s); // in a window that does not have the focus
+    EXPECT_EQ(press(), u"lookup was | -"_s) << "the other text is not its context";
+    primary.claim(u" reluctant"_s);
+    EXPECT_EQ(press(), u"lookup reluctant | I was reluctant to post."_s);
+    primary.claim(u"one two three four five six"_s);
+    EXPECT_EQ(press(), u"translate one two three four five six"_s);
+    primary.claim(u"1234"_s);
+    EXPECT_EQ(press(), u"error 选中的文字里没有英文。"_s);
+    pointer.tellsLocation = false;
+    EXPECT_EQ(press(), u"error 选中的文字里没有英文。"_s);
+    EXPECT_EQ(keys.copies, 0);
+}
+
 } // namespace nimbrelle

@@ -29,13 +29,15 @@ TEST_F(TriggerControllerTest, NoGestureActsWhereItIsNotWanted)
 {
     struct Gesture {
         std::function<void()> perform;
-        bool AppConfig::*setting;
+        bool AppConfig::*setting; ///< null for a key of the desktop, which no setting switches off
     };
     const Gesture gestures[]{
         {[this] { markText(); }, &AppConfig::autoPopupOnSelect},
         {[this] { dwell(); }, &AppConfig::dwellLookup},
         {[this] { tap(modifier::option, 1s); }, &AppConfig::optionHoverOCR},
         {[this] { doubleTap(); }, &AppConfig::optionRegionTranslate},
+        {[this] { trigger.perform(ShortcutAction::lookUpSelection); }, nullptr},
+        {[this] { trigger.perform(ShortcutAction::translateRegion); }, nullptr},
     };
     configure([](AppConfig &config) { config.excludedBundleIDs.append(u"secret.vault"_s); });
     const Application reader = *front.front;
@@ -52,9 +54,14 @@ TEST_F(TriggerControllerTest, NoGestureActsWhereItIsNotWanted)
             return acted;
         };
         SCOPED_TRACE(&gesture - gestures);
-        configure([&](AppConfig &config) { config.*gesture.setting = false; });
-        EXPECT_FALSE(acts());
-        configure([&](AppConfig &config) { config.*gesture.setting = true; });
+        const auto set = [&](bool isOn) {
+            configure([&](AppConfig &config) { config.*gesture.setting = isOn; });
+        };
+        if (gesture.setting) {
+            set(false);
+            EXPECT_FALSE(acts());
+            set(true);
+        }
         front.front->bundleID = front.own;
         EXPECT_FALSE(acts());
         front.front->bundleID = u"secret.vault"_s;

@@ -19,6 +19,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -80,8 +81,7 @@ LinuxSingleInstance::~LinuxSingleInstance()
     m_server.close();
     if (m_isHeld)
         announce({});
-    if (m_lock >= 0)
-        ::close(m_lock);
+    releaseLock();
 }
 
 SingleInstance::Claim LinuxSingleInstance::claim(CommandRunner run)
@@ -116,6 +116,28 @@ std::optional<int> LinuxSingleInstance::claimOrGive(const GivenCommand &command,
     return code.value_or(1);
 }
 
+int LinuxSingleInstance::giveToProgram(
+    const GivenCommand &command, const ProgramStart &start, QTextStream &out)
+{
+    std::function<bool()> isStarting;
+    const auto code = insist(m_patience.forDirectory, [&]() -> std::optional<int> {
+        if (const auto given = give(command, out))
+            return given;
+        if (!takeLock())
+            return std::nullopt; // a command at work, or the program just begins
+        releaseLock();
+        if (!isStarting)
+            isStarting = start();
+        if (isStarting())
+            return std::nullopt;
+        out << u"Nimbrelle 没有启动起来，所以什么也没有做。"_s << Qt::endl;
+        return 1;
+    });
+    if (!code)
+        out << heldText() << Qt::endl;
+    return code.value_or(1);
+}
+
 // Absent where nobody listens: that is a command at work, or a program that just starts or ends.
 std::optional<int> LinuxSingleInstance::give(const GivenCommand &command, QTextStream &out) const
 {
@@ -145,6 +167,13 @@ bool LinuxSingleInstance::takeLock()
     if (m_isHeld)
         announce({}); // what a killed process left
     return m_isHeld || m_lock < 0 || errno != EWOULDBLOCK;
+}
+
+void LinuxSingleInstance::releaseLock()
+{
+    if (m_lock >= 0)
+        ::close(std::exchange(m_lock, -1));
+    m_isHeld = false;
 }
 
 bool LinuxSingleInstance::listen()

@@ -28,9 +28,11 @@ public:
 
     Claim claim(CommandRunner run) override;
     std::optional<int> claimOrGive(const GivenCommand &command, QTextStream &out) override;
+    int giveToProgram(const GivenCommand &command, const ProgramStart &start, QTextStream &out) override;
 
 private:
     bool takeLock();
+    void releaseLock();
     bool listen();
     void meet(QLocalSocket *caller);
     void announce(const QString &socketPath) const;

@@ -206,4 +206,48 @@ TEST_F(SingleInstanceTest, AProgramThatEndsInTheMiddleOfACommandIsTold)
     EXPECT_EQ(given.printed, u"一半\n正在运行的 Nimbrelle 没有答完；做到了哪一步，要在 Nimbrelle 里看。\n"_s);
 }
 
+TEST_F(SingleInstanceTest, WhatOnlyTheProgramCanDoStartsIt)
+{
+    patience.forDirectory = 20s;
+    std::unique_ptr<LinuxSingleInstance> program;
+    std::promise<void> asked;
+    int starts = 0;
+    auto given = std::async(std::launch::async, [&] {
+        Given result;
+        QTextStream out(&result.printed);
+        const auto beginning = [&] {
+            ++starts;
+            asked.set_value();
+            return [] { return true; };
+        };
+        result.code = start(data(u"a"_s))->giveToProgram({.option = u"--x"_s, .value = {}}, beginning, out);
+        return result;
+    });
+    asked.get_future().wait();
+    program = start(data(u"a"_s));
+    QString got;
+    EXPECT_EQ(program->claim([&](const GivenCommand &command, QTextStream *) -> QCoro::Task<int> {
+        got = command.option;
+        co_return 0;
+    }),
+        Claim::ours);
+    while (given.wait_for(0s) != std::future_status::ready)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    EXPECT_EQ(given.get().code, 0);
+    EXPECT_EQ(got, u"--x"_s);
+    EXPECT_EQ(starts, 1);
+}
+
+TEST_F(SingleInstanceTest, AProgramThatDoesNotStartIsTold)
+{
+    patience.forDirectory = 20s;
+    QString printed;
+    QTextStream out(&printed);
+    int asked = 0;
+    const auto failing = [&] { return [&] { return ++asked < 3; }; };
+    EXPECT_EQ(start(data(u"a"_s))->giveToProgram({}, failing, out), 1);
+    EXPECT_EQ(printed, u"Nimbrelle 没有启动起来，所以什么也没有做。\n"_s);
+    EXPECT_EQ(claim(start(data(u"a"_s))), Claim::ours);
+}
+
 } // namespace
