@@ -13,6 +13,7 @@ namespace {
 
 class FakeWindows final : public SessionWindows {
 public:
+    bool isOffered() const override { return true; }
     bool isTold() const override { return true; }
     const QList<SessionWindow> &all() const override { return windows; }
     QCoro::Task<> refresh() override { co_return; }

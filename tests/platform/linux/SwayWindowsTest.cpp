@@ -82,6 +82,7 @@ TEST(SwayWindows, FollowTheTreeAndLoseItWithTheSocket)
     SwayWindows windows(sway.fullServerName(), [](QPointF at) { return (at * 2).toPoint(); });
     int changes = 0;
     QObject::connect(&windows, &SessionWindows::activeChanged, &windows, [&] { ++changes; });
+    EXPECT_TRUE(windows.isOffered());
     EXPECT_FALSE(windows.isTold());
     ASSERT_TRUE(waitUntil([&] { return windows.isTold(); }));
     ASSERT_EQ(windows.all().size(), 3);
@@ -101,6 +102,7 @@ TEST(SwayWindows, FollowTheTreeAndLoseItWithTheSocket)
     EXPECT_EQ(changes, 2);
     sway.hangUp();
     ASSERT_TRUE(waitUntil([&] { return !windows.isTold(); }));
+    EXPECT_FALSE(windows.isOffered());
 }
 
 } // namespace nimbrelle

@@ -25,6 +25,9 @@ class SessionWindows : public QObject {
     Q_OBJECT
 
 public:
+    /// Whether the session has a way to tell, which may not have been heard of yet.
+    virtual bool isOffered() const = 0;
+
     /// Whether it is known at all which program is in front. While it is not, a program that must not be read
     /// can't be told from any other.
     virtual bool isTold() const = 0;

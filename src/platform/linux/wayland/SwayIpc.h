@@ -21,6 +21,9 @@ public:
 
     enum class Question : quint32 { command = 0, subscribe = 2, tree = 4 };
 
+    /// Whether it is closed, or was never there.
+    bool isEnded() const { return m_isEnded; }
+
     /// Absent when the socket is closed, or closes first.
     QCoro::Task<std::optional<QJsonDocument>> ask(Question question, QByteArray text = {});
 

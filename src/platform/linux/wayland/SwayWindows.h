@@ -14,6 +14,7 @@ public:
     /// `socket` is a path such as SWAYSOCK holds; `toPixel` turns sway's pixels into those of the X server.
     SwayWindows(const QString &socket, std::function<QPoint(QPointF)> toPixel);
 
+    bool isOffered() const override { return !m_ipc.isEnded(); }
     bool isTold() const override { return m_isTold; }
     const QList<SessionWindow> &all() const override { return m_windows; }
     QCoro::Task<> refresh() override;

@@ -9,6 +9,7 @@ class UntoldWindows final : public SessionWindows {
     Q_OBJECT
 
 public:
+    bool isOffered() const override { return false; }
     bool isTold() const override { return false; }
     const QList<SessionWindow> &all() const override { return m_none; }
     QCoro::Task<> refresh() override { co_return; }

@@ -43,7 +43,7 @@ WaylandDesktop::WaylandDesktop(X11Desktop &x11)
 // Without a word of the program in front, no excluded one could be spared.
 bool WaylandDesktop::canMark() const
 {
-    return m_connection.isOpen() && m_primary.isOffered() && m_probe->isOffered() && m_windows->isTold();
+    return m_connection.isOpen() && m_primary.isOffered() && m_probe->isOffered() && m_windows->isOffered();
 }
 
 QRect WaylandDesktop::allOutputs() const
