@@ -65,6 +65,8 @@ struct AppConfig : StudyValues {
     bool optionRegionTranslate = true;
     bool menuBarWord = true;
     QStringList excludedBundleIDs = defaultExcludedBundleIDs();
+    /// The copy shortcut is never sent to these, besides the programs that are known to take harm.
+    QStringList noCopyBundleIDs;
     QString syncServer;
     QString syncToken;
     QString syncPin;
@@ -90,7 +92,8 @@ inline constexpr auto fieldsOf<Record> = fieldsWithBase<StudyValues>(fields(fiel
     field("hoverKey", lenient(&Record::hoverKey)), field("regionKey", lenient(&Record::regionKey)),
     field("optionRegionTranslate", &Record::optionRegionTranslate),
     field("menuBarWord", &Record::menuBarWord), field("excludedBundleIDs", &Record::excludedBundleIDs),
-    field("syncServer", &Record::syncServer), field("syncToken", &Record::syncToken),
-    field("syncPin", &Record::syncPin), field("studySettingsAt", &Record::studySettingsAt)));
+    field("noCopyBundleIDs", &Record::noCopyBundleIDs), field("syncServer", &Record::syncServer),
+    field("syncToken", &Record::syncToken), field("syncPin", &Record::syncPin),
+    field("studySettingsAt", &Record::studySettingsAt)));
 
 } // namespace nimbrelle

@@ -7,8 +7,9 @@ namespace nimbrelle {
 
 CardRoad::CardRoad(Services &services, const Platform &platform, const Theme &theme)
     : m_source(platform.frontApplication, platform.accessibility)
-    , m_selection(services.clock(), platform.accessibility, platform.primarySelection, platform.clipboard,
-          platform.keySender, platform.pointer, platform.frontApplication, platform.windowAtPointer)
+    , m_selection(services.clock(), services.config(), platform.accessibility, platform.primarySelection,
+          platform.clipboard, platform.keySender, platform.pointer, platform.frontApplication,
+          platform.windowAtPointer)
     , m_ocr(platform.screens, platform.windowAtPointer, platform.capture, platform.recognizer)
     , m_overlay(theme, platform.windowSystem)
     , m_region(platform.screens, platform.pointer, platform.frontApplication, m_overlay)

@@ -53,7 +53,7 @@ Desktop::Desktop(Services &services, const Platform &platform)
     , m_facts(services.words(), services.config(), services.log())
     , m_permissions(m_platform.permissions, m_platform.launchAtLogin, operatingSystem())
     , m_keyTest(services.config(), services.newAI())
-    , m_excluded(services.config(), m_platform.installed)
+    , m_applications(services.config(), m_platform.installed)
     , m_connection(services.config(), services.sync(), services.clock(), &PinnedTransport::open, &copySecret)
     , m_addWord(services.config(), services.words(), services.newAI())
     , m_exchange({.paths = services.paths(),
@@ -169,7 +169,7 @@ QWidget *Desktop::makeSettings()
         .writer = DataWriter::shared(),
         .permissions = m_permissions,
         .keyTest = m_keyTest,
-        .excluded = m_excluded,
+        .applications = m_applications,
         .clock = m_services.clock(),
         .offers =
             [this] {

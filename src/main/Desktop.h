@@ -10,8 +10,8 @@
 #include "platform/WindowSystem.h"
 #include "platform/linux/bus/LinuxStatusItem.h"
 #include "review/ReviewSession.h"
-#include "settings/ExcludedApplications.h"
 #include "settings/KeyTest.h"
+#include "settings/ListedApplications.h"
 #include "settings/PermissionModel.h"
 #include "shell/AppDelegate.h"
 #include "shell/GrowthGenerator.h"
@@ -60,7 +60,7 @@ private:
     std::unique_ptr<CoachSession> m_coach;
     PermissionModel m_permissions;
     KeyTest m_keyTest;
-    ExcludedApplications m_excluded;
+    ListedApplications m_applications;
     SyncConnection m_connection;
     AddWordModel m_addWord;
     DataExchange m_exchange;

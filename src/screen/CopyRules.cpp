@@ -12,6 +12,12 @@ constexpr auto patience = 250ms; // a question that is answered at all takes a f
 constexpr int oneStroke = 20; // milliseconds from the shortcut's first key to its last
 constexpr int longestWork = 200; // milliseconds from an event to the copy, in a program that is well
 
+bool takesHarm(const Application &front, const CopySituation &situation)
+{
+    return front.copyShortcut == CopyShortcut::harmful
+        || (front.bundleID && situation.noCopyBundleIDs.contains(*front.bundleID));
+}
+
 bool isMarkedInside(const Application &front, const CopySituation &situation)
 {
     const PointedWindow &press = situation.press;
@@ -30,9 +36,8 @@ bool isTextLikely(const Application &front, const CopySituation &situation)
 bool mayCopy(const CopySituation &situation)
 {
     const auto &front = situation.front;
-    return front && front->copyShortcut != CopyShortcut::harmful && situation.held == 0
-        && situation.waited < patience && isMarkedInside(*front, situation)
-        && isTextLikely(*front, situation);
+    return front && !takesHarm(*front, situation) && situation.held == 0 && situation.waited < patience
+        && isMarkedInside(*front, situation) && isTextLikely(*front, situation);
 }
 
 bool isLateCopy(const LateWrite &write)

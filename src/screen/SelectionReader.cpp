@@ -1,6 +1,7 @@
 #include "screen/SelectionReader.h"
 
 #include "frame/Clock.h"
+#include "frame/ConfigStore.h"
 #include "frame/Text.h"
 #include "platform/FrontApplication.h"
 #include "platform/InputMonitor.h"
@@ -68,10 +69,11 @@ SelectionReader::Result resultOf(const QString &text, const std::optional<Marked
 
 } // namespace
 
-SelectionReader::SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
-    Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front,
-    const WindowAtPointer &window)
+SelectionReader::SelectionReader(Clock &clock, const ConfigStore &config, AccessibilityReader &accessibility,
+    PrimarySelection &primary, Clipboard &clipboard, KeySender &keys, const Pointer &pointer,
+    const FrontApplication &front, const WindowAtPointer &window)
     : m_clock(clock)
+    , m_config(config)
     , m_accessibility(accessibility)
     , m_primary(primary)
     , m_clipboard(clipboard)
@@ -212,6 +214,7 @@ std::optional<Application> SelectionReader::mayCopyFrom(
     const Marking &marking, std::chrono::milliseconds waited) const
 {
     const CopySituation situation{.front = m_front.current(),
+        .noCopyBundleIDs = m_config.config().noCopyBundleIDs,
         .press = marking.press,
         .release = marking.release,
         .areaAtRelease = marking.areaAtRelease,

@@ -14,6 +14,7 @@
 namespace nimbrelle {
 
 class Clock;
+class ConfigStore;
 class FrontApplication;
 class KeySender;
 class Pointer;
@@ -33,9 +34,9 @@ public:
         bool operator==(const Result &) const = default;
     };
 
-    SelectionReader(Clock &clock, AccessibilityReader &accessibility, PrimarySelection &primary,
-        Clipboard &clipboard, KeySender &keys, const Pointer &pointer, const FrontApplication &front,
-        const WindowAtPointer &window);
+    SelectionReader(Clock &clock, const ConfigStore &config, AccessibilityReader &accessibility,
+        PrimarySelection &primary, Clipboard &clipboard, KeySender &keys, const Pointer &pointer,
+        const FrontApplication &front, const WindowAtPointer &window);
 
     /// The left button went down for the first time: what changes from now on is marked by this gesture, also
     /// by its second and third click.
@@ -86,6 +87,7 @@ private:
     std::optional<Application> mayCopyFrom(const Marking &marking, std::chrono::milliseconds waited) const;
 
     Clock &m_clock;
+    const ConfigStore &m_config;
     AccessibilityReader &m_accessibility;
     PrimarySelection &m_primary;
     Clipboard &m_clipboard;

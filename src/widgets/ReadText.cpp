@@ -255,9 +255,9 @@ void ReadText::contextMenuEvent(QContextMenuEvent *event)
 }
 
 ReadText *makeReadText(const Theme &theme, const QString &name, const QString &what, const QString &text,
-    const ReadText::Look &look)
+    const ReadText::Look &look, QWidget *parent)
 {
-    auto *view = new ReadText(theme, look);
+    auto *view = new ReadText(theme, look, parent);
     view->setObjectName(name);
     view->setAccessibleName(what);
     view->setPlain(text);

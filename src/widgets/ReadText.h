@@ -71,7 +71,7 @@ private:
 
 /// With an object name; `what` tells a screen reader what it is.
 ReadText *makeReadText(const Theme &theme, const QString &name, const QString &what, const QString &text,
-    const ReadText::Look &look);
+    const ReadText::Look &look, QWidget *parent = nullptr);
 
 /// The beginning of `text` that fits into so many lines, with an ellipsis where something was cut.
 QString cutToLines(const QString &text, const QFont &font, int width, int lines);

@@ -50,19 +50,19 @@ struct TextsLook {
 };
 
 QWidget *makeTexts(const Theme &theme, const TextsLook &look, const QString &sentence,
-    const QStringList &terms, const QString &translation)
+    const QStringList &terms, const QString &translation, QWidget *parent)
 {
-    auto *holder = new QWidget;
+    auto *holder = new QWidget(parent);
     auto *column = bareLayout<QVBoxLayout>(holder, look.gap);
     if (!sentence.isEmpty()) {
-        auto *english = makeReadText(theme, u"sentence"_s, look.what, sentence, {});
+        auto *english = makeReadText(theme, u"sentence"_s, look.what, sentence, {}, holder);
         for (const TextRange &range : WordPattern::allOccurrences(sentence, terms))
             english->mark(range.start, range.length);
         column->addWidget(english);
     }
     if (!translation.isEmpty())
         column->addWidget(makeReadText(theme, u"sentenceZh"_s, u"句子的意思"_s, translation,
-            {.type = TextType::small, .tone = Tone::ink2}));
+            {.type = TextType::small, .tone = Tone::ink2}, holder));
     return holder;
 }
 
@@ -107,10 +107,10 @@ QWidget *makeSourceLabel(const Theme &theme, const PageSource &source, bool show
     return button;
 }
 
-QWidget *makeSentence(
-    const Theme &theme, const QString &sentence, const QStringList &terms, const QString &translation)
+QWidget *makeSentence(const Theme &theme, const QString &sentence, const QStringList &terms,
+    const QString &translation, QWidget *parent)
 {
-    return makeTexts(theme, {.what = u"例句"_s, .gap = 0}, sentence, terms, translation);
+    return makeTexts(theme, {.what = u"例句"_s, .gap = 0}, sentence, terms, translation, parent);
 }
 
 QWidget *makeQuote(
@@ -122,7 +122,8 @@ QWidget *makeQuote(
     rule->setFixedWidth(theme.points(2));
     layout->addWidget(rule);
     layout->addWidget(
-        makeTexts(theme, {.what = u"原句"_s, .gap = theme.points(3)}, sentence, terms, translation), 1);
+        makeTexts(theme, {.what = u"原句"_s, .gap = theme.points(3)}, sentence, terms, translation, quote),
+        1);
     return quote;
 }
 

@@ -23,8 +23,8 @@ QLabel *makeRegisterBadge(const Theme &theme, Register tone);
 QWidget *makeSourceLabel(const Theme &theme, const PageSource &source, bool showTitle, int room);
 
 /// An English sentence with the terms marked in it, its translation below. Either text may be empty.
-QWidget *makeSentence(
-    const Theme &theme, const QString &sentence, const QStringList &terms, const QString &translation);
+QWidget *makeSentence(const Theme &theme, const QString &sentence, const QStringList &terms,
+    const QString &translation, QWidget *parent = nullptr);
 
 /// The sentence that something was met in, the same way behind a rule.
 QWidget *makeQuote(

@@ -169,6 +169,9 @@ TEST_F(SelectionReaderTest, CopiesNowhereWhereTheRulesForbidIt)
     front.front->copyShortcut = CopyShortcut::harmful;
     EXPECT_EQ(copies(), 0);
     front.front->copyShortcut = CopyShortcut::ordinary;
+    configure([](AppConfig &config) { config.noCopyBundleIDs = {u"reader"_s}; });
+    EXPECT_EQ(copies(), 0);
+    configure([](AppConfig &config) { config.noCopyBundleIDs = {u"another"_s}; });
     selection.noteMouseDown();
     window.pointed.area.translate(5, 0); // the window was dragged
     selection.noteMouseUp();

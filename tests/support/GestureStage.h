@@ -50,7 +50,8 @@ struct GestureStage {
     RecordingCard card;
 
     int likely = 0; ///< how often a look-up was said to be likely
-    SelectionReader selection{clock, accessibility, primary, clipboard, keys, pointer, front, window};
+    SelectionReader selection{
+        clock, notebook.config, accessibility, primary, clipboard, keys, pointer, front, window};
     ScreenOCR ocr{screens, window, capture, recognizer};
     RegionSelector region{screens, pointer, front, overlay};
     TriggerController trigger{{.clock = clock,

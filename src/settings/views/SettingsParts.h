@@ -13,7 +13,7 @@ namespace nimbrelle {
 
 class Clock;
 class DataWriter;
-class ExcludedApplications;
+class ListedApplications;
 class KeyTest;
 class PermissionModel;
 class Theme;
@@ -27,7 +27,7 @@ struct SettingsParts {
     const DataWriter &writer;
     PermissionModel &permissions;
     KeyTest &keyTest;
-    ExcludedApplications &excluded;
+    ListedApplications &applications;
     Clock &clock;
     /// Lines of the status menu for a desktop whose bar does not show it; else none.
     std::function<QList<MenuEntry>()> offers;

@@ -304,70 +304,90 @@ void StartSection::refresh()
     m_switch->setChecked(m_parts.permissions.launchAtLogin());
 }
 
-ExclusionSection::ExclusionSection(const SettingsParts &parts)
-    : m_parts(parts), m_group(new FormGroup(parts.theme))
+ApplicationSection::ApplicationSection(const SettingsParts &parts, const Look &look)
+    : m_parts(parts), m_look(look), m_group(new FormGroup(parts.theme))
 {
-    bareColumn(this, 0)->addWidget(
-        makeSection(parts.theme, u"这些应用里不弹出（也可以在菜单栏图标里一键停用当前应用）"_s, m_group));
-    connect(&parts.config, &ConfigStore::configChanged, this, &ExclusionSection::rebuildIfChanged);
+    bareColumn(this, 0)->addWidget(makeSection(parts.theme, look.title, m_group));
+    connect(&parts.config, &ConfigStore::configChanged, this, &ApplicationSection::rebuildIfChanged);
     rebuild();
 }
 
-void ExclusionSection::rebuildIfChanged()
+void ApplicationSection::rebuildIfChanged()
 {
-    if (m_shown != m_parts.excluded.rows())
+    if (m_shown != m_parts.applications.rows(m_look.list))
         rebuild();
 }
 
-void ExclusionSection::findNames()
+void ApplicationSection::findNames()
 {
-    if (m_parts.excluded.isKnown())
-        return;
-    m_parts.excluded.refresh();
+    if (!m_parts.applications.isKnown())
+        m_parts.applications.refresh();
     rebuildIfChanged();
 }
 
-void ExclusionSection::rebuild()
+void ApplicationSection::rebuild()
 {
     const QWidget *focus = focusWidget();
     const bool hadFocus = focus && focus->hasFocus() && isAncestorOf(focus);
-    m_shown = m_parts.excluded.rows();
+    m_shown = m_parts.applications.rows(m_look.list);
     m_group->clear();
-    for (const ExcludedApplications::Row &application : std::as_const(m_shown)) {
-        auto *button = makeButton(m_parts.theme, u"remove"_s, u"移除"_s, {ButtonKind::soft});
+    for (const ListedApplications::Row &application : std::as_const(m_shown)) {
+        auto *button =
+            makeButton(m_parts.theme, u"remove"_s + m_look.name, u"移除"_s, {.kind = ButtonKind::soft});
         button->setAccessibleName(u"移除 "_s + application.name);
         connect(button, &QPushButton::clicked, this,
-            [this, id = application.bundleID] { m_parts.excluded.remove(id); });
+            [this, id = application.bundleID] { m_parts.applications.remove(m_look.list, id); });
         auto *row = new FormRow(m_parts.theme, application.name, button);
-        row->label()->setObjectName(u"excludedName"_s);
+        row->label()->setObjectName(u"name"_s + m_look.name);
         m_group->add(row);
     }
     FormRow *add = makeAddRow();
+    if (!m_look.note.isEmpty())
+        add->addNote(u"note"_s + m_look.name, m_look.note);
     m_group->add(add);
     if (hadFocus) // what had it is gone
         add->findChild<QPushButton *>()->setFocus(Qt::OtherFocusReason);
 }
 
-FormRow *ExclusionSection::makeAddRow()
+FormRow *ApplicationSection::makeAddRow()
 {
     auto *row = new FormRow(m_parts.theme);
-    auto *button = makeButton(
-        m_parts.theme, u"addExcluded"_s, u"添加应用…"_s, {.kind = ButtonKind::outlined, .icon = Icon::plus});
-    connect(button, &QPushButton::clicked, this, &ExclusionSection::choose);
+    auto *button = makeButton(m_parts.theme, u"add"_s + m_look.name, u"添加应用…"_s,
+        {.kind = ButtonKind::outlined, .icon = Icon::plus});
+    connect(button, &QPushButton::clicked, this, &ApplicationSection::choose);
     row->line()->addWidget(button);
     row->line()->addStretch();
     return row;
 }
 
-void ExclusionSection::choose()
+void ApplicationSection::choose()
 {
-    m_parts.excluded.refresh();
+    m_parts.applications.refresh();
     rebuildIfChanged();
-    auto *chooser = new ApplicationChooser(m_parts.theme, m_parts.excluded.candidates(), this);
+    auto *chooser = new ApplicationChooser(m_parts.theme, m_parts.applications.candidates(m_look.list), this);
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     connect(chooser, &ApplicationChooser::chosen, this,
-        [this](const QString &bundleID) { m_parts.excluded.exclude(bundleID); });
+        [this](const QString &bundleID) { m_parts.applications.add(m_look.list, bundleID); });
     chooser->open();
+}
+
+ApplicationSection *makeExclusionSection(const SettingsParts &parts)
+{
+    return new ApplicationSection(parts,
+        {.list = &AppConfig::excludedBundleIDs,
+            .title = u"这些应用里不弹出（也可以在菜单栏图标里一键停用当前应用）"_s,
+            .note = {},
+            .name = u"Excluded"_s});
+}
+
+ApplicationSection *makeNoCopySection(const SettingsParts &parts)
+{
+    return new ApplicationSection(parts,
+        {.list = &AppConfig::noCopyBundleIDs,
+            .title = u"这些应用里不替你按 Ctrl+C（照样弹出，只是有的划词会读不到）"_s,
+            .note =
+                u"有的应用不给出选中的文字，只能替你按一下 Ctrl+C，读完再把剪贴板放回去。终端、播放器、虚拟机、远程桌面和会拿 Ctrl+C 做别的事的编辑器里从来不按，不用加在这里。"_s,
+            .name = u"NoCopy"_s});
 }
 
 } // namespace nimbrelle

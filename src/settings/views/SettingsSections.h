@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/ExcludedApplications.h"
+#include "settings/ListedApplications.h"
 #include "settings/PermissionModel.h"
 #include "settings/views/SettingsParts.h"
 #include "widgets/Form.h"
@@ -67,12 +67,19 @@ private:
     Switch *m_switch;
 };
 
-class ExclusionSection : public QWidget {
+/// A list of programs, to which others are added and from which any can be removed.
+class ApplicationSection : public QWidget {
     Q_OBJECT
 
 public:
+    struct Look {
+        ListedApplications::List list;
+        QString title;
+        QString note; ///< below the rows; may be empty
+        QString name; ///< of its controls
+    };
     /// Shows identifiers where the installed programs are not known yet.
-    explicit ExclusionSection(const SettingsParts &parts);
+    ApplicationSection(const SettingsParts &parts, const Look &look);
 
     /// Looks for the programs' names, if that has not been done.
     void findNames();
@@ -84,9 +91,13 @@ private:
     FormRow *makeAddRow();
 
     const SettingsParts &m_parts;
+    const Look m_look;
     FormGroup *m_group;
-    QList<ExcludedApplications::Row> m_shown;
+    QList<ListedApplications::Row> m_shown;
 };
+
+ApplicationSection *makeExclusionSection(const SettingsParts &parts);
+ApplicationSection *makeNoCopySection(const SettingsParts &parts);
 
 /// A row with a switch that is bound to a setting.
 FormRow *makeSwitchRow(

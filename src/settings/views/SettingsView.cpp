@@ -80,8 +80,10 @@ void SettingsView::hideEvent(QHideEvent *)
 
 void SettingsView::paintEvent(QPaintEvent *)
 {
-    if (!m_parts.excluded.isKnown()) // reading them all must not hold up the first picture
-        QTimer::singleShot(0, m_exclusions, &ExclusionSection::findNames);
+    if (m_parts.applications.isKnown())
+        return;
+    for (ApplicationSection *section : {m_exclusions, m_noCopy}) // later, not to hold up the first picture
+        QTimer::singleShot(0, section, &ApplicationSection::findNames);
 }
 
 /// Its sections put themselves together anew, each at its own time.
@@ -143,10 +145,11 @@ QWidget *SettingsView::makePage()
     connect(m_offers, &OfferRow::chosen, this, &SettingsView::offerChosen);
     m_permissions = new PermissionSection(m_parts);
     m_start = new StartSection(m_parts);
-    m_exclusions = new ExclusionSection(m_parts);
+    m_exclusions = makeExclusionSection(m_parts);
+    m_noCopy = makeNoCopySection(m_parts);
     m_sections = {m_offers, m_permissions, makeKeySection(m_parts, m_isAdvancedOpen), m_start,
         makeLookupSection(m_parts), makeStudySection(m_parts), makeNotebookSection(),
-        makeSection(theme, u"同步"_s, m_sync), m_exclusions,
+        makeSection(theme, u"同步"_s, m_sync), m_exclusions, m_noCopy,
         makeSection(theme, u"数据"_s, m_parts.makeDataGroup())};
     for (QWidget *section : std::as_const(m_sections))
         column->addWidget(section);

@@ -9,7 +9,7 @@ class QScrollArea;
 
 namespace nimbrelle {
 
-class ExclusionSection;
+class ApplicationSection;
 class OfferRow;
 class PermissionSection;
 class ReadText;
@@ -47,7 +47,8 @@ private:
     QScrollArea *m_scroll;
     PermissionSection *m_permissions = nullptr;
     StartSection *m_start = nullptr;
-    ExclusionSection *m_exclusions = nullptr;
+    ApplicationSection *m_exclusions = nullptr;
+    ApplicationSection *m_noCopy = nullptr;
     QWidget *m_sync;
     OfferRow *m_offers = nullptr;
     ReadText *m_keptFiles = nullptr;

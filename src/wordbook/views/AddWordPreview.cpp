@@ -69,7 +69,8 @@ QWidget *AddWordPreview::makeAlternatives(const QList<LookupResult::Alternative>
 
 QWidget *AddWordPreview::makeAlternative(const LookupResult::Alternative &alternative)
 {
-    auto *words = new QWidget;
+    auto *record = new QWidget;
+    auto *words = new QWidget(record);
     auto *column = bareLayout<QVBoxLayout>(words, 0);
     column->setContentsMargins(0, m_theme.points(4), 0, m_theme.points(4)); // as high as the button
     auto *flow = new FlowLayout(m_theme.points(10), 0);
@@ -82,7 +83,8 @@ QWidget *AddWordPreview::makeAlternative(const LookupResult::Alternative &altern
     look->setAccessibleDescription(alternative.text);
     connect(look, &QPushButton::clicked, &m_model,
         [&model = m_model, text = alternative.text] { model.lookupAlternative(text); });
-    return makeRecord(m_theme, words, {look});
+    fillRecord(record, m_theme, words, {look});
+    return record;
 }
 
 } // namespace nimbrelle

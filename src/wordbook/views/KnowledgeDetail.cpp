@@ -90,10 +90,11 @@ GrammarDetail::GrammarDetail(const WordbookParts &parts, const GrammarFacts &fac
 QWidget *GrammarDetail::makeEncounter(const WordbookParts &parts, const GrammarEncounter &met)
 {
     const Theme &theme = parts.theme;
-    auto *content = new QWidget;
+    auto *record = new QWidget;
+    auto *content = new QWidget(record);
     auto *column = bareLayout<QVBoxLayout>(content, 0);
-    column->addWidget(
-        makeSentence(theme, met.sentence, {met.surface, met.headword}, met.sentenceZh.value_or(QString())));
+    column->addWidget(makeSentence(
+        theme, met.sentence, {met.surface, met.headword}, met.sentenceZh.value_or(QString()), content));
     if (const QString note = met.noteZh.value_or(QString()); !note.isEmpty())
         addBelow(column, theme.points(2),
             makeReadText(theme, u"grammarNote"_s, u"语法说明"_s, note,
@@ -105,7 +106,8 @@ QWidget *GrammarDetail::makeEncounter(const WordbookParts &parts, const GrammarE
     auto *remove = makeIconButton(theme, u"deleteEncounter"_s, u"删除这条记录"_s, Icon::trash, 15);
     connect(remove, &QPushButton::clicked, this,
         [&words = parts.words, id = met.id] { words.deleteGrammarEncounter(id); });
-    return makeRecord(theme, content, {speak, remove});
+    fillRecord(record, theme, content, {speak, remove});
+    return record;
 }
 
 AffixDetail::AffixDetail(const WordbookParts &parts, const AffixFacts &facts)

@@ -15,11 +15,11 @@ class NoteView : public QWidget {
 
 public:
     /// `showOriginal` also shows the text that was asked about, with its translation and where it was met.
-    NoteView(
-        const WordbookParts &parts, const AINote &note, bool showOriginal, std::function<void()> onDelete);
+    NoteView(const WordbookParts &parts, const AINote &note, bool showOriginal,
+        std::function<void()> onDelete, QWidget *parent = nullptr);
 
 private:
-    QWidget *makeNote(const Theme &theme, const AINote &note, bool showOriginal);
+    static QWidget *makeNote(const Theme &theme, const AINote &note, bool showOriginal, QWidget *parent);
 };
 
 } // namespace nimbrelle

@@ -28,9 +28,9 @@ void addBelow(QVBoxLayout *column, int gap, QWidget *widget)
     column->addWidget(widget);
 }
 
-QWidget *makeSectionTitle(const Theme &theme, const QString &title, const QString &note)
+QWidget *makeSectionTitle(const Theme &theme, const QString &title, const QString &note, QWidget *parent)
 {
-    auto *holder = new QWidget;
+    auto *holder = new QWidget(parent);
     auto *row = bareLayout<QHBoxLayout>(holder, theme.points(8));
     QLabel *name = makeLabel(theme, title, TextType::small, Tone::ink2, QFont::DemiBold);
     name->setObjectName(u"sectionTitle"_s);
@@ -44,6 +44,12 @@ QWidget *makeSectionTitle(const Theme &theme, const QString &title, const QStrin
 QWidget *makeMarked(const Theme &theme, Icon icon, Tone tone, QWidget *text)
 {
     auto *holder = new QWidget;
+    fillMarked(holder, theme, icon, tone, text);
+    return holder;
+}
+
+void fillMarked(QWidget *holder, const Theme &theme, Icon icon, Tone tone, QWidget *text)
+{
     auto *row = bareLayout<QHBoxLayout>(holder, theme.points(7));
     auto *beside = new QVBoxLayout;
     beside->addSpacing(theme.points(2));
@@ -51,26 +57,23 @@ QWidget *makeMarked(const Theme &theme, Icon icon, Tone tone, QWidget *text)
     beside->addStretch();
     row->addLayout(beside);
     row->addWidget(text, 1);
-    return holder;
 }
 
-QWidget *makeRecord(const Theme &theme, QWidget *content, const QList<QPushButton *> &buttons)
+void fillRecord(QWidget *holder, const Theme &theme, QWidget *content, const QList<QPushButton *> &buttons)
 {
-    auto *holder = new QWidget;
     auto *row = bareLayout<QHBoxLayout>(holder, theme.points(4));
     row->addWidget(content, 1, Qt::AlignTop);
     row->addSpacing(theme.points(12));
     for (QPushButton *button : buttons)
         row->addWidget(button, 0, Qt::AlignTop);
-    return holder;
 }
 
-QWidget *makeOrigin(const Theme &theme, const QString &lead, const PageSource &source)
+QWidget *makeOrigin(const Theme &theme, const QString &lead, const PageSource &source, QWidget *parent)
 {
     QWidget *place = makeSourceLabel(theme, source, false, theme.points(originWidth));
     if (lead.isEmpty() && !place)
         return nullptr;
-    auto *holder = new QWidget;
+    auto *holder = new QWidget(parent);
     auto *row = bareLayout<QHBoxLayout>(holder, 0);
     if (!lead.isEmpty()) {
         QLabel *text = makeLabel(theme, place ? lead + u" · "_s : lead, TextType::tiny, Tone::ink2);

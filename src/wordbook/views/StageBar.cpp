@@ -66,7 +66,11 @@ StageActions::StageActions(const WordbookParts &parts, const WordFacts &facts, Q
 }
 
 StageBar::StageBar(const WordbookParts &parts, const WordFacts &facts, QWidget *parent)
-    : QFrame(parent), m_parts(parts)
+    : QFrame(parent)
+    , m_parts(parts)
+    , m_actions(facts.actions)
+    , m_id(facts.entry.id)
+    , m_adjustButton(makeAdjustButton())
 {
     setObjectName(u"stageBar"_s);
     setProperty("kind", u"stageBar"_s);
@@ -75,16 +79,16 @@ StageBar::StageBar(const WordbookParts &parts, const WordFacts &facts, QWidget *
     row->setContentsMargins(theme.points(14), theme.points(7), theme.points(8), theme.points(7));
     row->setSpacing(theme.points(10));
     row->addWidget(makeState(facts), 1);
-    row->addWidget(makeAdjustButton(facts), 0, Qt::AlignTop);
+    row->addWidget(m_adjustButton, 0, Qt::AlignTop);
 }
 
-QWidget *StageBar::makeState(const WordFacts &facts) const
+QWidget *StageBar::makeState(const WordFacts &facts)
 {
     const Theme &theme = m_parts.theme;
-    auto *state = new QWidget;
+    auto *state = new QWidget(this);
     auto *flow = new FlowLayout(theme.points(8), 0, state);
     const auto put = [&](QWidget *widget, double height) { // in the middle of the button beside it
-        auto *holder = new QWidget;
+        auto *holder = new QWidget(state);
         auto *column = bareLayout<QVBoxLayout>(holder, 0);
         const int rest = theme.points(26 - height);
         column->setContentsMargins(0, rest / 2, 0, rest - rest / 2);
@@ -112,21 +116,28 @@ QWidget *StageBar::makeState(const WordFacts &facts) const
     return state;
 }
 
-QPushButton *StageBar::makeAdjustButton(const WordFacts &facts)
+QPushButton *StageBar::makeAdjustButton()
 {
     auto *button = makeButton(m_parts.theme, u"adjust"_s, u"调整"_s,
         {.kind = ButtonKind::soft, .icon = Icon::chevronDown, .iconPlace = IconPlace::behind});
     button->setFixedHeight(m_parts.theme.points(26));
-    auto *menu = new QMenu(button);
+    connect(button, &QPushButton::clicked, this, &StageBar::showAdjustMenu);
+    return button;
+}
+
+/// Made when it is asked for: it is a window, and costs as much as a section of the pane.
+void StageBar::showAdjustMenu()
+{
+    auto *menu = new QMenu(m_adjustButton);
     menu->setObjectName(u"adjustMenu"_s);
-    for (const StageAction &action : facts.actions) {
-        QAction *item = menu->addAction(action.text, this,
-            [&words = m_parts.words, action, id = facts.entry.id] { perform(action, words, id); });
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const StageAction &action : m_actions) {
+        QAction *item =
+            menu->addAction(action.text, this, [this, action] { perform(action, m_parts.words, m_id); });
         item->setObjectName(nameOf(action.kind));
         item->setEnabled(action.isEnabled);
     }
-    connect(button, &QPushButton::clicked, menu, [button, menu] { popUpBelow(*menu, *button); });
-    return button;
+    popUpBelow(*menu, *m_adjustButton);
 }
 
 } // namespace nimbrelle

@@ -25,10 +25,14 @@ public:
     StageBar(const WordbookParts &parts, const WordFacts &facts, QWidget *parent);
 
 private:
-    QWidget *makeState(const WordFacts &facts) const;
-    QPushButton *makeAdjustButton(const WordFacts &facts);
+    QWidget *makeState(const WordFacts &facts);
+    QPushButton *makeAdjustButton();
+    void showAdjustMenu();
 
     const WordbookParts m_parts;
+    const QList<StageAction> m_actions;
+    const QUuid m_id; ///< of the word
+    QPushButton *m_adjustButton;
 };
 
 } // namespace nimbrelle

@@ -35,7 +35,7 @@ FamilySection::FamilySection(const WordbookParts &parts, const WordFacts &facts,
     setObjectName(u"family"_s);
     const Theme &theme = parts.theme;
     auto *column = bareLayout<QVBoxLayout>(this, theme.points(belowTitle));
-    column->addWidget(makeSectionTitle(theme, u"词族"_s));
+    column->addWidget(makeSectionTitle(theme, u"词族"_s, {}, this));
     auto *words = new QWidget(this);
     auto *flow = new FlowLayout(theme.points(8), theme.points(6), words);
     if (const QString root = facts.entry.familyRoot.value_or(QString()); !root.isEmpty()) {
@@ -55,7 +55,7 @@ FamilySection::FamilySection(const WordbookParts &parts, const WordFacts &facts,
         delete words;
     if (facts.family.isEmpty())
         column->addWidget(makeReadText(theme, u"noFamily"_s, u"词族"_s, noFamilyText(facts.entry),
-            {.type = TextType::small, .tone = Tone::ink2}));
+            {.type = TextType::small, .tone = Tone::ink2}, this));
 }
 
 FormGallery::FormGallery(const WordbookParts &parts, const WordEntry &entry, QWidget *parent)
@@ -64,7 +64,7 @@ FormGallery::FormGallery(const WordbookParts &parts, const WordEntry &entry, QWi
     setObjectName(u"forms"_s);
     const Theme &theme = parts.theme;
     auto *column = bareLayout<QVBoxLayout>(this, theme.points(belowTitle));
-    column->addWidget(makeSectionTitle(theme, u"形式图鉴"_s, u"在句子里遇到这种形式就会解锁"_s));
+    column->addWidget(makeSectionTitle(theme, u"形式图鉴"_s, u"在句子里遇到这种形式就会解锁"_s, this));
     auto *grid = new QGridLayout;
     grid->setSpacing(theme.points(8));
     grid->setColumnStretch(0, 1);
@@ -80,6 +80,7 @@ FormGallery::FormGallery(const WordbookParts &parts, const WordEntry &entry, QWi
 QFrame *FormGallery::makeCell(const Theme &theme, const FormSlot &slot)
 {
     QFrame *cell = makeArea(slot.record ? u"cell"_s : u"lockedCell"_s);
+    cell->setParent(this);
     cell->setObjectName(u"form"_s);
     auto *row = new QHBoxLayout(cell);
     row->setContentsMargins(theme.points(10), theme.points(7), theme.points(10), theme.points(7));
@@ -91,10 +92,11 @@ QFrame *FormGallery::makeCell(const Theme &theme, const FormSlot &slot)
         texts->addWidget(line);
     };
     addLabel(u"formKind"_s, label(slot.kind));
-    texts->addWidget(slot.record ? makeReadText(theme, u"formText"_s, u"写法"_s, slot.record->form,
-                         {.type = TextType::text, .weight = QFont::Medium})
-                                 : makeReadText(theme, u"formText"_s, u"写法"_s, u"???"_s,
-                                     {.type = TextType::text, .tone = Tone::ink2, .weight = QFont::Medium}));
+    texts->addWidget(slot.record
+            ? makeReadText(theme, u"formText"_s, u"写法"_s, slot.record->form,
+                {.type = TextType::text, .weight = QFont::Medium}, cell)
+            : makeReadText(theme, u"formText"_s, u"写法"_s, u"???"_s,
+                {.type = TextType::text, .tone = Tone::ink2, .weight = QFont::Medium}, cell));
     addLabel(u"formCount"_s, meetingText(slot));
     row->addLayout(texts, 1);
     if (!slot.record)
@@ -124,13 +126,13 @@ void WordDetail::addHead()
         .register_ = entry.register_,
         .meaningZh = entry.meaningZh,
         .definitionEn = entry.definitionEn};
-    addBelow(m_rows, 0, makeHeadLine(m_theme, m_parts.speaker, head, TextType::title));
+    addBelow(m_rows, 0, makeHeadLine(m_theme, m_parts.speaker, head, TextType::title, this));
     QLabel *history = makeLabel(m_theme, m_facts.history, TextType::tiny, Tone::ink2);
     history->setObjectName(u"history"_s);
     addBelow(m_rows, m_theme.points(2), history);
     addBelow(m_rows, m_theme.points(10), new StageBar(m_parts, m_facts, this));
     addBelow(m_rows, m_theme.points(8), new StageActions(m_parts, m_facts, this));
-    addBelow(m_rows, m_theme.points(14), makeMeaningLines(m_theme, head));
+    addBelow(m_rows, m_theme.points(14), makeMeaningLines(m_theme, head, this));
 }
 
 void WordDetail::addSections()
@@ -145,7 +147,7 @@ void WordDetail::addSections()
     const auto addSection = [&](const QString &title, const QList<QWidget *> &records) {
         if (records.isEmpty())
             return;
-        addBelow(m_rows, gap, makeSectionTitle(m_theme, title));
+        addBelow(m_rows, gap, makeSectionTitle(m_theme, title, {}, this));
         for (QWidget *record : records)
             addBelow(m_rows, m_theme.points(record == records.first() ? belowTitle : 12), record);
     };
@@ -155,8 +157,10 @@ void WordDetail::addSections()
     addSection(u"例句"_s, examples);
     QList<QWidget *> notes;
     for (const AINote &note : entry.notes.value_or(QList<AINote>()))
-        notes.append(new NoteView(m_parts, note, false,
-            [&words = m_parts.words, id = note.id, wordId = entry.id] { words.deleteNote(id, wordId); }));
+        notes.append(new NoteView(
+            m_parts, note, false,
+            [&words = m_parts.words, id = note.id, wordId = entry.id] { words.deleteNote(id, wordId); },
+            this));
     addSection(u"AI 解释"_s, notes);
     if (const QString mnemonic = entry.mnemonic.value_or(QString()); !mnemonic.isEmpty())
         addBelow(m_rows, gap, makeMnemonic(mnemonic));
@@ -164,11 +168,13 @@ void WordDetail::addSections()
 
 QWidget *WordDetail::makeExample(const Example &example)
 {
-    auto *content = new QWidget;
+    auto *record = new QWidget(this);
+    auto *content = new QWidget(record);
     auto *column = bareLayout<QVBoxLayout>(content, 0);
-    column->addWidget(makeSentence(m_theme, example.sentence, m_facts.entry.formTexts(), example.sentenceZh));
+    column->addWidget(
+        makeSentence(m_theme, example.sentence, m_facts.entry.formTexts(), example.sentenceZh, content));
     addBelow(column, m_theme.points(2),
-        makeOrigin(m_theme, example.isGenerated ? u"AI 例句"_s : QString(), sourceOf(example)));
+        makeOrigin(m_theme, example.isGenerated ? u"AI 例句"_s : QString(), sourceOf(example), content));
     auto *speak = makeIconButton(m_theme, u"speakExample"_s, u"朗读"_s, Icon::speakerLine, 15);
     connect(speak, &QPushButton::clicked, this,
         [&speaker = m_parts.speaker, text = example.sentence] { speaker.speak(text); });
@@ -178,12 +184,13 @@ QWidget *WordDetail::makeExample(const Example &example)
         [&words = m_parts.words, id = example.id, wordId = m_facts.entry.id] {
             words.deleteExample(id, wordId);
         });
-    return makeRecord(m_theme, content, {speak, remove});
+    fillRecord(record, m_theme, content, {speak, remove});
+    return record;
 }
 
-QWidget *WordDetail::makeMnemonic(const QString &text) const
+QWidget *WordDetail::makeMnemonic(const QString &text)
 {
-    auto *holder = new QWidget;
+    auto *holder = new QWidget(this);
     auto *column = bareLayout<QVBoxLayout>(holder, m_theme.points(belowTitle));
     auto *title = bareLayout<QHBoxLayout>(nullptr, m_theme.points(6));
     title->addWidget(makeIconLabel(m_theme, Icon::brain, 15, m_theme.tintText(Tint::purple)));
@@ -192,7 +199,7 @@ QWidget *WordDetail::makeMnemonic(const QString &text) const
     title->addWidget(name);
     title->addStretch();
     column->addLayout(title);
-    column->addWidget(makeReadText(m_theme, u"mnemonic"_s, u"换个记法"_s, text, {}));
+    column->addWidget(makeReadText(m_theme, u"mnemonic"_s, u"换个记法"_s, text, {}, holder));
     return holder;
 }
 

@@ -29,7 +29,7 @@ public:
     FormGallery(const WordbookParts &parts, const WordEntry &entry, QWidget *parent);
 
 private:
-    static QFrame *makeCell(const Theme &theme, const FormSlot &slot);
+    QFrame *makeCell(const Theme &theme, const FormSlot &slot);
 };
 
 /// All that the notebook holds of one word.
@@ -46,7 +46,7 @@ private:
     void addHead();
     void addSections();
     QWidget *makeExample(const Example &example);
-    QWidget *makeMnemonic(const QString &text) const;
+    QWidget *makeMnemonic(const QString &text);
 
     const WordbookParts m_parts;
     const Theme &m_theme;

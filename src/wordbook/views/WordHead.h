@@ -20,9 +20,10 @@ struct WordHead {
 };
 
 /// The word, how it is said, and its register in the corner. `type` is the size of the word.
-QWidget *makeHeadLine(const Theme &theme, Speaker &speaker, const WordHead &head, TextType type);
+QWidget *makeHeadLine(
+    const Theme &theme, Speaker &speaker, const WordHead &head, TextType type, QWidget *parent = nullptr);
 
 /// What it means, and below it the definition; what is empty is left out.
-QWidget *makeMeaningLines(const Theme &theme, const WordHead &head);
+QWidget *makeMeaningLines(const Theme &theme, const WordHead &head, QWidget *parent = nullptr);
 
 } // namespace nimbrelle

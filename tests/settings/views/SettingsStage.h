@@ -3,8 +3,8 @@
 #include "export/DataExchange.h"
 #include "export/WordImport.h"
 #include "export/views/DataSection.h"
-#include "settings/ExcludedApplications.h"
 #include "settings/KeyTest.h"
+#include "settings/ListedApplications.h"
 #include "settings/PermissionModel.h"
 #include "settings/views/SettingsView.h"
 #include "support/FakeAIClient.h"
@@ -74,7 +74,7 @@ struct SettingsStage : ViewStage {
             .startDetached = [this](const QString &program, const QStringList &) { started.append(program); },
             .quit = [] {}}};
     KeyTest keyTest{notebook.config, ai.factory()};
-    ExcludedApplications excluded{notebook.config, installed};
+    ListedApplications applications{notebook.config, installed};
     SyncService sync{notebook.store, notebook.config, notebook.paths, notebook.clock, network.connect()};
     SyncConnection connection{
         notebook.config, sync, notebook.clock, network.connect(), [this](const QString &text) {
@@ -102,7 +102,7 @@ struct SettingsStage : ViewStage {
         .writer = writer,
         .permissions = permissionModel,
         .keyTest = keyTest,
-        .excluded = excluded,
+        .applications = applications,
         .clock = notebook.clock,
         .offers = [this] { return offers; },
         .keptFiles = [this] { return DamagedFiles::keptIn(notebook.paths.supportDir); },

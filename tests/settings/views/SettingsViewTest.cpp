@@ -196,9 +196,9 @@ TEST_F(SettingsViewTest, ThePageScrollsAndTheWheelChangesNothing)
     EXPECT_EQ(config(), before);
 }
 
-TEST_F(SettingsViewTest, ExcludedProgramsAreAddedByNameAndRemoved)
+TEST_F(SettingsViewTest, ProgramsAreAddedToAListByNameAndRemoved)
 {
-    EXPECT_THAT(texts("excludedName"), ElementsAre(u"Thunar 文件管理器"_s, u"gone"_s));
+    EXPECT_THAT(texts("nameExcluded"), ElementsAre(u"Thunar 文件管理器"_s, u"gone"_s));
     press("addExcluded");
     QTest::keyClicks(&at("searchApplications"), u"nothing"_s);
     EXPECT_FALSE(at("chooseApplication").isEnabled());
@@ -210,10 +210,19 @@ TEST_F(SettingsViewTest, ExcludedProgramsAreAddedByNameAndRemoved)
     EXPECT_FALSE(find("applicationChooser"));
     EXPECT_THAT(config().excludedBundleIDs, ElementsAre(u"files"_s, u"gone"_s, u"Mousepad"_s));
     for (int i = 0; i < 3; ++i)
-        press("remove");
+        press("removeExcluded");
     EXPECT_TRUE(config().excludedBundleIDs.isEmpty());
-    EXPECT_TRUE(texts("excludedName").isEmpty());
+    EXPECT_TRUE(texts("nameExcluded").isEmpty());
     EXPECT_TRUE(shows("addExcluded"));
+    press("addNoCopy");
+    QTest::keyClicks(&at("searchApplications"), u"xterm"_s);
+    QTest::keyClick(&at("searchApplications"), Qt::Key_Return);
+    settle();
+    EXPECT_THAT(config().noCopyBundleIDs, ElementsAre(u"XTerm"_s));
+    EXPECT_THAT(texts("nameNoCopy"), ElementsAre(u"XTerm"_s));
+    EXPECT_TRUE(config().excludedBundleIDs.isEmpty());
+    press("removeNoCopy");
+    EXPECT_TRUE(config().noCopyBundleIDs.isEmpty());
 }
 
 TEST_F(SettingsViewTest, ASyncCodeIsTriedBeforeItIsKept)

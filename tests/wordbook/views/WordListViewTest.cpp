@@ -144,6 +144,7 @@ TEST_F(WordListViewTest, StagesAreChangedByButtonAndByMenu)
     EXPECT_TRUE(notebook.word("ngl").isWanted());
     EXPECT_EQ(hand.text("actionWant"), u"取消「想学」"_s);
     EXPECT_TRUE(hand.find<QPushButton>("actionWant")->hasFocus()); // though all of it is new
+    hand.press("adjust");
     pick("adjustMenu", u"现在就开始学"_s);
     EXPECT_EQ(notebook.word("ngl").stage, Stage::learning);
     EXPECT_EQ(hand.text("header"), u"在学 4 · 共 10 个"_s);

@@ -1,15 +1,18 @@
 #pragma once
 
+#include "frame/AppConfig.h"
 #include "platform/InstalledApplications.h"
 
 namespace nimbrelle {
 
 class ConfigStore;
 
-/// The programs in which nothing pops up, as the settings list them. Main thread only.
-class ExcludedApplications {
+/// Lists of programs in the settings, such as those in which nothing pops up. Main thread only.
+class ListedApplications {
 public:
-    ExcludedApplications(ConfigStore &config, const InstalledApplications &installed);
+    using List = QStringList AppConfig::*;
+
+    ListedApplications(ConfigStore &config, const InstalledApplications &installed);
 
     struct Row {
         QString bundleID;
@@ -19,14 +22,14 @@ public:
         bool operator==(const Row &) const = default;
     };
     /// In the order of the settings.
-    QList<Row> rows() const;
+    QList<Row> rows(List list) const;
 
-    /// The known programs that are not excluded yet.
-    QList<InstalledApplication> candidates() const;
+    /// The known programs that are not on it yet.
+    QList<InstalledApplication> candidates(List list) const;
 
-    /// Excluding one that is already excluded, or removing one that is not, does nothing.
-    void exclude(const QString &bundleID);
-    void remove(const QString &bundleID);
+    /// Adding one that is already there, or removing one that is not, does nothing.
+    void add(List list, const QString &bundleID);
+    void remove(List list, const QString &bundleID);
 
     /// Looks for what is installed, which may take a moment; nothing is known before the first time.
     void refresh() { m_known = m_installed.all(); }

@@ -1,4 +1,4 @@
-#include "settings/ExcludedApplications.h"
+#include "settings/ListedApplications.h"
 
 #include "frame/ConfigStore.h"
 
@@ -29,43 +29,43 @@ QString nameOf(const QString &bundleID, const QList<InstalledApplication> &known
 
 } // namespace
 
-ExcludedApplications::ExcludedApplications(ConfigStore &config, const InstalledApplications &installed)
+ListedApplications::ListedApplications(ConfigStore &config, const InstalledApplications &installed)
     : m_config(config), m_installed(installed)
 {
 }
 
-QList<ExcludedApplications::Row> ExcludedApplications::rows() const
+QList<ListedApplications::Row> ListedApplications::rows(List list) const
 {
     const auto known = m_known.value_or(QList<InstalledApplication>());
     QList<Row> rows;
-    for (const QString &bundleID : m_config.config().excludedBundleIDs) {
+    for (const QString &bundleID : m_config.config().*list) {
         rows.append({.bundleID = bundleID, .name = nameOf(bundleID, known)});
     }
     return rows;
 }
 
-QList<InstalledApplication> ExcludedApplications::candidates() const
+QList<InstalledApplication> ListedApplications::candidates(List list) const
 {
     QList<InstalledApplication> left = m_known.value_or(QList<InstalledApplication>());
     left.removeIf([&](const InstalledApplication &application) {
-        return m_config.config().excludedBundleIDs.contains(application.bundleID);
+        return (m_config.config().*list).contains(application.bundleID);
     });
     return left;
 }
 
-void ExcludedApplications::exclude(const QString &bundleID)
+void ListedApplications::add(List list, const QString &bundleID)
 {
     AppConfig config = m_config.config();
-    if (bundleID.isEmpty() || config.excludedBundleIDs.contains(bundleID))
+    if (bundleID.isEmpty() || (config.*list).contains(bundleID))
         return;
-    config.excludedBundleIDs.append(bundleID);
+    (config.*list).append(bundleID);
     m_config.setConfig(config);
 }
 
-void ExcludedApplications::remove(const QString &bundleID)
+void ListedApplications::remove(List list, const QString &bundleID)
 {
     AppConfig config = m_config.config();
-    config.excludedBundleIDs.removeAll(bundleID);
+    (config.*list).removeAll(bundleID);
     m_config.setConfig(config);
 }
 
