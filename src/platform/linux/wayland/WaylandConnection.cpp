@@ -147,8 +147,12 @@ void WaylandConnection::roundTrip()
 // The socket may have been read meanwhile by a round trip, so nothing here may wait for it.
 void WaylandConnection::read()
 {
-    while (wl_display_prepare_read(m_display) != 0)
-        wl_display_dispatch_pending(m_display);
+    while (wl_display_prepare_read(m_display) != 0) {
+        if (wl_display_dispatch_pending(m_display) < 0) {
+            fail();
+            return;
+        }
+    }
     pollfd ready{.fd = wl_display_get_fd(m_display), .events = POLLIN, .revents = 0};
     if (::poll(&ready, 1, 0) > 0)
         wl_display_read_events(m_display);
