@@ -87,7 +87,8 @@ std::optional<Timestamp> timestampFromIso(std::string_view text)
     const year_month_day date{year{static_cast<int>(*y)}, month{*mo}, day{*d}};
     if (!date.ok())
         return std::nullopt;
-    return sys_days{date} + hours{*h} + minutes{*mi} + seconds{*s};
+    // The year 0000 can be read, but not be written.
+    return std::max<Timestamp>(sys_days{date} + hours{*h} + minutes{*mi} + seconds{*s}, distantPast);
 }
 
 std::optional<Timestamp> timestampFromIso(QStringView text)

@@ -35,7 +35,8 @@ Timestamp addSeconds(Timestamp from, double seconds);
 QString isoText(Timestamp time);
 std::array<char, 20> isoCharacters(Timestamp time);
 
-/// Reads exactly that form; absent for any other, valid ISO 8601 or not.
+/// Reads exactly that form; absent for any other, valid ISO 8601 or not. What lies before distantPast is held
+/// there.
 std::optional<Timestamp> timestampFromIso(std::string_view text);
 std::optional<Timestamp> timestampFromIso(QStringView text);
 

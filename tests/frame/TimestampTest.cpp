@@ -15,6 +15,7 @@ TEST(Timestamp, HasOneTextForm)
     const Timestamp time = Timestamp{} + 1772353805s + 999999us;
     EXPECT_EQ(isoText(time), u"2026-03-01T08:30:05Z"_s);
     EXPECT_EQ(timestampFromIso(u"2026-03-01T08:30:05Z"_s), Timestamp{} + 1772353805s);
+    EXPECT_EQ(timestampFromIso(u"0000-03-01T08:30:05Z"_s), distantPast) << "what is read can be written";
     EXPECT_EQ(isoText(Timestamp{} - 1us), u"1969-12-31T23:59:59Z"_s);
 }
 
