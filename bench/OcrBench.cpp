@@ -174,11 +174,13 @@ int main(int argc, char **argv)
     Sum plain;
     Sum subtitles;
     Sum newSubtitles;
+    Sum unseenSubtitles;
     const std::vector<Sheet> sheets = ocrCorpus();
     ours(engine, sheets.front()); // loads it
     for (const Sheet &sheet : sheets) {
         Sum &sum = sheet.style == RecognitionStyle::plain ? plain
             : sheet.name.startsWith(u"new"_s)             ? newSubtitles
+            : sheet.name.startsWith(u"unseen"_s)          ? unseenSubtitles
                                                           : subtitles;
         const Outcome own = ours(engine, sheet);
         const Outcome other = theirs(sheet, folder);
@@ -196,6 +198,7 @@ int main(int argc, char **argv)
     print("plain", plain, 98);
     print("subtitles", subtitles, 95);
     print("new ones", newSubtitles, 95);
+    print("unseen", unseenSubtitles, 95);
     printRests(engine);
     return 0;
 }

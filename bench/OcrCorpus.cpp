@@ -305,6 +305,8 @@ std::vector<Sheet> ocrCorpus()
     addInterface(sheets);
     addSubtitles(sheets, u"subtitle"_s, said, 7);
     addSubtitles(sheets, u"new subtitle"_s, saidElsewhere, 1001);
+    for (const quint32 seed : {4004, 5005, 6006}) // one set alone may be a lucky one
+        addSubtitles(sheets, u"unseen subtitle"_s, saidElsewhere, seed);
     return sheets;
 }
 

@@ -150,6 +150,37 @@ TEST(SubtitleStrokes, AreTakenFromAnySceneryByColourAndWhatSurroundsThem)
     EXPECT_EQ(std::ranges::count(subtitleStrokes(subtitles(white, white, true)).pixels, 255), 120 * 60);
 }
 
+/// Six outlined strokes on bright scenery, one of them with a gap in its outline, and below them what two
+/// outlines leave of a scenery of the same colour, with a gap as well.
+TEST(SubtitleStrokes, ALetterWhoseOutlineHasAGapIsKeptAndWhatIsLeftBetweenOutlinesIsNot)
+{
+    const QColor scenery(200, 200, 235);
+    QImage image(120, 60, QImage::Format_RGB32);
+    image.fill(scenery);
+    const auto fill = [&image](const QRect &area, const QColor &colour) {
+        for (int y = area.top(); y <= area.bottom(); ++y)
+            for (int x = area.left(); x <= area.right(); ++x)
+                image.setPixelColor(x, y, colour);
+    };
+    const auto outlined = [&fill](const QRect &area) {
+        fill(area.adjusted(-2, -2, 2, 2), Qt::black);
+        fill(area, Qt::white);
+    };
+    for (int i = 0; i < 6; ++i)
+        outlined(QRect(20 + 12 * i, 20, 4, 18));
+    outlined(QRect(57, 46, 4, 4));
+    for (const QRect &gap : {QRect(58, 16, 1, 4), QRect(58, 50, 1, 2)})
+        fill(gap, Qt::white);
+    const GreyPicture grey = subtitleStrokes({.width = 120,
+        .height = 60,
+        .scale = 1,
+        .pixels = QByteArray(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes())});
+    const auto at = [&](int x, int y) { return grey.pixels[static_cast<std::size_t>(y * 120 + x)]; };
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(at(21 + 12 * i, 28), 0) << i;
+    EXPECT_EQ(at(58, 47), 255);
+}
+
 /// A light page with a block of `size` in which every third column is a stroke, as letters would be, but for
 /// two rows above and below them.
 Picture markedPage(QSize size, QRgb ground, QRgb ink)

@@ -1,5 +1,7 @@
 #include "platform/linux/ocr/SubtitleStrokes.h"
 
+#include "platform/linux/ocr/Planes.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -12,65 +14,22 @@ constexpr int dark = 90; // and the most of what is beside it
 constexpr double edgeReach = 3; // points from a stroke to its edge
 constexpr double strokeReach = 5; // from its middle
 constexpr double widestStroke = 13; // points
+constexpr double widestGap = 1; // in an outline, to each side of its middle
 constexpr int leastContrast = 110; // of a letter to what is beside it
-constexpr int enclosedCore = 120; // the least likeness to the ink
+constexpr int enclosedCore = 120; // the least likeness to the ink, beside pixels that are like a free core
 constexpr int freeCore = 200;
 constexpr double enclosedEdge = 2; // points from a core to the softest of its pixels
 constexpr double freeEdge = 1;
-constexpr double enclosedShare = 0.8; // then all letters are meant to be
+constexpr double enclosedShare = 0.7; // then all letters are meant to be
+constexpr double outlineReach = 2; // points
+constexpr double outlinedShare = 0.85;
+constexpr double lowestLetter = 0.7; // of the usual height
 constexpr double enclosedInk = 1.0 / 6; // then the others are no ink
 constexpr double pageShare = 0.5;
 constexpr int sameColour = 14; // without grain
 constexpr int mostGrain = 48;
 constexpr int otherColour = 60; // beyond the same
 constexpr int mixedColour = 130; // with what is dark
-
-using Plane = std::vector<std::uint8_t>;
-
-struct Size {
-    int width;
-    int height;
-
-    std::size_t at(int x, int y) const
-    {
-        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
-    }
-};
-
-std::uint8_t least(std::uint8_t a, std::uint8_t b)
-{
-    return a < b ? a : b;
-}
-
-std::uint8_t most(std::uint8_t a, std::uint8_t b)
-{
-    return a > b ? a : b;
-}
-
-/// Each pixel becomes what `pick` chooses of those up to `reach` off, sidewards and up and down.
-template <class Pick> Plane spread(const Plane &from, Size size, int reach, Pick pick)
-{
-    Plane across = from;
-    for (int y = 0; y < size.height; ++y) {
-        const std::uint8_t *row = from.data() + size.at(0, y);
-        std::uint8_t *to = across.data() + size.at(0, y);
-        for (int step = 1; step <= std::min(reach, size.width - 1); ++step) {
-            for (int x = step; x < size.width; ++x)
-                to[x] = pick(to[x], row[x - step]);
-            for (int x = 0; x < size.width - step; ++x)
-                to[x] = pick(to[x], row[x + step]);
-        }
-    }
-    Plane both = across;
-    for (int y = 0; y < size.height; ++y)
-        for (int other = std::max(y - reach, 0); other <= std::min(y + reach, size.height - 1); ++other) {
-            const std::uint8_t *row = across.data() + size.at(0, other);
-            std::uint8_t *to = both.data() + size.at(0, y);
-            for (int x = 0; x < size.width; ++x)
-                to[x] = pick(to[x], row[x]);
-        }
-    return both;
-}
 
 struct Colour {
     int blue;
@@ -107,13 +66,14 @@ public:
         // What an outline or a box surrounds is told from the scenery by that alone, so its soft edges may
         // be taken along; what only has a shadow must be of another colour than the scenery.
         const Plane open = groundOf(above(m_brightness, ground));
-        const Cores cores = coresIn(narrow(likeness), open, groundOf(above(likeness, 128)), ground);
+        const Plane likely = above(likeness, 128);
+        const Cores cores = coresIn(narrow(likeness), open, groundOf(likely), ground);
         const Plane soft = narrow(likenessTo(ink, same, mixedColour));
         const Plane atEnclosed = spread(cores.enclosed, m_size, points(enclosedEdge), most);
-        const Plane atFree = spread(cores.free, m_size, points(freeEdge), most);
-        const bool hasFree = !cores.areEnclosed();
+        const Plane atOpen = spread(cores.areEnclosed() ? outlined(cores, likely, ground) : cores.free,
+            m_size, points(freeEdge), most);
         for (std::size_t i = 0; i < count(); ++i)
-            if (open[i] != 0 ? hasFree && atFree[i] != 0 : atEnclosed[i] != 0)
+            if (open[i] != 0 ? atOpen[i] != 0 : atEnclosed[i] != 0)
                 grey.pixels[i] = static_cast<std::uint8_t>(255 - soft[i]);
         return grey;
     }
@@ -136,15 +96,54 @@ private:
     {
         const Plane darkest = spread(m_brightness, m_size, points(strokeReach), least);
         Cores cores{.enclosed = Plane(count()), .free = Plane(count())};
+        Plane faint(count());
         for (std::size_t i = 0; i < count(); ++i) {
             if (darkest[i] > ground)
                 continue;
-            if (open[i] == 0)
-                cores.enclosed[i] = strokes[i] >= enclosedCore ? 1 : 0;
-            else
+            if (open[i] != 0) {
                 cores.free[i] = strokes[i] >= freeCore && scenery[i] == 0 ? 1 : 0;
+            } else {
+                cores.enclosed[i] = strokes[i] >= freeCore ? 1 : 0;
+                faint[i] = strokes[i] >= enclosedCore ? 1 : 0;
+            }
         }
+        cores.enclosed = grown(std::move(cores.enclosed), faint, m_size); // what is faint all over is scenery
         return cores;
+    }
+
+    /// Those of the free cores that are letters whose outline has a gap: their piece of `area` has something
+    /// dark beside nearly all of its edge, and is as high as the enclosed ones. What is left between two
+    /// outlines is lower.
+    Plane outlined(const Cores &cores, const Plane &area, int ground) const
+    {
+        const Plane darkest = spread(m_brightness, m_size, points(outlineReach), least);
+        std::vector<std::size_t> heights;
+        for (const Piece &piece : piecesAt(cores.enclosed, area, m_size))
+            heights.insert(heights.end(), piece.size(), heightOf(piece, m_size));
+        Plane found(count());
+        if (heights.empty())
+            return found;
+        const auto middle = heights.begin() + static_cast<std::ptrdiff_t>(heights.size() / 2);
+        std::ranges::nth_element(heights, middle);
+        const double lowest = lowestLetter * static_cast<double>(*middle);
+        for (const Piece &piece : piecesAt(cores.free, area, m_size))
+            if (static_cast<double>(heightOf(piece, m_size)) >= lowest
+                && isOutlined(piece, area, darkest, ground))
+                for (const std::size_t i : piece)
+                    found[i] = cores.free[i];
+        return found;
+    }
+
+    bool isOutlined(const Piece &piece, const Plane &area, const Plane &darkest, int ground) const
+    {
+        std::size_t edge = 0;
+        std::size_t beside = 0;
+        for (const std::size_t i : piece)
+            if (isEdge(i, area, m_size)) {
+                ++edge;
+                beside += darkest[i] <= ground ? 1 : 0;
+            }
+        return static_cast<double>(beside) > outlinedShare * static_cast<double>(edge);
     }
 
     /// Of a page with dark text the "ink" is the paper, and its strokes are what letters enclose.
@@ -155,7 +154,7 @@ private:
     }
 
     int points(double length) const { return static_cast<int>(length * m_picture.scale); }
-    std::size_t count() const { return m_size.at(0, m_size.height); }
+    std::size_t count() const { return m_size.count(); }
     Colour colour(std::size_t i) const
     {
         const auto *pixel = reinterpret_cast<const std::uint8_t *>(m_picture.pixels.constData()) + 4 * i;
@@ -203,39 +202,22 @@ private:
     }
 
     /// What of `area` is in one piece with what in it is wider than a stroke.
-    Plane groundOf(const Plane &area) const
+    Plane groundOf(const Plane &area) const { return grown(wideOf(area), area, m_size); }
+
+    /// The same, but what is joined to it by a narrow gap alone stays out, for outlines have gaps.
+    Plane groundOutside(const Plane &area) const
     {
-        const int half = points(widestStroke) / 2;
-        return grown(spread(spread(area, m_size, half, least), m_size, half, most), area);
+        const int gap = points(widestGap);
+        Plane outside =
+            spread(grown(wideOf(area), spread(area, m_size, gap, least), m_size), m_size, gap, most);
+        std::ranges::transform(outside, area, outside.begin(), least);
+        return outside;
     }
 
-    /// `from` and all of `area` that touches it sidewards or up and down, on and on.
-    Plane grown(Plane from, const Plane &area) const
+    Plane wideOf(const Plane &area) const
     {
-        std::vector<std::size_t> next;
-        for (std::size_t i = 0; i < count(); ++i)
-            if (from[i] != 0)
-                next.push_back(i);
-        const auto visit = [&](std::size_t i) {
-            if (area[i] != 0 && from[i] == 0) {
-                from[i] = 1;
-                next.push_back(i);
-            }
-        };
-        const auto width = static_cast<std::size_t>(m_size.width);
-        while (!next.empty()) {
-            const std::size_t i = next.back();
-            next.pop_back();
-            if (i % width > 0)
-                visit(i - 1);
-            if (i % width + 1 < width)
-                visit(i + 1);
-            if (i >= width)
-                visit(i - width);
-            if (i + width < count())
-                visit(i + width);
-        }
-        return from;
+        const int half = points(widestStroke) / 2;
+        return spread(spread(area, m_size, half, least), m_size, half, most);
     }
 
     Colour commonestInk() const
@@ -248,7 +230,7 @@ private:
     std::vector<Colour> maybeInk() const
     {
         const Plane darkest = spread(m_brightness, m_size, points(edgeReach), least);
-        const Plane open = groundOf(above(m_brightness, dark));
+        const Plane open = groundOutside(above(m_brightness, dark));
         std::vector<Colour> enclosed;
         std::vector<Colour> all;
         for (std::size_t i = 0; i < count(); ++i)
@@ -315,7 +297,7 @@ private:
     }
 
     const Picture &m_picture;
-    const Size m_size;
+    const PlaneSize m_size;
     Plane m_brightness;
 };
 
