@@ -1,7 +1,7 @@
 // From the release of the mouse to the card on the screen, as the user sees it, and what the program costs
 // while nothing happens. Runs inside a desktop session of its own; tools/card-latency starts it so.
 
-#include "Scene.h"
+#include "XScene.h"
 #include "platform/linux/ocr/TesseractRecognizer.h"
 
 #include <QApplication>
@@ -68,11 +68,11 @@ protected:
     }
 };
 
-class CardLatency : public Scene {
+class CardLatency : public XScene {
 protected:
     void SetUp() override
     {
-        Scene::SetUp();
+        XScene::SetUp();
         AppConfig config = practiceConfig();
         config.dwellLookup = false; // the pointer rests where the last gesture ended
         writeConfig(config);

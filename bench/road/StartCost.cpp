@@ -2,7 +2,7 @@
 // memory, beside a well-known dictionary for the desktop. Runs inside a desktop session of its own;
 // tools/start-cost starts it so.
 
-#include "Scene.h"
+#include "XScene.h"
 #include "platform/linux/desktop/StatusHost.h"
 
 #include <QApplication>
@@ -58,11 +58,11 @@ Cost memoryOf(qint64 process)
     return cost;
 }
 
-class StartCost : public Scene {
+class StartCost : public XScene {
 protected:
     void SetUp() override
     {
-        Scene::SetUp();
+        XScene::SetUp();
         ASSERT_TRUE(host.come());
     }
     void TearDown() override { }

@@ -2,52 +2,29 @@
 
 #include "platform/linux/x11/XClipboard.h"
 #include "platform/linux/x11/XInput.h"
-
-#include <QTest>
+#include "support/Hand.h"
 
 #include <xcb/xtest.h>
 
 namespace nimbrelle {
 
-/// Another client of the same X server: moves the mouse and types as a person would, and owns selections as
-/// another program would.
-class OtherXClient {
+/// Another client of the same X server: the user's hand, and one who owns selections as another program
+/// would.
+class OtherXClient final : public Hand {
 public:
-    void moveTo(QPoint pixel)
+    void moveTo(QPoint pixel) override
     {
         // Ending in a small step of its own, since a warped pointer is no motion.
         post(XCB_MOTION_NOTIFY, 0, pixel - QPoint(2, 0));
         post(XCB_MOTION_NOTIFY, 0, pixel);
     }
-    void button(quint8 number, bool isPress)
+    void button(quint8 number, bool isPress) override
     {
         post(isPress ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, number);
     }
-    void click(int times = 1)
-    {
-        for (; times > 0; --times) {
-            button(1, true);
-            button(1, false);
-        }
-    }
-    void drag(QPoint from, QPoint to)
-    {
-        moveTo(from);
-        button(1, true);
-        QTest::qWait(20); // no user is faster, and the pointer's place is asked for when the event arrives
-        moveTo((from + to) / 2);
-        moveTo(to);
-        QTest::qWait(20);
-        button(1, false);
-    }
-    void key(quint32 keysym, bool isPress)
+    void key(quint32 keysym, bool isPress) override
     {
         post(isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keyboard.keyFor(keysym).value());
-    }
-    void tap(quint32 keysym)
-    {
-        key(keysym, true);
-        key(keysym, false);
     }
 
     /// Until the server has carried out all of it.

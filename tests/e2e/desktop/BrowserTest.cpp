@@ -1,4 +1,4 @@
-#include "Scene.h"
+#include "XScene.h"
 #include "platform/linux/x11/XFrontApplication.h"
 
 #include <QStandardPaths>
@@ -35,13 +35,13 @@ public:
     QString address() const { return u"http://127.0.0.1:%1/waiting"_s.arg(serverPort()); }
 };
 
-class Browser : public Scene {
+class Browser : public XScene {
 protected:
     void SetUp() override
     {
         if (QStandardPaths::findExecutable(u"chromium"_s).isEmpty())
             GTEST_SKIP() << "chromium is not installed";
-        Scene::SetUp();
+        XScene::SetUp();
         startProgram();
     }
 

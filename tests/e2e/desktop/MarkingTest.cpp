@@ -1,5 +1,5 @@
-#include "Scene.h"
 #include "Secretive.h"
+#include "XScene.h"
 #include "platform/linux/x11/XClipboard.h"
 #include "platform/linux/x11/XScreens.h"
 #include "platform/linux/x11/XWindowSystem.h"
@@ -21,11 +21,11 @@ const QString reading = u"I was reluctant to post this, but here we go.\n"
                         "The old call is deprecated, so half of the client had to be rewritten.\n"
                         "Nobody wanted to maintain it any longer.\n"_s;
 
-class Marking : public Scene {
+class Marking : public XScene {
 protected:
     void SetUp() override
     {
-        Scene::SetUp();
+        XScene::SetUp();
         startProgram();
     }
 

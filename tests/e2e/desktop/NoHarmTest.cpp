@@ -1,5 +1,5 @@
-#include "Scene.h"
 #include "Secretive.h"
+#include "XScene.h"
 #include "platform/linux/x11/XFrontApplication.h"
 
 #include <QMenuBar>
@@ -12,11 +12,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class NoHarm : public Scene {
+class NoHarm : public XScene {
 protected:
     void SetUp() override
     {
-        Scene::SetUp();
+        XScene::SetUp();
         startProgram();
     }
 

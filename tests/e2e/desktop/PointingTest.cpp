@@ -1,4 +1,4 @@
-#include "Scene.h"
+#include "XScene.h"
 
 using namespace nimbrelle;
 using namespace Qt::StringLiterals;
@@ -8,11 +8,11 @@ namespace {
 const QStringList page{
     u"I was reluctant to post this, but here we go."_s, u"The old call is deprecated and will be removed."_s};
 
-class Pointing : public Scene {
+class Pointing : public XScene {
 protected:
     void SetUp() override
     {
-        Scene::SetUp();
+        XScene::SetUp();
         startProgram();
     }
 };

@@ -69,10 +69,8 @@ Scene::Scene() : provider(QStringLiteral(NIMBRELLE_PRACTICE), {u"--delay-ms"_s, 
 
 void Scene::SetUp()
 {
-    ASSERT_TRUE(QTest::qWaitFor([&] {
-        return !user.x.values(user.x.root(), user.x.atom("_NET_SUPPORTING_WM_CHECK")).empty();
-    })) << "no window manager";
-    user.moveTo({1200, 700}); // away from what comes
+    awaitDesktop();
+    hand().moveTo({1200, 700}); // away from what comes
     writeConfig(practiceConfig());
 }
 
@@ -132,7 +130,8 @@ QRect Scene::inEditor(const QString &piece) const
     for (const AccessiblePart &part : accessible.shownBy(editor.id()))
         if (part.role == u"text"_s && part.area.height() > 100 && part.text.contains(piece)) {
             const int from = static_cast<int>(part.text.indexOf(piece));
-            return accessible.areaOf(part, from, from + static_cast<int>(piece.size()));
+            return accessible.areaOf(part, from, from + static_cast<int>(piece.size()))
+                .translated(originOf(editor));
         }
     return {};
 }
@@ -169,16 +168,16 @@ QRect Scene::showPicture(const QStringList &lines, const QString &word)
 
 void Scene::rest(QPoint at)
 {
-    user.moveTo(at);
+    hand().moveTo(at);
 }
 
 void Scene::click(QPoint at)
 {
-    user.moveTo(at);
+    hand().moveTo(at);
     QTest::qWait(30);
-    user.button(1, true);
+    hand().button(1, true);
     QTest::qWait(20);
-    user.button(1, false);
+    hand().button(1, false);
     QTest::qWait(20);
 }
 
@@ -188,15 +187,15 @@ void Scene::doubleClick(QPoint at)
         QGuiApplication::styleHints()->mouseDoubleClickInterval()); // else it goes on with a click before
     click(at);
     QTest::qWait(20);
-    user.button(1, true);
+    hand().button(1, true);
     QTest::qWait(20);
-    user.button(1, false);
+    hand().button(1, false);
 }
 
 void Scene::type(const QString &text)
 {
     for (const QChar letter : text) {
-        user.tap(letter.unicode()); // Latin letters are their own keysyms
+        hand().tap(letter.unicode()); // Latin letters are their own keysyms
         QTest::qWait(15);
     }
 }
@@ -204,18 +203,18 @@ void Scene::type(const QString &text)
 void Scene::tapTwice(quint32 keysym)
 {
     for (int i = 0; i < 2; ++i) {
-        user.key(keysym, true);
+        hand().key(keysym, true);
         QTest::qWait(30);
-        user.key(keysym, false);
+        hand().key(keysym, false);
         QTest::qWait(60);
     }
 }
 
 void Scene::tapWithControl(char letter)
 {
-    user.key(keysym::control, true);
-    user.tap(static_cast<quint32>(letter));
-    user.key(keysym::control, false);
+    hand().key(keysym::control, true);
+    hand().tap(static_cast<quint32>(letter));
+    hand().key(keysym::control, false);
 }
 
 std::optional<AccessiblePart> Scene::find(const QString &name, const QString &role) const
@@ -268,19 +267,6 @@ void Scene::press(const QString &name)
 {
     ASSERT_TRUE(appears(name)) << name.toStdString();
     click(restingArea(name).center());
-}
-
-QImage Scene::screenImage() const
-{
-    const auto size = user.x.reply(xcb_get_geometry_reply, xcb_get_geometry(user.x.get(), user.x.root()));
-    const auto answer = user.x.reply(xcb_get_image_reply,
-        xcb_get_image(
-            user.x.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, user.x.root(), 0, 0, size->width, size->height, ~0U));
-    if (!answer)
-        return {};
-    return QImage(
-        xcb_get_image_data(answer.get()), size->width, size->height, size->width * 4, QImage::Format_RGB32)
-        .copy();
 }
 
 void Scene::shoot(const QString &what) const

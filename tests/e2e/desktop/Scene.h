@@ -4,7 +4,7 @@
 #include "Programs.h"
 #include "frame/AppConfig.h"
 #include "notebook/WordEntry.h"
-#include "support/OtherXClient.h"
+#include "support/Hand.h"
 
 #include <QImage>
 #include <QLabel>
@@ -14,18 +14,6 @@
 #include <gtest/gtest.h>
 
 namespace nimbrelle {
-
-/// The keys that the tests press.
-namespace keysym {
-inline constexpr quint32 escape = 0xff1b;
-inline constexpr quint32 enter = 0xff0d;
-inline constexpr quint32 tab = 0xff09;
-inline constexpr quint32 down = 0xff54;
-inline constexpr quint32 space = 0x20;
-inline constexpr quint32 alt = 0xffe9;
-inline constexpr quint32 super = 0xffeb;
-inline constexpr quint32 control = 0xffe3;
-} // namespace keysym
 
 /// One program under test or beside it; ends with this object.
 class Running {
@@ -44,10 +32,20 @@ private:
     QProcess m_process;
 };
 
-/// The program in a session with a practice provider, another program to read in, and a user.
+/// The program in a session with a practice provider, another program to read in, and a user. Each kind of
+/// session has a scene of its own.
 class Scene : public testing::Test {
 protected:
     Scene();
+
+    /// @name What the session gives
+    /// @{
+    virtual Hand &hand() = 0;
+    virtual void awaitDesktop() = 0;
+    virtual QImage screenImage() const = 0;
+    /// What the accessible parts of a program's windows are placed from.
+    virtual QPoint originOf(const Running &program) const = 0;
+    /// @}
 
     void SetUp() override;
     /// Keeps a picture of how it ended.
@@ -94,12 +92,10 @@ protected:
     void press(const QString &name);
     /// @}
 
-    QImage screenImage() const;
     /// A picture of the whole screen among the artefacts.
     void shoot(const QString &what) const;
 
     AccessibleDesktop accessible;
-    OtherXClient user;
     QTemporaryDir folder;
     RunningServer provider;
     Running program;

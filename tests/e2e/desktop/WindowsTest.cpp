@@ -1,4 +1,4 @@
-#include "Scene.h"
+#include "XScene.h"
 #include "coach/CoachHistory.h"
 #include "frame/AppPaths.h"
 #include "frame/Clock.h"
@@ -19,7 +19,7 @@ namespace {
 const QString settingsTitle = u"Nimbrelle 设置"_s;
 
 /// The program used through its windows. They are reached through the settings, for there is no bar.
-class Windows : public Scene {
+class Windows : public XScene {
 protected:
     QList<AccessiblePart> shown() const override { return accessible.shownBy(used->id()); }
 
