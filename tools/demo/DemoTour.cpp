@@ -1,5 +1,5 @@
 #include "DemoNotebook.h"
-#include "Scene.h"
+#include "XScene.h"
 
 #include <QDir>
 #include <QFile>
@@ -28,11 +28,11 @@ QRect scaled(int x, int y, int width, int height)
 
 /// A reader who goes through the program once and keeps a picture of each stop. A stop that doesn't come
 /// fails the tour.
-class Tour : public Scene {
+class Tour : public XScene {
 protected:
     void SetUp() override
     {
-        Scene::SetUp();
+        XScene::SetUp();
         enlargeText();
         user.moveTo(scaled(1270, 790));
         DemoNotebook(folder.path(), SystemClock::shared().now()).fill();
@@ -48,7 +48,7 @@ protected:
     /// The program's toolkit tells places in its own units.
     QList<AccessiblePart> shown() const override
     {
-        QList<AccessiblePart> parts = Scene::shown();
+        QList<AccessiblePart> parts = XScene::shown();
         for (AccessiblePart &part : parts)
             part.area = scaled(part.area.x(), part.area.y(), part.area.width(), part.area.height());
         return parts;
@@ -115,13 +115,13 @@ protected:
 
     /// @name A tour is no test of speed: a busy machine gets its time.
     /// @{
-    bool appears(const QString &name) const { return Scene::appears(name, patience); }
-    bool disappears(const QString &name) const { return Scene::disappears(name, patience); }
+    bool appears(const QString &name) const { return XScene::appears(name, patience); }
+    bool disappears(const QString &name) const { return XScene::disappears(name, patience); }
     bool comes(const std::function<bool()> &event) const { return QTest::qWaitFor(event, patience); }
     void press(const QString &name)
     {
         ASSERT_TRUE(appears(name)) << name.toStdString();
-        Scene::press(name);
+        XScene::press(name);
     }
     /// @}
 
