@@ -1,28 +1,20 @@
 #include "platform/linux/wayland/WaylandDesktop.h"
 
+#include "platform/linux/wayland/LayerProbe.h"
 #include "platform/linux/wayland/SwayWindows.h"
 #include "platform/linux/wayland/UntoldWindows.h"
+#include "platform/linux/wayland/WlrCapture.h"
 #include "platform/linux/x11/X11Desktop.h"
 
 #include <QRectF>
 
 namespace nimbrelle {
-namespace {
-
-std::unique_ptr<SessionWindows> chosenWindows(const std::function<QPoint(QPointF)> &toPixel)
-{
-    const QString sway = qEnvironmentVariable("SWAYSOCK");
-    if (!sway.isEmpty())
-        return std::make_unique<SwayWindows>(sway, toPixel);
-    return std::make_unique<UntoldWindows>();
-}
-
-} // namespace
 
 WaylandDesktop::WaylandDesktop(X11Desktop &x11)
     : m_x11(x11)
-    , m_probe(std::make_unique<LayerProbe>(m_connection, [this](QPointF at) { return pixelOf(at); }))
-    , m_windows(chosenWindows([this](QPointF at) { return pixelOf(at); }))
+    , m_probe(makeProbe())
+    , m_windows(makeWindows())
+    , m_capture(makeCapture())
     , pointer(*m_probe, x11.screens)
     , frontApplication(*m_windows)
     , windowAtPointer(*m_windows, pointer, x11.screens)
@@ -33,11 +25,29 @@ WaylandDesktop::WaylandDesktop(X11Desktop &x11)
           .screens = x11.screens,
           .canMark = [this] { return canMark(); },
           .isOwnSelection = [this] { return m_x11.primarySelection.isOwn(); }})
-    , capture(m_connection, x11.screens, [this](QPoint at) { return logicalOf(at); })
+    , capture(*m_capture)
     , primarySelection(m_primary)
 {
     QObject::connect(&m_primary, &WaylandPrimary::claimed, &input, &WaylandInput::selectionClaimed);
     QObject::connect(&m_primary, &WaylandPrimary::gone, &input, &WaylandInput::selectionGone);
+}
+
+std::unique_ptr<PointerProbe> WaylandDesktop::makeProbe()
+{
+    return std::make_unique<LayerProbe>(m_connection, [this](QPointF at) { return pixelOf(at); });
+}
+
+std::unique_ptr<SessionWindows> WaylandDesktop::makeWindows()
+{
+    if (const QString sway = qEnvironmentVariable("SWAYSOCK"); !sway.isEmpty())
+        return std::make_unique<SwayWindows>(sway, [this](QPointF at) { return pixelOf(at); });
+    return std::make_unique<UntoldWindows>();
+}
+
+std::unique_ptr<ScreenCapture> WaylandDesktop::makeCapture()
+{
+    return std::make_unique<WlrCapture>(
+        m_connection, m_x11.screens, [this](QPoint at) { return logicalOf(at); });
 }
 
 // Without a word of the program in front, no excluded one could be spared.

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "frame/Clock.h"
-#include "platform/linux/wayland/LayerProbe.h"
+#include "platform/ScreenCapture.h"
+#include "platform/linux/wayland/PointerProbe.h"
 #include "platform/linux/wayland/SessionFront.h"
 #include "platform/linux/wayland/WaylandConnection.h"
 #include "platform/linux/wayland/WaylandInput.h"
 #include "platform/linux/wayland/WaylandPrimary.h"
-#include "platform/linux/wayland/WlrCapture.h"
 #include "platform/linux/x11/XInput.h"
 
 namespace nimbrelle {
@@ -22,6 +22,13 @@ public:
     static bool isHere() { return isWaylandSession(); }
 
 private:
+    /// @name What this session offers
+    /// @{
+    std::unique_ptr<PointerProbe> makeProbe();
+    std::unique_ptr<SessionWindows> makeWindows();
+    std::unique_ptr<ScreenCapture> makeCapture();
+    /// @}
+
     bool canMark() const;
     QPoint pixelOf(QPointF logical) const;
     QPointF logicalOf(QPoint pixel) const;
@@ -34,6 +41,7 @@ private:
     WaylandPrimary m_primary{m_connection};
     std::unique_ptr<PointerProbe> m_probe;
     std::unique_ptr<SessionWindows> m_windows;
+    std::unique_ptr<ScreenCapture> m_capture;
 
 public:
     SessionPointer pointer;
@@ -41,7 +49,7 @@ public:
     SessionWindowAtPointer windowAtPointer;
     WaylandInput input;
     NoKeySender keySender;
-    WlrCapture capture;
+    ScreenCapture &capture;
     PrimarySelection &primarySelection;
 };
 
