@@ -27,17 +27,20 @@ function(nimbrelle_view_test)
         "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leak-suppressions.txt:print_suppressions=0")
 endfunction()
 
-# nimbrelle_session_test(NAME ... SOURCES ... LIBRARIES ...)
-# The same in a private X session with a window manager and a session bus, one at a time, with the programs as
-# they are shipped. Belongs to the end-to-end stage.
+# nimbrelle_session_test(NAME ... [SESSION x | sway] SOURCES ... LIBRARIES ...)
+# The same in a private session, of X with a window manager or of sway, with a session bus, one at a time, with
+# the programs as they are shipped. Belongs to the end-to-end stage.
 function(nimbrelle_session_test)
-    cmake_parse_arguments(arg "" "NAME" "SOURCES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(arg "" "NAME;SESSION" "SOURCES;LIBRARIES" ${ARGN})
+    if(NOT arg_SESSION)
+        set(arg_SESSION x)
+    endif()
     add_executable(${arg_NAME}_tests ${arg_SOURCES})
     target_compile_options(${arg_NAME}_tests PRIVATE -Werror) # what is built for tests alone is held to it
     target_link_libraries(${arg_NAME}_tests PRIVATE nimbrelle_test_support ${arg_LIBRARIES})
     target_precompile_headers(${arg_NAME}_tests REUSE_FROM nimbrelle_test_support)
     add_test(NAME ${arg_NAME}
-        COMMAND "${CMAKE_SOURCE_DIR}/tests/support/x-session" $<TARGET_FILE:${arg_NAME}_tests>)
+        COMMAND "${CMAKE_SOURCE_DIR}/tests/support/${arg_SESSION}-session" $<TARGET_FILE:${arg_NAME}_tests>)
     set_tests_properties(${arg_NAME} PROPERTIES
         LABELS end-to-end TIMEOUT 600 SKIP_RETURN_CODE 77 RUN_SERIAL ON)
     set_property(GLOBAL APPEND PROPERTY NIMBRELLE_SESSION_TESTS ${arg_NAME}_tests)

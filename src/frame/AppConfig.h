@@ -75,6 +75,11 @@ struct AppConfig : StudyValues {
     static QString defaultBaseURL();
     static QString defaultModel();
     static QStringList defaultExcludedBundleIDs();
+    /// One program is called "Mousepad" in one kind of session and "mousepad" in another.
+    bool excludes(const QString &bundleID) const
+    {
+        return excludedBundleIDs.contains(bundleID, Qt::CaseInsensitive);
+    }
 
     /// Absent while no study setting was ever changed here: the device then takes those of the others.
     std::optional<StudySettings> studySettings() const;

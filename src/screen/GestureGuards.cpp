@@ -48,7 +48,7 @@ bool GestureGuards::isFrontmostExcluded() const
 
 bool GestureGuards::isExcluded(const Application &application) const
 {
-    return application.bundleID && m_parts.config.config().excludedBundleIDs.contains(*application.bundleID);
+    return application.bundleID && m_parts.config.config().excludes(*application.bundleID);
 }
 
 // Over a window that must not be read or covered, whichever is in front.

@@ -165,7 +165,10 @@ void AppDelegate::toggleMenuBarWord()
 void AppDelegate::toggleExcluded(const QString &bundleID)
 {
     AppConfig changed = m_parts.config.config();
-    if (changed.excludedBundleIDs.removeAll(bundleID) == 0)
+    if (changed.excludes(bundleID))
+        changed.excludedBundleIDs.removeIf(
+            [&](const QString &each) { return each.compare(bundleID, Qt::CaseInsensitive) == 0; });
+    else
         changed.excludedBundleIDs.append(bundleID);
     m_parts.config.setConfig(changed);
 }

@@ -97,7 +97,7 @@ std::optional<MenuEntry> excludedItem(const State &state)
     if (!state.front || !state.front->bundleID || state.front->bundleID == state.ownBundleID)
         return std::nullopt;
     const QString identifier = *state.front->bundleID;
-    const bool isExcluded = state.config.excludedBundleIDs.contains(identifier);
+    const bool isExcluded = state.config.excludes(identifier);
     const QString name = state.front->name.value_or(identifier);
     MenuEntry entry =
         item(Action::toggleExcluded, (isExcluded ? u"在「%1」中恢复"_s : u"在「%1」中停用"_s).arg(name));

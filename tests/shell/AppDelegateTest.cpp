@@ -229,6 +229,7 @@ TEST_F(Shell, ExcludesTheProgramThatWasInFrontWhenTheMenuOpened)
     front.front = Application{.bundleID = u"panel"_s};
     emit item.chosen(line);
     EXPECT_THAT(config.config().excludedBundleIDs, Contains(u"firefox"_s));
+    EXPECT_TRUE(config.config().excludes(u"Firefox"_s)) << "as another kind of session calls it";
     emit item.chosen(line);
     EXPECT_EQ(config.config().excludedBundleIDs, AppConfig::defaultExcludedBundleIDs());
 }

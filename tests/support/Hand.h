@@ -40,8 +40,9 @@ public:
     void drag(QPoint from, QPoint to)
     {
         moveTo(from);
-        button(1, true);
         QTest::qWait(20); // no user is faster, and the pointer's place is asked for when the event arrives
+        button(1, true);
+        QTest::qWait(20);
         moveTo((from + to) / 2);
         moveTo(to);
         QTest::qWait(20);

@@ -44,6 +44,12 @@ SwayIpc::SwayIpc(const QString &path)
     m_socket.connectToServer(path);
 }
 
+SwayIpc::~SwayIpc()
+{
+    m_socket.disconnect(this);
+    giveUp();
+}
+
 QCoro::Task<std::optional<QJsonDocument>> SwayIpc::ask(Question question, QByteArray text)
 {
     if (m_isEnded)
@@ -53,14 +59,11 @@ QCoro::Task<std::optional<QJsonDocument>> SwayIpc::ask(Question question, QByteA
         m_socket.write(message);
     else
         m_unsent += message;
-    auto *answer = new Answer;
-    answer->setParent(this);
+    // Of no parent: it outlives this object where its end is what wakes the question.
+    const auto answer = std::make_shared<Answer>();
     m_asked.push_back(answer);
-    co_await qCoro(answer, &Answer::arrived, patience);
-    const std::optional<QJsonDocument> document = answer->document;
-    if (document) // else it is still to come
-        answer->deleteLater();
-    co_return document;
+    co_await qCoro(answer.get(), &Answer::arrived, patience);
+    co_return answer->document;
 }
 
 void SwayIpc::read()
@@ -83,7 +86,7 @@ void SwayIpc::read()
         if (kind & eventBit) {
             emit happened(kind & ~eventBit, document);
         } else if (!m_asked.empty()) {
-            Answer *answer = m_asked.front();
+            const std::shared_ptr<Answer> answer = m_asked.front();
             m_asked.pop_front();
             answer->document = document;
             emit answer->arrived();
@@ -95,9 +98,14 @@ void SwayIpc::end()
 {
     if (std::exchange(m_isEnded, true))
         return;
-    for (Answer *answer : std::exchange(m_asked, {}))
-        emit answer->arrived();
+    giveUp();
     emit closed();
+}
+
+void SwayIpc::giveUp()
+{
+    for (const std::shared_ptr<Answer> &answer : std::exchange(m_asked, {}))
+        emit answer->arrived();
 }
 
 } // namespace nimbrelle

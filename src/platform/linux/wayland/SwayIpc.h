@@ -6,7 +6,7 @@
 #include <QLocalSocket>
 
 #include <deque>
-#include <functional>
+#include <memory>
 #include <optional>
 
 namespace nimbrelle {
@@ -18,6 +18,8 @@ class SwayIpc final : public QObject {
 public:
     /// Connects to a path such as SWAYSOCK holds, without waiting; what is asked before is kept back.
     explicit SwayIpc(const QString &path);
+    /// Open questions get no answer.
+    ~SwayIpc() override;
 
     enum class Question : quint32 { command = 0, subscribe = 2, tree = 4 };
 
@@ -37,11 +39,12 @@ private:
 
     void read();
     void end();
+    void giveUp();
 
     QLocalSocket m_socket;
     QByteArray m_received;
     QByteArray m_unsent;
-    std::deque<Answer *> m_asked;
+    std::deque<std::shared_ptr<Answer>> m_asked;
     bool m_isEnded = false;
 };
 
