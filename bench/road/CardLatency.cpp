@@ -3,6 +3,7 @@
 
 #include "XScene.h"
 #include "platform/linux/ocr/TesseractRecognizer.h"
+#include "road/RoadTimes.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -10,11 +11,9 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QPainter>
-#include <QStyleHints>
 
 #include <algorithm>
 #include <cstdio>
-#include <thread>
 #include <unistd.h>
 
 using namespace nimbrelle;
@@ -22,32 +21,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double ruleWaitMs = 80; // a selection gets this long to settle before it is read
-constexpr quint32 cardColour = 0xFDFBF6;
-constexpr QPoint insideCard{-16, 18 + 12}; // from the pointer, in pixels
-constexpr QPoint insideOffer{-9, 18 + 4};
-constexpr int patienceMs = 5000;
-constexpr std::chrono::microseconds pollingInterval{500};
 constexpr int idleSeconds = 30;
 
 int gestures = 100;
-
-double share(QList<double> values, double part)
-{
-    std::ranges::sort(values);
-    return values[std::min(
-        values.size() - 1, static_cast<qsizetype>(part * static_cast<double>(values.size())))];
-}
-
-void print(const char *road, const QList<double> &times, double waited)
-{
-    if (times.isEmpty())
-        return;
-    std::printf("%-34s %4d gestures   median %6.1f   p95 %6.1f   max %6.1f ms beyond the wait\n", road,
-        static_cast<int>(times.size()), share(times, 0.5) - waited, share(times, 0.95) - waited,
-        share(times, 1) - waited);
-    std::fflush(stdout);
-}
 
 /// Tells no screen reader what is marked in it, but offers it as the primary selection.
 class Silent : public QWidget {
@@ -82,56 +58,24 @@ protected:
 
     QList<double> recognitionTimes(QPoint at) const;
 
-    bool isPainted(QPoint at) const
+    quint32 colourAt(QPoint at) const
     {
         const auto answer = user.x.reply(xcb_get_image_reply,
             xcb_get_image(user.x.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, user.x.root(), static_cast<qint16>(at.x()),
                 static_cast<qint16>(at.y()), 1, 1, ~0U));
-        if (!answer)
-            return false;
         quint32 pixel = 0;
-        std::memcpy(&pixel, xcb_get_image_data(answer.get()), sizeof pixel);
-        return (pixel & 0xFFFFFFU) == cardColour;
+        if (answer)
+            std::memcpy(&pixel, xcb_get_image_data(answer.get()), sizeof pixel);
+        return pixel;
     }
 
-    bool waitFor(QPoint pixel, bool painted) const
+    QList<double> measured(const std::function<void()> &prepare, QPoint pixel)
     {
-        QElapsedTimer waited;
-        waited.start();
-        while (isPainted(pixel) != painted) {
-            if (waited.elapsed() > patienceMs)
-                return false;
-            QCoreApplication::processEvents();
-            std::this_thread::sleep_for(pollingInterval); // the program needs the processor too
-        }
-        return true;
-    }
-
-    /// One gesture that ends with a release at the pointer; absent when no card came.
-    template <typename Prepare> std::optional<double> timed(Prepare prepare, QPoint pixel)
-    {
-        prepare();
-        QElapsedTimer time;
-        user.button(1, false);
-        time.start();
-        const bool came = waitFor(pixel, true);
-        const double ms = static_cast<double>(time.nsecsElapsed()) / 1e6;
-        user.tap(keysym::escape);
-        EXPECT_TRUE(waitFor(pixel, false));
-        QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval() + 50);
-        EXPECT_TRUE(came);
-        return came ? std::optional(ms) : std::nullopt;
-    }
-
-    template <typename Prepare> QList<double> measured(Prepare prepare, QPoint pixel)
-    {
-        QList<double> times;
-        for (int i = -2; i < gestures; ++i) { // the first two warm everything up
-            const auto time = timed(prepare, pixel);
-            if (time && i >= 0)
-                times.append(*time);
-        }
-        return times;
+        const RoadTimes times{.hand = user,
+            .colourAt = [this](QPoint at) { return colourAt(at); },
+            .dismiss = [this] { user.tap(keysym::escape); },
+            .gestures = gestures};
+        return times.measured(prepare, pixel);
     }
 };
 
