@@ -17,6 +17,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto offerLifetime = 4s;
+constexpr auto leftPause = 700ms; // for a hand that slips
 constexpr auto recallPause = 3600s; // a word just reviewed needs no further test
 constexpr qsizetype contextInKey = 300;
 
@@ -70,6 +71,7 @@ QRectF CardController::frame() const
 void CardController::open(CardState state, QPointF at)
 {
     m_task.cancel();
+    m_leftTask.cancel();
     m_anchor = at;
     update(std::move(state));
     m_panel.bringToFront();
@@ -143,8 +145,21 @@ QCoro::Task<> CardController::hideOfferLater(std::stop_token stop)
         hide();
 }
 
+void CardController::pointerLeft()
+{
+    hideOnceLeft(m_leftTask.renew());
+}
+
+QCoro::Task<> CardController::hideOnceLeft(std::stop_token stop)
+{
+    co_await m_clock.sleep(leftPause, stop);
+    if (!stop.stop_requested())
+        hide();
+}
+
 void CardController::translate(const QString &text)
 {
+    m_leftTask.cancel();
     m_offerHideTask.cancel();
     update(Translating{.text = text});
     fetchTranslation(text, m_task.renew());
@@ -179,6 +194,7 @@ void CardController::hide()
 {
     m_task.cancel();
     m_offerHideTask.cancel();
+    m_leftTask.cancel();
     m_panel.orderOut();
     m_model.setState(CardHidden{});
 }

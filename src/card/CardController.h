@@ -44,6 +44,14 @@ public:
     void showError(const CardError &error, QPointF at) override;
     void hide() override;
 
+    /// @name For sessions that tell nothing of clicks elsewhere: the pointer is on the card, and leaves it
+    /// again. A card that it has left goes a little later, unless it comes back or the card is another by
+    /// then.
+    /// @{
+    void pointerCame() { m_leftTask.cancel(); }
+    void pointerLeft();
+    /// @}
+
     /// Accepts the offer.
     void translate(const QString &text);
 
@@ -78,6 +86,7 @@ private:
     QCoro::Task<> noteTranslationSource(std::stop_token stop);
     QCoro::Task<> fetchTranslation(QString text, std::stop_token stop);
     QCoro::Task<> hideOfferLater(std::stop_token stop);
+    QCoro::Task<> hideOnceLeft(std::stop_token stop);
 
     Clock &m_clock;
     const ConfigStore &m_config;
@@ -94,6 +103,7 @@ private:
     TaskSlot m_task;
     TaskSlot m_sourceTask; // of a translation
     TaskSlot m_offerHideTask;
+    TaskSlot m_leftTask;
     // Of explanations, of which several run to their ends side by side; stopped only when we go.
     std::stop_source m_exchanges;
 };

@@ -34,6 +34,10 @@ CardRoad::CardRoad(Services &services, const Platform &platform, const Theme &th
           .lookupIsLikely = [&services] { services.prepareAI(); }})
 {
     m_panel.setView(m_view);
+    if (!platform.input.hearsPresses()) {
+        QObject::connect(&m_panel, &CardPanelWindow::pointerCame, &m_card, &CardController::pointerCame);
+        QObject::connect(&m_panel, &CardPanelWindow::pointerLeft, &m_card, &CardController::pointerLeft);
+    }
 }
 
 } // namespace nimbrelle

@@ -264,6 +264,23 @@ TEST_F(CardControllerTest, OnlyAMissingOrWrongKeyLeadsToTheSettings)
     EXPECT_TRUE(shown<CardError>().needsSettings);
 }
 
+TEST_F(CardControllerTest, ACardThatThePointerLeftGoesUnlessItComesBack)
+{
+    card.showTranslation(u"a text"_s, {640, 400});
+    card.pointerLeft();
+    notebook.clock.advance(600ms);
+    card.pointerCame();
+    notebook.clock.advance(10s);
+    EXPECT_TRUE(card.isVisible());
+    card.pointerLeft();
+    card.showTranslation(u"another"_s, {640, 400});
+    notebook.clock.advance(10s);
+    EXPECT_TRUE(card.isVisible()) << "it was the one before that was left";
+    card.pointerLeft();
+    notebook.clock.advance(700ms);
+    EXPECT_FALSE(card.isVisible());
+}
+
 TEST_F(CardControllerTest, AnOfferGoesAfterFourSecondsUnlessItWasTakenUp)
 {
     card.offerTranslation(u"a text"_s, {640, 400});

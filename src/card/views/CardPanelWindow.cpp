@@ -5,10 +5,13 @@
 #include "widgets/Theme.h"
 
 #include <QBitmap>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScreen>
+
+#include <utility>
 
 namespace nimbrelle {
 
@@ -99,6 +102,7 @@ void CardPanelWindow::place(const QRectF &frame)
     m_frame = frame;
     const int around = shadowMargin();
     const QRect card(cornerOf(frame), frame.size().toSize());
+    m_hasPointer = m_hasPointer && card.contains(QCursor::pos());
     setGeometry(card.adjusted(-around, -around, around, around));
     arrange();
 }
@@ -129,6 +133,18 @@ void CardPanelWindow::tellVisibleArea()
     const int around = qRound(shadowMargin() * ratio);
     const QRegion area(outline.toPolygon());
     m_system.setVisibleArea(internalWinId(), {area.begin(), area.end()}, {around, around, around, around});
+}
+
+void CardPanelWindow::enterEvent(QEnterEvent *)
+{
+    m_hasPointer = true;
+    emit pointerCame();
+}
+
+void CardPanelWindow::leaveEvent(QEvent *)
+{
+    if (std::exchange(m_hasPointer, false))
+        emit pointerLeft();
 }
 
 void CardPanelWindow::bringToFront()

@@ -31,8 +31,15 @@ public:
     bool isVisible() const override { return QWidget::isVisible(); }
     QRectF frame() const override { return m_frame; }
 
+signals:
+    void pointerCame();
+    /// By its own motion: a card that changes its size under it leaves the pointer, and this is not told.
+    void pointerLeft();
+
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
 
 private:
     int shadowMargin() const;
@@ -46,6 +53,7 @@ private:
     bool m_isComposited = false;
     QPointer<CardView> m_view;
     QRectF m_frame;
+    bool m_hasPointer = false;
     QPropertyAnimation m_fade;
 };
 

@@ -54,15 +54,20 @@ TEST_F(WaylandRoad, AMarkedWordBringsItsCardBesideItAndTypingGoesOn)
         << editorText().toStdString();
 }
 
-TEST_F(WaylandRoad, ADragOffersATranslation)
+TEST_F(WaylandRoad, ADragOffersATranslationThatGoesOnceThePointerLeftIt)
 {
     read();
     hand().drag(inEditor(u"The old"_s).topLeft() + QPoint(1, 8),
         inEditor(u"rewritten."_s).bottomRight() - QPoint(1, 8));
     ASSERT_TRUE(appears(u"翻译选中的文字"_s));
     press(u"翻译选中的文字"_s);
-    EXPECT_TRUE(appears(u"译文"_s));
+    ASSERT_TRUE(appears(u"译文"_s));
     shoot(u"translation"_s);
+    hand().moveTo(restingArea(u"译文"_s).center());
+    QTest::qWait(900);
+    EXPECT_TRUE(find(u"译文"_s)) << "the pointer is on it";
+    hand().moveTo({1200, 700});
+    EXPECT_TRUE(disappears(u"译文"_s, 1500)) << "the pointer has left it";
 }
 
 TEST_F(WaylandRoad, MarkingByKeyboardBringsOneCardWhenTheKeysRest)
