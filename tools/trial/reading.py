@@ -232,7 +232,7 @@ def read_in(session, reader, article, count, log):
             else:
                 log.write(json.dumps({"program": reader.name, "word": word, "arrived": False}) + "\n")
             if reader.close_by_click:
-                x("mousemove", 640, 790, "click", 1)
+                x("mousemove", 160, 400, "click", 1)  # beside the text; the window below would come up
             else:
                 x("key", "Escape")
             time.sleep(0.35)
@@ -326,6 +326,10 @@ def readers_for(files, folder):
     (mail / "user.js").write_text('user_pref("mail.provider.suppress_dialog_on_startup", true);\n'
                                   'user_pref("mail.spotlight.firstRunDone", true);\n'
                                   'user_pref("mailnews.start_page_override.mstone", "ignore");\n'
+                                  'user_pref("mailnews.start_page.enabled", false);\n'
+                                  'user_pref("mail.inappnotifications.enabled", false);\n'
+                                  'user_pref("datareporting.policy.dataSubmissionEnabled", false);\n'
+                                  'user_pref("datareporting.policy.firstRunURL", "");\n'
                                   'user_pref("app.donation.eoy.version.viewed", 999);\n')
     table = [
         ("firefox", "firefox-esr", "html", ["--profile", profile, "--no-remote"]),
