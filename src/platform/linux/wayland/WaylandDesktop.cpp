@@ -4,6 +4,7 @@
 #include "platform/linux/wayland/SwayWindows.h"
 #include "platform/linux/wayland/UntoldWindows.h"
 #include "platform/linux/wayland/WlrCapture.h"
+#include "platform/linux/wayland/XProbe.h"
 #include "platform/linux/x11/X11Desktop.h"
 
 #include <QRectF>
@@ -34,7 +35,10 @@ WaylandDesktop::WaylandDesktop(X11Desktop &x11)
 
 std::unique_ptr<PointerProbe> WaylandDesktop::makeProbe()
 {
-    return std::make_unique<LayerProbe>(m_connection, [this](QPointF at) { return pixelOf(at); });
+    auto layers = std::make_unique<LayerProbe>(m_connection, [this](QPointF at) { return pixelOf(at); });
+    if (layers->isOffered())
+        return layers;
+    return std::make_unique<XProbe>(m_x11.x, m_x11.screens);
 }
 
 std::unique_ptr<SessionWindows> WaylandDesktop::makeWindows()
