@@ -10,6 +10,17 @@
 #include <QRectF>
 
 namespace nimbrelle {
+namespace {
+
+/// By its name alone, for nothing is asked of it: it tells only the window with the focus.
+constexpr wl_interface primarySelectionInterface{.name = "zwp_primary_selection_device_manager_v1",
+    .version = 1,
+    .method_count = 0,
+    .methods = nullptr,
+    .event_count = 0,
+    .events = nullptr};
+
+} // namespace
 
 WaylandDesktop::WaylandDesktop(X11Desktop &x11)
     : m_x11(x11)
@@ -27,10 +38,17 @@ WaylandDesktop::WaylandDesktop(X11Desktop &x11)
           .canMark = [this] { return canMark(); },
           .isOwnSelection = [this] { return m_x11.primarySelection.isOwn(); }})
     , capture(*m_capture)
-    , primarySelection(m_primary)
+    , primarySelection(
+          m_primary.isOffered() ? static_cast<PrimarySelection &>(m_primary) : x11.primarySelection)
 {
-    QObject::connect(&m_primary, &WaylandPrimary::claimed, &input, &WaylandInput::selectionClaimed);
-    QObject::connect(&m_primary, &WaylandPrimary::gone, &input, &WaylandInput::selectionGone);
+    const auto follow = [this]<class Primary>(const Primary &primary) {
+        QObject::connect(&primary, &Primary::claimed, &input, &WaylandInput::selectionClaimed);
+        QObject::connect(&primary, &Primary::gone, &input, &WaylandInput::selectionGone);
+    };
+    if (m_primary.isOffered())
+        follow(m_primary);
+    else
+        follow(x11.primarySelection);
 }
 
 std::unique_ptr<PointerProbe> WaylandDesktop::makeProbe()
@@ -57,7 +75,15 @@ std::unique_ptr<ScreenCapture> WaylandDesktop::makeCapture()
 // Without a word of the program in front, no excluded one could be spared.
 bool WaylandDesktop::canMark() const
 {
-    return m_connection.isOpen() && m_primary.isOffered() && m_probe->isOffered() && m_windows->isOffered();
+    return m_connection.isOpen() && (m_primary.isOffered() || showsPrimaryToX()) && m_probe->isOffered()
+        && m_windows->isOffered();
+}
+
+// Compositors that have a protocol for it keep it from X programs that lack the focus.
+bool WaylandDesktop::showsPrimaryToX() const
+{
+    return m_x11.primarySelection.isHeard() && m_connection.offers(primarySelectionInterface)
+        && !m_connection.offers(zwlr_data_control_manager_v1_interface);
 }
 
 QRect WaylandDesktop::allOutputs() const

@@ -30,6 +30,7 @@ private:
     /// @}
 
     bool canMark() const;
+    bool showsPrimaryToX() const;
     QPoint pixelOf(QPointF logical) const;
     QPointF logicalOf(QPoint pixel) const;
     /// How many of the X server's pixels the compositor shows as one of its own.
