@@ -1,8 +1,8 @@
 #include "platform/linux/wayland/WaylandDesktop.h"
 
+#include "platform/linux/wayland/AtSpiWindows.h"
 #include "platform/linux/wayland/LayerProbe.h"
 #include "platform/linux/wayland/SwayWindows.h"
-#include "platform/linux/wayland/UntoldWindows.h"
 #include "platform/linux/wayland/WlrCapture.h"
 #include "platform/linux/wayland/XProbe.h"
 #include "platform/linux/x11/X11Desktop.h"
@@ -22,8 +22,9 @@ constexpr wl_interface primarySelectionInterface{.name = "zwp_primary_selection_
 
 } // namespace
 
-WaylandDesktop::WaylandDesktop(X11Desktop &x11)
+WaylandDesktop::WaylandDesktop(X11Desktop &x11, AtSpiBus &accessibilityBus)
     : m_x11(x11)
+    , m_accessibilityBus(accessibilityBus)
     , m_probe(makeProbe())
     , m_windows(makeWindows())
     , m_capture(makeCapture())
@@ -63,7 +64,8 @@ std::unique_ptr<SessionWindows> WaylandDesktop::makeWindows()
 {
     if (const QString sway = qEnvironmentVariable("SWAYSOCK"); !sway.isEmpty())
         return std::make_unique<SwayWindows>(sway, [this](QPointF at) { return pixelOf(at); });
-    return std::make_unique<UntoldWindows>();
+    return std::make_unique<AtSpiWindows>(
+        m_accessibilityBus, [this] { return m_x11.frontApplication.current(); });
 }
 
 std::unique_ptr<ScreenCapture> WaylandDesktop::makeCapture()
