@@ -19,10 +19,11 @@ namespace nimbrelle {
 class LinuxPlatform {
 public:
     X11Desktop desktop;
+    AtSpiBus accessibilityBus;
     /// Absent in an X11 session.
     std::unique_ptr<WaylandDesktop> wayland =
-        WaylandDesktop::isHere() ? std::make_unique<WaylandDesktop>(desktop) : nullptr;
-    AtSpiReader accessibility{frontApplication()};
+        WaylandDesktop::isHere() ? std::make_unique<WaylandDesktop>(desktop, accessibilityBus) : nullptr;
+    AtSpiReader accessibility{accessibilityBus, frontApplication()};
     BusSessionLock lock{QDBusConnection::sessionBus(), QDBusConnection::systemBus()};
     TesseractRecognizer recognizer;
     SpeechProcess speaker;

@@ -1,6 +1,5 @@
 #include "platform/linux/wayland/SessionFront.h"
 
-#include "platform/linux/wayland/UntoldWindows.h"
 #include "platform/linux/x11/XScreens.h"
 
 #include <gtest/gtest.h>
@@ -14,12 +13,13 @@ namespace {
 class FakeWindows final : public SessionWindows {
 public:
     bool isOffered() const override { return true; }
-    bool isTold() const override { return true; }
+    bool isTold() const override { return isKnown; }
     const QList<SessionWindow> &all() const override { return windows; }
     QCoro::Task<> refresh() override { co_return; }
     void activate(const Application &) override { }
 
     QList<SessionWindow> windows;
+    bool isKnown = true;
 };
 
 class NoProbe final : public PointerProbe {
@@ -69,7 +69,8 @@ TEST(SessionFront, TellsTheActiveWindowAndTheOneBelowThePointer)
 
 TEST(SessionFront, ASessionThatTellsOfNoWindowSaysSo)
 {
-    UntoldWindows windows;
+    FakeWindows windows;
+    windows.isKnown = false;
     const SessionFront front(windows);
     EXPECT_FALSE(front.isTold());
     EXPECT_EQ(front.current(), std::nullopt);

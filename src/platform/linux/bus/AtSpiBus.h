@@ -1,25 +1,18 @@
 #pragma once
 
-#include "platform/AccessibilityReader.h"
-
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusServiceWatcher>
-#include <QElapsedTimer>
-#include <QHash>
 #include <QObject>
-#include <QVariant>
-
-#include <memory>
 
 namespace nimbrelle {
 
-/// Our connection to the accessibility bus, and the asking there. A bus that has gone is opened again as soon
-/// as the session offers another.
+/// Our connection to the accessibility bus, which all share who ask or listen there. A bus that has gone is
+/// opened again as soon as the session offers another.
 class AtSpiBus final : public QObject {
     Q_OBJECT
 
 public:
+    /// Opens it, too.
     AtSpiBus();
     ~AtSpiBus() override;
 
@@ -36,39 +29,20 @@ public:
 
     QDBusConnection connection() const { return m_bus; }
 
-    void beginGesture();
-    QCoro::Task<std::optional<QVariantList>> ask(
-        AccessibleElement element, QString interface, QString method, QVariantList arguments = {});
-    QCoro::Task<std::optional<QVariant>> propertyOf(
-        AccessibleElement element, QString interface, QString name);
-    /// 0: not known. The bus itself answers this, even for a program that hangs.
-    QCoro::Task<qint64> processOf(QString program);
+    /// Tells programs that such events are wanted; for as long as this connection lasts.
+    void wantEvent(const QString &event);
 
 signals:
-    void opened();
+    void opened(); ///< and nobody listens there yet
     void programLeft(const QString &program);
 
 private:
-    /// How long the questions of one gesture have been waited for, side by side or one after another.
-    struct AskingTime {
-        int open = 0; ///< questions
-        std::chrono::nanoseconds earlier{0};
-        QElapsedTimer since; ///< while at least one is open
-
-        std::chrono::nanoseconds used() const;
-        void begin();
-        void end();
-    };
-
     void use(const QString &address);
-    QCoro::Task<QDBusMessage> answerTo(QDBusMessage question);
 
     QDBusServiceWatcher m_launcher;
     QDBusConnection m_bus;
     QString m_address;
     State m_attempt = State::connecting; ///< what became of the last one
-    QHash<QString, qint64> m_processes; ///< by program
-    std::shared_ptr<AskingTime> m_time = std::make_shared<AskingTime>();
 };
 
 } // namespace nimbrelle

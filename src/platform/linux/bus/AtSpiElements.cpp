@@ -47,4 +47,12 @@ Elements elementsOf(const Answer &answer)
     return elementsOf(answer->value(0).value<QDBusArgument>());
 }
 
+bool hasState(const Answer &states, quint32 state)
+{
+    if (!states)
+        return false;
+    const auto words = qdbus_cast<QList<quint32>>(states->value(0));
+    return words.value(state / 32) & (1U << (state % 32));
+}
+
 } // namespace nimbrelle::atspi

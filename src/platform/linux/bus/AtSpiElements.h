@@ -10,6 +10,14 @@ namespace nimbrelle::atspi {
 inline const QString accessibleInterface = QStringLiteral("org.a11y.atspi.Accessible");
 inline const QString textInterface = QStringLiteral("org.a11y.atspi.Text");
 
+inline const QString registryService = QStringLiteral("org.a11y.atspi.Registry");
+/// Where each program, and the registry of all, has its outermost element.
+inline const QString rootPath = QStringLiteral("/org/a11y/atspi/accessible/root");
+
+inline constexpr quint32 activeState = 1;
+inline constexpr quint32 focusedState = 12;
+inline constexpr quint32 showingState = 25;
+
 using Answer = std::optional<QVariantList>;
 using Elements = QList<AccessibleElement>;
 
@@ -19,5 +27,8 @@ std::optional<AccessibleElement> elementOf(const QVariant &value);
 /// The elements that an answer lists; none for an absent answer.
 Elements elementsOf(const QDBusArgument &argument);
 Elements elementsOf(const Answer &answer);
+
+/// Whether an answer of states holds this one; false for an absent answer.
+bool hasState(const Answer &states, quint32 state);
 
 } // namespace nimbrelle::atspi

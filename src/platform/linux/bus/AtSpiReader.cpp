@@ -3,7 +3,6 @@
 #include "platform/FrontApplication.h"
 
 #include <QDBusArgument>
-#include <QDBusPendingCall>
 #include <QDeadlineTimer>
 
 #include <algorithm>
@@ -17,25 +16,12 @@ using namespace atspi;
 namespace {
 
 constexpr quint32 documentWebRole = 95;
-constexpr quint32 activeState = 1;
-constexpr quint32 focusedState = 12;
-constexpr quint32 showingState = 25;
 constexpr std::chrono::milliseconds searchLimit{100};
 constexpr qsizetype widestLevel = 500; ///< of a tree, when it is searched
 
-const QString registryService = u"org.a11y.atspi.Registry"_s;
-const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
 const QString documentInterface = u"org.a11y.atspi.Document"_s;
 const QString collectionInterface = u"org.a11y.atspi.Collection"_s;
 const QString objectEvents = u"org.a11y.atspi.Event.Object"_s;
-
-bool hasState(const std::optional<QVariantList> &states, quint32 state)
-{
-    if (!states)
-        return false;
-    const auto words = qdbus_cast<QList<quint32>>(states->value(0));
-    return words.value(state / 32) & (1U << (state % 32));
-}
 
 /// A match rule (aiia{ss}iaiiasib): all of these states, anything else, in tree order.
 QVariant focusedRule()
@@ -57,12 +43,13 @@ AccessibleElement senderOf(const QDBusMessage &event)
 
 } // namespace
 
-AtSpiReader::AtSpiReader(const FrontApplication &front) : m_front(front)
+AtSpiReader::AtSpiReader(AtSpiBus &bus, const FrontApplication &front) : m_bus(bus), m_front(front)
 {
     connect(&m_bus, &AtSpiBus::opened, this, &AtSpiReader::listen);
     connect(
         &m_bus, &AtSpiBus::programLeft, this, [this](const QString &program) { m_places.remove(program); });
-    connectToBus();
+    if (m_bus.state() == Bus::connected)
+        listen();
 }
 
 void AtSpiReader::listen()
@@ -73,16 +60,8 @@ void AtSpiReader::listen()
         QString(), QString(), objectEvents, u"StateChanged"_s, this, SLOT(handleStateChanged(QDBusMessage)));
     bus.connect(QString(), QString(), objectEvents, u"TextSelectionChanged"_s, this,
         SLOT(handleSelectionChanged(QDBusMessage)));
-    registerEvent(u"object:state-changed:focused"_s);
-    registerEvent(u"object:text-selection-changed"_s);
-}
-
-void AtSpiReader::registerEvent(const QString &event)
-{
-    QDBusMessage request = QDBusMessage::createMethodCall(
-        registryService, u"/org/a11y/atspi/registry"_s, registryService, u"RegisterEvent"_s);
-    request << event;
-    m_bus.connection().asyncCall(request);
+    m_bus.wantEvent(u"object:state-changed:focused"_s);
+    m_bus.wantEvent(u"object:text-selection-changed"_s);
 }
 
 void AtSpiReader::handleStateChanged(const QDBusMessage &event)
@@ -151,7 +130,7 @@ QCoro::Task<std::optional<QString>> AtSpiReader::programOf(qint64 process, QStri
 {
     std::vector<QCoro::Task<qint64>> processes;
     for (const QString &program : among)
-        processes.push_back(m_bus.processOf(program));
+        processes.push_back(m_questions.processOf(program));
     std::optional<QString> found;
     for (qsizetype i = 0; i < among.size(); ++i) {
         const qint64 each = co_await processes[static_cast<std::size_t>(i)];
@@ -164,15 +143,11 @@ QCoro::Task<std::optional<QString>> AtSpiReader::programOf(qint64 process, QStri
 /// For a program whose focus has not moved since we began to listen.
 QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::searchFocus(qint64 process)
 {
-    const AccessibleElement registry{.program = registryService, .object = rootPath};
-    const Answer registered = co_await m_bus.ask(registry, accessibleInterface, u"GetChildren"_s);
-    QStringList programs;
-    for (const AccessibleElement &each : elementsOf(registered))
-        programs.append(each.program);
+    const QStringList programs = co_await m_questions.programs();
     const std::optional<QString> program = co_await programOf(process, programs);
     if (!program)
         co_return std::nullopt;
-    const std::optional<AccessibleElement> window = co_await activeWindow(*program);
+    const std::optional<AccessibleElement> window = co_await m_questions.activeWindowOf(*program);
     if (!window)
         co_return std::nullopt;
     const std::optional<AccessibleElement> found = co_await focusIn(*window);
@@ -181,22 +156,10 @@ QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::searchFocus(qint64 pr
     co_return found;
 }
 
-QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::activeWindow(QString program)
-{
-    const AccessibleElement root{.program = program, .object = rootPath};
-    const Answer children = co_await m_bus.ask(root, accessibleInterface, u"GetChildren"_s);
-    const Elements windows = elementsOf(children);
-    const QList<Answer> states = co_await askAll(windows, u"GetState"_s);
-    for (qsizetype i = 0; i < windows.size(); ++i)
-        if (hasState(states[i], activeState))
-            co_return windows[i];
-    co_return std::nullopt;
-}
-
 QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::focusIn(AccessibleElement window)
 {
     const QVariantList arguments{focusedRule(), quint32{1}, qint32{1}, true};
-    const Answer matches = co_await m_bus.ask(window, collectionInterface, u"GetMatches"_s, arguments);
+    const Answer matches = co_await m_questions.ask(window, collectionInterface, u"GetMatches"_s, arguments);
     std::optional<AccessibleElement> found;
     if (!matches)
         found = co_await descendToFocus(window);
@@ -211,7 +174,7 @@ QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::descendToFocus(Access
     const QDeadlineTimer deadline(searchLimit);
     Elements level{window};
     while (!level.isEmpty() && !deadline.hasExpired()) {
-        const QList<Answer> states = co_await askAll(level, u"GetState"_s);
+        const QList<Answer> states = co_await m_questions.askAll(level, u"GetState"_s);
         Elements showing;
         for (qsizetype i = 0; i < level.size(); ++i) {
             if (!hasState(states[i], showingState))
@@ -220,26 +183,13 @@ QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::descendToFocus(Access
                 co_return level[i];
             showing.append(level[i]);
         }
-        const QList<Answer> children = co_await askAll(showing, u"GetChildren"_s);
+        const QList<Answer> children = co_await m_questions.askAll(showing, u"GetChildren"_s);
         level.clear();
         for (const Answer &each : children)
             level += elementsOf(each);
         level.resize(std::min(level.size(), widestLevel));
     }
     co_return std::nullopt;
-}
-
-QCoro::Task<QList<Answer>> AtSpiReader::askAll(Elements elements, QString method)
-{
-    std::vector<QCoro::Task<Answer>> asked;
-    for (const AccessibleElement &each : elements)
-        asked.push_back(m_bus.ask(each, accessibleInterface, method));
-    QList<Answer> answers;
-    for (QCoro::Task<Answer> &each : asked) {
-        Answer answer = co_await each;
-        answers.append(std::move(answer));
-    }
-    co_return answers;
 }
 
 QCoro::Task<std::optional<MarkedText>> AtSpiReader::markedText(AccessibleElement element, qsizetype reach)
@@ -258,7 +208,7 @@ QCoro::Task<std::optional<MarkedText>> AtSpiReader::markedText(AccessibleElement
 
 QCoro::Task<std::optional<bool>> AtSpiReader::isWebArea(AccessibleElement element)
 {
-    const Answer role = co_await m_bus.ask(element, accessibleInterface, u"GetRole"_s);
+    const Answer role = co_await m_questions.ask(element, accessibleInterface, u"GetRole"_s);
     if (!role)
         co_return std::nullopt;
     co_return role->value(0).toUInt() == documentWebRole;
@@ -266,7 +216,8 @@ QCoro::Task<std::optional<bool>> AtSpiReader::isWebArea(AccessibleElement elemen
 
 QCoro::Task<std::optional<AccessibleElement>> AtSpiReader::parent(AccessibleElement element)
 {
-    const std::optional<QVariant> told = co_await m_bus.propertyOf(element, accessibleInterface, u"Parent"_s);
+    const std::optional<QVariant> told =
+        co_await m_questions.propertyOf(element, accessibleInterface, u"Parent"_s);
     co_return elementOf(told.value_or(QVariant()));
 }
 
@@ -275,8 +226,8 @@ QCoro::Task<std::optional<QString>> AtSpiReader::address(AccessibleElement eleme
     // One family of browsers says it this way, the other that.
     const QVariantList oneName{u"DocURL"_s};
     const QVariantList otherName{u"URI"_s};
-    auto askedOne = m_bus.ask(element, documentInterface, u"GetAttributeValue"_s, oneName);
-    auto askedOther = m_bus.ask(element, documentInterface, u"GetAttributeValue"_s, otherName);
+    auto askedOne = m_questions.ask(element, documentInterface, u"GetAttributeValue"_s, oneName);
+    auto askedOther = m_questions.ask(element, documentInterface, u"GetAttributeValue"_s, otherName);
     const Answer one = co_await askedOne;
     const Answer other = co_await askedOther;
     for (const Answer &answer : {one, other})

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/bus/AtSpiBus.h"
 #include "platform/linux/bus/AtSpiText.h"
 
 namespace nimbrelle {
@@ -13,13 +14,14 @@ class AtSpiReader final : public QObject, public AccessibilityReader {
     Q_OBJECT
 
 public:
-    explicit AtSpiReader(const FrontApplication &front);
+    /// Both outlive this.
+    AtSpiReader(AtSpiBus &bus, const FrontApplication &front);
 
     using Bus = AtSpiBus::State;
     Bus bus() const { return m_bus.state(); }
     void connectToBus() { m_bus.open(); }
 
-    void beginGesture() override { m_bus.beginGesture(); }
+    void beginGesture() override { m_questions.beginGesture(); }
     quint64 changeCount() const override { return m_order; }
     QCoro::Task<std::optional<AccessibleElement>> focusedElement() override;
     QCoro::Task<std::optional<MarkedText>> markedText(AccessibleElement element, qsizetype reach) override;
@@ -41,22 +43,20 @@ private:
     enum class Change { focus, selection };
 
     void listen();
-    void registerEvent(const QString &event);
     void remember(const AccessibleElement &element, Change change);
     std::optional<AccessibleElement> newestPlace() const;
     QCoro::Task<std::optional<AccessibleElement>> newestPlaceOf(qint64 process);
     QCoro::Task<std::optional<AccessibleElement>> searchFocus(qint64 process);
     QCoro::Task<std::optional<QString>> programOf(qint64 process, QStringList among);
-    QCoro::Task<std::optional<AccessibleElement>> activeWindow(QString program);
     QCoro::Task<std::optional<AccessibleElement>> focusIn(AccessibleElement window);
     QCoro::Task<std::optional<AccessibleElement>> descendToFocus(AccessibleElement window);
-    QCoro::Task<QList<atspi::Answer>> askAll(atspi::Elements elements, QString method);
 
+    AtSpiBus &m_bus;
     const FrontApplication &m_front;
     QHash<QString, Place> m_places; ///< by program
     quint64 m_order = 0;
-    AtSpiBus m_bus;
-    AtSpiText m_text{m_bus};
+    AtSpiQuestions m_questions{m_bus};
+    AtSpiText m_text{m_questions};
 };
 
 } // namespace nimbrelle

@@ -58,8 +58,7 @@ QString withoutHalfAtEnd(const QString &text)
 
 void AtSpiText::prepare(const AccessibleElement &element)
 {
-    m_bus.connection().asyncCall(QDBusMessage::createMethodCall(
-        element.program, element.object, accessibleInterface, u"GetAttributes"_s));
+    m_questions.askInPassing(element, accessibleInterface, u"GetAttributes"_s);
 }
 
 QCoro::Task<std::optional<MarkedText>> AtSpiText::marked(AccessibleElement element, qsizetype reach)
@@ -103,9 +102,9 @@ AtSpiText::Range AtSpiText::Extent::around(int reach) const
 QCoro::Task<std::optional<AtSpiText::Extent>> AtSpiText::extentOf(AccessibleElement element)
 {
     const QVariantList first{qint32{0}};
-    auto askedCount = m_bus.ask(element, textInterface, u"GetNSelections"_s);
-    auto askedEnds = m_bus.ask(element, textInterface, u"GetSelection"_s, first);
-    auto askedCharacters = m_bus.propertyOf(element, textInterface, u"CharacterCount"_s);
+    auto askedCount = m_questions.ask(element, textInterface, u"GetNSelections"_s);
+    auto askedEnds = m_questions.ask(element, textInterface, u"GetSelection"_s, first);
+    auto askedCharacters = m_questions.propertyOf(element, textInterface, u"CharacterCount"_s);
     const Answer count = co_await askedCount;
     const Answer ends = co_await askedEnds;
     const std::optional<QVariant> characters = co_await askedCharacters;
@@ -154,7 +153,7 @@ QCoro::Task<std::optional<QString>> AtSpiText::textBetween(AccessibleElement ele
     if (end <= start && end != toEnd)
         co_return QString();
     const QVariantList ends{start, end};
-    const Answer answer = co_await m_bus.ask(element, textInterface, u"GetText"_s, ends);
+    const Answer answer = co_await m_questions.ask(element, textInterface, u"GetText"_s, ends);
     if (!answer)
         co_return std::nullopt;
     co_return answer->value(0).toString();
@@ -185,7 +184,7 @@ QCoro::Task<Elements> AtSpiText::elementsIn(AccessibleElement element, qsizetype
 {
     if (count == 0)
         co_return {};
-    const Answer answer = co_await m_bus.ask(element, accessibleInterface, u"GetChildren"_s);
+    const Answer answer = co_await m_questions.ask(element, accessibleInterface, u"GetChildren"_s);
     Elements children = elementsOf(answer);
     if (children.size() != count) // pieces of the text itself are among them
         children = co_await linksIn(element, count);
@@ -200,14 +199,14 @@ QCoro::Task<Elements> AtSpiText::linksIn(AccessibleElement element, qsizetype co
     std::vector<QCoro::Task<Answer>> askedLinks;
     for (qint32 i = 0; i < count; ++i) {
         const QVariantList number{i};
-        askedLinks.push_back(m_bus.ask(element, hypertextInterface, u"GetLink"_s, number));
+        askedLinks.push_back(m_questions.ask(element, hypertextInterface, u"GetLink"_s, number));
     }
     std::vector<QCoro::Task<Answer>> askedElements;
     for (QCoro::Task<Answer> &each : askedLinks) {
         const Answer answer = co_await each;
         const QVariantList first{qint32{0}};
         if (const auto link = elementOf(answer.value_or(QVariantList()).value(0)))
-            askedElements.push_back(m_bus.ask(*link, hyperlinkInterface, u"GetObject"_s, first));
+            askedElements.push_back(m_questions.ask(*link, hyperlinkInterface, u"GetObject"_s, first));
     }
     for (QCoro::Task<Answer> &each : askedElements) {
         const Answer answer = co_await each;
@@ -275,9 +274,9 @@ QCoro::Task<AtSpiText::Content> AtSpiText::contentOf(AccessibleElement element, 
 
 QCoro::Task<AtSpiText::Place> AtSpiText::placeOf(AccessibleElement element)
 {
-    auto askedRole = m_bus.ask(element, accessibleInterface, u"GetRole"_s);
-    auto askedAttributes = m_bus.ask(element, accessibleInterface, u"GetAttributes"_s);
-    auto askedParent = m_bus.propertyOf(element, accessibleInterface, u"Parent"_s);
+    auto askedRole = m_questions.ask(element, accessibleInterface, u"GetRole"_s);
+    auto askedAttributes = m_questions.ask(element, accessibleInterface, u"GetAttributes"_s);
+    auto askedParent = m_questions.propertyOf(element, accessibleInterface, u"Parent"_s);
     const Answer role = co_await askedRole;
     const Answer attributes = co_await askedAttributes;
     const std::optional<QVariant> parent = co_await askedParent;

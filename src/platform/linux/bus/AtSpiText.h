@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/bus/AtSpiBus.h"
 #include "platform/linux/bus/AtSpiElements.h"
+#include "platform/linux/bus/AtSpiQuestions.h"
 #include "platform/linux/bus/FlowingText.h"
 
 namespace nimbrelle {
@@ -11,7 +11,7 @@ namespace nimbrelle {
 /// as the answers come in time.
 class AtSpiText {
 public:
-    explicit AtSpiText(AtSpiBus &bus) : m_bus(bus) { }
+    explicit AtSpiText(AtSpiQuestions &questions) : m_questions(questions) { }
 
     /// Some programs gather an element's attributes only once somebody has asked, so this asks early.
     void prepare(const AccessibleElement &element);
@@ -66,7 +66,7 @@ private:
     QCoro::Task<Place> placeOf(AccessibleElement element);
     QCoro::Task<TextPiece> widened(TextPiece piece, AccessibleElement element, Place place);
 
-    AtSpiBus &m_bus;
+    AtSpiQuestions &m_questions;
 };
 
 } // namespace nimbrelle

@@ -11,13 +11,15 @@
 
 namespace nimbrelle {
 
+class AtSpiBus;
 struct X11Desktop;
 
 /// The services of a Wayland session, each by whatever this session offers for it. Windows are still shown
 /// through the X server that the compositor runs: only there may they be placed.
 class WaylandDesktop {
 public:
-    explicit WaylandDesktop(X11Desktop &x11);
+    /// Both outlive this.
+    WaylandDesktop(X11Desktop &x11, AtSpiBus &accessibilityBus);
 
     static bool isHere() { return isWaylandSession(); }
 
@@ -30,6 +32,7 @@ private:
     /// @}
 
     bool canMark() const;
+    bool showsPrimaryToX() const;
     QPoint pixelOf(QPointF logical) const;
     QPointF logicalOf(QPoint pixel) const;
     /// How many of the X server's pixels the compositor shows as one of its own.
@@ -37,6 +40,7 @@ private:
     QRect allOutputs() const;
 
     X11Desktop &m_x11;
+    AtSpiBus &m_accessibilityBus;
     WaylandConnection m_connection;
     WaylandPrimary m_primary{m_connection};
     std::unique_ptr<PointerProbe> m_probe;

@@ -179,8 +179,15 @@ void XClipboard::restore(const ClipboardSnapshot &snapshot)
 
 XPrimarySelection::XPrimarySelection(XConnection &x) : m_x(x)
 {
-    if (m_x.isOpen())
-        m_changes.emplace(m_x, XCB_ATOM_PRIMARY);
+    if (!m_x.isOpen())
+        return;
+    m_changes.emplace(m_x, XCB_ATOM_PRIMARY);
+    connect(&*m_changes, &XSelectionChanges::changed, this, [this] {
+        if (m_changes->owner() == XCB_WINDOW_NONE)
+            emit gone();
+        else
+            emit claimed();
+    });
 }
 
 bool XPrimarySelection::isOwn() const

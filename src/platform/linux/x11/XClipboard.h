@@ -57,15 +57,25 @@ private:
 };
 
 /// The PRIMARY selection: what was marked last, in any program.
-class XPrimarySelection final : public PrimarySelection {
+class XPrimarySelection final : public QObject, public PrimarySelection {
+    Q_OBJECT
+
 public:
     explicit XPrimarySelection(XConnection &x);
+
+    /// Whether the server tells of it at all.
+    bool isHeard() const { return m_changes && m_x.isOpen() && m_x.has(&xcb_xfixes_id); }
 
     /// Whether what is marked now is text in a window of ours.
     bool isOwn() const;
 
     quint64 changeCount() const override { return m_changes ? m_changes->count() : 0; }
     QCoro::Task<std::optional<QString>> text() override;
+
+signals:
+    /// A program has marked text. Many claim it again with each move of a drag.
+    void claimed();
+    void gone(); ///< nothing is marked any more
 
 private:
     XConnection &m_x;

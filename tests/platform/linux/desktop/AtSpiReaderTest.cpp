@@ -161,7 +161,7 @@ protected:
         const QDBusReply<QString> address = QDBusConnection::sessionBus().call(ask);
         ASSERT_TRUE(address.isValid());
         front.front = Application{.process = QCoreApplication::applicationPid()};
-        reader = std::make_unique<AtSpiReader>(front);
+        reader = std::make_unique<AtSpiReader>(bus, front);
         ASSERT_TRUE(waitUntil([this] { return reader->bus() == AtSpiReader::Bus::connected; }));
         program = std::make_unique<FakeProgram>(address);
         await(reader->isWebArea(program->element())); // by now the reader's subscription stands
@@ -197,6 +197,7 @@ protected:
     }
 
     FakeFrontApplication front;
+    AtSpiBus bus;
     std::unique_ptr<AtSpiReader> reader;
     std::unique_ptr<FakeProgram> program;
 };

@@ -190,6 +190,23 @@ const Editor gtkEditor{"mousepad", {u"--disable-server"_s}, u"Mousepad"_s};
 const Editor qtEditor{"featherpad", {u"--standalone"_s}, u"FeatherPad"_s};
 const auto editorName = [](const auto &each) { return std::string(each.param.program); };
 
+TEST_F(Desktop, WhatIsMarkedIsToldOfWithEachClaimAndOnceItIsGone)
+{
+    XPrimarySelection &primary = platform.desktop.primarySelection;
+    ASSERT_TRUE(primary.isHeard());
+    QString told;
+    QObject::connect(&primary, &XPrimarySelection::claimed, &recorder, [&] { told += u'c'; });
+    QObject::connect(&primary, &XPrimarySelection::gone, &recorder, [&] { told += u'g'; });
+    XConnection &other = otherClient.x;
+    const xcb_window_t window = xcb_generate_id(other.get());
+    xcb_create_window(other.get(), 0, window, other.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+        XCB_COPY_FROM_PARENT, 0, nullptr);
+    for (const xcb_window_t owner : {window, window, xcb_window_t{XCB_WINDOW_NONE}})
+        xcb_set_selection_owner(other.get(), owner, XCB_ATOM_PRIMARY, XCB_CURRENT_TIME);
+    otherClient.sync();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told == u"ccg"_s; }, 2000)) << told.toStdString();
+}
+
 TEST_F(Desktop, AnAccessibilityBusThatHasGoneIsToldAndOpenedAgainWhenAskedForOrWhenItIsBack)
 {
     EXPECT_EQ(platform.permissions.state(Grant::accessibility), (GrantState{true, {}}));
