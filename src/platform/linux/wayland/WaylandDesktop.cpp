@@ -1,5 +1,6 @@
 #include "platform/linux/wayland/WaylandDesktop.h"
 
+#include "platform/linux/wayland/KWinWindows.h"
 #include "platform/linux/wayland/LayerProbe.h"
 #include "platform/linux/wayland/SwayWindows.h"
 #include "platform/linux/wayland/UntoldWindows.h"
@@ -41,6 +42,11 @@ std::unique_ptr<SessionWindows> WaylandDesktop::makeWindows()
 {
     if (const QString sway = qEnvironmentVariable("SWAYSOCK"); !sway.isEmpty())
         return std::make_unique<SwayWindows>(sway, [this](QPointF at) { return pixelOf(at); });
+    auto kwin = std::make_unique<KWinWindows>(QDBusConnection::sessionBus(),
+        KWinWindows::Conversions{.toPixel = [this](QPointF at) { return pixelOf(at); },
+            .programOnX = [this](quint32 window) { return m_x11.frontApplication.applicationOf(window); }});
+    if (kwin->isOffered())
+        return kwin;
     return std::make_unique<UntoldWindows>();
 }
 
