@@ -1,6 +1,7 @@
 #include "platform/linux/wayland/WaylandDesktop.h"
 
 #include "platform/linux/wayland/AtSpiWindows.h"
+#include "platform/linux/wayland/KWinWindows.h"
 #include "platform/linux/wayland/LayerProbe.h"
 #include "platform/linux/wayland/SwayWindows.h"
 #include "platform/linux/wayland/WlrCapture.h"
@@ -64,6 +65,11 @@ std::unique_ptr<SessionWindows> WaylandDesktop::makeWindows()
 {
     if (const QString sway = qEnvironmentVariable("SWAYSOCK"); !sway.isEmpty())
         return std::make_unique<SwayWindows>(sway, [this](QPointF at) { return pixelOf(at); });
+    auto kwin = std::make_unique<KWinWindows>(QDBusConnection::sessionBus(),
+        KWinWindows::Conversions{.toPixel = [this](QPointF at) { return pixelOf(at); },
+            .programOnX = [this](quint32 window) { return m_x11.frontApplication.applicationOf(window); }});
+    if (kwin->isOffered())
+        return kwin;
     return std::make_unique<AtSpiWindows>(
         m_accessibilityBus, [this] { return m_x11.frontApplication.current(); });
 }
