@@ -2,7 +2,7 @@
 
 #include "platform/linux/bus/AtSpiElements.h"
 
-#include <QDBusConnectionInterface>
+#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
@@ -68,12 +68,18 @@ void AtSpiBus::use(const QString &address)
         m_address = address;
         m_bus = QDBusConnection::connectToBus(address, busName);
         if (m_bus.isConnected()) {
-            connect(m_bus.interface(), &QDBusConnectionInterface::serviceUnregistered, this,
-                [this](const QString &program) { emit programLeft(program); });
+            m_bus.connect(u"org.freedesktop.DBus"_s, QString(), u"org.freedesktop.DBus"_s,
+                u"NameOwnerChanged"_s, this, SLOT(handleOwnerChanged(QString, QString, QString)));
             emit opened();
         }
     }
     m_attempt = m_bus.isConnected() ? State::connected : State::closed;
+}
+
+void AtSpiBus::handleOwnerChanged(const QString &name, const QString &, const QString &newOwner)
+{
+    if (newOwner.isEmpty())
+        emit programLeft(name);
 }
 
 void AtSpiBus::wantEvent(const QString &event)

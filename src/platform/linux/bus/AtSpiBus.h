@@ -36,6 +36,9 @@ signals:
     void opened(); ///< and nobody listens there yet
     void programLeft(const QString &program);
 
+private slots:
+    void handleOwnerChanged(const QString &name, const QString &oldOwner, const QString &newOwner);
+
 private:
     void use(const QString &address);
 

@@ -4,8 +4,6 @@
 
 #include <QFileInfo>
 
-#include <unistd.h>
-
 using namespace Qt::StringLiterals;
 
 namespace nimbrelle {
@@ -31,8 +29,9 @@ QString fileOf(qint64 process)
 
 } // namespace
 
-AtSpiWindows::AtSpiWindows(AtSpiBus &bus, std::function<std::optional<Application>()> activeOnX)
-    : m_bus(bus), m_activeOnX(std::move(activeOnX))
+AtSpiWindows::AtSpiWindows(
+    AtSpiBus &bus, std::function<std::optional<Application>()> activeOnX, qint64 ownProcess)
+    : m_bus(bus), m_activeOnX(std::move(activeOnX)), m_ownProcess(ownProcess)
 {
     connect(&m_bus, &AtSpiBus::opened, this, &AtSpiWindows::listen);
     connect(&m_bus, &AtSpiBus::programLeft, this, &AtSpiWindows::forget);
@@ -156,7 +155,7 @@ QCoro::Task<std::optional<SessionWindow>> AtSpiWindows::windowOf(AccessibleEleme
     const qint64 process = co_await askedProcess;
     const std::optional<QVariant> name = co_await askedName;
     const std::optional<QVariant> title = co_await askedTitle;
-    const bool isOwn = process == ::getpid();
+    const bool isOwn = process == m_ownProcess;
     const WindowClass windowClass{.instance = fileOf(process), .name = name.value_or(QVariant()).toString()};
     if (!isOwn && windowClass.name.isEmpty() && windowClass.instance.isEmpty())
         co_return std::nullopt;

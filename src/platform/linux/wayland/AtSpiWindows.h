@@ -5,6 +5,8 @@
 #include "platform/linux/files/DesktopEntry.h"
 #include "platform/linux/wayland/SessionWindows.h"
 
+#include <QCoreApplication>
+
 namespace nimbrelle {
 
 /// The active window alone, without its place, as the programs themselves tell it on the accessibility bus,
@@ -16,7 +18,8 @@ class AtSpiWindows final : public SessionWindows {
 public:
     /// `activeOnX` tells the X server's active program, absent while it has none: that one needs no bus. All
     /// outlive this.
-    AtSpiWindows(AtSpiBus &bus, std::function<std::optional<Application>()> activeOnX);
+    AtSpiWindows(AtSpiBus &bus, std::function<std::optional<Application>()> activeOnX,
+        qint64 ownProcess = QCoreApplication::applicationPid());
 
     bool isOffered() const override;
     bool isTold() const override { return !m_windows.isEmpty(); }
@@ -40,6 +43,7 @@ private:
 
     AtSpiBus &m_bus;
     const std::function<std::optional<Application>()> m_activeOnX;
+    const qint64 m_ownProcess;
     AtSpiQuestions m_questions{m_bus};
     ProgramNames m_names;
     std::optional<AccessibleElement> m_newest; ///< the one that was last told to be active

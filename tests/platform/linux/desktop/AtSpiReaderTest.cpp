@@ -1,10 +1,10 @@
 #include "platform/linux/bus/AtSpiReader.h"
 
+#include "platform/linux/desktop/AccessibleReference.h"
 #include "support/Await.h"
 #include "support/FakeDesktop.h"
 
 #include <QDBusMetaType>
-#include <QDBusObjectPath>
 #include <QDBusReply>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
@@ -21,28 +21,6 @@ namespace {
 
 const auto root = u"/org/a11y/atspi/accessible"_s;
 const auto text = u"She was reluctant to post this."_s;
-
-/// How the bus names an element.
-struct Reference {
-    QString program;
-    QDBusObjectPath object;
-};
-
-QDBusArgument &operator<<(QDBusArgument &to, const Reference &reference)
-{
-    to.beginStructure();
-    to << reference.program << reference.object;
-    to.endStructure();
-    return to;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &from, Reference &reference)
-{
-    from.beginStructure();
-    from >> reference.program >> reference.object;
-    from.endStructure();
-    return from;
-}
 
 constexpr int linkNumber = 1000; ///< added to that of the element
 
